@@ -1,0 +1,48 @@
+# Compiler options of every target, in one place.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 11)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
+
+option(ZYR_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
+set(ZYR_SANITIZE "" CACHE STRING "Sanitizers, as in -fsanitize= (empty: none)")
+
+find_program(ZYR_CCACHE ccache)
+if(ZYR_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${ZYR_CCACHE}")
+    set(CMAKE_C_COMPILER_LAUNCHER "${ZYR_CCACHE}")
+endif()
+
+add_library(zyr_options INTERFACE)
+target_compile_options(zyr_options INTERFACE
+    -Wall
+    -Wextra
+    -Wshadow
+    -Wnon-virtual-dtor
+    # The bits of every result are the same on AArch64 and x86-64 only without silent fusing.
+    -ffp-contract=off
+    # Casts and sums of signed integers wrap, as the target's instructions do.
+    -fwrapv
+    # Each module has its own statics; gnu-unique symbols would be shared and keep dlclose from unloading.
+    $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>
+    -fvisibility=hidden
+    $<$<COMPILE_LANGUAGE:CXX>:-fvisibility-inlines-hidden>
+    # Assertion texts carry paths relative to the source tree.
+    -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=)
+if(ZYR_WARNINGS_AS_ERRORS)
+    target_compile_options(zyr_options INTERFACE -Werror)
+endif()
+if(ZYR_SANITIZE)
+    # Packed records are read in place, so misaligned access is by design.
+    target_compile_options(zyr_options INTERFACE -fsanitize=${ZYR_SANITIZE} -fno-omit-frame-pointer)
+    target_link_options(zyr_options INTERFACE -fsanitize=${ZYR_SANITIZE})
+    if(ZYR_SANITIZE MATCHES undefined)
+        target_compile_options(zyr_options INTERFACE -fno-sanitize=alignment -fno-sanitize-recover=all)
+    endif()
+endif()
+target_include_directories(zyr_options INTERFACE "${PROJECT_SOURCE_DIR}/src")

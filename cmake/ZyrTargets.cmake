@@ -1,0 +1,45 @@
+# Helpers that keep the folder lists short.
+
+# zyr_sources(target SOURCES a.cpp... HEADERS a.h...)
+# Headers join the target's header set, so that CMAKE_VERIFY_INTERFACE_HEADER_SETS compiles each one alone.
+function(zyr_sources target)
+    cmake_parse_arguments(ARG "" "" "SOURCES;HEADERS" ${ARGN})
+    if(ARG_SOURCES)
+        list(TRANSFORM ARG_SOURCES PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/")
+        target_sources(${target} PRIVATE ${ARG_SOURCES})
+    endif()
+    if(ARG_HEADERS)
+        list(TRANSFORM ARG_HEADERS PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/")
+        target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}/src" FILES ${ARG_HEADERS})
+    endif()
+endfunction()
+
+# zyr_add_module(target WORD <module word> OUTPUT <file name without .so> EXPORTS <plain names>... )
+# A module exports its plain entry points and the zyr_ functions of namespace zyr, and binds all else inside itself.
+function(zyr_add_module target)
+    cmake_parse_arguments(ARG "" "WORD;OUTPUT" "EXPORTS" ${ARGN})
+    add_library(${target} MODULE)
+    list(JOIN ARG_EXPORTS ";\n    " exports)
+    set(map "${CMAKE_CURRENT_BINARY_DIR}/${target}.map")
+    configure_file("${PROJECT_SOURCE_DIR}/cmake/module.map.in" "${map}" @ONLY)
+    set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME "${ARG_OUTPUT}" LINK_DEPENDS "${map}")
+    target_compile_definitions(${target} PRIVATE ZYR_MODULE_WORD="${ARG_WORD}")
+    target_link_libraries(${target} PRIVATE zyr_options)
+    # The sanitizer runtimes are resolved from the program, so undefined symbols are only refused without them.
+    target_link_options(${target} PRIVATE
+        -Wl,-soname,${ARG_OUTPUT}.so -Wl,-Bsymbolic "-Wl,--version-script=${map}"
+        $<$<NOT:$<BOOL:${ZYR_SANITIZE}>>:-Wl,-z,defs>)
+endfunction()
+
+# zyr_add_test(name SOURCES ... LIBRARIES ...): one GoogleTest program for one folder.
+function(zyr_add_test name)
+    cmake_parse_arguments(ARG "" "WORD" "SOURCES;LIBRARIES" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    if(NOT ARG_WORD)
+        set(ARG_WORD "test")
+    endif()
+    target_compile_definitions(${name} PRIVATE ZYR_MODULE_WORD="${ARG_WORD}")
+    target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
+    target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} zyr_options GTest::gmock GTest::gtest_main)
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 600)
+endfunction()

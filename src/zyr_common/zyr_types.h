@@ -1,0 +1,46 @@
+/// Plain types and forward declarations that every other header may use.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// The framework's truth value: one unsigned byte, 0 or 1. It stands at global scope so that the signature texts in
+/// log lines read "bool_t" without a prefix.
+typedef uint8_t bool_t;
+
+/// Marks a free function that a module offers by its C++ name to whoever loads it.
+#define ZYR_API __attribute__((visibility("default")))
+
+namespace zyr {
+
+class ApplicationData;
+class IDataFormatInfo;
+class ICompressionInfo;
+class IDeserializer;
+class IObject;
+class ISerializer;
+class RefCountedData;
+class String;
+class VariableReference;
+class VariableValue;
+class WObject;
+class WrappedString;
+struct GUID_t;
+template <typename T> class Array;
+template <typename T> class List;
+template <typename K, typename V> class HashMap;
+template <typename K> class HashSet;
+template <typename K, typename V> class HashMultiMap;
+template <typename K, typename V> class HashMultiSet;
+template <typename K, typename V> class SortedMap;
+
+/// Severity of a log message. A message passes when its level is not above the threshold of the application data.
+enum LogLevelEnum : int32_t {
+    ZYR_LOG_LEVEL_ERROR = 1,
+    ZYR_LOG_LEVEL_WARN = 2,
+    ZYR_LOG_LEVEL_INFO = 3,
+    ZYR_LOG_LEVEL_DEBUG = 4,
+    ZYR_LOG_LEVEL_TRACE = 5
+};
+
+} // namespace zyr
