@@ -16,6 +16,8 @@ namespace zyr {
 class ApplicationData;
 class IDataFormatInfo;
 class ICompressionInfo;
+class IListOfObjects;
+class IPluginModulesHandler;
 class IDeserializer;
 class IObject;
 class ISerializer;
@@ -33,6 +35,11 @@ template <typename K> class HashSet;
 template <typename K, typename V> class HashMultiMap;
 template <typename K, typename V> class HashMultiSet;
 template <typename K, typename V> class SortedMap;
+
+// Enumerations that tables of lower floors name in their signatures; their own headers hold the values.
+enum VariableTypeEnum : uint32_t;
+enum PixelPlanesModelEnum : uint32_t;
+enum ColorSpaceEnum : uint32_t;
 
 /// Severity of a log message. A message passes when its level is not above the threshold of the application data.
 enum LogLevelEnum : int32_t {
