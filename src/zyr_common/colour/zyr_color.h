@@ -1,0 +1,104 @@
+/// Colour values: red, green and blue, with alpha, and the stop of a gradient.
+///
+/// Channels go from 0 to 1 in the `float` and `double` forms. Arithmetic works channel by channel. These are plain
+/// values without a virtual table.
+#pragma once
+
+#include "zyr_common/zyr_types.h"
+
+namespace zyr {
+
+#pragma pack(push, 1)
+
+/// A colour without alpha.
+template <typename T> class ColorRGB {
+public:
+    T r = 0;
+    T g = 0;
+    T b = 0;
+
+    ColorRGB() = default;
+    ColorRGB(T p_r, T p_g, T p_b) : r(p_r), g(p_g), b(p_b) {}
+
+    ColorRGB operator+(const ColorRGB& p_color) const { return {r + p_color.r, g + p_color.g, b + p_color.b}; }
+    ColorRGB operator-(const ColorRGB& p_color) const { return {r - p_color.r, g - p_color.g, b - p_color.b}; }
+    ColorRGB operator*(const ColorRGB& p_color) const { return {r * p_color.r, g * p_color.g, b * p_color.b}; }
+    ColorRGB operator/(const ColorRGB& p_color) const { return {r / p_color.r, g / p_color.g, b / p_color.b}; }
+    ColorRGB operator+(T p_scalar) const { return {r + p_scalar, g + p_scalar, b + p_scalar}; }
+    ColorRGB operator-(T p_scalar) const { return {r - p_scalar, g - p_scalar, b - p_scalar}; }
+    ColorRGB operator*(T p_scalar) const { return {r * p_scalar, g * p_scalar, b * p_scalar}; }
+    ColorRGB operator/(T p_scalar) const { return {r / p_scalar, g / p_scalar, b / p_scalar}; }
+    ColorRGB& operator+=(const ColorRGB& p_color) { return *this = *this + p_color; }
+    ColorRGB& operator-=(const ColorRGB& p_color) { return *this = *this - p_color; }
+    ColorRGB& operator*=(const ColorRGB& p_color) { return *this = *this * p_color; }
+    ColorRGB& operator/=(const ColorRGB& p_color) { return *this = *this / p_color; }
+    ColorRGB& operator+=(T p_scalar) { return *this = *this + p_scalar; }
+    ColorRGB& operator-=(T p_scalar) { return *this = *this - p_scalar; }
+    ColorRGB& operator*=(T p_scalar) { return *this = *this * p_scalar; }
+    ColorRGB& operator/=(T p_scalar) { return *this = *this / p_scalar; }
+    ColorRGB operator+() const { return *this; }
+    ColorRGB operator-() const { return {-r, -g, -b}; }
+    bool_t operator==(const ColorRGB& p_color) const { return r == p_color.r && g == p_color.g && b == p_color.b; }
+    bool_t operator!=(const ColorRGB& p_color) const { return !(*this == p_color); }
+};
+
+/// A colour with alpha.
+template <typename T> class ColorRGBA {
+public:
+    T r = 0;
+    T g = 0;
+    T b = 0;
+    T a = 0;
+
+    ColorRGBA() = default;
+    ColorRGBA(T p_r, T p_g, T p_b, T p_a) : r(p_r), g(p_g), b(p_b), a(p_a) {}
+
+    ColorRGBA operator+(const ColorRGBA& p_color) const {
+        return {r + p_color.r, g + p_color.g, b + p_color.b, a + p_color.a};
+    }
+    ColorRGBA operator-(const ColorRGBA& p_color) const {
+        return {r - p_color.r, g - p_color.g, b - p_color.b, a - p_color.a};
+    }
+    ColorRGBA operator*(const ColorRGBA& p_color) const {
+        return {r * p_color.r, g * p_color.g, b * p_color.b, a * p_color.a};
+    }
+    ColorRGBA operator/(const ColorRGBA& p_color) const {
+        return {r / p_color.r, g / p_color.g, b / p_color.b, a / p_color.a};
+    }
+    ColorRGBA operator+(T p_scalar) const { return {r + p_scalar, g + p_scalar, b + p_scalar, a + p_scalar}; }
+    ColorRGBA operator-(T p_scalar) const { return {r - p_scalar, g - p_scalar, b - p_scalar, a - p_scalar}; }
+    ColorRGBA operator*(T p_scalar) const { return {r * p_scalar, g * p_scalar, b * p_scalar, a * p_scalar}; }
+    ColorRGBA operator/(T p_scalar) const { return {r / p_scalar, g / p_scalar, b / p_scalar, a / p_scalar}; }
+    ColorRGBA& operator+=(const ColorRGBA& p_color) { return *this = *this + p_color; }
+    ColorRGBA& operator-=(const ColorRGBA& p_color) { return *this = *this - p_color; }
+    ColorRGBA& operator*=(const ColorRGBA& p_color) { return *this = *this * p_color; }
+    ColorRGBA& operator/=(const ColorRGBA& p_color) { return *this = *this / p_color; }
+    ColorRGBA& operator+=(T p_scalar) { return *this = *this + p_scalar; }
+    ColorRGBA& operator-=(T p_scalar) { return *this = *this - p_scalar; }
+    ColorRGBA& operator*=(T p_scalar) { return *this = *this * p_scalar; }
+    ColorRGBA& operator/=(T p_scalar) { return *this = *this / p_scalar; }
+    ColorRGBA operator+() const { return *this; }
+    ColorRGBA operator-() const { return {-r, -g, -b, -a}; }
+    bool_t operator==(const ColorRGBA& p_color) const {
+        return r == p_color.r && g == p_color.g && b == p_color.b && a == p_color.a;
+    }
+    bool_t operator!=(const ColorRGBA& p_color) const { return !(*this == p_color); }
+};
+
+/// One stop of a gradient: the colour at a place between 0 and 1.
+template <typename T> class ColorRGBAStop {
+public:
+    ColorRGBA<T> color;
+    T offset = 0;
+
+    ColorRGBAStop() = default;
+    ColorRGBAStop(const ColorRGBA<T>& p_color, T p_offset) : color(p_color), offset(p_offset) {}
+};
+
+#pragma pack(pop)
+
+static_assert(sizeof(ColorRGB<float>) == 12 && sizeof(ColorRGB<double>) == 24);
+static_assert(sizeof(ColorRGBA<float>) == 16 && sizeof(ColorRGBA<double>) == 32);
+static_assert(sizeof(ColorRGBAStop<float>) == 20 && sizeof(ColorRGBAStop<double>) == 40);
+
+} // namespace zyr
