@@ -1,8 +1,113 @@
-# Where the third-party libraries come from. scripts/deps.sh installs what a machine lacks.
+# Where the third-party libraries come from. scripts/deps.sh installs what a machine lacks, and leaves a note about the
+# libraries that it built itself (deps-<architecture>.cmake in its cache folder), which is read here.
+#
+# Targets to link:
+#   ZYR::avcodec  ZYR::avutil  ZYR::swscale  ZYR::avformat    FFmpeg 7.x
+#   ZYR::lz4      ZYR::xxhash  ZYR::miniz                     compressors and hashes
+#   ZYR::pam      ZYR::systemd                                authentication, login sessions
+#   ZYR::yuv                                                  libyuv, pixel conversions
+#   ZYR::cli11    ZYR::json    ZYR::png   ZYR::turbojpeg  ZYR::pugixml
+#   ZYR::vpx      ZYR::va      ZYR::drm                       for the VA driver of the tests
+#   GTest::gtest_main  GTest::gmock                           with ZYR_BUILD_TESTS
+#   benchmark::benchmark                                      with ZYR_BUILD_BENCH
+#   Threads::Threads
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
+
+# ---- the folder of scripts/deps.sh ------------------------------------------------------------------------------------
+if(DEFINED ENV{ZYR_DEPS_DIR})
+    set(zyrDepsDir "$ENV{ZYR_DEPS_DIR}")
+elseif(DEFINED ENV{XDG_CACHE_HOME})
+    set(zyrDepsDir "$ENV{XDG_CACHE_HOME}/zyrmont-deps")
+elseif(DEFINED ENV{HOME})
+    set(zyrDepsDir "$ENV{HOME}/.cache/zyrmont-deps")
+else()
+    file(REAL_PATH "~/.cache/zyrmont-deps" zyrDepsDir EXPAND_TILDE)
+endif()
+set(ZYR_FFMPEG_PREFIX "")
+set(ZYR_MINIZ_DIR "")
+set(zyrDepsNote "${zyrDepsDir}/deps-${CMAKE_SYSTEM_PROCESSOR}.cmake")
+include("${zyrDepsNote}" OPTIONAL)
+# A new note (another FFmpeg) is noticed by the next build.
+if(EXISTS "${zyrDepsNote}")
+    set_property(DIRECTORY "${PROJECT_SOURCE_DIR}" APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${zyrDepsNote}")
+endif()
+if(ZYR_FFMPEG_PREFIX)
+    set(ENV{PKG_CONFIG_PATH} "${ZYR_FFMPEG_PREFIX}/lib/pkgconfig:$ENV{PKG_CONFIG_PATH}")
+endif()
+if(NOT "${ZYR_FFMPEG_PREFIX}" STREQUAL "${ZYR_FFMPEG_PREFIX_USED}")
+    # The cached answers of pkg-config belong to the FFmpeg of the last time.
+    get_cmake_property(zyrCached CACHE_VARIABLES)
+    foreach(variable IN LISTS zyrCached)
+        if(variable MATCHES "^(__pkg_config_checked_|pkgcfg_lib_)?zyr_(avcodec|avutil|swscale|avformat)(_|$)")
+            unset(${variable} CACHE)
+        endif()
+    endforeach()
+    set(ZYR_FFMPEG_PREFIX_USED "${ZYR_FFMPEG_PREFIX}" CACHE INTERNAL "")
+endif()
+
+# ---- one library through pkg-config ----------------------------------------------------------------------------------
+# zyr_pkg(name "Debian package" module-spec...): the target ZYR::<name>, or an error that says what is missing.
+function(zyr_pkg name package)
+    pkg_check_modules(zyr_${name} QUIET IMPORTED_TARGET ${ARGN})
+    if(NOT zyr_${name}_FOUND)
+        message(FATAL_ERROR "Missing: ${ARGN} (Debian package ${package}). scripts/deps.sh installs everything.")
+    endif()
+    add_library(zyr_dep_${name} INTERFACE)
+    target_link_libraries(zyr_dep_${name} INTERFACE PkgConfig::zyr_${name})
+    add_library(ZYR::${name} ALIAS zyr_dep_${name})
+    message(STATUS "Using ${name} ${zyr_${name}_VERSION}")
+endfunction()
+
+zyr_pkg(avutil "libavutil-dev" "libavutil>=59" "libavutil<60")
+zyr_pkg(avcodec "libavcodec-dev" "libavcodec>=61" "libavcodec<62")
+zyr_pkg(swscale "libswscale-dev" "libswscale>=8" "libswscale<9")
+zyr_pkg(avformat "libavformat-dev" "libavformat>=61" "libavformat<62")
+foreach(name avcodec swscale avformat)
+    target_link_libraries(zyr_dep_${name} INTERFACE zyr_dep_avutil)
+endforeach()
+zyr_pkg(lz4 "liblz4-dev" liblz4)
+zyr_pkg(xxhash "libxxhash-dev" libxxhash)
+zyr_pkg(pam "libpam0g-dev" pam)
+zyr_pkg(systemd "libsystemd-dev" libsystemd)
+zyr_pkg(json "nlohmann-json3-dev" nlohmann_json)
+zyr_pkg(cli11 "libcli11-dev" CLI11)
+zyr_pkg(png "libpng-dev" libpng)
+zyr_pkg(turbojpeg "libturbojpeg0-dev" libturbojpeg)
+zyr_pkg(pugixml "libpugixml-dev" pugixml)
+zyr_pkg(vpx "libvpx-dev" vpx)
+zyr_pkg(va "libva-dev" libva)
+zyr_pkg(drm "libdrm-dev" libdrm)
+
+# ---- libyuv: neither a .pc file nor a CMake configuration -------------------------------------------------------------
+find_path(ZYR_YUV_INCLUDE_DIR libyuv.h)
+find_library(ZYR_YUV_LIBRARY NAMES yuv)
+if(NOT ZYR_YUV_INCLUDE_DIR OR NOT ZYR_YUV_LIBRARY)
+    message(FATAL_ERROR "Missing: libyuv (Debian package libyuv-dev). scripts/deps.sh installs everything.")
+endif()
+add_library(ZYR::yuv UNKNOWN IMPORTED)
+set_target_properties(ZYR::yuv PROPERTIES IMPORTED_LOCATION "${ZYR_YUV_LIBRARY}"
+    INTERFACE_INCLUDE_DIRECTORIES "${ZYR_YUV_INCLUDE_DIR}")
+
+# ---- miniz: the system's, or the two files that scripts/deps.sh left ---------------------------------------------------
+pkg_check_modules(zyr_miniz QUIET IMPORTED_TARGET miniz)
+if(zyr_miniz_FOUND)
+    add_library(ZYR::miniz ALIAS PkgConfig::zyr_miniz)
+elseif(ZYR_MINIZ_DIR AND EXISTS "${ZYR_MINIZ_DIR}/miniz.c")
+    add_library(zyr_miniz STATIC "${ZYR_MINIZ_DIR}/miniz.c")
+    target_include_directories(zyr_miniz SYSTEM PUBLIC "${ZYR_MINIZ_DIR}")
+    # Its archive reader and writer for files are not used.
+    target_compile_definitions(zyr_miniz PUBLIC MINIZ_NO_STDIO MINIZ_NO_ARCHIVE_APIS MINIZ_NO_TIME)
+    target_compile_options(zyr_miniz PRIVATE -w -O2 -fvisibility=hidden)
+    add_library(ZYR::miniz ALIAS zyr_miniz)
+else()
+    message(FATAL_ERROR "Missing: miniz. scripts/deps.sh puts it into ${zyrDepsDir}.")
+endif()
+
+# ---- tests and benchmarks ----------------------------------------------------------------------------------------------
 if(ZYR_BUILD_TESTS)
     find_package(GTest REQUIRED)
 endif()
-pkg_check_modules(LZ4 REQUIRED IMPORTED_TARGET liblz4)
-pkg_check_modules(XXHASH REQUIRED IMPORTED_TARGET libxxhash)
+if(ZYR_BUILD_BENCH)
+    find_package(benchmark REQUIRED)
+endif()
