@@ -1,0 +1,199 @@
+/// A hashed map that keeps the order of insertion.
+///
+///     HashMap<String, uint32_t> counts;
+///     counts.pushBack("frames", 1, nullptr);
+///     for (const auto& entry : counts) { use(entry.m_first, entry.m_second); }
+///
+/// The map owns keys and values. Values that are pointers are not deleted. It is not thread safe: whoever shares a map
+/// between threads guards it.
+#pragma once
+
+#include "zyr_common/containers/zyr_hash_table.h"
+
+namespace zyr {
+
+#pragma pack(push, 1)
+
+/// One key with its value. The key must not be changed while the entry is in a map.
+template <typename K, typename V> struct HashMapEntry {
+    HashMapEntry(uint32_t p_hash, const K& p_key, const V& p_value) :
+        m_first(p_key), m_second(p_value), m_hash(p_hash), m_prev(nullptr), m_next(nullptr) {}
+
+    K m_first;
+    V m_second;
+    uint32_t m_hash;
+    HashMapEntry* m_prev;
+    HashMapEntry* m_next;
+};
+
+/// Iteration follows the chain of entries: the order of insertion for pushBack. Stored data relies on that order.
+///
+/// The operations that add give true for a new entry. When the key is present they change nothing, give false and, if
+/// `p_existing` is not null, store the address of the present value there. Keys and values handed in may lie in the
+/// map itself. The order of the virtual operations and of the fields is a contract between separately built modules.
+template <typename K, typename V, typename H, typename E>
+class HashMapBase : public HashTable<HashMapEntry<K, V>, K, H, E> {
+    typedef HashTable<HashMapEntry<K, V>, K, H, E> Base;
+
+public:
+    typedef HashMapEntry<K, V> Entry;
+    typedef HashIterator<HashMapBase, Entry> iterator;
+    typedef HashIterator<const HashMapBase, const Entry> const_iterator;
+
+    HashMapBase() : m_allocator(getAllocator()) {}
+    /// A deep copy with the default allocator.
+    HashMapBase(const HashMapBase& p_other) : HashMapBase() { HashMapBase::copy(p_other); }
+    HashMapBase& operator=(const HashMapBase& p_other) {
+        copy(p_other);
+        return *this;
+    }
+    ~HashMapBase() override { this->clearEntries(m_allocator); }
+
+    /// Sets the source of entries and buckets and nothing else; present ones must be compatible with it. Null means the
+    /// zyr_ functions.
+    virtual void setAllocatorUnsafe(Allocator* p_allocator) { m_allocator = p_allocator; }
+
+    virtual iterator begin() { return iterator(this, this->m_head, nullptr); }
+    virtual const_iterator beginConst() const { return const_iterator(this, this->m_head, nullptr); }
+    /// Behind the last entry; stepping back from here gives the last entry.
+    virtual iterator end() { return iterator(this, nullptr, this->getLastEntry()); }
+    virtual const_iterator endConst() const { return const_iterator(this, nullptr, this->getLastEntry()); }
+    const_iterator begin() const { return beginConst(); }
+    const_iterator end() const { return endConst(); }
+
+    virtual bool isEmpty() const { return this->m_size == 0; }
+    virtual size_t getSize() const { return this->m_size; }
+
+    /// The first value; a value of no map when the map is empty.
+    virtual V& front() { return this->m_head != nullptr ? this->m_head->m_second : getDummy(); }
+    virtual const V& frontConst() const { return this->m_head != nullptr ? this->m_head->m_second : getDummy(); }
+    /// The last value; a value of no map when the map is empty.
+    virtual V& back() { return this->m_head != nullptr ? this->getLastEntry()->m_second : getDummy(); }
+    virtual const V& backConst() const { return this->m_head != nullptr ? this->getLastEntry()->m_second : getDummy(); }
+
+    /// Adds an entry in front of the others.
+    virtual bool pushFront(const K& p_key, const V& p_value, V** p_existing) {
+        return add(p_key, p_value, p_existing, this->m_head);
+    }
+    /// Removes the first entry; nothing happens on an empty map.
+    virtual void popFront() {
+        iterator position(this, this->m_head, nullptr);
+        removeByPosition(position);
+    }
+    /// Adds an entry behind the others.
+    virtual bool pushBack(const K& p_key, const V& p_value, V** p_existing) {
+        return add(p_key, p_value, p_existing, nullptr);
+    }
+    /// Adds an entry before the position, at the end when that is behind the end. With `p_after` the position is
+    /// stepped first.
+    virtual bool insert(const K& p_key, iterator& p_position, bool p_after, const V& p_value, V** p_existing) {
+        if (p_after) {
+            ++p_position;
+        }
+        if (!add(p_key, p_value, p_existing, p_position.m_entry)) {
+            return false;
+        }
+        p_position.m_previous = p_position.m_entry != nullptr ? p_position.m_entry->m_prev : this->getLastEntry();
+        return true;
+    }
+    /// Removes the last entry; nothing happens on an empty map.
+    virtual void popBack() {
+        iterator position(this, this->getLastEntry(), nullptr);
+        removeByPosition(position);
+    }
+
+    /// Removes the entry at the position, which moves on to the entry behind it. Behind the end nothing happens.
+    virtual void removeByPosition(iterator& p_position) {
+        if (p_position.m_entry != nullptr) {
+            const iterator following(this, p_position.m_entry->m_next, p_position.m_entry->m_prev);
+            remove(p_position.m_entry->m_first);
+            p_position = following;
+        }
+    }
+    /// True when an entry was removed. The last removal gives the buckets back; there is no other shrinking.
+    virtual bool remove(const K& p_key) {
+        Entry* entry = this->takeEntry(p_key, m_allocator);
+        if (entry == nullptr) {
+            return false;
+        }
+        this->destroyEntry(entry, m_allocator);
+        return true;
+    }
+    /// Removes from the first position up to but not including the last. Both then stand at the last one's entry.
+    virtual void removeRange(iterator& p_first, iterator& p_last) {
+        while (p_first.m_entry != nullptr && p_first.m_entry != p_last.m_entry) {
+            iterator position = p_first;
+            ++p_first;
+            removeByPosition(position);
+            p_first.m_previous = position.m_previous;
+        }
+        p_last.m_previous = p_first.m_previous;
+    }
+
+    /// Exchanges entries, buckets and allocator.
+    virtual void swap(HashMapBase& p_other) {
+        this->swapEntries(p_other);
+        std::swap(m_allocator, p_other.m_allocator);
+    }
+    /// Becomes a deep copy in the same order, with a bucket count of its own; the allocator stays.
+    virtual void copy(const HashMapBase& p_source) {
+        if (&p_source == this) {
+            return;
+        }
+        clear();
+        for (const Entry* entry = p_source.m_head; entry != nullptr; entry = entry->m_next) {
+            pushBack(entry->m_first, entry->m_second, nullptr);
+        }
+    }
+    /// Removes all entries; the allocator stays.
+    virtual void clear() { this->clearEntries(m_allocator); }
+
+    /// The place of a key; end() when it is absent.
+    virtual iterator find(const K& p_key) {
+        Entry* entry = this->findEntry(p_key);
+        return entry != nullptr ? iterator(this, entry, entry->m_prev) : iterator(this, nullptr, this->getLastEntry());
+    }
+    virtual const_iterator findConst(const K& p_key) const {
+        const Entry* entry = this->findEntry(p_key);
+        return entry != nullptr ? const_iterator(this, entry, entry->m_prev)
+                                : const_iterator(this, nullptr, this->getLastEntry());
+    }
+    /// 1 when the key is present, else 0.
+    virtual size_t count(const K& p_key) const { return this->findEntry(p_key) != nullptr ? 1 : 0; }
+
+private:
+    static V& getDummy() {
+        static V dummyT;
+        return dummyT;
+    }
+
+    bool add(const K& p_key, const V& p_value, V** p_existing, Entry* p_before) {
+        const uint32_t hash = this->m_hashFunction(p_key);
+        Entry* present = this->findEntry(p_key, hash);
+        if (present == nullptr) {
+            this->addEntry(m_allocator, p_before, hash, p_key, p_value);
+            return true;
+        }
+        if (p_existing != nullptr) {
+            *p_existing = &present->m_second;
+        }
+        return false;
+    }
+
+    Allocator* m_allocator;
+};
+
+/// The map with the usual hash and equality.
+template <typename K, typename V> class HashMap : public HashMapBase<K, V, Hash<K>, EqualTo<K>> {
+public:
+    HashMap() = default;
+    HashMap(const HashMap&) = default;
+    HashMap& operator=(const HashMap&) = default;
+    ~HashMap() override {}
+};
+
+#pragma pack(pop)
+
+static_assert(sizeof(HashMap<int, int>) == 74 && alignof(HashMap<int, int>) == 1);
+
+} // namespace zyr

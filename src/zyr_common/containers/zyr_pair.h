@@ -1,0 +1,28 @@
+/// Two values side by side.
+#pragma once
+
+#include "zyr_common/zyr_types.h"
+
+namespace zyr {
+
+#pragma pack(push, 1)
+
+/// A plain record of two values. Equality and order look at the first value, then at the second.
+template <typename A, typename B> class Pair {
+public:
+    Pair() : m_first(), m_second() {}
+    Pair(const A& p_first, const B& p_second) : m_first(p_first), m_second(p_second) {}
+
+    bool operator==(const Pair& p_other) const { return m_first == p_other.m_first && m_second == p_other.m_second; }
+    bool operator!=(const Pair& p_other) const { return !(*this == p_other); }
+    bool operator<(const Pair& p_other) const {
+        return m_first < p_other.m_first || (!(p_other.m_first < m_first) && m_second < p_other.m_second);
+    }
+
+    A m_first;
+    B m_second;
+};
+
+#pragma pack(pop)
+
+} // namespace zyr
