@@ -49,10 +49,7 @@ template <typename T> class Array : public RefCountedData {
 public:
     Array() { setDefaultState(); }
     /// A deep copy in the default state; the allocation model is not taken over.
-    Array(const Array& p_other) {
-        setDefaultState();
-        Array::copy(&p_other);
-    }
+    Array(const Array& p_other) : Array() { Array::copy(&p_other); }
     Array& operator=(const Array& p_other) {
         copy(&p_other);
         return *this;

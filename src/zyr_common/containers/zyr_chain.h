@@ -7,7 +7,9 @@
 namespace zyr {
 
 /// The last node of a chain, null when it is empty.
-template <typename Node> Node* getChainEnd(Node* p_head, Node* p_tail) { return p_tail != nullptr ? p_tail : p_head; }
+template <typename Node> Node* getChainEnd(Node* p_head, Node* p_tail) {
+    return p_tail != nullptr ? p_tail : p_head;
+}
 
 /// Links a node in front of `p_before`, at the end when that is null.
 template <typename Node> void linkIntoChain(Node*& p_head, Node*& p_tail, Node* p_node, Node* p_before) {

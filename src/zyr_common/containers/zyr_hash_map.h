@@ -16,8 +16,8 @@ namespace zyr {
 
 /// One key with its value. The key must not be changed while the entry is in a map.
 template <typename K, typename V> struct HashMapEntry {
-    HashMapEntry(uint32_t p_hash, const K& p_key, const V& p_value) :
-        m_first(p_key), m_second(p_value), m_hash(p_hash), m_prev(nullptr), m_next(nullptr) {}
+    HashMapEntry(uint32_t p_hash, const K& p_key, const V& p_value)
+        : m_first(p_key), m_second(p_value), m_hash(p_hash), m_prev(nullptr), m_next(nullptr) {}
 
     K m_first;
     V m_second;

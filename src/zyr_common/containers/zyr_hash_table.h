@@ -11,12 +11,12 @@ namespace zyr {
 template <typename Container, typename Entry> class HashIterator {
 public:
     HashIterator() : m_map(nullptr), m_entry(nullptr), m_previous(nullptr) {}
-    HashIterator(Container* p_map, Entry* p_entry, Entry* p_previous) :
-        m_map(p_map), m_entry(p_entry), m_previous(p_previous) {}
+    HashIterator(Container* p_map, Entry* p_entry, Entry* p_previous)
+        : m_map(p_map), m_entry(p_entry), m_previous(p_previous) {}
     /// A place that allows changes is also one that does not.
     template <typename OtherContainer, typename OtherEntry>
-    HashIterator(const HashIterator<OtherContainer, OtherEntry>& p_other) :
-        m_map(p_other.m_map), m_entry(p_other.m_entry), m_previous(p_other.m_previous) {}
+    HashIterator(const HashIterator<OtherContainer, OtherEntry>& p_other)
+        : m_map(p_other.m_map), m_entry(p_other.m_entry), m_previous(p_other.m_previous) {}
 
     Entry& operator*() const { return *m_entry; }
     Entry* operator->() const { return m_entry; }
@@ -73,9 +73,7 @@ protected:
         return nullptr;
     }
 
-    Entry* findEntry(const K& p_key) const {
-        return m_size != 0 ? findEntry(p_key, m_hashFunction(p_key)) : nullptr;
-    }
+    Entry* findEntry(const K& p_key) const { return m_size != 0 ? findEntry(p_key, m_hashFunction(p_key)) : nullptr; }
 
     /// Adds an entry for a key that is not there, in front of `p_before` or at the end of the chain. The rest of the
     /// arguments goes to the entry's constructor.

@@ -34,8 +34,8 @@ public:
     class iterator {
     public:
         iterator() : m_list(nullptr), m_current(nullptr), m_previous(nullptr) {}
-        iterator(List* p_list, Node* p_current, Node* p_previous) :
-            m_list(p_list), m_current(p_current), m_previous(p_previous) {}
+        iterator(List* p_list, Node* p_current, Node* p_previous)
+            : m_list(p_list), m_current(p_current), m_previous(p_previous) {}
 
         T& operator*() const { return m_current->m_item; }
         T* operator->() const { return &m_current->m_item; }
@@ -66,10 +66,10 @@ public:
     class const_iterator {
     public:
         const_iterator() : m_list(nullptr), m_current(nullptr), m_previous(nullptr) {}
-        const_iterator(const List* p_list, const Node* p_current, const Node* p_previous) :
-            m_list(p_list), m_current(p_current), m_previous(p_previous) {}
-        const_iterator(const iterator& p_other) :
-            m_list(p_other.m_list), m_current(p_other.m_current), m_previous(p_other.m_previous) {}
+        const_iterator(const List* p_list, const Node* p_current, const Node* p_previous)
+            : m_list(p_list), m_current(p_current), m_previous(p_previous) {}
+        const_iterator(const iterator& p_other)
+            : m_list(p_other.m_list), m_current(p_other.m_current), m_previous(p_other.m_previous) {}
 
         const T& operator*() const { return m_current->m_item; }
         const T* operator->() const { return &m_current->m_item; }
