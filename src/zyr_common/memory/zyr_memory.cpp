@@ -1,0 +1,95 @@
+#include "zyr_common/memory/zyr_memory.h"
+
+#include <cstdlib>
+#include <cstring>
+
+namespace zyr {
+
+namespace {
+
+/// What stands in front of each block. The second word keeps the block aligned to 16 bytes.
+struct BlockHeader {
+    size_t m_usableSize;
+    size_t m_unused;
+};
+static_assert(sizeof(BlockHeader) == 16);
+
+BlockHeader* getHeader(void* p_block) {
+    return static_cast<BlockHeader*>(p_block) - 1;
+}
+
+void* tryAllocate(size_t p_size, bool p_zeroed) {
+    if (p_size == 0 || p_size > SIZE_MAX - sizeof(BlockHeader) - 7) {
+        return nullptr;
+    }
+    const size_t usableSize = (p_size + 7) & ~size_t(7);
+    const size_t blockSize = usableSize + sizeof(BlockHeader);
+    BlockHeader* header = static_cast<BlockHeader*>(p_zeroed ? ::calloc(1, blockSize) : ::malloc(blockSize));
+    if (header == nullptr) {
+        return nullptr;
+    }
+    header->m_usableSize = usableSize;
+    return header + 1;
+}
+
+void* tryReallocate(void* p_block, size_t p_size, bool p_zeroed) {
+    void* block = tryAllocate(p_size, p_zeroed);
+    if (p_block != nullptr) {
+        if (block != nullptr) {
+            const size_t oldSize = getHeader(p_block)->m_usableSize;
+            memcpy(block, p_block, oldSize < p_size ? oldSize : p_size);
+        }
+        zyr_free(p_block);
+    }
+    return block;
+}
+
+void* orAbort(void* p_block) {
+    if (__builtin_expect(p_block == nullptr, 0)) {
+        ::abort();
+    }
+    return p_block;
+}
+
+} // namespace
+
+void* zyr_tryMalloc(size_t p_size) {
+    return tryAllocate(p_size, false);
+}
+void* zyr_tryMalloc0(size_t p_size) {
+    return tryAllocate(p_size, true);
+}
+void* zyr_malloc(size_t p_size) {
+    return orAbort(tryAllocate(p_size, false));
+}
+void* zyr_malloc0(size_t p_size) {
+    return orAbort(tryAllocate(p_size, true));
+}
+
+void zyr_free(void* p_block) {
+    if (p_block != nullptr) {
+        ::free(getHeader(p_block));
+    }
+}
+
+void* zyr_tryRealloc(void* p_block, size_t p_size) {
+    return tryReallocate(p_block, p_size, false);
+}
+void* zyr_tryRealloc0(void* p_block, size_t p_size) {
+    return tryReallocate(p_block, p_size, true);
+}
+void* zyr_realloc(void* p_block, size_t p_size) {
+    return orAbort(tryReallocate(p_block, p_size, false));
+}
+void* zyr_realloc0(void* p_block, size_t p_size) {
+    return orAbort(tryReallocate(p_block, p_size, true));
+}
+
+int zyr_memcmp(const void* p_a, size_t p_sizeA, const void* p_b, size_t p_sizeB) {
+    if (p_sizeA != p_sizeB) {
+        return p_sizeA > p_sizeB ? 1 : -1;
+    }
+    return p_sizeA != 0 ? memcmp(p_a, p_b, p_sizeA) : 0;
+}
+
+} // namespace zyr

@@ -1,0 +1,249 @@
+/// Atomic cells, locks, events and threads: thin classes over POSIX threads.
+///
+/// Each primitive keeps its POSIX object in a heap cell of its own, so the classes are small, may be members of
+/// byte-packed records, and can't be copied. None of them derives from RefCountedData. All operations are safe on any
+/// thread; destroying a primitive that is locked or waited for is the caller's fault and isn't checked.
+///
+///     Mutex mutex;
+///     mutex.lock();
+///     ...
+///     mutex.unlock();
+#pragma once
+
+#include "zyr_common/zyr_types.h"
+
+#include <cstdlib>
+#include <semaphore.h>
+#include <sys/types.h>
+
+namespace zyr {
+
+// Atomic functions. Each is one atomic read-modify-write and a full memory barrier behind it. Increment, decrement, add
+// and subtract give the new value; the exchange forms give the old one. Arithmetic wraps.
+
+ZYR_API uint32_t zyr_interlockedIncrementUInt32(volatile uint32_t* p_cell);
+ZYR_API uint32_t zyr_interlockedDecrementUInt32(volatile uint32_t* p_cell);
+ZYR_API uint32_t zyr_interlockedAddUInt32(volatile uint32_t* p_cell, uint32_t p_value);
+ZYR_API uint32_t zyr_interlockedSubtractUInt32(volatile uint32_t* p_cell, uint32_t p_value);
+ZYR_API uint32_t zyr_interlockedExchangeAddUInt32(volatile uint32_t* p_cell, uint32_t p_value);
+ZYR_API uint32_t zyr_interlockedExchangeSubtractUInt32(volatile uint32_t* p_cell, uint32_t p_value);
+ZYR_API uint32_t zyr_interlockedExchangeUInt32(volatile uint32_t* p_cell, uint32_t p_value);
+
+ZYR_API int32_t zyr_interlockedIncrementInt32(volatile int32_t* p_cell);
+ZYR_API int32_t zyr_interlockedDecrementInt32(volatile int32_t* p_cell);
+ZYR_API int32_t zyr_interlockedAddInt32(volatile int32_t* p_cell, int32_t p_value);
+ZYR_API int32_t zyr_interlockedSubtractInt32(volatile int32_t* p_cell, int32_t p_value);
+ZYR_API int32_t zyr_interlockedExchangeAddInt32(volatile int32_t* p_cell, int32_t p_value);
+ZYR_API int32_t zyr_interlockedExchangeSubtractInt32(volatile int32_t* p_cell, int32_t p_value);
+ZYR_API int32_t zyr_interlockedExchangeInt32(volatile int32_t* p_cell, int32_t p_value);
+
+ZYR_API uint64_t zyr_interlockedIncrementUInt64(volatile uint64_t* p_cell);
+ZYR_API uint64_t zyr_interlockedDecrementUInt64(volatile uint64_t* p_cell);
+ZYR_API uint64_t zyr_interlockedAddUInt64(volatile uint64_t* p_cell, uint64_t p_value);
+ZYR_API uint64_t zyr_interlockedSubtractUInt64(volatile uint64_t* p_cell, uint64_t p_value);
+ZYR_API uint64_t zyr_interlockedExchangeAddUInt64(volatile uint64_t* p_cell, uint64_t p_value);
+ZYR_API uint64_t zyr_interlockedExchangeSubtractUInt64(volatile uint64_t* p_cell, uint64_t p_value);
+ZYR_API uint64_t zyr_interlockedExchangeUInt64(volatile uint64_t* p_cell, uint64_t p_value);
+
+ZYR_API int64_t zyr_interlockedIncrementInt64(volatile int64_t* p_cell);
+ZYR_API int64_t zyr_interlockedDecrementInt64(volatile int64_t* p_cell);
+ZYR_API int64_t zyr_interlockedAddInt64(volatile int64_t* p_cell, int64_t p_value);
+ZYR_API int64_t zyr_interlockedSubtractInt64(volatile int64_t* p_cell, int64_t p_value);
+ZYR_API int64_t zyr_interlockedExchangeAddInt64(volatile int64_t* p_cell, int64_t p_value);
+ZYR_API int64_t zyr_interlockedExchangeSubtractInt64(volatile int64_t* p_cell, int64_t p_value);
+ZYR_API int64_t zyr_interlockedExchangeInt64(volatile int64_t* p_cell, int64_t p_value);
+
+/// The kernel's id of the calling thread, as log lines show it.
+ZYR_API uint32_t zyr_getCurrentThreadId();
+
+/// One value for this module's copy of the library; 0 until it is set.
+ZYR_API void zyr_setMainThreadId(uint32_t p_threadId);
+ZYR_API uint32_t zyr_getMainThreadId();
+
+/// Ends the process through the C library's assertion report, in every build: the log can't be used by what it is made
+/// of. The places that the reports name are fixed, since tools look for them.
+[[noreturn]] void failAssertion(const char* p_expression, const char* p_file, uint32_t p_line, const char* p_function);
+
+template <typename T> class Atomic;
+
+#pragma pack(push, 1)
+
+/// A 32-bit cell on the C heap. Write it with the zyr_interlocked functions on m_value; read it with get().
+template <> class Atomic<unsigned int> {
+public:
+    Atomic() : Atomic(0) {}
+    Atomic(uint32_t p_value)
+        : m_value(static_cast<volatile unsigned int*>(::malloc(sizeof(unsigned int)))), m_freeFunction(::free) {
+        if (__builtin_expect(m_value == nullptr, 0)) {
+            failAssertion("m_value != NULL", "../../../src/zyr_common/zyr_threading.h", 364,
+                          "zyr::Atomic<unsigned int>::Atomic(uint32_t)");
+        }
+        *m_value = p_value;
+    }
+    ~Atomic() { m_freeFunction(const_cast<unsigned int*>(m_value)); }
+    Atomic(const Atomic&) = delete;
+    Atomic& operator=(const Atomic&) = delete;
+
+    /// Reads the value without a barrier.
+    uint32_t get() const { return __atomic_load_n(m_value, __ATOMIC_RELAXED); }
+
+    volatile unsigned int* m_value;
+
+private:
+    void (*m_freeFunction)(void*);
+};
+
+/// A lock that one thread holds at a time and that is not recursive.
+class Mutex {
+public:
+    Mutex();
+    ~Mutex();
+    Mutex(const Mutex&) = delete;
+    Mutex& operator=(const Mutex&) = delete;
+
+    /// Gives the number of pthread_mutex_lock: 0, or an error code.
+    int lock();
+    int unlock();
+    /// True when the lock was free and is now held.
+    bool_t tryLock();
+
+private:
+    pthread_mutex_t* m_mutex;
+    void (*m_freeFunction)(void*);
+};
+
+/// Many readers or one writer.
+class RWLock {
+public:
+    RWLock();
+    ~RWLock();
+    RWLock(const RWLock&) = delete;
+    RWLock& operator=(const RWLock&) = delete;
+
+    int readLock();
+    bool_t tryReadLock();
+    int writeLock();
+    bool_t tryWriteLock();
+    /// Gives back either side.
+    int unlock();
+
+private:
+    pthread_rwlock_t* m_rwl;
+    void (*m_freeFunction)(void*);
+};
+
+#pragma pack(pop)
+
+static_assert(sizeof(Atomic<unsigned int>) == 16 && alignof(Atomic<unsigned int>) == 1);
+static_assert(sizeof(Mutex) == 16 && alignof(Mutex) == 1);
+static_assert(sizeof(RWLock) == 16 && alignof(RWLock) == 1);
+
+/// A lock that its holder may take again; it is free after as many unlocks.
+class RecursiveMutex {
+public:
+    RecursiveMutex();
+    ~RecursiveMutex();
+    RecursiveMutex(const RecursiveMutex&) = delete;
+    RecursiveMutex& operator=(const RecursiveMutex&) = delete;
+
+    int lock();
+    int unlock();
+    bool_t tryLock();
+
+private:
+    pthread_mutex_t* m_mutex;
+    pthread_mutexattr_t m_attributes;
+    void (*m_freeFunction)(void*);
+};
+
+/// A counter that wait() takes from and signal() adds to.
+class Semaphore {
+public:
+    explicit Semaphore(uint32_t p_initialValue);
+    ~Semaphore();
+    Semaphore(const Semaphore&) = delete;
+    Semaphore& operator=(const Semaphore&) = delete;
+
+    int wait();
+    int signal();
+    /// Makes one timed wait; true when a count was taken. 0 milliseconds is one immediate attempt. The deadline is on
+    /// the real-time clock, so a change of the system's time moves it. An interrupted wait gives false.
+    bool_t tryWait(uint32_t p_milliseconds);
+
+private:
+    sem_t* m_semaphore;
+    void (*m_freeFunction)(void*);
+};
+
+/// An auto-reset event: a signal stays set until one waiter consumes it, and a second signal before that adds nothing.
+class Event {
+public:
+    Event();
+    ~Event();
+    Event(const Event&) = delete;
+    Event& operator=(const Event&) = delete;
+
+    void signal();
+    void wait();
+    /// True when the signal was consumed in time. The deadline is as in Semaphore::tryWait.
+    bool_t tryWait(uint32_t p_milliseconds);
+
+private:
+    uint32_t m_signaled;
+    pthread_mutex_t* m_mutex;
+    pthread_cond_t* m_cond;
+    void (*m_freeFunction)(void*);
+};
+
+/// One pointer per thread. It is stored as it is: nothing is counted, and nothing happens when a thread ends.
+class ThreadLocalStorage {
+public:
+    ThreadLocalStorage();
+    ~ThreadLocalStorage();
+    ThreadLocalStorage(const ThreadLocalStorage&) = delete;
+    ThreadLocalStorage& operator=(const ThreadLocalStorage&) = delete;
+
+    int setData(RefCountedData* p_data);
+    /// Null until the calling thread has set something.
+    RefCountedData* getData();
+
+private:
+    pthread_key_t m_key;
+};
+
+/// A thread that runs one function once.
+///
+/// A joinable thread has to be joined; the destructor neither joins nor detaches. A detached thread must be made with
+/// `new`: it deletes its Thread object at its end, so the creator must not touch the object after start().
+class Thread {
+public:
+    Thread();
+    ~Thread();
+    Thread(const Thread&) = delete;
+    Thread& operator=(const Thread&) = delete;
+
+    /// Starts the thread and returns when it runs. Failures are logged and leave the object as it was, so that a later
+    /// call can succeed. An object starts once: after that the call fails, also behind a join.
+    void start(uint32_t (*p_function)(void*), void* p_argument, bool_t p_detached);
+
+    /// Waits for the end. True when the thread was joined; its result then stands in `p_result` unless that is null.
+    bool_t join(uint32_t* p_result);
+
+    /// True while the thread's function runs: not yet before its first instruction.
+    bool_t isRunning() const;
+
+    /// The handle as a number; 0 before the start.
+    uint64_t getNativeId() const;
+
+private:
+    static void* runThread(void* p_start);
+
+    pthread_t m_handle;
+    uint64_t m_nativeId;
+    uint32_t (*m_function)(void*);
+    void* m_argument;
+    uint32_t m_runningCount;
+    uint8_t m_detached;
+};
+
+} // namespace zyr
