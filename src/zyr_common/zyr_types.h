@@ -25,7 +25,6 @@ class RefCountedData;
 class String;
 class VariableReference;
 class VariableValue;
-class WObject;
 class WrappedString;
 struct GUID_t;
 template <typename T> class Array;
@@ -35,6 +34,10 @@ template <typename K> class HashSet;
 template <typename K, typename V> class HashMultiMap;
 template <typename K, typename V> class HashMultiSet;
 template <typename K, typename V> class SortedMap;
+template <class Interface> class ObjectFacade;
+
+/// The facade of an object; see object/zyr_object.h.
+using WObject = ObjectFacade<IObject>;
 
 // Enumerations that tables of lower floors name in their signatures; their own headers hold the values.
 enum VariableTypeEnum : uint32_t;

@@ -1,0 +1,81 @@
+#include "zyr_common/object/zyr_factories.h"
+
+#include "zyr_common/object/zyr_object.h"
+
+namespace zyr {
+
+const String& zyr_getClassName(const IObject* p_object) {
+    return p_object->getClassName();
+}
+
+const GUID_t& zyr_getClassGUID(const IObject* p_object) {
+    return p_object->getClassGUID();
+}
+
+const String& zyr_getClassTemplateTypeName(const IObject* p_object) {
+    return p_object->getClassTemplateTypeName();
+}
+
+void zyr_releaseObject(IObject* p_object) {
+    p_object->release();
+}
+
+IObject* zyr_createObjectFromName(const String& p_name) {
+    ApplicationData* appData = zyr_getApplicationData();
+    if (appData == nullptr) {
+        ZYR_LOG_WARN("Application data is NULL, cannot create object from name %s. Return NULL", p_name.getData());
+        return nullptr;
+    }
+    appData->m_objectAllocatorLock.readLock();
+    auto it = appData->m_objectAllocatorsByName.find(p_name);
+    if (it == appData->m_objectAllocatorsByName.end()) {
+        appData->m_objectAllocatorLock.unlock();
+        return nullptr;
+    }
+    ZYR_ASSERT(it->m_second != NULL);
+    IObject* rtnObject = it->m_second();
+    ZYR_ASSERT(rtnObject != NULL);
+    appData->m_objectAllocatorLock.unlock();
+    return rtnObject;
+}
+
+IObject* zyr_createObjectFromGUIDAndTypeName(const GUID_t& p_guid, const String& p_typeName) {
+    ApplicationData* appData = zyr_getApplicationData();
+    if (appData == nullptr) {
+        ZYR_LOG_WARN("Application data is NULL, cannot create object from GUID %s. Return NULL",
+                     String::newFromGUID(p_guid).getData());
+        return nullptr;
+    }
+    appData->m_objectAllocatorLock.readLock();
+    auto it = appData->m_objectAllocatorsByGUID.find(Pair<GUID_t, String>(p_guid, p_typeName));
+    if (it == appData->m_objectAllocatorsByGUID.end()) {
+        appData->m_objectAllocatorLock.unlock();
+        return nullptr;
+    }
+    ZYR_ASSERT(it->m_second != NULL);
+    IObject* rtnObject = it->m_second();
+    ZYR_ASSERT(rtnObject != NULL);
+    appData->m_objectAllocatorLock.unlock();
+    return rtnObject;
+}
+
+void* zyr_createUnknownVariableFromName(const String& p_name) {
+    ApplicationData* appData = zyr_getApplicationData();
+    if (appData == nullptr) {
+        ZYR_LOG_WARN("Application data is NULL, cannot create variable from name %s. Return NULL", p_name.getData());
+        return nullptr;
+    }
+    appData->m_unknownVariableLock.readLock();
+    auto it = appData->m_unknownVariableAllocators.find(p_name);
+    if (it == appData->m_unknownVariableAllocators.end()) {
+        appData->m_unknownVariableLock.unlock();
+        return nullptr;
+    }
+    ZYR_ASSERT(it->m_second != NULL);
+    void* rtnVar = it->m_second();
+    ZYR_ASSERT(rtnVar != NULL);
+    appData->m_unknownVariableLock.unlock();
+    return rtnVar;
+}
+
+} // namespace zyr
