@@ -133,8 +133,7 @@ public:
         m_context->flags |= AV_CODEC_FLAG_LOW_DELAY;
         if (p_hardware) {
             m_context->get_format = chooseVaapi;
-            int result =
-                av_hwdevice_ctx_create(&m_context->hw_device_ctx, AV_HWDEVICE_TYPE_VAAPI, nullptr, nullptr, 0);
+            int result = av_hwdevice_ctx_create(&m_context->hw_device_ctx, AV_HWDEVICE_TYPE_VAAPI, nullptr, nullptr, 0);
             if (result < 0)
                 return result;
         }
@@ -164,8 +163,7 @@ public:
             for (int y = 0; y < frame->height / 2; y++)
                 for (int x = 0; x < frame->width / 2; x++)
                     for (int plane = 1; plane <= 2; plane++)
-                        p_picture.push_back(
-                            frame->data[plane][static_cast<ptrdiff_t>(y) * frame->linesize[plane] + x]);
+                        p_picture.push_back(frame->data[plane][static_cast<ptrdiff_t>(y) * frame->linesize[plane] + x]);
         }
         av_frame_free(&copy);
         av_frame_free(&frame);

@@ -160,7 +160,8 @@ void copyBlock(Nv12Picture& p_picture, uint32_t p_blockX, uint32_t p_blockY, uin
 
 } // namespace
 
-std::vector<uint8_t> writeH264Pcm(Nv12Picture& p_source, uint32_t p_width, uint32_t p_height, uint32_t p_pictureNumber) {
+std::vector<uint8_t> writeH264Pcm(Nv12Picture& p_source, uint32_t p_width, uint32_t p_height,
+                                  uint32_t p_pictureNumber) {
     std::vector<uint8_t> stream;
     appendUnit(stream, 0x67, sequenceParameterSet(p_width, p_height));
     appendUnit(stream, 0x68, pictureParameterSet());

@@ -66,11 +66,12 @@ struct Driver {
     std::map<VAImageID, VABufferID> m_images;
 };
 
-Driver& driverOf(VADriverContextP p_context) { return *static_cast<Driver*>(p_context->pDriverData); }
+Driver& driverOf(VADriverContextP p_context) {
+    return *static_cast<Driver*>(p_context->pDriverData);
+}
 
 /// The value of a key, or an empty pointer.
-template <typename Map>
-auto find(Map& p_map, unsigned p_id) {
+template <typename Map> auto find(Map& p_map, unsigned p_id) {
     auto found = p_map.find(p_id);
     return found == p_map.end() ? nullptr : &found->second;
 }
@@ -255,7 +256,9 @@ VAStatus mapBuffer(VADriverContextP p_context, VABufferID p_buffer, void** p_add
     return VA_STATUS_SUCCESS;
 }
 
-VAStatus unmapBuffer(VADriverContextP, VABufferID) { return VA_STATUS_SUCCESS; }
+VAStatus unmapBuffer(VADriverContextP, VABufferID) {
+    return VA_STATUS_SUCCESS;
+}
 
 VAStatus destroyBuffer(VADriverContextP p_context, VABufferID p_buffer) {
     Driver& driver = driverOf(p_context);
@@ -295,8 +298,8 @@ VAStatus createImage(VADriverContextP p_context, VAImageFormat*, int p_width, in
         return VA_STATUS_ERROR_ALLOCATION_FAILED;
     Driver& driver = driverOf(p_context);
     std::lock_guard lock(driver.m_mutex);
-    addImage(driver,
-             std::make_shared<Nv12Picture>(static_cast<uint32_t>(p_width), static_cast<uint32_t>(p_height)), p_image);
+    addImage(driver, std::make_shared<Nv12Picture>(static_cast<uint32_t>(p_width), static_cast<uint32_t>(p_height)),
+             p_image);
     return VA_STATUS_SUCCESS;
 }
 
@@ -404,8 +407,7 @@ VAStatus renderPicture(VADriverContextP p_context, VAContextID p_id, VABufferID*
 }
 
 /// The last buffer of a type that was given for the picture, as the structure that it holds.
-template <typename Parameters>
-Parameters* findParameters(Driver& p_driver, Context& p_context, VABufferType p_type) {
+template <typename Parameters> Parameters* findParameters(Driver& p_driver, Context& p_context, VABufferType p_type) {
     Parameters* found = nullptr;
     for (VABufferID id : p_context.m_buffers) {
         auto buffer = find(p_driver.m_buffers, id);
@@ -428,8 +430,8 @@ bool encodePicture(Driver& p_driver, Context& p_context, Nv12Picture& p_source) 
     VABufferID codedBuffer = VA_INVALID_ID;
     std::vector<uint8_t> bytes;
     if (p_context.m_config.m_profile == VAProfileVP9Profile0) {
-        auto parameters = findParameters<VAEncPictureParameterBufferVP9>(p_driver, p_context,
-                                                                         VAEncPictureParameterBufferType);
+        auto parameters =
+            findParameters<VAEncPictureParameterBufferVP9>(p_driver, p_context, VAEncPictureParameterBufferType);
         if (parameters == nullptr)
             return false;
         codedBuffer = parameters->coded_buf;
@@ -437,8 +439,8 @@ bool encodePicture(Driver& p_driver, Context& p_context, Nv12Picture& p_source) 
                                     parameters->pic_flags.bits.frame_type == 0, bytes))
             return false;
     } else {
-        auto parameters = findParameters<VAEncPictureParameterBufferH264>(p_driver, p_context,
-                                                                          VAEncPictureParameterBufferType);
+        auto parameters =
+            findParameters<VAEncPictureParameterBufferH264>(p_driver, p_context, VAEncPictureParameterBufferType);
         if (parameters == nullptr)
             return false;
         codedBuffer = parameters->coded_buf;
@@ -462,14 +464,13 @@ bool decodePicture(Driver& p_driver, Context& p_context, Nv12Picture& p_target) 
         return false;
     if (p_context.m_config.m_profile == VAProfileVP9Profile0)
         return p_context.m_vp9.decode(data->m_bytes.data(), data->m_bytes.size(), p_target);
-    auto picture =
-        findParameters<VAPictureParameterBufferH264>(p_driver, p_context, VAPictureParameterBufferType);
+    auto picture = findParameters<VAPictureParameterBufferH264>(p_driver, p_context, VAPictureParameterBufferType);
     auto slice = findParameters<VASliceParameterBufferH264>(p_driver, p_context, VASliceParameterBufferType);
     if (picture == nullptr || slice == nullptr || slice->slice_data_offset > data->m_bytes.size())
         return false;
-    return readH264Pcm(data->m_bytes.data() + slice->slice_data_offset,
-                       data->m_bytes.size() - slice->slice_data_offset, slice->slice_data_bit_offset,
-                       picture->picture_width_in_mbs_minus1 + 1u, picture->picture_height_in_mbs_minus1 + 1u, p_target);
+    return readH264Pcm(data->m_bytes.data() + slice->slice_data_offset, data->m_bytes.size() - slice->slice_data_offset,
+                       slice->slice_data_bit_offset, picture->picture_width_in_mbs_minus1 + 1u,
+                       picture->picture_height_in_mbs_minus1 + 1u, p_target);
 }
 
 VAStatus endPicture(VADriverContextP p_context, VAContextID p_id) {
@@ -495,8 +496,7 @@ VAStatus terminate(VADriverContextP p_context) {
 }
 
 /// Stands in the places of the table that libva wants filled and FFmpeg never calls.
-template <typename... Arguments>
-VAStatus refuse(VADriverContextP, Arguments...) {
+template <typename... Arguments> VAStatus refuse(VADriverContextP, Arguments...) {
     return VA_STATUS_ERROR_UNIMPLEMENTED;
 }
 

@@ -41,8 +41,8 @@ bool Vp9Codec::encode(Nv12Picture& p_source, uint32_t p_width, uint32_t p_height
             image->planes[1][static_cast<size_t>(y) * image->stride[1] + x] = p_source.chroma(y)[x * 2];
             image->planes[2][static_cast<size_t>(y) * image->stride[2] + x] = p_source.chroma(y)[x * 2 + 1];
         }
-    vpx_codec_err_t result = vpx_codec_encode(&m_encoder, image, m_frameCount++, 1,
-                                              p_keyFrame ? VPX_EFLAG_FORCE_KF : 0, VPX_DL_REALTIME);
+    vpx_codec_err_t result =
+        vpx_codec_encode(&m_encoder, image, m_frameCount++, 1, p_keyFrame ? VPX_EFLAG_FORCE_KF : 0, VPX_DL_REALTIME);
     vpx_img_free(image);
     if (result != VPX_CODEC_OK)
         return false;
