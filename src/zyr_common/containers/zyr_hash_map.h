@@ -33,8 +33,6 @@ template <typename K, typename V> struct HashMapEntry {
 /// map itself. The order of the virtual operations and of the fields is a contract between separately built modules.
 template <typename K, typename V, typename H, typename E>
 class HashMapBase : public HashTable<HashMapEntry<K, V>, K, H, E> {
-    typedef HashTable<HashMapEntry<K, V>, K, H, E> Base;
-
 public:
     typedef HashMapEntry<K, V> Entry;
     typedef HashIterator<HashMapBase, Entry> iterator;

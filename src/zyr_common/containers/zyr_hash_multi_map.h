@@ -1,0 +1,206 @@
+/// A hashed map with an array of values per key that keeps the order in which keys were inserted.
+///
+///     HashMultiMap<String, uint32_t> lines;
+///     lines.pushBack("frames", 1);
+///     lines.pushBack("frames", 7);
+///     for (const auto& entry : lines) { use(entry.m_first, entry.m_second.getSize()); }
+///
+/// The map owns keys and values. Values that are pointers are not deleted. It is not thread safe: whoever shares a map
+/// between threads guards it.
+#pragma once
+
+#include "zyr_common/containers/zyr_array.h"
+#include "zyr_common/containers/zyr_hash_table.h"
+
+namespace zyr {
+
+#pragma pack(push, 1)
+
+/// One key with its values in the order of insertion. The key must not be changed while the entry is in a map.
+template <typename K, typename V> struct HashMultiMapEntry {
+    HashMultiMapEntry(uint32_t p_hash, const K& p_key)
+        : m_first(p_key), m_hash(p_hash), m_prev(nullptr), m_next(nullptr) {}
+
+    K m_first;
+    Array<V> m_second;
+    uint32_t m_hash;
+    HashMultiMapEntry* m_prev;
+    HashMultiMapEntry* m_next;
+};
+
+/// Iteration follows the chain of entries: the order of insertion for pushBack. Stored data relies on that order.
+///
+/// The operations that add append a value to the array of its key, which they give. The array belongs to the map and
+/// stays where it is until its key is removed. A run of values for one key is hashed once. Keys and values handed in
+/// may lie in the map itself. The order of the virtual operations and of the fields is a contract between separately
+/// built modules.
+template <typename K, typename V, typename H, typename E>
+class HashMultiMapBase : public HashTable<HashMultiMapEntry<K, V>, K, H, E> {
+public:
+    typedef HashMultiMapEntry<K, V> Entry;
+    typedef HashIterator<HashMultiMapBase, Entry> iterator;
+    typedef HashIterator<const HashMultiMapBase, const Entry> const_iterator;
+
+    HashMultiMapBase() : m_lastEntry(nullptr), m_allocator(getAllocator()) {}
+    /// A deep copy with the default allocator.
+    HashMultiMapBase(const HashMultiMapBase& p_other) : HashMultiMapBase() { HashMultiMapBase::copy(p_other); }
+    HashMultiMapBase& operator=(const HashMultiMapBase& p_other) {
+        copy(p_other);
+        return *this;
+    }
+    ~HashMultiMapBase() override { this->clearEntries(m_allocator); }
+
+    /// Sets the source of entries and buckets and nothing else; present ones must be compatible with it. Null means the
+    /// zyr_ functions.
+    virtual void setAllocatorUnsafe(Allocator* p_allocator) { m_allocator = p_allocator; }
+
+    virtual iterator begin() { return iterator(this, this->m_head, nullptr); }
+    virtual const_iterator beginConst() const { return const_iterator(this, this->m_head, nullptr); }
+    /// Behind the last entry; stepping back from here gives the last entry.
+    virtual iterator end() { return iterator(this, nullptr, this->getLastEntry()); }
+    virtual const_iterator endConst() const { return const_iterator(this, nullptr, this->getLastEntry()); }
+    const_iterator begin() const { return beginConst(); }
+    const_iterator end() const { return endConst(); }
+
+    virtual bool isEmpty() const { return this->m_size == 0; }
+    virtual size_t getSize() const { return this->m_size; }
+
+    /// The values of the first key; an array of no map when the map is empty.
+    virtual Array<V>& front() { return this->m_head != nullptr ? this->m_head->m_second : getDummy(); }
+    virtual const Array<V>& frontConst() const { return this->m_head != nullptr ? this->m_head->m_second : getDummy(); }
+    /// The values of the last key; an array of no map when the map is empty.
+    virtual Array<V>& back() { return this->m_head != nullptr ? this->getLastEntry()->m_second : getDummy(); }
+    virtual const Array<V>& backConst() const {
+        return this->m_head != nullptr ? this->getLastEntry()->m_second : getDummy();
+    }
+
+    /// Adds a value; a new key goes in front of the others.
+    virtual Array<V>* pushFront(const K& p_key, const V& p_value) { return add(p_key, p_value, this->m_head); }
+    /// Removes the first key with all its values; nothing happens on an empty map.
+    virtual void popFront() {
+        iterator position(this, this->m_head, nullptr);
+        removeByPosition(position);
+    }
+    /// Adds a value; a new key goes behind the others.
+    virtual Array<V>* pushBack(const K& p_key, const V& p_value) { return add(p_key, p_value, nullptr); }
+    /// Adds a value; a new key goes before the position, at the end when that is behind the end. With `p_after` the
+    /// position is stepped first.
+    virtual Array<V>* insert(const K& p_key, iterator& p_position, bool p_after, const V& p_value) {
+        if (p_after) {
+            ++p_position;
+        }
+        Array<V>* values = add(p_key, p_value, p_position.m_entry);
+        p_position.m_previous = p_position.m_entry != nullptr ? p_position.m_entry->m_prev : this->getLastEntry();
+        return values;
+    }
+    /// Removes the last key with all its values; nothing happens on an empty map.
+    virtual void popBack() {
+        iterator position(this, this->getLastEntry(), nullptr);
+        removeByPosition(position);
+    }
+
+    /// Removes the entry at the position, which moves on to the entry behind it. Behind the end nothing happens.
+    virtual void removeByPosition(iterator& p_position) {
+        if (p_position.m_entry != nullptr) {
+            const iterator following(this, p_position.m_entry->m_next, p_position.m_entry->m_prev);
+            remove(p_position.m_entry->m_first);
+            p_position = following;
+        }
+    }
+    /// True when an entry was removed. The last removal gives the buckets back; there is no other shrinking.
+    virtual bool remove(const K& p_key) {
+        Entry* entry = this->takeEntry(p_key, m_allocator);
+        if (entry == nullptr) {
+            return false;
+        }
+        if (entry == m_lastEntry) {
+            m_lastEntry = nullptr;
+        }
+        this->destroyEntry(entry, m_allocator);
+        return true;
+    }
+    /// Removes from the first position up to but not including the last. Both then stand at the last one's entry.
+    virtual void removeRange(iterator& p_first, iterator& p_last) {
+        while (p_first.m_entry != nullptr && p_first.m_entry != p_last.m_entry) {
+            iterator position = p_first;
+            ++p_first;
+            removeByPosition(position);
+            p_first.m_previous = position.m_previous;
+        }
+        p_last.m_previous = p_first.m_previous;
+    }
+
+    /// Exchanges entries, buckets and allocator.
+    virtual void swap(HashMultiMapBase& p_other) {
+        this->swapEntries(p_other);
+        std::swap(m_lastEntry, p_other.m_lastEntry);
+        std::swap(m_allocator, p_other.m_allocator);
+    }
+    /// Becomes a deep copy in the same order, with a bucket count of its own; the allocator stays.
+    virtual void copy(const HashMultiMapBase& p_source) {
+        if (&p_source == this) {
+            return;
+        }
+        clear();
+        for (const Entry* entry = p_source.m_head; entry != nullptr; entry = entry->m_next) {
+            m_lastEntry = this->addEntry(m_allocator, nullptr, entry->m_hash, entry->m_first);
+            m_lastEntry->m_second = entry->m_second;
+        }
+    }
+    /// Removes all entries; the allocator stays.
+    virtual void clear() {
+        m_lastEntry = nullptr;
+        this->clearEntries(m_allocator);
+    }
+
+    /// The place of a key; end() when it is absent.
+    virtual iterator find(const K& p_key) {
+        Entry* entry = this->findEntry(p_key);
+        return entry != nullptr ? iterator(this, entry, entry->m_prev) : iterator(this, nullptr, this->getLastEntry());
+    }
+    virtual const_iterator findConst(const K& p_key) const {
+        const Entry* entry = this->findEntry(p_key);
+        return entry != nullptr ? const_iterator(this, entry, entry->m_prev)
+                                : const_iterator(this, nullptr, this->getLastEntry());
+    }
+    /// The number of values of the key, 0 when it is absent.
+    virtual size_t count(const K& p_key) const {
+        const Entry* entry = this->findEntry(p_key);
+        return entry != nullptr ? entry->m_second.getSize() : 0;
+    }
+
+private:
+    static Array<V>& getDummy() {
+        static Array<V> dummyT;
+        return dummyT;
+    }
+
+    Array<V>* add(const K& p_key, const V& p_value, Entry* p_before) {
+        if (m_lastEntry == nullptr || !this->m_equalFunction(m_lastEntry->m_first, p_key)) {
+            const uint32_t hash = this->m_hashFunction(p_key);
+            Entry* entry = this->findEntry(p_key, hash);
+            m_lastEntry = entry != nullptr ? entry : this->addEntry(m_allocator, p_before, hash, p_key);
+        }
+        m_lastEntry->m_second.pushBack(p_value);
+        return &m_lastEntry->m_second;
+    }
+
+    /// The entry that took the last value.
+    Entry* m_lastEntry;
+    Allocator* m_allocator;
+};
+
+/// The multimap with the usual hash and equality.
+template <typename K, typename V> class HashMultiMap : public HashMultiMapBase<K, V, Hash<K>, EqualTo<K>> {
+public:
+    HashMultiMap() = default;
+    HashMultiMap(const HashMultiMap&) = default;
+    HashMultiMap& operator=(const HashMultiMap&) = default;
+    ~HashMultiMap() override {}
+};
+
+#pragma pack(pop)
+
+static_assert(sizeof(HashMultiMap<int, int>) == 82 && alignof(HashMultiMap<int, int>) == 1);
+
+} // namespace zyr
