@@ -16,6 +16,9 @@ struct GUID_t {
     /// part way, and the bytes that were not reached keep their value: there is no error result.
     void fromString(const char* p_text);
 
+    /// Overwrites the six bits that make these bytes an identifier of version 4 with the RFC 4122 variant.
+    void setVersion4();
+
     bool isNull() const { return *this == GUID_t(); }
 
     bool operator==(const GUID_t& p_other) const { return memcmp(m_data, p_other.m_data, sizeof(m_data)) == 0; }
