@@ -1,0 +1,371 @@
+/// How one field of a record is declared, written and read, by its type. Only for zyr_record_walker.h.
+#pragma once
+
+#include "zyr_common/containers/zyr_array.h"
+#include "zyr_common/containers/zyr_hash_set.h"
+#include "zyr_common/digest/zyr_guid.h"
+#include "zyr_common/serialization/zyr_record.h"
+#include "zyr_common/serialization/zyr_serializer.h"
+#include "zyr_common/text/zyr_string.h"
+
+namespace zyr {
+
+/// The operations for one type of field. c_element tells whether a text format gives it an element of its own. Values
+/// pass through aligned locals, since the fields of packed records are not aligned.
+template <typename M> struct RecordFieldIO;
+
+/// The operations of a serializer for one number type.
+template <typename T> struct NumberIO;
+
+template <> struct NumberIO<int32_t> {
+    static constexpr auto c_declare = &ISerializer::declareInt32;
+    static constexpr auto c_write = &ISerializer::writeInt32;
+    static constexpr auto c_read = &IDeserializer::readInt32;
+};
+template <> struct NumberIO<uint32_t> {
+    static constexpr auto c_declare = &ISerializer::declareUInt32;
+    static constexpr auto c_write = &ISerializer::writeUInt32;
+    static constexpr auto c_read = &IDeserializer::readUInt32;
+    static constexpr auto c_declareArray = &ISerializer::declareUInt32Array;
+    static constexpr auto c_writeArray = &ISerializer::writeUInt32Array;
+    static constexpr auto c_readArray = &IDeserializer::readUInt32Array;
+};
+template <> struct NumberIO<int64_t> {
+    static constexpr auto c_declare = &ISerializer::declareInt64;
+    static constexpr auto c_write = &ISerializer::writeInt64;
+    static constexpr auto c_read = &IDeserializer::readInt64;
+};
+template <> struct NumberIO<uint64_t> {
+    static constexpr auto c_declare = &ISerializer::declareUInt64;
+    static constexpr auto c_write = &ISerializer::writeUInt64;
+    static constexpr auto c_read = &IDeserializer::readUInt64;
+};
+template <> struct NumberIO<float> {
+    static constexpr auto c_declare = &ISerializer::declareFloat;
+    static constexpr auto c_write = &ISerializer::writeFloat;
+    static constexpr auto c_read = &IDeserializer::readFloat;
+    static constexpr auto c_declareArray = &ISerializer::declareFloatArray;
+    static constexpr auto c_writeArray = &ISerializer::writeFloatArray;
+    static constexpr auto c_readArray = &IDeserializer::readFloatArray;
+};
+template <> struct NumberIO<double> {
+    static constexpr auto c_declare = &ISerializer::declareDouble;
+    static constexpr auto c_write = &ISerializer::writeDouble;
+    static constexpr auto c_read = &IDeserializer::readDouble;
+    static constexpr auto c_declareArray = &ISerializer::declareDoubleArray;
+    static constexpr auto c_writeArray = &ISerializer::writeDoubleArray;
+    static constexpr auto c_readArray = &IDeserializer::readDoubleArray;
+};
+
+template <typename T>
+concept ArrayNumber = requires {
+    NumberIO<T>::c_writeArray;
+};
+
+template <typename T>
+requires std::is_arithmetic_v<T>
+struct RecordFieldIO<T> {
+    static constexpr bool c_element = false;
+    static bool_t declare(ISerializer* p_serializer, const String& p_key, T p_value, bool_t& p_result) {
+        return (p_serializer->*NumberIO<T>::c_declare)(p_key, p_value, p_result);
+    }
+    static bool_t write(ISerializer* p_serializer, const String& p_key, T p_value, bool_t p_attribute,
+                        EnumerationConverter p_converter) {
+        if constexpr (std::is_floating_point_v<T>) {
+            return (p_serializer->*NumberIO<T>::c_write)(p_key, p_value, p_attribute, 0);
+        } else {
+            return (p_serializer->*NumberIO<T>::c_write)(p_key, p_value, 0, p_attribute, p_converter);
+        }
+    }
+    static bool_t read(IDeserializer* p_deserializer, const String& p_key, uint32_t& p_cache, T& p_value,
+                       EnumerationConverter p_converter) {
+        T value = p_value;
+        bool_t done = (p_deserializer->*NumberIO<T>::c_read)(p_key, p_cache, value, p_converter);
+        p_value = value;
+        return done;
+    }
+};
+
+template <> struct RecordFieldIO<bool_t> {
+    static constexpr bool c_element = false;
+    static bool_t declare(ISerializer* p_serializer, const String& p_key, bool_t p_value, bool_t& p_result) {
+        return p_serializer->declareBool(p_key, p_value, p_result);
+    }
+    static bool_t write(ISerializer* p_serializer, const String& p_key, bool_t p_value, bool_t p_attribute,
+                        EnumerationConverter) {
+        return p_serializer->writeBool(p_key, p_value, p_attribute, 0);
+    }
+    static bool_t read(IDeserializer* p_deserializer, const String& p_key, uint32_t& p_cache, bool_t& p_value,
+                       EnumerationConverter) {
+        return p_deserializer->readBool(p_key, p_cache, p_value, 0);
+    }
+};
+
+template <typename E>
+requires std::is_enum_v<E>
+struct RecordFieldIO<E> {
+    static constexpr bool c_element = false;
+    static bool_t declare(ISerializer* p_serializer, const String& p_key, E p_value, bool_t& p_result) {
+        return p_serializer->declareEnum(p_key, static_cast<uint32_t>(p_value), p_result);
+    }
+    static bool_t write(ISerializer* p_serializer, const String& p_key, E p_value, bool_t p_attribute,
+                        EnumerationConverter p_converter) {
+        return p_serializer->writeEnum(p_key, static_cast<uint32_t>(p_value), 0, p_attribute, p_converter);
+    }
+    static bool_t read(IDeserializer* p_deserializer, const String& p_key, uint32_t& p_cache, E& p_value,
+                       EnumerationConverter p_converter) {
+        uint32_t number = static_cast<uint32_t>(p_value);
+        bool_t done = p_deserializer->readEnum(p_key, p_cache, number, p_converter);
+        p_value = static_cast<E>(number);
+        return done;
+    }
+};
+
+template <> struct RecordFieldIO<String> {
+    static constexpr bool c_element = false;
+    static bool_t declare(ISerializer* p_serializer, const String& p_key, const String& p_value, bool_t& p_result) {
+        return p_serializer->declareString(p_key, p_value, p_result);
+    }
+    static bool_t write(ISerializer* p_serializer, const String& p_key, const String& p_value, bool_t p_attribute,
+                        EnumerationConverter) {
+        return p_serializer->writeString(p_key, p_value, p_attribute, 0);
+    }
+    static bool_t read(IDeserializer* p_deserializer, const String& p_key, uint32_t& p_cache, String& p_value,
+                       EnumerationConverter) {
+        return p_deserializer->readString(p_key, p_cache, p_value, nullptr);
+    }
+};
+
+/// A GUID travels as its text. An empty text leaves it as it is.
+template <> struct RecordFieldIO<GUID_t> {
+    static constexpr bool c_element = false;
+    static bool_t declare(ISerializer* p_serializer, const String& p_key, const GUID_t& p_value, bool_t& p_result) {
+        return p_serializer->declareString(p_key, String::newFromGUID(p_value), p_result);
+    }
+    static bool_t write(ISerializer* p_serializer, const String& p_key, const GUID_t& p_value, bool_t p_attribute,
+                        EnumerationConverter) {
+        return p_serializer->writeString(p_key, String::newFromGUID(p_value), p_attribute, 0);
+    }
+    static bool_t read(IDeserializer* p_deserializer, const String& p_key, uint32_t& p_cache, GUID_t& p_value,
+                       EnumerationConverter) {
+        String text;
+        if (!p_deserializer->readString(p_key, p_cache, text, nullptr)) {
+            return 0;
+        }
+        if (!text.isEmpty()) {
+            GUID_t_fromString(p_value, text.getData());
+        }
+        return 1;
+    }
+};
+
+/// Declares the structure of the record type R and then the field.
+template <RecordLevel R>
+bool_t zyr_declareRecordField(ISerializer* p_serializer, const String& p_key, R& p_sample, uint32_t p_marker,
+                              uint32_t p_element) {
+    bool_t result = 1;
+    return p_serializer->beginHeaderStructure(R::getRecordName()) &&
+           p_sample.writeSerialized(p_serializer, 1, result) && p_serializer->endHeaderStructure() &&
+           p_serializer->writeHeaderField(p_key, p_marker, p_element, R::getRecordName());
+}
+
+template <RecordLevel R> struct RecordFieldIO<R> {
+    static constexpr bool c_element = true;
+    static bool_t declare(ISerializer* p_serializer, const String& p_key, R& p_value, bool_t& p_result) {
+        return p_result = zyr_declareRecordField(p_serializer, p_key, p_value, ZYR_HEADER_FIELD_RECORD, 0);
+    }
+    static bool_t write(ISerializer* p_serializer, const String& p_key, R& p_value, bool_t, EnumerationConverter) {
+        bool_t result = 1;
+        return p_serializer->beginStructure(p_key, 0) && p_value.writeSerialized(p_serializer, 0, result) &&
+               p_serializer->endStructure();
+    }
+    static bool_t read(IDeserializer* p_deserializer, const String& p_key, uint32_t&, R& p_value,
+                       EnumerationConverter) {
+        bool_t found = 0;
+        if (!p_deserializer->enterGroup(p_key, found)) {
+            return 0;
+        }
+        if (!found) {
+            return 1;
+        }
+        bool_t done = p_value.readSerialized(p_deserializer);
+        return p_deserializer->leaveGroup() && done;
+    }
+};
+
+/// A fixed number of numbers: a matrix, whose rows a text format puts on lines. Another count than N fails.
+template <ArrayNumber T, size_t N> struct RecordFieldIO<T[N]> {
+    static constexpr bool c_element = true;
+    static constexpr uint32_t c_rowLength = N == 9 ? 3 : N == 16 ? 4 : 0;
+    static bool_t declare(ISerializer* p_serializer, const String& p_key, const T (&p_value)[N], bool_t& p_result) {
+        T items[N];
+        copy(items, p_value);
+        return (p_serializer->*NumberIO<T>::c_declareArray)(p_key, N, items, p_result);
+    }
+    static bool_t write(ISerializer* p_serializer, const String& p_key, const T (&p_value)[N], bool_t p_attribute,
+                        EnumerationConverter) {
+        T items[N];
+        copy(items, p_value);
+        return (p_serializer->*NumberIO<T>::c_writeArray)(p_key, N, items, p_attribute, c_rowLength);
+    }
+    static bool_t read(IDeserializer* p_deserializer, const String& p_key, uint32_t& p_cache, T (&p_value)[N],
+                       EnumerationConverter) {
+        Array<T> items;
+        items.pushBackRange(p_value, N);
+        if (!(p_deserializer->*NumberIO<T>::c_readArray)(p_key, p_cache, items, 0) || items.getSize() != N) {
+            return 0;
+        }
+        copy(p_value, items.getData());
+        return 1;
+    }
+
+private:
+    static void copy(T* p_target, const T* p_source) { memcpy(p_target, p_source, N * sizeof(T)); }
+};
+
+template <ArrayNumber T> struct RecordFieldIO<Array<T>> {
+    static constexpr bool c_element = true;
+    static bool_t declare(ISerializer* p_serializer, const String& p_key, const Array<T>& p_value, bool_t& p_result) {
+        return (p_serializer->*NumberIO<T>::c_declareArray)(p_key, static_cast<uint32_t>(p_value.getSize()),
+                                                            p_value.getData(), p_result);
+    }
+    static bool_t write(ISerializer* p_serializer, const String& p_key, const Array<T>& p_value, bool_t p_attribute,
+                        EnumerationConverter) {
+        return (p_serializer->*NumberIO<T>::c_writeArray)(p_key, static_cast<uint32_t>(p_value.getSize()),
+                                                          p_value.getData(), p_attribute, 0);
+    }
+    static bool_t read(IDeserializer* p_deserializer, const String& p_key, uint32_t& p_cache, Array<T>& p_value,
+                       EnumerationConverter) {
+        return (p_deserializer->*NumberIO<T>::c_readArray)(p_key, p_cache, p_value, 0);
+    }
+};
+
+template <> struct RecordFieldIO<Array<String>> {
+    static constexpr bool c_element = true;
+    static bool_t declare(ISerializer* p_serializer, const String& p_key, const Array<String>& p_value,
+                          bool_t& p_result) {
+        return p_serializer->declareStringArray(p_key, p_value, p_result);
+    }
+    static bool_t write(ISerializer* p_serializer, const String& p_key, const Array<String>& p_value,
+                        bool_t p_attribute, EnumerationConverter) {
+        return p_serializer->writeStringArray(p_key, static_cast<uint32_t>(p_value.getSize()), p_value.getData(),
+                                              p_attribute, 0);
+    }
+    static bool_t read(IDeserializer* p_deserializer, const String& p_key, uint32_t& p_cache, Array<String>& p_value,
+                       EnumerationConverter) {
+        return p_deserializer->readStringArray(p_key, p_cache, p_value, 0);
+    }
+};
+
+/// Arrays and sets of enumerations travel as arrays of numbers with the converter of the enumeration.
+template <typename Container, EnumerationWithTexts E> struct EnumerationItemsIO {
+    static constexpr bool c_element = true;
+    static bool_t declare(ISerializer* p_serializer, const String& p_key, const Container& p_value, bool_t& p_result) {
+        Array<uint32_t> numbers;
+        collect(p_value, numbers);
+        return p_serializer->declareEnumArray(p_key, static_cast<uint32_t>(numbers.getSize()), numbers.getData(),
+                                              p_result);
+    }
+    static bool_t write(ISerializer* p_serializer, const String& p_key, const Container& p_value, bool_t p_attribute,
+                        EnumerationConverter) {
+        Array<uint32_t> numbers;
+        collect(p_value, numbers);
+        return p_serializer->writeEnumArray(p_key, static_cast<uint32_t>(numbers.getSize()), numbers.getData(),
+                                            p_attribute, &zyr_convertEnumeration<E>);
+    }
+    static bool_t read(IDeserializer* p_deserializer, const String& p_key, uint32_t& p_cache, Container& p_value,
+                       EnumerationConverter) {
+        Array<uint32_t> numbers;
+        if (!p_deserializer->readEnumArray(p_key, p_cache, numbers, &zyr_convertEnumeration<E>)) {
+            return 0;
+        }
+        add(p_value, numbers);
+        return 1;
+    }
+
+private:
+    static void collect(const Array<E>& p_items, Array<uint32_t>& p_numbers) {
+        for (size_t i = 0; i < p_items.getSize(); ++i) {
+            p_numbers.pushBack(static_cast<uint32_t>(p_items[i]));
+        }
+    }
+    static void collect(const HashSet<E>& p_items, Array<uint32_t>& p_numbers) {
+        for (auto i = p_items.beginConst(); i != p_items.endConst(); ++i) {
+            p_numbers.pushBack(static_cast<uint32_t>(i->m_first));
+        }
+    }
+    static void add(Array<E>& p_items, const Array<uint32_t>& p_numbers) {
+        p_items.clear();
+        for (size_t i = 0; i < p_numbers.getSize(); ++i) {
+            p_items.pushBack(static_cast<E>(p_numbers[i]));
+        }
+    }
+    static void add(HashSet<E>& p_items, const Array<uint32_t>& p_numbers) {
+        for (size_t i = 0; i < p_numbers.getSize(); ++i) {
+            p_items.pushBack(static_cast<E>(p_numbers[i]), nullptr);
+        }
+    }
+};
+
+template <EnumerationWithTexts E> struct RecordFieldIO<Array<E>> : EnumerationItemsIO<Array<E>, E> {};
+template <EnumerationWithTexts E> struct RecordFieldIO<HashSet<E>> : EnumerationItemsIO<HashSet<E>, E> {};
+
+/// An array of records; the items replace what the array holds. The stored count only bounds the loop: an element that
+/// isn't there ends it, so a wrong count allocates nothing.
+template <RecordLevel R> struct RecordFieldIO<Array<R>> {
+    static constexpr bool c_element = true;
+    static bool_t declare(ISerializer* p_serializer, const String& p_key, const Array<R>&, bool_t& p_result) {
+        R sample;
+        return p_result =
+                   zyr_declareRecordField(p_serializer, p_key, sample, ZYR_HEADER_FIELD_ARRAY, ZYR_HEADER_FIELD_RECORD);
+    }
+    static bool_t write(ISerializer* p_serializer, const String& p_key, Array<R>& p_value, bool_t,
+                        EnumerationConverter) {
+        uint32_t count = static_cast<uint32_t>(p_value.getSize());
+        if (!p_serializer->beginArray(p_key, count, ZYR_ARRAY_OF_RECORDS)) {
+            return 0;
+        }
+        for (uint32_t i = 0; i < count; ++i) {
+            bool_t result = 1;
+            if (!p_serializer->beginArrayElement(i, R::getRecordName()) ||
+                !p_value[i].writeSerialized(p_serializer, 0, result) || !p_serializer->endArrayElement()) {
+                return 0;
+            }
+        }
+        return p_serializer->endArray();
+    }
+    static bool_t read(IDeserializer* p_deserializer, const String& p_key, uint32_t&, Array<R>& p_value,
+                       EnumerationConverter) {
+        bool_t found = 0;
+        if (!p_deserializer->enterArray(p_key, found, 0)) {
+            return 0;
+        }
+        if (!found) {
+            return 1;
+        }
+        p_value.clear();
+        bool_t done = 1;
+        uint32_t count = p_deserializer->getArraySize();
+        for (uint32_t i = 0; i < count && done; ++i) {
+            done = readElement(p_deserializer, i, p_value);
+        }
+        return p_deserializer->leaveArray(ZYR_HEADER_FIELD_RECORD) && done;
+    }
+
+private:
+    /// A null element leaves its place in the array with a default record.
+    static bool_t readElement(IDeserializer* p_deserializer, uint32_t p_index, Array<R>& p_value) {
+        String typeName;
+        R item;
+        if (!p_deserializer->enterArrayElement(p_index, typeName)) {
+            return 0;
+        }
+        bool_t done = typeName.isEmpty() || item.readSerialized(p_deserializer);
+        if (done) {
+            p_value.pushBack(item);
+        }
+        return p_deserializer->leaveArrayElement() && done;
+    }
+};
+
+} // namespace zyr
