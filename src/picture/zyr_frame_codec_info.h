@@ -1,0 +1,75 @@
+/// What an encoder and a decoder agreed on.
+///
+/// The sets keep the order of insertion, and it means something: the first element is the agreed choice, those behind
+/// it are the alternatives in falling order of preference. Copies and stored records keep it. One owner at a time.
+#pragma once
+
+#include "picture/zyr_codec_enums.h"
+#include "zyr_common/containers/zyr_hash_set.h"
+#include "zyr_common/memory/zyr_ref_counted_data.h"
+#include "zyr_common/serialization/zyr_record.h"
+#include "zyr_common/text/zyr_string.h"
+
+namespace zyr {
+
+#pragma pack(push, 1)
+
+/// The record with which encoder and decoder are initialized. All fields are empty, 0 or false at first. Reading adds
+/// to what the sets hold.
+class FrameCodecInfo : public Record<FrameCodecInfo, RefCountedData> {
+public:
+    String codecName;           ///< The codec, such as "vp9".
+    String codecImplementation; ///< The implementation of it, such as "libvpx-vp9".
+    String codecOptions;        ///< Options for the implementation: `key=value` pairs joined by commas.
+    String hardwareDeviceName;  ///< Hardware path, "vaapi" or empty.
+    CodecRatingEnum rating;
+    uint64_t adapterID; ///< The graphics adapter of the encoder.
+    HashSet<PixelPlanesModelEnum> planesModels;
+    HashSet<ColorSpaceEnum> colorSpaces;
+    HashSet<FrameCodecProfileEnum> codecProfiles;
+    bool_t variableQuality;
+    bool_t video;
+    bool_t lossless;
+    bool_t packedBlocks;
+    bool_t multiSlice;
+    HashSet<CompressionTypeEnum> compressions;
+
+    FrameCodecInfo() { init_This(); }
+    FrameCodecInfo(const FrameCodecInfo& p_src) : Record() { copy_Backwards(p_src); }
+    FrameCodecInfo& operator=(const FrameCodecInfo& p_src) {
+        copy_Backwards(p_src);
+        return *this;
+    }
+
+    /// A copy with a count of its own, which the caller owns.
+    FrameCodecInfo* clone() const override { return new FrameCodecInfo(*this); }
+
+    // Slot order is a contract between separately built modules.
+    virtual bool_t readSerialized(IDeserializer* p_deserializer) { return Record::readSerialized(p_deserializer); }
+    virtual bool_t writeSerialized(ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result) {
+        return Record::writeSerialized(p_serializer, p_headerPass, p_result);
+    }
+
+    static constexpr const char* c_typeName = "FrameCodecInfo";
+    static constexpr auto fields() {
+        return zyr_fields(
+            zyr_field("codecName", &FrameCodecInfo::codecName),
+            zyr_field("codecImplementation", &FrameCodecInfo::codecImplementation),
+            zyr_field("codecOptions", &FrameCodecInfo::codecOptions),
+            zyr_field("hardwareDeviceName", &FrameCodecInfo::hardwareDeviceName),
+            zyr_field("rating", &FrameCodecInfo::rating), zyr_field("adapterID", &FrameCodecInfo::adapterID),
+            zyr_field("planesModels", &FrameCodecInfo::planesModels),
+            zyr_field("colorSpaces", &FrameCodecInfo::colorSpaces),
+            zyr_field("codecProfiles", &FrameCodecInfo::codecProfiles),
+            zyr_field("variableQuality", &FrameCodecInfo::variableQuality), zyr_field("video", &FrameCodecInfo::video),
+            zyr_field("lossless", &FrameCodecInfo::lossless), zyr_field("packedBlocks", &FrameCodecInfo::packedBlocks),
+            zyr_field("multiSlice", &FrameCodecInfo::multiSlice),
+            zyr_field("compressions", &FrameCodecInfo::compressions));
+    }
+};
+
+#pragma pack(pop)
+
+static_assert(sizeof(FrameCodecInfo) == 785);
+
+} // namespace zyr

@@ -1,0 +1,33 @@
+/// How a picture is or was stored in a JPEG file.
+#pragma once
+
+#include "zyr_common/services/zyr_format_info.h"
+
+namespace zyr {
+
+class IJpegFormatInfo : public INativeFormatInfo {
+public:
+    /// 0 to 100; higher means better.
+    virtual uint8_t getQuality() const = 0;
+    virtual void setQuality(uint8_t p_quality) = 0;
+    virtual bool_t isProgressive() const = 0;
+    virtual void setProgressive(bool_t p_progressive) = 0;
+    virtual ILevelReserved* getJpegFormatInfoReserved() const = 0;
+};
+
+ZYR_INTERFACE_TRAITS(JpegFormatInfo, INativeFormatInfo, "fe267a96-07a2-462b-acf1-14c62da4026b")
+
+template <class Interface> class JpegFormatInfoFacade : public NativeFormatInfoFacade<Interface> {
+public:
+    uint8_t getQuality() const override { return this->m_interfaceObject->getQuality(); }
+    void setQuality(uint8_t p_quality) override { this->m_interfaceObject->setQuality(p_quality); }
+    bool_t isProgressive() const override { return this->m_interfaceObject->isProgressive(); }
+    void setProgressive(bool_t p_progressive) override { this->m_interfaceObject->setProgressive(p_progressive); }
+    ILevelReserved* getJpegFormatInfoReserved() const override {
+        return this->m_interfaceObject->getJpegFormatInfoReserved();
+    }
+};
+
+using WJpegFormatInfo = JpegFormatInfoFacade<IJpegFormatInfo>;
+
+} // namespace zyr
