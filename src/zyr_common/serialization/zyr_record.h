@@ -51,8 +51,9 @@
 
 namespace zyr {
 
-/// The end of a chain of records. Empty.
-class RecordRoot {};
+/// The end of a chain of records. Empty, and a class of its own for each record: a record that begins with another one
+/// would otherwise hold two of the same class at one address, for which the compiler inserts a byte.
+template <class Self> class RecordRoot {};
 
 /// A level of a record: a class with a field list.
 template <typename R>
@@ -146,7 +147,7 @@ private:
 };
 
 /// The base of a record; see the top of this header. Adds no data.
-template <class Self, class Base = RecordRoot> class Record : public Base {
+template <class Self, class Base = RecordRoot<Self>> class Record : public Base {
 public:
     /// The level below: another record, RefCountedData, or RecordRoot.
     using RecordBase = Base;
