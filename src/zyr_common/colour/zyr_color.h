@@ -1,9 +1,11 @@
 /// Colour values: red, green and blue, with alpha, and the stop of a gradient.
 ///
 /// Channels go from 0 to 1 in the `float` and `double` forms. Arithmetic works channel by channel. These are plain
-/// values without a virtual table.
+/// values without a virtual table; they are stored under the keys "r", "g", "b" and "a", a stop under "color" and
+/// "offset", and the keys are the words of paths as well.
 #pragma once
 
+#include "zyr_common/serialization/zyr_record.h"
 #include "zyr_common/zyr_types.h"
 
 namespace zyr {
@@ -11,7 +13,7 @@ namespace zyr {
 #pragma pack(push, 1)
 
 /// A colour without alpha.
-template <typename T> class ColorRGB {
+template <typename T> class ColorRGB : public Record<ColorRGB<T>> {
 public:
     T r = 0;
     T g = 0;
@@ -38,12 +40,15 @@ public:
     ColorRGB& operator/=(T p_scalar) { return *this = *this / p_scalar; }
     ColorRGB operator+() const { return *this; }
     ColorRGB operator-() const { return {-r, -g, -b}; }
-    bool_t operator==(const ColorRGB& p_color) const { return r == p_color.r && g == p_color.g && b == p_color.b; }
-    bool_t operator!=(const ColorRGB& p_color) const { return !(*this == p_color); }
+
+    static constexpr const char* c_typeName = "ColorRGB";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("r", &ColorRGB::r), zyr_field("g", &ColorRGB::g), zyr_field("b", &ColorRGB::b));
+    }
 };
 
 /// A colour with alpha.
-template <typename T> class ColorRGBA {
+template <typename T> class ColorRGBA : public Record<ColorRGBA<T>> {
 public:
     T r = 0;
     T g = 0;
@@ -79,20 +84,29 @@ public:
     ColorRGBA& operator/=(T p_scalar) { return *this = *this / p_scalar; }
     ColorRGBA operator+() const { return *this; }
     ColorRGBA operator-() const { return {-r, -g, -b, -a}; }
-    bool_t operator==(const ColorRGBA& p_color) const {
         return r == p_color.r && g == p_color.g && b == p_color.b && a == p_color.a;
     }
-    bool_t operator!=(const ColorRGBA& p_color) const { return !(*this == p_color); }
+
+    static constexpr const char* c_typeName = "ColorRGBA";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("r", &ColorRGBA::r), zyr_field("g", &ColorRGBA::g), zyr_field("b", &ColorRGBA::b),
+                          zyr_field("a", &ColorRGBA::a));
+    }
 };
 
 /// One stop of a gradient: the colour at a place between 0 and 1.
-template <typename T> class ColorRGBAStop {
+template <typename T> class ColorRGBAStop : public Record<ColorRGBAStop<T>> {
 public:
     ColorRGBA<T> color;
     T offset = 0;
 
     ColorRGBAStop() = default;
     ColorRGBAStop(const ColorRGBA<T>& p_color, T p_offset) : color(p_color), offset(p_offset) {}
+
+    static constexpr const char* c_typeName = "ColorRGBAStop";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("color", &ColorRGBAStop::color), zyr_field("offset", &ColorRGBAStop::offset));
+    }
 };
 
 #pragma pack(pop)
