@@ -84,8 +84,6 @@ public:
     ColorRGBA& operator/=(T p_scalar) { return *this = *this / p_scalar; }
     ColorRGBA operator+() const { return *this; }
     ColorRGBA operator-() const { return {-r, -g, -b, -a}; }
-        return r == p_color.r && g == p_color.g && b == p_color.b && a == p_color.a;
-    }
 
     static constexpr const char* c_typeName = "ColorRGBA";
     static constexpr auto fields() {
