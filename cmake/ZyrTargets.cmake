@@ -11,14 +11,21 @@ function(zyr_sources target)
     if(ARG_HEADERS)
         list(TRANSFORM ARG_HEADERS PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/")
         target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}/src" FILES ${ARG_HEADERS})
+        # The target that compiles each header alone is made by CMake, and has no module word of its own.
+        set(alone "$<TARGET_PROPERTY:NAME>,${target}_verify_interface_header_sets")
+        target_compile_definitions(${target} INTERFACE "$<$<STREQUAL:${alone}>:ZYR_MODULE_WORD=\"${target}\">")
     endif()
 endfunction()
+
+# What the thread sanitizer's build makes: the threaded tests, and all modules and programs that tests load.
+add_custom_target(zyr_threaded_tests)
 
 # zyr_add_module(target WORD <module word> OUTPUT <file name without .so> EXPORTS <plain names>... )
 # A module exports its plain entry points and the zyr_ functions of namespace zyr, and binds all else inside itself.
 function(zyr_add_module target)
     cmake_parse_arguments(ARG "" "WORD;OUTPUT" "EXPORTS" ${ARGN})
     add_library(${target} MODULE)
+    add_dependencies(zyr_threaded_tests ${target})
     list(JOIN ARG_EXPORTS ";\n    " exports)
     set(map "${CMAKE_CURRENT_BINARY_DIR}/${target}.map")
     configure_file("${PROJECT_SOURCE_DIR}/cmake/module.map.in" "${map}" @ONLY)
@@ -31,15 +38,21 @@ function(zyr_add_module target)
         $<$<NOT:$<BOOL:${ZYR_SANITIZE}>>:-Wl,-z,defs>)
 endfunction()
 
-# zyr_add_test(name SOURCES ... LIBRARIES ...): one GoogleTest program for one folder.
+# zyr_add_test(name [THREADED] SOURCES ... LIBRARIES ...): one GoogleTest program for one folder.
+# THREADED: its tests run threads side by side; they carry the label "threaded" and run under the thread sanitizer too.
 function(zyr_add_test name)
-    cmake_parse_arguments(ARG "" "WORD" "SOURCES;LIBRARIES" ${ARGN})
+    cmake_parse_arguments(ARG "THREADED" "WORD" "SOURCES;LIBRARIES" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
+    set(label "plain")
+    if(ARG_THREADED)
+        set(label "threaded")
+        add_dependencies(zyr_threaded_tests ${name})
+    endif()
     if(NOT ARG_WORD)
         set(ARG_WORD "test")
     endif()
     target_compile_definitions(${name} PRIVATE ZYR_MODULE_WORD="${ARG_WORD}")
     target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
     target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} zyr_options GTest::gmock GTest::gtest_main)
-    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 600)
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 600 LABELS ${label})
 endfunction()

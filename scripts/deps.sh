@@ -75,7 +75,12 @@ aptUpdate() {
     aptUpdated=true
 }
 
-isInstalled() { [ "$(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null)" = installed ]; }
+# A plain name means this machine's own architecture, or none at all.
+isInstalled() {
+    local architecture="($(dpkg --print-architecture)|all)"
+    case $1 in *:*) architecture=${1#*:} ;; esac
+    dpkg-query -W -f '${Architecture} ${db:Status-Status}\n' "$1" 2>/dev/null | grep -qE "^$architecture installed$"
+}
 
 # Installs those of the named packages that are missing; nothing is asked of the network when none is.
 installPackages() {

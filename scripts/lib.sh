@@ -1,0 +1,39 @@
+# What the scripts share. Sourced from the root of the tree.
+
+# Compiler results are shared between clones of the tree: paths inside it are seen relative to it.
+export CCACHE_BASEDIR="$PWD" CCACHE_NOHASHDIR=1
+jobs=$(nproc)
+
+# configureAndBuild PRESET TARGET [cmake arguments]: quiet when all is well, the compiler's words when not.
+configureAndBuild() {
+    local preset=$1 target=$2 log=build/$1/build.log began=$SECONDS
+    shift 2
+    mkdir -p "build/$preset"
+    printf 'configuring %s\n' "$preset"
+    if ! cmake --preset "$preset" "$@" >"$log" 2>&1; then
+        tail -n 30 "$log"
+        return 1
+    fi
+    printf 'building %s\n' "$preset"
+    if ! cmake --build "build/$preset" --target "$target" -j "$jobs" -- -k 10 >"$log" 2>&1; then
+        grep -vE '^\[[0-9]+/[0-9]+\] (Building|Linking|Generating)|^ninja: |Scanning' "$log" | head -n 120
+        return 1
+    fi
+    # Warnings are not errors in every preset, but they are never hidden.
+    grep -E -A 5 'warning:' "$log" | head -n 60
+    printf 'built in %d s\n' $((SECONDS - began))
+}
+
+# runTests PRESET [ctest arguments]: the whole log goes to build/PRESET/test.log, failures and the sum to the screen.
+runTests() {
+    local preset=$1 log=build/$1/test.log result
+    shift
+    ctest --preset "$preset" -j "$jobs" --no-tests=error "$@" </dev/null >"$log" 2>&1
+    result=$?
+    if [ $result -ne 0 ]; then
+        grep -vE '^ *Start +[0-9]+: |^ *[0-9]+/[0-9]+ Test .* Passed ' "$log" | head -n 400
+    else
+        sed -n '/tests passed/p; /did not run:/,$p' "$log" | head -n 60
+    fi
+    return $result
+}

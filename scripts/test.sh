@@ -1,0 +1,111 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds, and runs the tests.
+#
+#   scripts/test.sh               everything: --native --asan --tsan --aarch64 --lint
+#   scripts/test.sh --native      the tests as built for this machine, warnings as errors
+#   scripts/test.sh --asan        the same tests under the address and undefined-behaviour sanitizers
+#   scripts/test.sh --tsan        the tests that run threads, under the thread sanitizer
+#   scripts/test.sh --aarch64     the same tests cross-built and run under emulation
+#   scripts/test.sh --lint        format, static checks, headers, layers, test list
+#   scripts/test.sh --filter RE   only the tests whose name matches (with any of the above)
+#   scripts/test.sh --no-deps     don't look for missing packages first
+#
+# The last line is "N passed, N failed, N skipped" over all parts; a part that could not be built counts as one failure.
+set -uo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
+
+parts=()
+deps=true
+filter=""
+while [ $# -gt 0 ]; do
+    case $1 in
+    --native | --asan | --tsan | --aarch64 | --lint) parts+=("${1#--}") ;;
+    --filter) filter=${2:?--filter needs an expression}; shift ;;
+    --no-deps) deps=false ;;
+    -h | --help) sed -n '2,/^set -u/{/^set -u/d;s/^# \{0,1\}//;p}' "$0"; exit 0 ;;
+    *) echo "test: unknown option: $1 (see --help)" >&2; exit 2 ;;
+    esac
+    shift
+done
+[ ${#parts[@]} -gt 0 ] || parts=(native asan tsan aarch64 lint)
+has() { case " ${parts[*]} " in *" $1 "*) return 0 ;; esac; return 1; }
+
+source scripts/lib.sh
+passed=0 failed=0 skipped=0 broken=()
+started=$SECONDS
+
+# What a finished ctest run adds to the sum; its log is build/<preset>/test.log.
+count() {
+    local log=$1 total bad idle
+    read -r bad total < <(sed -n 's/^[0-9]*% tests passed, \([0-9]*\) tests\{0,1\} failed out of \([0-9]*\)$/\1 \2/p' "$log" | tail -n 1)
+    idle=$(grep -cE '\*\*\*(Skipped|Not Run \(Disabled\))' "$log")
+    total=${total:-0} bad=${bad:-0}
+    passed=$((passed + total - bad - idle)) failed=$((failed + bad)) skipped=$((skipped + idle))
+}
+
+# part NAME COMMAND...: runs one part, and reports how long it took and whether it failed.
+part() {
+    local name=$1 began=$SECONDS
+    shift
+    printf '\n== %s\n' "$name"
+    if "$@"; then
+        printf '== %s: OK (%d s)\n' "$name" $((SECONDS - began))
+    else
+        printf '== %s: FAILED (%d s)\n' "$name" $((SECONDS - began))
+        broken+=("$name")
+    fi
+}
+
+# presetPart PRESET BUILD-TARGET CTEST-ARGUMENTS...
+presetPart() {
+    local preset=$1 target=$2
+    shift 2
+    [ -z "$filter" ] || set -- "$@" -R "$filter"
+    configureAndBuild "$preset" "$target" || { failed=$((failed + 1)); return 1; }
+    runTests "$preset" "$@"
+    local result=$?
+    count "build/$preset/test.log"
+    return $result
+}
+
+aarch64Part() {
+    local arguments=(--no-deps)
+    $deps && arguments=()
+    [ -z "$filter" ] || arguments+=(--filter "$filter")
+    rm -f build/aarch64/test.log
+    scripts/aarch64.sh "${arguments[@]}"
+    local result=$?
+    if [ -e build/aarch64/test.log ]; then count build/aarch64/test.log; else [ $result = 0 ] || failed=$((failed + 1)); fi
+    return $result
+}
+
+lintPart() {
+    scripts/lint.sh --no-deps --tally build/lint.tally
+    local result=$? ok bad
+    read -r ok bad <build/lint.tally
+    passed=$((passed + ok)) failed=$((failed + bad))
+    return $result
+}
+
+if $deps; then
+    wanted=()
+    if has native || has asan || has tsan; then wanted+=(--with test); fi
+    has lint && wanted+=(--with lint)
+    has native && wanted+=(--with bench)
+    part dependencies scripts/deps.sh "${wanted[@]}"
+    if [ ${#broken[@]} -gt 0 ]; then
+        printf '\n0 passed, 1 failed\n'
+        exit 1
+    fi
+fi
+has native && part native presetPart ci all
+has lint && part lint lintPart
+has asan && part asan-ubsan presetPart asan-ubsan all
+has tsan && part tsan presetPart tsan zyr_threaded_tests -L threaded
+has aarch64 && part aarch64 aarch64Part
+
+printf '\n'
+[ ${#broken[@]} -eq 0 ] || printf 'failed parts: %s\n' "${broken[*]}"
+printf 'took %d min %d s\n' $(((SECONDS - started) / 60)) $(((SECONDS - started) % 60))
+printf '%d passed, %d failed, %d skipped\n' "$passed" "$failed" "$skipped"
+[ ${#broken[@]} -eq 0 ] && [ "$failed" -eq 0 ]
