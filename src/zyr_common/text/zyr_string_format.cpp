@@ -99,22 +99,6 @@ void String::newFormatted(String& p_target, const wchar_t* p_format, ...) {
     va_end(arguments);
 }
 
-String String::newFromGUID(const GUID_t& p_guid) {
-    // A GUID is its 16 bytes in memory order; the record itself belongs to a higher floor.
-    static const char digits[] = "0123456789abcdef";
-    const unsigned char* const bytes = reinterpret_cast<const unsigned char*>(&p_guid);
-    char text[36];
-    size_t position = 0;
-    for (size_t i = 0; i < 16; i++) {
-        if (i == 4 || i == 6 || i == 8 || i == 10) {
-            text[position++] = '-';
-        }
-        text[position++] = digits[bytes[i] >> 4];
-        text[position++] = digits[bytes[i] & 0x0F];
-    }
-    return String(text, sizeof(text));
-}
-
 void String::print(const String& p_text) {
     Array<wchar_t> units;
     p_text.convertToUnicode32(units);
