@@ -253,6 +253,7 @@ private:
         if (order > 0) {
             return removeNode(node->m_right, p_key) && changeHeight(p_slot, -1);
         }
+        m_size--;
         if (node->m_left != nullptr && node->m_right != nullptr) {
             Node* predecessor = nullptr;
             const bool fell = takeLastNode(node->m_left, predecessor);
