@@ -1,0 +1,84 @@
+/// Records whose fields are numbers of one type and that are calculated with field by field: vectors and their like.
+///
+///     template <typename T> class Vector2 : public ArithmeticRecord<Vector2<T>, T> { ... };
+///     Vector2<float> middle = (a + b) * 0.5f;
+#pragma once
+
+#include "zyr_common/memory/zyr_numeric.h"
+#include "zyr_common/serialization/zyr_record.h"
+
+namespace zyr {
+
+/// Adds the arithmetic operators to Record. All work field by field, products and quotients too. Integers wrap, and an
+/// integer divided by zero is 0.
+template <class Self, typename T> class ArithmeticRecord : public Record<Self> {
+public:
+    Self operator+() const { return self(); }
+    Self operator-() const {
+        return map([](T p_a) { return T(-p_a); });
+    }
+
+    Self operator+(const Self& p_other) const {
+        return combine(p_other, [](T p_a, T p_b) { return T(p_a + p_b); });
+    }
+    Self operator-(const Self& p_other) const {
+        return combine(p_other, [](T p_a, T p_b) { return T(p_a - p_b); });
+    }
+    Self operator*(const Self& p_other) const {
+        return combine(p_other, [](T p_a, T p_b) { return T(p_a * p_b); });
+    }
+    Self operator/(const Self& p_other) const {
+        return combine(p_other, [](T p_a, T p_b) { return zyr_divide(p_a, p_b); });
+    }
+
+    Self operator+(T p_value) const {
+        return map([=](T p_a) { return T(p_a + p_value); });
+    }
+    Self operator-(T p_value) const {
+        return map([=](T p_a) { return T(p_a - p_value); });
+    }
+    Self operator*(T p_value) const {
+        return map([=](T p_a) { return T(p_a * p_value); });
+    }
+    Self operator/(T p_value) const {
+        return map([=](T p_a) { return zyr_divide(p_a, p_value); });
+    }
+
+    Self& operator+=(const Self& p_other) { return self() = *this + p_other; }
+    Self& operator-=(const Self& p_other) { return self() = *this - p_other; }
+    Self& operator*=(const Self& p_other) { return self() = *this * p_other; }
+    Self& operator/=(const Self& p_other) { return self() = *this / p_other; }
+    Self& operator+=(T p_value) { return self() = *this + p_value; }
+    Self& operator-=(T p_value) { return self() = *this - p_value; }
+    Self& operator*=(T p_value) { return self() = *this * p_value; }
+
+    /// The floating forms multiply by 1 / p_value, which can differ from operator/ in the last bit.
+    Self& operator/=(T p_value) {
+        if constexpr (std::is_floating_point_v<T>) {
+            return self() = *this * (1 / p_value);
+        } else {
+            return self() = *this / p_value;
+        }
+    }
+
+private:
+    Self& self() { return static_cast<Self&>(*this); }
+    const Self& self() const { return static_cast<const Self&>(*this); }
+
+    template <typename F> Self map(F p_function) const {
+        Self result(self());
+        zyr_forEachField<Self>(
+            [&](const auto& p_field) { result.*p_field.m_member = p_function(self().*p_field.m_member); });
+        return result;
+    }
+
+    template <typename F> Self combine(const Self& p_other, F p_function) const {
+        Self result(self());
+        zyr_forEachField<Self>([&](const auto& p_field) {
+            result.*p_field.m_member = p_function(self().*p_field.m_member, p_other.*p_field.m_member);
+        });
+        return result;
+    }
+};
+
+} // namespace zyr
