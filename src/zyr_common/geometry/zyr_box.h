@@ -1,0 +1,59 @@
+/// Sizes and boxes of space.
+///
+/// Plain values without a virtual table, for float and double.
+#pragma once
+
+#include "zyr_common/containers/zyr_array.h"
+#include "zyr_common/geometry/zyr_vector.h"
+#include "zyr_common/serialization/zyr_record.h"
+
+namespace zyr {
+
+#pragma pack(push, 1)
+
+template <typename T> class BoxSize : public Record<BoxSize<T>> {
+public:
+    T width;
+    T height;
+    T depth;
+
+    BoxSize() { this->init_This(); }
+    BoxSize(T p_width, T p_height, T p_depth) : width(p_width), height(p_height), depth(p_depth) {}
+
+    static constexpr const char* c_typeName = "BoxSize";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("width", &BoxSize::width), zyr_field("height", &BoxSize::height),
+                          zyr_field("depth", &BoxSize::depth));
+    }
+};
+
+template <typename T> class Box : public Record<Box<T>> {
+public:
+    T x;
+    T y;
+    T z;
+    T width;
+    T height;
+    T depth;
+
+    Box() { this->init_This(); }
+    Box(T p_x, T p_y, T p_z, T p_width, T p_height, T p_depth)
+        : x(p_x), y(p_y), z(p_z), width(p_width), height(p_height), depth(p_depth) {}
+
+    /// Replaces the contents of p_points by the eight corners: around the face at z from (x, y) over (x + width, y),
+    /// then the same four at z + depth.
+    void extractPoints3D(Array<Vector3<T>>& p_points) const;
+    /// The same with w = 1.
+    void extractPoints4D(Array<Vector4<T>>& p_points) const;
+
+    static constexpr const char* c_typeName = "Box";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("x", &Box::x), zyr_field("y", &Box::y), zyr_field("z", &Box::z),
+                          zyr_field("width", &Box::width), zyr_field("height", &Box::height),
+                          zyr_field("depth", &Box::depth));
+    }
+};
+
+#pragma pack(pop)
+
+} // namespace zyr

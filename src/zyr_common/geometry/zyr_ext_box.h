@@ -1,0 +1,66 @@
+/// A box whose six numbers are anchored, and its solver.
+#pragma once
+
+#include "zyr_common/geometry/zyr_ext_vector.h"
+
+namespace zyr {
+
+#pragma pack(push, 1)
+
+/// Packed, without a virtual table, for float and double.
+template <typename T> class ExtBox : public Record<ExtBox<T>, Box<T>> {
+public:
+    PositionXAnchorEnum xAnchor;
+    PositionYAnchorEnum yAnchor;
+    PositionZAnchorEnum zAnchor;
+    SizeWidthAnchorEnum widthAnchor;
+    SizeHeightAnchorEnum heightAnchor;
+    SizeDepthAnchorEnum depthAnchor;
+    T minWidth;
+    T maxWidth; ///< 65535 by default, one less than in ExtRect, which is relied upon
+    T minHeight;
+    T maxHeight;
+    T minDepth;
+    T maxDepth;
+    ExtVector3<T> origin; ///< kept for the caller; takes no part in solving
+
+    ExtBox() { this->init_This(); }
+    ExtBox(const Box<T>& p_box, PositionXAnchorEnum p_xAnchor, PositionYAnchorEnum p_yAnchor,
+           PositionZAnchorEnum p_zAnchor, SizeWidthAnchorEnum p_widthAnchor, SizeHeightAnchorEnum p_heightAnchor,
+           SizeDepthAnchorEnum p_depthAnchor, T p_minWidth, T p_maxWidth, T p_minHeight, T p_maxHeight, T p_minDepth,
+           T p_maxDepth, const ExtVector3<T>& p_origin)
+        : Record<ExtBox<T>, Box<T>>(p_box),
+          xAnchor(p_xAnchor),
+          yAnchor(p_yAnchor),
+          zAnchor(p_zAnchor),
+          widthAnchor(p_widthAnchor),
+          heightAnchor(p_heightAnchor),
+          depthAnchor(p_depthAnchor),
+          minWidth(p_minWidth),
+          maxWidth(p_maxWidth),
+          minHeight(p_minHeight),
+          maxHeight(p_maxHeight),
+          minDepth(p_minDepth),
+          maxDepth(p_maxDepth),
+          origin(p_origin) {}
+
+    /// Solves this box inside p_parent: sizes (anchors 0 to 4 and 8), positions (anchors 0 to 4), far edges, limits.
+    /// Any other anchor gives 0 without a message; p_out then holds what had been computed.
+    bool_t solveBox(Box<T>& p_out, const Box<T>& p_parent) const;
+
+    static constexpr const char* c_typeName = "ExtBox";
+    static constexpr auto fields() {
+        return zyr_fields(
+            zyr_field("xAnchor", &ExtBox::xAnchor), zyr_field("yAnchor", &ExtBox::yAnchor),
+            zyr_field("zAnchor", &ExtBox::zAnchor), zyr_field("widthAnchor", &ExtBox::widthAnchor),
+            zyr_field("heightAnchor", &ExtBox::heightAnchor), zyr_field("depthAnchor", &ExtBox::depthAnchor),
+            zyr_field("minWidth", &ExtBox::minWidth), zyr_field("maxWidth", &ExtBox::maxWidth).withDefault(65535),
+            zyr_field("minHeight", &ExtBox::minHeight), zyr_field("maxHeight", &ExtBox::maxHeight).withDefault(65535),
+            zyr_field("minDepth", &ExtBox::minDepth), zyr_field("maxDepth", &ExtBox::maxDepth).withDefault(65535),
+            zyr_field("origin", &ExtBox::origin));
+    }
+};
+
+#pragma pack(pop)
+
+} // namespace zyr

@@ -1,0 +1,62 @@
+/// One size with an anchor that tells what it is part of, or which edge it gives.
+///
+/// Packed values without a virtual table, for float and double. A default one fills the parent: 0 to its far edge.
+#pragma once
+
+#include "zyr_common/geometry/zyr_anchors.h"
+#include "zyr_common/serialization/zyr_record.h"
+
+namespace zyr {
+
+#pragma pack(push, 1)
+
+template <typename T> class ExtDimensionWidth : public Record<ExtDimensionWidth<T>> {
+public:
+    T width;
+    SizeWidthAnchorEnum widthAnchor;
+
+    ExtDimensionWidth() { this->init_This(); }
+    ExtDimensionWidth(T p_width, SizeWidthAnchorEnum p_widthAnchor) : width(p_width), widthAnchor(p_widthAnchor) {}
+
+    static constexpr const char* c_typeName = "ExtDimensionWidth";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("width", &ExtDimensionWidth::width),
+                          zyr_field("widthAnchor", &ExtDimensionWidth::widthAnchor).withDefault(ZYR_SIZE_WIDTH_RIGHT));
+    }
+};
+
+template <typename T> class ExtDimensionHeight : public Record<ExtDimensionHeight<T>> {
+public:
+    T height;
+    SizeHeightAnchorEnum heightAnchor;
+
+    ExtDimensionHeight() { this->init_This(); }
+    ExtDimensionHeight(T p_height, SizeHeightAnchorEnum p_heightAnchor)
+        : height(p_height), heightAnchor(p_heightAnchor) {}
+
+    static constexpr const char* c_typeName = "ExtDimensionHeight";
+    static constexpr auto fields() {
+        return zyr_fields(
+            zyr_field("height", &ExtDimensionHeight::height),
+            zyr_field("heightAnchor", &ExtDimensionHeight::heightAnchor).withDefault(ZYR_SIZE_HEIGHT_BOTTOM));
+    }
+};
+
+template <typename T> class ExtDimensionDepth : public Record<ExtDimensionDepth<T>> {
+public:
+    T depth;
+    SizeDepthAnchorEnum depthAnchor;
+
+    ExtDimensionDepth() { this->init_This(); }
+    ExtDimensionDepth(T p_depth, SizeDepthAnchorEnum p_depthAnchor) : depth(p_depth), depthAnchor(p_depthAnchor) {}
+
+    static constexpr const char* c_typeName = "ExtDimensionDepth";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("depth", &ExtDimensionDepth::depth),
+                          zyr_field("depthAnchor", &ExtDimensionDepth::depthAnchor).withDefault(ZYR_SIZE_DEPTH_FAR));
+    }
+};
+
+#pragma pack(pop)
+
+} // namespace zyr

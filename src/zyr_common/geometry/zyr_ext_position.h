@@ -1,0 +1,67 @@
+/// One coordinate with an anchor that tells what it counts from.
+///
+/// Packed values without a virtual table, for float and double.
+#pragma once
+
+#include "zyr_common/geometry/zyr_anchors.h"
+#include "zyr_common/geometry/zyr_rect.h"
+#include "zyr_common/serialization/zyr_record.h"
+
+namespace zyr {
+
+#pragma pack(push, 1)
+
+template <typename T> class ExtPositionX : public Record<ExtPositionX<T>> {
+public:
+    T x;
+    PositionXAnchorEnum xAnchor;
+
+    ExtPositionX() { this->init_This(); }
+    ExtPositionX(T p_x, PositionXAnchorEnum p_xAnchor) : x(p_x), xAnchor(p_xAnchor) {}
+
+    /// The coordinate inside p_parent, for the anchors 0 to 4 (left or top edge, right or bottom, centre, percent,
+    /// absolute). Any other anchor gives false and leaves p_out as it is.
+    bool_t solvePosition(T& p_out, const Rect<T>& p_parent) const;
+
+    static constexpr const char* c_typeName = "ExtPositionX";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("x", &ExtPositionX::x), zyr_field("xAnchor", &ExtPositionX::xAnchor));
+    }
+};
+
+template <typename T> class ExtPositionY : public Record<ExtPositionY<T>> {
+public:
+    T y;
+    PositionYAnchorEnum yAnchor;
+
+    ExtPositionY() { this->init_This(); }
+    ExtPositionY(T p_y, PositionYAnchorEnum p_yAnchor) : y(p_y), yAnchor(p_yAnchor) {}
+
+    /// The coordinate inside p_parent, for the anchors 0 to 4 (left or top edge, right or bottom, centre, percent,
+    /// absolute). Any other anchor gives false and leaves p_out as it is.
+    bool_t solvePosition(T& p_out, const Rect<T>& p_parent) const;
+
+    static constexpr const char* c_typeName = "ExtPositionY";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("y", &ExtPositionY::y), zyr_field("yAnchor", &ExtPositionY::yAnchor));
+    }
+};
+
+/// Has no solver.
+template <typename T> class ExtPositionZ : public Record<ExtPositionZ<T>> {
+public:
+    T z;
+    PositionZAnchorEnum zAnchor;
+
+    ExtPositionZ() { this->init_This(); }
+    ExtPositionZ(T p_z, PositionZAnchorEnum p_zAnchor) : z(p_z), zAnchor(p_zAnchor) {}
+
+    static constexpr const char* c_typeName = "ExtPositionZ";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("z", &ExtPositionZ::z), zyr_field("zAnchor", &ExtPositionZ::zAnchor));
+    }
+};
+
+#pragma pack(pop)
+
+} // namespace zyr

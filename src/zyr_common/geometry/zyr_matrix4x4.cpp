@@ -1,0 +1,415 @@
+#include "zyr_common/geometry/zyr_matrix4x4.h"
+
+#include "zyr_common/geometry/zyr_angle.h"
+#include "zyr_common/serialization/zyr_record_walker.h"
+
+namespace zyr {
+
+namespace {
+
+/// The three angles from the images of the x and the z axis, in the order z, y, x.
+template <typename T> Vector3<T> getEulerAngles(Vector3<T> p_axisX, Vector3<T> p_axisZ) {
+    const Vector3<T> upZ(0, 0, 1);
+    T angleZ = Vector2<T>(p_axisX.x, p_axisX.y).getAngle();
+    p_axisX.rotateAxis(-angleZ, upZ);
+    p_axisZ.rotateAxis(-angleZ, upZ);
+    T angleY = Vector2<T>(p_axisX.x, p_axisX.z).getAngle();
+    p_axisZ.rotateAxis(angleY, Vector3<T>(0, 1, 0));
+    T angleX = Vector2<T>(p_axisZ.y, p_axisZ.z).getAngle();
+    return {angleX - 90, -angleY, angleZ};
+}
+
+} // namespace
+
+template <typename T> Matrix4x4<T> Matrix4x4<T>::operator+(const Matrix4x4& p_other) const {
+    Matrix4x4 result;
+    for (uint32_t i = 0; i < 16; ++i) {
+        result.m_values[i] = m_values[i] + p_other.m_values[i];
+    }
+    return result;
+}
+
+template <typename T> Matrix4x4<T> Matrix4x4<T>::operator-(const Matrix4x4& p_other) const {
+    Matrix4x4 result;
+    for (uint32_t i = 0; i < 16; ++i) {
+        result.m_values[i] = m_values[i] - p_other.m_values[i];
+    }
+    return result;
+}
+
+template <typename T> Matrix4x4<T> Matrix4x4<T>::operator*(const Matrix4x4& p_other) const {
+    Matrix4x4 result;
+    for (uint32_t column = 0; column < 4; ++column) {
+        const T* factors = p_other.m_values + column * 4;
+        for (uint32_t row = 0; row < 4; ++row) {
+            result.m_values[column * 4 + row] = m_values[row] * factors[0] + m_values[row + 4] * factors[1] +
+                                                m_values[row + 8] * factors[2] + m_values[row + 12] * factors[3];
+        }
+    }
+    return result;
+}
+
+template <typename T> Matrix4x4<T> Matrix4x4<T>::operator*(T p_value) const {
+    Matrix4x4 result;
+    for (uint32_t i = 0; i < 16; ++i) {
+        result.m_values[i] = m_values[i] * p_value;
+    }
+    return result;
+}
+
+template <typename T> Matrix4x4<T> Matrix4x4<T>::operator/(T p_value) const {
+    Matrix4x4 result;
+    for (uint32_t i = 0; i < 16; ++i) {
+        result.m_values[i] = m_values[i] / p_value;
+    }
+    return result;
+}
+
+template <typename T> Vector4<T> Matrix4x4<T>::operator*(const Vector4<T>& p_vector) const {
+    return {getRow(0).dotProduct(p_vector), getRow(1).dotProduct(p_vector), getRow(2).dotProduct(p_vector),
+            getRow(3).dotProduct(p_vector)};
+}
+
+template <typename T> Vector4<T> Matrix4x4<T>::getRow(uint32_t p_row) const {
+    return {m_values[p_row], m_values[p_row + 4], m_values[p_row + 8], m_values[p_row + 12]};
+}
+
+template <typename T> Vector4<T> Matrix4x4<T>::getColumn(uint32_t p_column) const {
+    const T* values = m_values + p_column * 4;
+    return {values[0], values[1], values[2], values[3]};
+}
+
+template <typename T> void Matrix4x4<T>::setIdentity() {
+    setZero();
+    m_values[0] = m_values[5] = m_values[10] = m_values[15] = 1;
+}
+
+template <typename T> void Matrix4x4<T>::setZero() {
+    for (uint32_t i = 0; i < 16; ++i) {
+        m_values[i] = 0;
+    }
+}
+
+template <typename T> Vector3<T> Matrix4x4<T>::transform(const Vector3<T>& p_point) const {
+    Vector4<T> image = *this * Vector4<T>(p_point.x, p_point.y, p_point.z, 1);
+    return {image.x, image.y, image.z};
+}
+
+template <typename T> void Matrix4x4<T>::transpose() {
+    Matrix4x4 source(*this);
+    for (uint32_t i = 0; i < 16; ++i) {
+        m_values[i] = source.m_values[i % 4 * 4 + i / 4];
+    }
+}
+
+template <typename T> T Matrix4x4<T>::getCofactor(uint32_t p_row, uint32_t p_column) const {
+    T minor[9];
+    uint32_t count = 0;
+    for (uint32_t column = 0; column < 4; ++column) {
+        for (uint32_t row = 0; row < 4; ++row) {
+            if (row != p_row && column != p_column) {
+                minor[count++] = m_values[column * 4 + row];
+            }
+        }
+    }
+    T determinant = minor[0] * (minor[4] * minor[8] - minor[7] * minor[5]) +
+                    minor[3] * (minor[7] * minor[2] - minor[1] * minor[8]) +
+                    minor[6] * (minor[1] * minor[5] - minor[4] * minor[2]);
+    return (p_row + p_column) % 2 == 0 ? determinant : -determinant;
+}
+
+template <typename T> void Matrix4x4<T>::transposedInverse() {
+    T cofactors[16];
+    for (uint32_t i = 0; i < 16; ++i) {
+        cofactors[i] = getCofactor(i % 4, i / 4);
+    }
+    T determinant = m_values[0] * cofactors[0] + m_values[4] * cofactors[4] + m_values[8] * cofactors[8] +
+                    m_values[12] * cofactors[12];
+    if (determinant == 0) {
+        return;
+    }
+    T reciprocal = 1 / determinant;
+    for (uint32_t i = 0; i < 16; ++i) {
+        m_values[i] = cofactors[i] * reciprocal;
+    }
+}
+
+template <typename T> void Matrix4x4<T>::inverse() {
+    transposedInverse();
+    transpose();
+}
+
+template <typename T> void Matrix4x4<T>::affineInverse() {
+    Matrix4x4 source(*this);
+    for (uint32_t column = 0; column < 3; ++column) {
+        for (uint32_t row = 0; row < 3; ++row) {
+            m_values[column * 4 + row] = source.m_values[row * 4 + column];
+        }
+    }
+    T x = m_values[12];
+    T y = m_values[13];
+    T z = m_values[14];
+    for (uint32_t row = 0; row < 3; ++row) {
+        m_values[12 + row] = -(m_values[row] * x + m_values[row + 4] * y + m_values[row + 8] * z);
+    }
+}
+
+template <typename T> void Matrix4x4<T>::affineTransposedInverse() {
+    affineInverse();
+    transpose();
+}
+
+template <typename T> void Matrix4x4<T>::setTranslationPart(const Vector3<T>& p_translation) {
+    m_values[12] = p_translation.x;
+    m_values[13] = p_translation.y;
+    m_values[14] = p_translation.z;
+}
+
+template <typename T> void Matrix4x4<T>::setScalePart(const Vector3<T>& p_scale) {
+    m_values[0] = p_scale.x;
+    m_values[5] = p_scale.y;
+    m_values[10] = p_scale.z;
+}
+
+template <typename T> void Matrix4x4<T>::setUniformScalePart(T p_scale) {
+    setScalePart({p_scale, p_scale, p_scale});
+}
+
+template <typename T> void Matrix4x4<T>::setRotationAxisPart(T p_degrees, const Vector3<T>& p_axis) {
+    for (uint32_t column = 0; column < 3; ++column) {
+        Vector3<T> image(column == 0, column == 1, column == 2);
+        image.rotateAxis(p_degrees, p_axis);
+        m_values[column * 4] = image.x;
+        m_values[column * 4 + 1] = image.y;
+        m_values[column * 4 + 2] = image.z;
+    }
+}
+
+template <typename T> void Matrix4x4<T>::setRotationXPart(T p_degrees) {
+    setRotationEulerPart(p_degrees, 0, 0);
+}
+
+template <typename T> void Matrix4x4<T>::setRotationYPart(T p_degrees) {
+    setRotationEulerPart(0, p_degrees, 0);
+}
+
+template <typename T> void Matrix4x4<T>::setRotationZPart(T p_degrees) {
+    setRotationEulerPart(0, 0, p_degrees);
+}
+
+template <typename T> void Matrix4x4<T>::setRotationEulerPart(T p_x, T p_y, T p_z) {
+    auto [sx, cx] = SineCosine<T>::ofDegrees(p_x);
+    auto [sy, cy] = SineCosine<T>::ofDegrees(p_y);
+    auto [sz, cz] = SineCosine<T>::ofDegrees(p_z);
+    m_values[0] = cy * cz;
+    m_values[1] = cy * sz;
+    m_values[2] = -sy;
+    m_values[4] = cz * sx * sy - cx * sz;
+    m_values[5] = sz * sx * sy + cx * cz;
+    m_values[6] = sx * cy;
+    m_values[8] = cz * cx * sy + sx * sz;
+    m_values[9] = sz * cx * sy - sx * cz;
+    m_values[10] = cx * cy;
+}
+
+template <typename T> void Matrix4x4<T>::setTranslation(const Vector3<T>& p_translation) {
+    setIdentity();
+    setTranslationPart(p_translation);
+}
+
+template <typename T> void Matrix4x4<T>::setScale(const Vector3<T>& p_scale) {
+    setIdentity();
+    setScalePart(p_scale);
+}
+
+template <typename T> void Matrix4x4<T>::setUniformScale(T p_scale) {
+    setIdentity();
+    setUniformScalePart(p_scale);
+}
+
+template <typename T> void Matrix4x4<T>::setRotationAxis(T p_degrees, const Vector3<T>& p_axis) {
+    setIdentity();
+    setRotationAxisPart(p_degrees, p_axis);
+}
+
+template <typename T> void Matrix4x4<T>::setRotationX(T p_degrees) {
+    setIdentity();
+    setRotationXPart(p_degrees);
+}
+
+template <typename T> void Matrix4x4<T>::setRotationY(T p_degrees) {
+    setIdentity();
+    setRotationYPart(p_degrees);
+}
+
+template <typename T> void Matrix4x4<T>::setRotationZ(T p_degrees) {
+    setIdentity();
+    setRotationZPart(p_degrees);
+}
+
+template <typename T> void Matrix4x4<T>::setRotationEuler(T p_x, T p_y, T p_z) {
+    setIdentity();
+    setRotationEulerPart(p_x, p_y, p_z);
+}
+
+template <typename T> void Matrix4x4<T>::setRotationQuaternion(const Vector4<T>& p_quaternion) {
+    T x = p_quaternion.x;
+    T y = p_quaternion.y;
+    T z = p_quaternion.z;
+    T w = p_quaternion.w;
+    setZero();
+    m_values[0] = 1 - 2 * (y * y + z * z);
+    m_values[1] = 2 * (y * x - z * w);
+    m_values[2] = 2 * (z * x + y * w);
+    m_values[4] = 2 * (y * x + z * w);
+    m_values[5] = 1 - 2 * (z * z + x * x);
+    m_values[6] = 2 * (y * z - w * x);
+    m_values[8] = 2 * (z * x - y * w);
+    m_values[9] = 2 * (y * z + w * x);
+    m_values[10] = 1 - 2 * (y * y + x * x);
+    m_values[15] = 1;
+}
+
+template <typename T> Vector4<T> Matrix4x4<T>::getRotationQuaternion() const {
+    const T* m = m_values;
+    T trace = 1 + m[0] + m[5] + m[10];
+    if (static_cast<double>(trace) > 1e-8) {
+        T s = 2 * std::sqrt(trace);
+        return {(m[9] - m[6]) / s, (m[2] - m[8]) / s, (m[4] - m[1]) / s, s / 4};
+    }
+    if (m[0] > m[5] && m[0] > m[10]) {
+        T s = 2 * std::sqrt(1 + m[0] - m[5] - m[10]);
+        return {s / 4, (m[4] + m[1]) / s, (m[2] + m[8]) / s, (m[9] - m[6]) / s};
+    }
+    if (m[5] > m[10]) {
+        T s = 2 * std::sqrt(1 + m[5] - m[0] - m[10]);
+        return {(m[4] + m[1]) / s, s / 4, (m[9] + m[6]) / s, (m[2] - m[8]) / s};
+    }
+    T s = 2 * std::sqrt(1 + m[10] - m[0] - m[5]);
+    return {(m[2] + m[8]) / s, (m[9] + m[6]) / s, s / 4, (m[4] - m[1]) / s};
+}
+
+template <typename T> void Matrix4x4<T>::setPerspective(T p_left, T p_right, T p_bottom, T p_top, T p_near, T p_far) {
+    setZero();
+    if (p_top == p_bottom || p_near == p_far || p_left == p_right) {
+        return;
+    }
+    m_values[0] = 2 * p_near / (p_right - p_left);
+    m_values[5] = 2 * p_near / (p_top - p_bottom);
+    m_values[8] = (p_right + p_left) / (p_right - p_left);
+    m_values[9] = (p_top + p_bottom) / (p_top - p_bottom);
+    m_values[11] = -1;
+    if (p_far == -1) {
+        m_values[10] = T(-0.999);
+        m_values[14] = p_near * -2 * T(0.999);
+    } else {
+        m_values[10] = -(p_near + p_far) / (p_far - p_near);
+        m_values[14] = -(2 * p_near * p_far) / (p_far - p_near);
+    }
+}
+
+template <typename T> void Matrix4x4<T>::setPerspective(T p_fieldOfView, T p_aspect, T p_near, T p_far) {
+    T height = static_cast<T>(std::tan(static_cast<double>(p_fieldOfView) * 0.017453292 * 0.5)) * p_near;
+    T width = height * p_aspect;
+    setPerspective(-width, width, -height, height, p_near, p_far);
+}
+
+template <typename T> void Matrix4x4<T>::setOrtho(T p_left, T p_right, T p_bottom, T p_top, T p_near, T p_far) {
+    setIdentity();
+    m_values[0] = 2 / (p_right - p_left);
+    m_values[5] = 2 / (p_top - p_bottom);
+    m_values[10] = -2 / (p_far - p_near);
+    m_values[12] = -(p_right + p_left) / (p_right - p_left);
+    m_values[13] = -(p_top + p_bottom) / (p_top - p_bottom);
+    m_values[14] = -(p_far + p_near) / (p_far - p_near);
+}
+
+template <typename T> void Matrix4x4<T>::translate(const Vector3<T>& p_translation) {
+    Matrix4x4 matrix;
+    matrix.setTranslationPart(p_translation);
+    *this = *this * matrix;
+}
+
+template <typename T> void Matrix4x4<T>::scale(const Vector3<T>& p_scale) {
+    Matrix4x4 matrix;
+    matrix.setScalePart(p_scale);
+    *this = *this * matrix;
+}
+
+template <typename T> void Matrix4x4<T>::uniformScale(T p_scale) {
+    Matrix4x4 matrix;
+    matrix.setUniformScalePart(p_scale);
+    *this = *this * matrix;
+}
+
+template <typename T> void Matrix4x4<T>::rotateAxis(T p_degrees, const Vector3<T>& p_axis) {
+    Matrix4x4 matrix;
+    matrix.setRotationAxisPart(p_degrees, p_axis);
+    *this = *this * matrix;
+}
+
+template <typename T> void Matrix4x4<T>::rotateX(T p_degrees) {
+    Matrix4x4 matrix;
+    matrix.setRotationXPart(p_degrees);
+    *this = *this * matrix;
+}
+
+template <typename T> void Matrix4x4<T>::rotateY(T p_degrees) {
+    Matrix4x4 matrix;
+    matrix.setRotationYPart(p_degrees);
+    *this = *this * matrix;
+}
+
+template <typename T> void Matrix4x4<T>::rotateZ(T p_degrees) {
+    Matrix4x4 matrix;
+    matrix.setRotationZPart(p_degrees);
+    *this = *this * matrix;
+}
+
+template <typename T> void Matrix4x4<T>::rotateEuler(T p_x, T p_y, T p_z) {
+    Matrix4x4 matrix;
+    matrix.setRotationEulerPart(p_x, p_y, p_z);
+    *this = *this * matrix;
+}
+
+template <typename T> void Matrix4x4<T>::rotateQuaternion(const Vector4<T>& p_quaternion) {
+    Matrix4x4 matrix;
+    matrix.setRotationQuaternion(p_quaternion);
+    *this = *this * matrix;
+}
+
+template <typename T>
+void Matrix4x4<T>::decompose(Vector3<T>& p_translation, Vector3<T>& p_rotation, Vector3<T>& p_scale) const {
+    Vector3<T> origin = transform({0, 0, 0});
+    Vector3<T> axisX = transform({1, 0, 0}) - origin;
+    Vector3<T> axisY = transform({0, 1, 0}) - origin;
+    Vector3<T> axisZ = transform({0, 0, 1}) - origin;
+    p_translation = origin;
+    p_scale = {axisX.getModule(), axisY.getModule(), axisZ.getModule()};
+    p_rotation = getEulerAngles(axisX / p_scale.x, axisZ / p_scale.z);
+}
+
+template <typename T> void Matrix4x4<T>::toEuler(Vector3<T>& p_rotation) const {
+    p_rotation = getEulerAngles(transform({1, 0, 0}), transform({0, 0, 1}));
+}
+
+template <typename T>
+void Matrix4x4<T>::compose(const Vector3<T>& p_translation, const Vector3<T>& p_rotation, const Vector3<T>& p_scale) {
+    setIdentity();
+    translate(p_translation);
+    rotateZ(p_rotation.z);
+    rotateY(p_rotation.y);
+    Matrix4x4 matrix;
+    matrix.setRotationX(p_rotation.x);
+    *this = *this * matrix;
+    // This resets everything up to here; see the header.
+    setScale(p_scale);
+    *this = *this * matrix;
+}
+
+template class Matrix4x4<float>;
+template class Matrix4x4<double>;
+template class RecordWalker<Matrix4x4<float>>;
+template class RecordWalker<Matrix4x4<double>>;
+
+} // namespace zyr

@@ -1,0 +1,24 @@
+/// One number as a record.
+#pragma once
+
+#include "zyr_common/serialization/zyr_arithmetic_record.h"
+
+namespace zyr {
+
+#pragma pack(push, 1)
+
+/// A number that streams under a key of its own. For 32- and 64-bit integers, float and double.
+template <typename T> class Scalar : public ArithmeticRecord<Scalar<T>, T> {
+public:
+    T v;
+
+    Scalar() { this->init_This(); }
+    explicit Scalar(T p_v) : v(p_v) {}
+
+    static constexpr const char* c_typeName = "Scalar";
+    static constexpr auto fields() { return zyr_fields(zyr_field("v", &Scalar::v)); }
+};
+
+#pragma pack(pop)
+
+} // namespace zyr

@@ -1,0 +1,112 @@
+/// Vectors of two, three and four numbers.
+///
+/// Plain values without a virtual table, for 32- and 64-bit integers (signed and not), float and double. Arithmetic is
+/// field by field; angles are degrees. The integer forms calculate in their own type: results wrap, square roots are
+/// cut, and a division by zero gives 0.
+#pragma once
+
+#include "zyr_common/serialization/zyr_arithmetic_record.h"
+
+namespace zyr {
+
+#pragma pack(push, 1)
+
+template <typename T> class Vector2 : public ArithmeticRecord<Vector2<T>, T> {
+public:
+    T x;
+    T y;
+
+    Vector2() { this->init_This(); }
+    Vector2(T p_x, T p_y) : x(p_x), y(p_y) {}
+
+    T getModule() const;
+    T getModuleSquare() const;
+    T distance(const Vector2& p_other) const;
+    T dotProduct(const Vector2& p_other) const;
+    /// Brings the module to 1. A zero vector, and one of module 1, stays as it is.
+    void normalize();
+    /// Whether two boxes of half size p_tolerance around the two points overlap: the points may be just under twice the
+    /// tolerance apart on each axis. With 0 not even equal points compare.
+    bool_t boxCompare(const Vector2& p_other, T p_tolerance) const;
+    /// The direction in degrees, from 0 up to 360. The zero vector gives 270.
+    T getAngle() const;
+    /// Turns from x toward y; 0 changes nothing.
+    void rotate(T p_degrees);
+
+    static constexpr const char* c_typeName = "Vector2";
+    static constexpr auto fields() { return zyr_fields(zyr_field("x", &Vector2::x), zyr_field("y", &Vector2::y)); }
+};
+
+template <typename T> class Vector3 : public ArithmeticRecord<Vector3<T>, T> {
+public:
+    T x;
+    T y;
+    T z;
+
+    Vector3() { this->init_This(); }
+    Vector3(T p_x, T p_y, T p_z) : x(p_x), y(p_y), z(p_z) {}
+
+    T getModule() const;
+    T getModuleSquare() const;
+    T distance(const Vector3& p_other) const;
+    T dotProduct(const Vector3& p_other) const;
+    Vector3 crossProduct(const Vector3& p_other) const;
+    /// See Vector2.
+    void normalize();
+    bool_t boxCompare(const Vector3& p_other, T p_tolerance) const;
+    /// The angle between two vectors in degrees; 0 when they are less than 0.001 apart.
+    T getAngle(const Vector3& p_other) const;
+    /// Turn from y toward z, from z toward x and from x toward y.
+    void rotateX(T p_degrees);
+    void rotateY(T p_degrees);
+    void rotateZ(T p_degrees);
+    /// Turns about an axis through the origin, of any length.
+    void rotateAxis(T p_degrees, const Vector3& p_axis);
+
+    static constexpr const char* c_typeName = "Vector3";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("x", &Vector3::x), zyr_field("y", &Vector3::y), zyr_field("z", &Vector3::z));
+    }
+};
+
+template <typename T> class Vector4 : public ArithmeticRecord<Vector4<T>, T> {
+public:
+    T x;
+    T y;
+    T z;
+    T w;
+
+    Vector4() { this->init_This(); }
+    Vector4(T p_x, T p_y, T p_z, T p_w) : x(p_x), y(p_y), z(p_z), w(p_w) {}
+
+    T getModule() const;
+    T getModuleSquare() const;
+    T distance(const Vector4& p_other) const;
+    T dotProduct(const Vector4& p_other) const;
+    /// See Vector2 and Vector3. The rotations leave w alone.
+    void normalize();
+    bool_t boxCompare(const Vector4& p_other, T p_tolerance) const;
+    T getAngle(const Vector4& p_other) const;
+    void rotateX(T p_degrees);
+    void rotateY(T p_degrees);
+    void rotateZ(T p_degrees);
+    void rotateAxis(T p_degrees, const Vector3<T>& p_axis);
+
+    /// Between two quaternions (x, y, z, w), on the shorter arc; p_t goes from 0 to 1. Quaternions with a dot product
+    /// of 0.9 or more are blended on a line. The result is not normalized.
+    static Vector4 slerp(const Vector4& p_a, const Vector4& p_b, T p_t);
+
+    static constexpr const char* c_typeName = "Vector4";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("x", &Vector4::x), zyr_field("y", &Vector4::y), zyr_field("z", &Vector4::z),
+                          zyr_field("w", &Vector4::w));
+    }
+
+private:
+    Vector3<T> getPart() const { return {x, y, z}; }
+    void setPart(const Vector3<T>& p_part);
+};
+
+#pragma pack(pop)
+
+} // namespace zyr
