@@ -19,7 +19,8 @@ BlockHeader* getHeader(void* p_block) {
 }
 
 void* tryAllocate(size_t p_size, bool p_zeroed) {
-    if (p_size == 0 || p_size > SIZE_MAX - sizeof(BlockHeader) - 7) {
+    // The C heap has no larger blocks, and the sums below must not wrap.
+    if (p_size == 0 || p_size > PTRDIFF_MAX - 2 * sizeof(BlockHeader)) {
         return nullptr;
     }
     const size_t usableSize = (p_size + 7) & ~size_t(7);

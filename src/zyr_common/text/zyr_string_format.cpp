@@ -120,7 +120,8 @@ template <typename Unit> void convertToUnits(const char* p_text, size_t p_length
         end += size;
         count++;
     }
-    if (!p_units.resize(count + 1, 0, 0)) {
+    // An array that is bound to foreign memory can't be resized; it takes the text where it has the room.
+    if (!p_units.resize(count + 1, 0, 0) && p_units.getSize() < count + 1) {
         return;
     }
     Unit* const units = p_units.getData();
