@@ -31,7 +31,9 @@ function(zyr_add_module target)
     configure_file("${PROJECT_SOURCE_DIR}/cmake/module.map.in" "${map}" @ONLY)
     set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME "${ARG_OUTPUT}" LINK_DEPENDS "${map}")
     target_compile_definitions(${target} PRIVATE ZYR_MODULE_WORD="${ARG_WORD}")
-    target_link_libraries(${target} PRIVATE zyr_options)
+    # The whole common library, so that every module offers all of its functions.
+    set_target_properties(${target} PROPERTIES LINK_LIBRARY_OVERRIDE_zyr_common WHOLE_ARCHIVE)
+    target_link_libraries(${target} PRIVATE zyr_options zyr_common)
     # The sanitizer runtimes are resolved from the program, so undefined symbols are only refused without them.
     target_link_options(${target} PRIVATE
         -Wl,-soname,${ARG_OUTPUT}.so -Wl,-Bsymbolic "-Wl,--version-script=${map}"

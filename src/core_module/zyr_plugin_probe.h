@@ -1,0 +1,14 @@
+/// Trying a plug-in module before it is loaded.
+#pragma once
+
+#include "zyr_common/text/zyr_string.h"
+
+namespace zyr {
+
+/// Loads the module in a child process, looks its entry points up and asks it for its identity, so that a module that
+/// ends or hangs its process does so there. Gives false and the reason if the module is not usable.
+///
+/// The child is a fork of this process: call this before other threads are busy in the dynamic loader.
+bool_t probePlugin(const String& p_path, String& p_reason);
+
+} // namespace zyr
