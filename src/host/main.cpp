@@ -1,0 +1,150 @@
+#include "host/zyr_command_line.h"
+#include "host/zyr_video_source.h"
+#include "zyr_common/platform/zyr_version.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <exception>
+
+namespace zyr::host {
+
+namespace {
+
+constexpr const char* EXIT_CODES = "Exit codes: 0 done, 1 the run failed, 2 wrong usage, 3 the wanted codec is not "
+                                   "usable here, 4 a module failed to load.";
+
+void addFrameworkOptions(CLI::App& p_command, FrameworkOptions& p_options) {
+    p_command.add_option("--modules", p_options.m_moduleDirectory,
+                         "Directory of zyr_core.so and zyr_picture.so (default: found beside the program)");
+    p_command.add_option("--plugins", p_options.m_pluginDirectories,
+                         "Directory of plug-ins, may be given more than once (default: plugins/ in the module "
+                         "directory)");
+    p_command.add_option("--log-dir", p_options.m_logDirectory,
+                         "Directory of the log file (default: zyr-host/log/ in the user's state directory)");
+    p_command
+        .add_option("--log-level", p_options.m_logLevel,
+                    "1 errors, 2 warnings, 3 information, 4 debugging, 5 every step")
+        ->transform(CLI::CheckedTransformer(std::map<std::string, LogLevelEnum>{{"error", ZYR_LOG_LEVEL_ERROR},
+                                                                                {"warn", ZYR_LOG_LEVEL_WARN},
+                                                                                {"info", ZYR_LOG_LEVEL_INFO},
+                                                                                {"debug", ZYR_LOG_LEVEL_DEBUG},
+                                                                                {"trace", ZYR_LOG_LEVEL_TRACE}},
+                                            CLI::ignore_case));
+}
+
+std::string checkSize(const std::string& p_text) {
+    uint32_t width = 0;
+    uint32_t height = 0;
+    return parseSize(p_text, width, height) ? "" : "'" + p_text + "' is not a size such as 1280x720";
+}
+
+bool parseResize(const std::string& p_text, ResizeStep& p_step) {
+    const size_t colon = p_text.find(':');
+    if (colon == 0 || colon == std::string::npos || p_text.find_first_not_of("0123456789") != colon || colon > 12) {
+        return false;
+    }
+    p_step.m_frame = std::stoull(p_text.substr(0, colon));
+    return parseSize(p_text.substr(colon + 1), p_step.m_width, p_step.m_height);
+}
+
+std::string checkResize(const std::string& p_text) {
+    ResizeStep step{};
+    return parseResize(p_text, step) ? "" : "'" + p_text + "' is not of the form FRAME:WIDTHxHEIGHT";
+}
+
+struct Program {
+    CLI::App m_app{"Host of the Zyrmont codec plug-ins: shows what works here and sends video through it.", "zyr-host"};
+    InspectOptions m_inspect;
+    StreamOptions m_stream;
+    std::string m_size;
+    std::vector<std::string> m_resizes;
+    int m_result = EXIT_DONE;
+
+    Program() {
+        m_app.set_version_flag("--version", "zyr-host " + std::string(zyr_getFrameworkVersionString()));
+        m_app.footer(EXIT_CODES);
+        m_app.require_subcommand(1);
+        addInspect();
+        addStream();
+    }
+
+    void addInspect() {
+        CLI::App* command = m_app.add_subcommand(
+            "inspect", "List modules, classes and what each encoder and decoder offers on this machine");
+        addFrameworkOptions(*command, m_inspect.m_framework);
+        command->add_flag("--json", m_inspect.m_json, "Print JSON on the standard output");
+        command->add_flag("--why", m_inspect.m_why, "Tell why the other codecs are not available");
+        command->callback([this] { m_result = runInspect(m_inspect); });
+    }
+
+    void addStream() {
+        CLI::App* command = m_app.add_subcommand(
+            "stream", "Send video through an encoder context and a decoder context, frame by frame");
+        StreamOptions& o = m_stream;
+        command
+            ->add_option("input", o.m_input,
+                         "Video file, image sequence pattern (frames/%04d.png) or "
+                         "generate:WIDTHxHEIGHT[@RATE][:COUNT]")
+            ->required();
+        command->add_option("--codec", o.m_codec, "Codec by name: vp9, h264, mpeg1video");
+        command->add_option("--encoder", o.m_encoder, "Encoder implementation, such as libvpx-vp9");
+        command->add_option("--decoder", o.m_decoder, "Decoder implementation, such as vp9");
+        command->add_option("--require", o.m_require, "hw or sw: take only such implementations")
+            ->check(CLI::IsMember({"hw", "sw"}));
+        command->add_option("--quality", o.m_quality, "0 (small) to 100 (good)")
+            ->check(CLI::Range(0, 100))
+            ->capture_default_str();
+        command->add_option("--frames", o.m_maxFrames, "Stop after this many frames (default: all)");
+        command->add_option("--size", m_size, "Scale the pictures to WIDTHxHEIGHT")->check(checkSize);
+        command
+            ->add_option("--resize-at", m_resizes,
+                         "FRAME:WIDTHxHEIGHT, change the size from this frame on; may be given more than once")
+            ->check(checkResize);
+        command->add_option("-o,--packets", o.m_packetPath, "Write the packets to this file (ivf, webm, mkv, mpg)");
+        command->add_option("--packets-format", o.m_packetFormat,
+                            "Format of the packet file (default: by its extension)");
+        command->add_option("--pictures", o.m_picturePath, "Write the decoded pictures to name.y4m or frames/%04d.png");
+        command->add_option("--report", o.m_reportPath, "Write the report as JSON to this file as well");
+        command->add_flag("--explain", o.m_explain, "Tell which pairs matched and why others did not");
+        command->add_flag("--json", o.m_json, "Print the report as JSON");
+        command->add_flag("!--no-progress", o.m_progress, "Show no progress on a terminal");
+        command->add_flag("!--no-metrics", o.m_metrics, "Do not compare the pictures with the source");
+        addFrameworkOptions(*command, o.m_framework);
+        command->footer("Without --codec, --encoder or --decoder the codec is that of the first pair that matches "
+                        "in the order in which encoders and decoders list their entries, in its best rated form.\n" +
+                        std::string(EXIT_CODES));
+        command->callback([this] {
+            if (!m_size.empty()) {
+                parseSize(m_size, m_stream.m_width, m_stream.m_height);
+            }
+            for (const std::string& text : m_resizes) {
+                ResizeStep step{};
+                parseResize(text, step);
+                m_stream.m_resizes.push_back(step);
+            }
+            m_result = runStream(m_stream);
+        });
+    }
+};
+
+} // namespace
+
+} // namespace zyr::host
+
+int main(int argc, char** argv) {
+    using namespace zyr::host;
+    Program program;
+    try {
+        program.m_app.parse(argc, argv);
+        return program.m_result;
+    } catch (const CLI::ParseError& error) {
+        return program.m_app.exit(error) == 0 ? EXIT_DONE : EXIT_USAGE;
+    } catch (const ModuleError& error) {
+        fprintf(stderr, "zyr-host: %s\n", error.what());
+        return EXIT_MODULE_FAILED;
+    } catch (const std::exception& error) {
+        fprintf(stderr, "zyr-host: %s\n", error.what());
+        return EXIT_RUN_FAILED;
+    }
+}

@@ -1,0 +1,58 @@
+/// The subcommands of zyr-host. Each parses its own options into a record and runs it.
+#pragma once
+
+#include "host/zyr_framework.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace zyr::host {
+
+/// Exit codes of the program.
+enum ExitCode : int {
+    EXIT_DONE = 0,
+    EXIT_RUN_FAILED = 1,
+    EXIT_USAGE = 2,
+    EXIT_CODEC_NOT_USABLE = 3,
+    EXIT_MODULE_FAILED = 4
+};
+
+struct InspectOptions {
+    FrameworkOptions m_framework;
+    bool m_json = false;
+    bool m_why = false;
+};
+
+struct ResizeStep {
+    uint64_t m_frame;
+    uint32_t m_width;
+    uint32_t m_height;
+};
+
+struct StreamOptions {
+    FrameworkOptions m_framework;
+    std::string m_input;
+    std::string m_codec;
+    std::string m_encoder;
+    std::string m_decoder;
+    std::string m_require;
+    std::string m_packetPath;
+    std::string m_packetFormat;
+    std::string m_picturePath;
+    std::string m_reportPath;
+    std::vector<ResizeStep> m_resizes;
+    uint32_t m_width = 0;
+    uint32_t m_height = 0;
+    uint64_t m_maxFrames = 0;
+    int m_quality = 60;
+    bool m_explain = false;
+    bool m_json = false;
+    bool m_progress = true;
+    bool m_metrics = true;
+};
+
+int runInspect(const InspectOptions& p_options);
+int runStream(const StreamOptions& p_options);
+
+} // namespace zyr::host

@@ -1,0 +1,255 @@
+#include "host/zyr_framework.h"
+
+#include "zyr_common/object/zyr_factories.h"
+#include "zyr_common/platform/zyr_library.h"
+#include "zyr_common/platform/zyr_process_identity.h"
+#include "zyr_common/services/zyr_list_of_objects.h"
+
+#include <cstdlib>
+#include <filesystem>
+
+namespace zyr::host {
+
+namespace {
+
+String toString(const std::string& p_text) {
+    return String(p_text);
+}
+
+/// A module's prepare function, by which it leaves its initializer in the application data.
+typedef void (*prepare_FUNC)(ApplicationData*);
+
+std::string stateDirectory() {
+    const char* state = getenv("XDG_STATE_HOME");
+    if (state != nullptr && state[0] == '/') {
+        return std::string(state) + "/";
+    }
+    const char* home = getenv("HOME");
+    return home != nullptr && home[0] != 0 ? std::string(home) + "/.local/state/" : "/tmp/";
+}
+
+/// The modules stand beside the program in a build tree, and in a folder of their own when installed.
+std::string findModuleDirectory() {
+    String directory;
+    if (!zyr_getCurrentProcessDirectory(directory)) {
+        throw ModuleError("cannot tell where this program is");
+    }
+    const std::string program = toText(directory);
+    for (const char* relative : {"../lib/", "../lib/zyrmont/", ""}) {
+        const std::string candidate = program + relative;
+        if (std::filesystem::exists(candidate + "zyr_core.so")) {
+            return std::filesystem::canonical(candidate).string() + "/";
+        }
+    }
+    throw ModuleError("zyr_core.so is not beside this program; tell its directory with --modules");
+}
+
+std::string withSlash(const std::string& p_directory) {
+    return p_directory.empty() || p_directory.back() == '/' ? p_directory : p_directory + "/";
+}
+
+template <typename Interface> std::vector<ObjectHandle<Interface>> createAll(const char* p_parentGUID) {
+    std::vector<ObjectHandle<Interface>> objects;
+    GUID_t parent;
+    GUID_t_fromString(parent, p_parentGUID);
+    ObjectHandle<IListOfObjects> list(zyr_createObjectsFromParentGUID(parent));
+    for (List<IObject*>::iterator it = list->begin(); it != list->end(); ++it) {
+        objects.emplace_back(static_cast<Interface*>((*it)->addRef()));
+    }
+    return objects;
+}
+
+std::string lastWarning(const std::vector<std::string>& p_lines) {
+    std::string message;
+    for (const std::string& line : p_lines) {
+        LogLine parts;
+        if (parseLogLine(line, parts) && (parts.m_level == "WARN" || parts.m_level == "ERROR")) {
+            message = parts.m_message;
+        }
+    }
+    return message;
+}
+
+} // namespace
+
+std::string toText(const String& p_text) {
+    return std::string(p_text.getData(), p_text.getLengthInBytes());
+}
+
+std::string toText(const GUID_t& p_guid) {
+    String text;
+    text = String::newFromGUID(p_guid);
+    return toText(text);
+}
+
+HostApplicationData::HostApplicationData() : ApplicationData(1, 0) {}
+
+void HostApplicationData::printStringOnLogFile(const String& p_text) {
+    {
+        const std::lock_guard<std::mutex> guard(m_linesMutex);
+        if (m_listening) {
+            m_lines.append(p_text.getData(), p_text.getLengthInBytes());
+        }
+    }
+    ApplicationData::printStringOnLogFile(p_text);
+}
+
+void HostApplicationData::startListening() {
+    const std::lock_guard<std::mutex> guard(m_linesMutex);
+    m_lines.clear();
+    m_listening = true;
+}
+
+std::vector<std::string> HostApplicationData::stopListening() {
+    const std::lock_guard<std::mutex> guard(m_linesMutex);
+    m_listening = false;
+    std::vector<std::string> lines;
+    size_t start = 0;
+    while (start < m_lines.size()) {
+        const size_t end = std::min(m_lines.find('\n', start), m_lines.size());
+        if (end > start) {
+            lines.push_back(m_lines.substr(start, end - start));
+        }
+        start = end + 1;
+    }
+    m_lines.clear();
+    return lines;
+}
+
+bool parseLogLine(const std::string& p_line, LogLine& p_parts) {
+    // "time stamp [pid:tid] LEVEL module function - message"; the level word is five characters wide.
+    const size_t ids = p_line.find("] ");
+    const size_t message = p_line.find(" - ", ids == std::string::npos ? 0 : ids);
+    if (ids == std::string::npos || message == std::string::npos || ids + 8 > p_line.size()) {
+        return false;
+    }
+    p_parts.m_level = p_line.substr(ids + 2, 5);
+    while (!p_parts.m_level.empty() && p_parts.m_level.back() == ' ') {
+        p_parts.m_level.pop_back();
+    }
+    const size_t module = ids + 8;
+    const size_t function = p_line.find(' ', module);
+    if (function == std::string::npos || function > message) {
+        return false;
+    }
+    p_parts.m_module = p_line.substr(module, function - module);
+    p_parts.m_function = p_line.substr(function + 1, message - function - 1);
+    p_parts.m_message = p_line.substr(message + 3);
+    return true;
+}
+
+Framework::Framework(const FrameworkOptions& p_options) : m_data(new HostApplicationData) {
+    m_moduleDirectory = withSlash(p_options.m_moduleDirectory);
+    if (m_moduleDirectory.empty()) {
+        m_moduleDirectory = findModuleDirectory();
+    }
+    m_pluginDirectories = p_options.m_pluginDirectories;
+    if (m_pluginDirectories.empty()) {
+        m_pluginDirectories.push_back(m_moduleDirectory + "plugins");
+    }
+    prepareLog(p_options);
+    if (!m_data->commonInitialize()) {
+        throw ModuleError("the common library did not start (see the log)");
+    }
+    loadComponent("core", "zyr_core_prepare");
+    m_data->startListening();
+    if (!m_data->coreInitialize()) {
+        throw ModuleError("module core did not start: " + lastWarning(m_data->stopListening()));
+    }
+    m_data->stopListening();
+    loadComponent("picture", "zyr_picture_prepare");
+    m_data->startListening();
+    if (!m_data->pictureInitialize()) {
+        throw ModuleError("module picture did not start: " + lastWarning(m_data->stopListening()));
+    }
+    m_data->stopListening();
+    List<String> directories;
+    for (const std::string& directory : m_pluginDirectories) {
+        directories.pushBack(toString(withSlash(directory)));
+    }
+    m_data->startListening();
+    const bool_t loaded = m_data->pluginModulesInitialize(directories);
+    const std::vector<std::string> lines = m_data->stopListening();
+    for (const std::string& line : lines) {
+        LogLine parts;
+        if (parseLogLine(line, parts) && (parts.m_level == "WARN" || parts.m_level == "ERROR")) {
+            m_refusals.push_back(parts.m_message);
+        }
+    }
+    if (!loaded) {
+        throw ModuleError("plug-ins could not be loaded: " + lastWarning(lines));
+    }
+}
+
+Framework::~Framework() {
+    m_data->deinitialize();
+}
+
+void Framework::prepareLog(const FrameworkOptions& p_options) {
+    m_data->prepareAndSetEssentialDirectories();
+    std::string directory = withSlash(p_options.m_logDirectory);
+    if (directory.empty()) {
+        directory = stateDirectory() + "zyr-host/log/";
+    }
+    std::error_code ignored; // A log that cannot be opened goes to the standard output, as the log itself tells.
+    std::filesystem::create_directories(directory, ignored);
+    m_data->setLogDirectory(toString(directory));
+    m_data->setLogLevel(p_options.m_logLevel);
+    m_data->setLogMaxNumOfFiles(32);
+    m_data->setLogRotation(1);
+}
+
+void Framework::loadComponent(const char* p_name, const char* p_prepareName) {
+    const std::string path = m_moduleDirectory + "zyr_" + p_name + ".so";
+    m_data->startListening();
+    void* handle = zyr_loadLibrary(toString(path), 0, 0, 0, 0);
+    const std::string reason = lastWarning(m_data->stopListening());
+    if (handle == nullptr) {
+        throw ModuleError("module " + std::string(p_name) + " failed to load: " + reason);
+    }
+    const prepare_FUNC prepare = reinterpret_cast<prepare_FUNC>(zyr_getProcAddress(handle, String(p_prepareName)));
+    if (prepare == nullptr) {
+        throw ModuleError(path + " lacks the export " + p_prepareName);
+    }
+    prepare(m_data);
+}
+
+std::vector<ObjectHandle<IFrameEncoder>> Framework::createEncoders() {
+    return createAll<IFrameEncoder>(InterfaceTraits<IFrameEncoder>::c_guidText);
+}
+
+std::vector<ObjectHandle<IFrameDecoder>> Framework::createDecoders() {
+    return createAll<IFrameDecoder>(InterfaceTraits<IFrameDecoder>::c_guidText);
+}
+
+namespace {
+
+template <typename Interface> ObjectHandle<Interface> createByInterface() {
+    GUID_t guid;
+    GUID_t_fromString(guid, InterfaceTraits<Interface>::c_guidText);
+    IObject* object = zyr_createObjectFromGUIDAndTypeName(guid, String::getConstEmpty());
+    if (object == nullptr) {
+        throw ModuleError(std::string("the picture module offers no ") + InterfaceTraits<Interface>::c_typeName);
+    }
+    return ObjectHandle<Interface>(static_cast<Interface*>(object));
+}
+
+} // namespace
+
+ObjectHandle<IUnpackedFrameData> createSourceFrame(uint32_t p_width, uint32_t p_height, IImage*& p_image) {
+    constexpr PixelFormatEnum BGRA = PixelFormatEnum(504);
+    ObjectHandle<IUnpackedFrameData> frame = createByInterface<IUnpackedFrameData>();
+    ObjectHandle<IImage> image = createByInterface<IImage>();
+    if (!image->init(p_width, p_height, 0, BGRA, ColorSpaceEnum(1), PixelFormatEnum(0), 0)) {
+        throw ModuleError("the picture module refused a picture of " + std::to_string(p_width) + "x" +
+                          std::to_string(p_height));
+    }
+    IUnpackedFrameDataReserved* reserved = frame->getUnpackedFrameDataReserved();
+    reserved->setWidth(p_width);
+    reserved->setHeight(p_height);
+    reserved->setSystemMemory(image.get());
+    p_image = image.get();
+    return frame;
+}
+
+} // namespace zyr::host

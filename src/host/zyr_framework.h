@@ -1,0 +1,105 @@
+/// The framework as the host starts it: application data, component modules and plug-ins.
+#pragma once
+
+#include "picture/zyr_picture.h"
+#include "zyr_common/application/zyr_application_data.h"
+
+#include <memory>
+#include <mutex>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace zyr::host {
+
+/// A module that the run cannot do without failed to load or to start: exit code 4.
+class ModuleError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Where the host looks for modules and what it logs.
+struct FrameworkOptions {
+    std::string m_moduleDirectory; ///< Holds zyr_core.so and zyr_picture.so. Empty: found beside the program.
+    std::vector<std::string> m_pluginDirectories; ///< Empty: "plugins" in the module directory.
+    std::string m_logDirectory;                   ///< Empty: the user's state directory.
+    LogLevelEnum m_logLevel = ZYR_LOG_LEVEL_DEBUG;
+};
+
+/// Application data that keeps a copy of the lines it logs while somebody listens. Modules log through the virtual
+/// operation, so their lines arrive here too.
+class HostApplicationData : public ApplicationData {
+public:
+    HostApplicationData();
+
+    void printStringOnLogFile(const String& p_text) override;
+
+    /// Starts to keep lines, dropping those kept before.
+    void startListening();
+
+    /// Stops, and gives the lines without line feeds.
+    std::vector<std::string> stopListening();
+
+private:
+    std::mutex m_linesMutex;
+    std::string m_lines;
+    bool m_listening = false;
+};
+
+/// A line of the log, taken apart.
+struct LogLine {
+    std::string m_level;
+    std::string m_module;
+    std::string m_function;
+    std::string m_message;
+};
+
+/// Takes a line of the log apart; false for lines of another form (the repeat summaries).
+bool parseLogLine(const std::string& p_line, LogLine& p_parts);
+
+/// Owner of a framework object: releases its reference.
+struct ObjectReleaser {
+    void operator()(IObject* p_object) const { p_object->release(); }
+};
+template <typename Interface> using ObjectHandle = std::unique_ptr<Interface, ObjectReleaser>;
+
+/// The running framework. One per process; made and destroyed on the main thread. The application data itself lives on
+/// until the process ends, since modules keep their pointer to it.
+class Framework {
+public:
+    /// Loads and starts everything. Throws ModuleError with the reason. Plug-ins that were refused are told by
+    /// getRefusals() and do not fail the start.
+    explicit Framework(const FrameworkOptions& p_options);
+    Framework(const Framework&) = delete;
+    Framework& operator=(const Framework&) = delete;
+    ~Framework();
+
+    HostApplicationData& getApplicationData() { return *m_data; }
+
+    const std::string& getModuleDirectory() const { return m_moduleDirectory; }
+    const std::vector<std::string>& getPluginDirectories() const { return m_pluginDirectories; }
+
+    /// What the start had to say about files of the plug-in directories.
+    const std::vector<std::string>& getRefusals() const { return m_refusals; }
+
+    /// One new object of each registered class that extends the interface, in the order of registration.
+    std::vector<ObjectHandle<IFrameEncoder>> createEncoders();
+    std::vector<ObjectHandle<IFrameDecoder>> createDecoders();
+
+private:
+    void prepareLog(const FrameworkOptions& p_options);
+    void loadComponent(const char* p_name, const char* p_prepareName);
+
+    HostApplicationData* m_data;
+    std::string m_moduleDirectory;
+    std::vector<std::string> m_pluginDirectories;
+    std::vector<std::string> m_refusals;
+};
+
+/// A new picture frame around a new image of the given size in B,G,R,A. Null handles never come back.
+ObjectHandle<IUnpackedFrameData> createSourceFrame(uint32_t p_width, uint32_t p_height, IImage*& p_image);
+
+std::string toText(const String& p_text);
+std::string toText(const GUID_t& p_guid);
+
+} // namespace zyr::host

@@ -1,0 +1,189 @@
+#include "host/zyr_negotiation.h"
+
+namespace zyr::host {
+
+namespace {
+
+bool isRestrictedAway(const Choice& p_choice, const FrameCodecProposal& p_proposal,
+                      const FrameCodecRequest& p_request) {
+    const bool offeredHardware = !toText(p_proposal.hardwareDeviceName).empty();
+    const bool wantedHardware = !toText(p_request.hardwareDeviceName).empty();
+    if (!p_choice.m_codec.empty() && toText(p_proposal.codecName) != p_choice.m_codec) {
+        return true;
+    }
+    if (!p_choice.m_encoder.empty() && toText(p_proposal.codecImplementation) != p_choice.m_encoder) {
+        return true;
+    }
+    if (!p_choice.m_decoder.empty() && toText(p_request.codecImplementation) != p_choice.m_decoder) {
+        return true;
+    }
+    if (p_choice.m_require == "hw") {
+        return !offeredHardware || !wantedHardware;
+    }
+    return p_choice.m_require == "sw" && (offeredHardware || wantedHardware);
+}
+
+std::string nameOf(const FrameCodecProposal& p_proposal) {
+    const std::string hardware = toText(p_proposal.hardwareDeviceName);
+    return "encoder " + toText(p_proposal.codecImplementation) + (hardware.empty() ? "" : " (" + hardware + ")");
+}
+
+std::string nameOf(const FrameCodecRequest& p_request) {
+    const std::string hardware = toText(p_request.hardwareDeviceName);
+    return "decoder " + toText(p_request.codecImplementation) + (hardware.empty() ? "" : " (" + hardware + ")");
+}
+
+struct Feature {
+    const char* m_name;
+    ProposalTypeEnum m_offered;
+    RequestTypeEnum m_wanted;
+    bool m_yuv;
+};
+
+/// The first feature on which the pair breaks, or a missing common one.
+template <size_t COUNT>
+std::string explainGroup(const Feature (&p_features)[COUNT], const char* p_group, bool p_needsYuv, bool p_needsAny) {
+    bool any = false;
+    bool yuv = false;
+    for (const Feature& feature : p_features) {
+        if (feature.m_wanted == 0 && feature.m_offered == 2) {
+            return std::string("the encoder insists on ") + feature.m_name + ", which the decoder does not mention";
+        }
+        if (feature.m_wanted != 0 && feature.m_offered == 0 && zyr_isRequestMandatory(feature.m_wanted)) {
+            return std::string("the decoder insists on ") + feature.m_name + ", which the encoder does not offer";
+        }
+        if (feature.m_wanted != 0 && feature.m_offered != 0) {
+            any = true;
+            yuv = yuv || feature.m_yuv;
+        }
+    }
+    if (p_needsYuv && !yuv) {
+        return std::string("no common YUV ") + p_group;
+    }
+    return p_needsAny && !any ? std::string("no common ") + p_group : std::string();
+}
+
+} // namespace
+
+Market openMarket(Framework& p_framework) {
+    Market market;
+    market.m_encoders = p_framework.createEncoders();
+    market.m_decoders = p_framework.createDecoders();
+    for (size_t i = 0; i < market.m_encoders.size(); i++) {
+        List<FrameCodecProposal*> proposals;
+        market.m_encoders[i]->getCodecProposals(proposals);
+        for (List<FrameCodecProposal*>::iterator it = proposals.begin(); it != proposals.end(); ++it) {
+            market.m_offers.push_back(Offer{i, RecordHandle<FrameCodecProposal>(*it)});
+        }
+    }
+    for (size_t i = 0; i < market.m_decoders.size(); i++) {
+        List<FrameCodecRequest*> requests;
+        market.m_decoders[i]->getCodecRequests(requests);
+        for (List<FrameCodecRequest*>::iterator it = requests.begin(); it != requests.end(); ++it) {
+            market.m_wishes.push_back(Wish{i, RecordHandle<FrameCodecRequest>(*it)});
+        }
+    }
+    return market;
+}
+
+std::string explainMismatch(const FrameCodecProposal& p, const FrameCodecRequest& r) {
+    if (p.codecName != r.codecName) {
+        return "another codec";
+    }
+    const Feature planes[] = {{"planesModelSingle", p.planesModelSingle, r.planesModelSingle, false},
+                              {"planesModel420", p.planesModel420, r.planesModel420, true},
+                              {"planesModel410", p.planesModel410, r.planesModel410, true},
+                              {"planesModel411", p.planesModel411, r.planesModel411, true},
+                              {"planesModel422", p.planesModel422, r.planesModel422, true},
+                              {"planesModel444", p.planesModel444, r.planesModel444, true}};
+    const Feature colors[] = {
+        {"colorSpaceRGB", p.colorSpaceRGB, r.colorSpaceRGB, false},
+        {"colorSpaceBT601", p.colorSpaceBT601, r.colorSpaceBT601, true},
+        {"colorSpaceBT601FullRange", p.colorSpaceBT601FullRange, r.colorSpaceBT601FullRange, true},
+        {"colorSpaceBT709", p.colorSpaceBT709, r.colorSpaceBT709, true},
+        {"colorSpaceBT709FullRange", p.colorSpaceBT709FullRange, r.colorSpaceBT709FullRange, true}};
+    const Feature profiles[] = {{"codecProfileBaseline", p.codecProfileBaseline, r.codecProfileBaseline, false},
+                                {"codecProfileMain", p.codecProfileMain, r.codecProfileMain, false},
+                                {"codecProfileHigh", p.codecProfileHigh, r.codecProfileHigh, false}};
+    const Feature flags[] = {{"variableQuality", p.variableQuality, r.variableQuality, false},
+                             {"video", p.video, r.video, false},
+                             {"lossless", p.lossless, r.lossless, false},
+                             {"packedBlocks", p.packedBlocks, r.packedBlocks, false},
+                             {"multiSlice", p.multiSlice, r.multiSlice, false}};
+    const Feature compressions[] = {{"compressionRle", p.compressionRle, r.compressionRle, false},
+                                    {"compressionLz4", p.compressionLz4, r.compressionLz4, false},
+                                    {"compressionZip", p.compressionZip, r.compressionZip, false}};
+    std::string reason =
+        explainGroup(planes, "planes model", p.planesModelYUV || r.planesModelYUV, p.planesModel || r.planesModel);
+    if (reason.empty()) {
+        reason = explainGroup(colors, "color space", p.colorSpaceYUV || r.colorSpaceYUV, p.colorSpace || r.colorSpace);
+    }
+    if (reason.empty()) {
+        reason = explainGroup(profiles, "profile", false, p.codecProfile || r.codecProfile);
+    }
+    if (reason.empty()) {
+        reason = explainGroup(flags, "feature", false, false);
+    }
+    if (reason.empty()) {
+        reason = explainGroup(compressions, "compression", false, p.compression || r.compression);
+    }
+    return reason;
+}
+
+std::vector<std::unique_ptr<Match>> judge(const Market& p_market, const Choice& p_choice,
+                                          std::vector<std::string>& p_log, std::vector<std::string>& p_notes) {
+    std::vector<std::unique_ptr<Match>> matches;
+    for (const Offer& offer : p_market.m_offers) {
+        for (const Wish& wish : p_market.m_wishes) {
+            const FrameCodecProposal& proposal = *offer.m_proposal;
+            const FrameCodecRequest& request = *wish.m_request;
+            if (proposal.codecName != request.codecName) {
+                continue;
+            }
+            const std::string pair =
+                toText(proposal.codecName) + ": " + nameOf(proposal) + " with " + nameOf(request) + ": ";
+            if (isRestrictedAway(p_choice, proposal, request)) {
+                p_log.push_back(pair + "left out by the options");
+                continue;
+            }
+            auto match = std::make_unique<Match>(Match{&offer, &wish, {}, {}});
+            bool agreed = proposal.matchWithCodecRequest(request, match->m_info);
+            if (!agreed && p_choice.m_require == "hw" && zyr_isRequestMandatory(request.variableQuality) &&
+                proposal.variableQuality == 0) {
+                FrameCodecRequest relaxed(request);
+                relaxed.variableQuality = RequestTypeEnum(1);
+                match = std::make_unique<Match>(Match{&offer, &wish, {}, {}});
+                agreed = proposal.matchWithCodecRequest(relaxed, match->m_info);
+                if (agreed) {
+                    p_notes.push_back(pair + "the wish for variable quality was dropped, as hardware was asked for");
+                }
+            }
+            if (!agreed) {
+                p_log.push_back(pair + "refused, " + explainMismatch(proposal, request));
+                continue;
+            }
+            match->m_decoderInfo = match->m_info;
+            match->m_decoderInfo.codecImplementation = request.codecImplementation;
+            match->m_decoderInfo.codecOptions = request.codecOptions;
+            match->m_decoderInfo.hardwareDeviceName = request.hardwareDeviceName;
+            const ColorSpaceEnum space =
+                match->m_info.colorSpaces.isEmpty() ? ColorSpaceEnum(0) : match->m_info.colorSpaces.front();
+            p_log.push_back(pair + "agreed, " + colorSpaceText(space) + ", rating " + ratingText(match->m_info.rating));
+            matches.push_back(std::move(match));
+        }
+    }
+    return matches;
+}
+
+const Match* chooseMatch(const std::vector<std::unique_ptr<Match>>& p_matches) {
+    const Match* best = nullptr;
+    for (const std::unique_ptr<Match>& match : p_matches) {
+        if (best == nullptr ||
+            (match->m_info.codecName == best->m_info.codecName && match->m_info.rating > best->m_info.rating)) {
+            best = match.get();
+        }
+    }
+    return best;
+}
+
+} // namespace zyr::host

@@ -1,0 +1,72 @@
+/// Pairs what the encoders offer with what the decoders want, and explains the outcome.
+#pragma once
+
+#include "host/zyr_framework.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zyr::host {
+
+/// A record that an encoder or decoder handed over; the list's elements belong to the caller.
+template <typename Record> struct RecordReleaser {
+    void operator()(Record* p_record) const { p_record->release(); }
+};
+template <typename Record> using RecordHandle = std::unique_ptr<Record, RecordReleaser<Record>>;
+
+struct Offer {
+    size_t m_encoder; ///< Index of the encoder object.
+    RecordHandle<FrameCodecProposal> m_proposal;
+};
+
+struct Wish {
+    size_t m_decoder; ///< Index of the decoder object.
+    RecordHandle<FrameCodecRequest> m_request;
+};
+
+/// What works on this machine.
+struct Market {
+    std::vector<ObjectHandle<IFrameEncoder>> m_encoders;
+    std::vector<ObjectHandle<IFrameDecoder>> m_decoders;
+    std::vector<Offer> m_offers;
+    std::vector<Wish> m_wishes;
+};
+
+/// Creates all encoders and decoders and asks them what works. The first question to each opens real codecs and takes
+/// a moment.
+Market openMarket(Framework& p_framework);
+
+/// The user's restrictions; empty texts restrict nothing.
+struct Choice {
+    std::string m_codec;
+    std::string m_encoder;
+    std::string m_decoder;
+    std::string m_require; ///< "hw", "sw" or empty.
+};
+
+/// One agreed way of coding.
+struct Match {
+    const Offer* m_offer;
+    const Wish* m_wish;
+    FrameCodecInfo m_info;        ///< As agreed: what the encoder is initialized with.
+    FrameCodecInfo m_decoderInfo; ///< The same with the decoder's own implementation, options and hardware.
+};
+
+/// Judges every pair of the market in list order. A pair that fails the user's restrictions is not tried. `p_log` takes
+/// a line for each pair, and one for each request that was relaxed: with "hw" a request that insists on variable
+/// quality is repeated without it, since hardware encoders have a fixed one.
+std::vector<std::unique_ptr<Match>> judge(const Market& p_market, const Choice& p_choice,
+                                          std::vector<std::string>& p_log, std::vector<std::string>& p_notes);
+
+/// The match to use: among those of the first match's codec the best rated, and the earliest of equals. Null without
+/// matches.
+const Match* chooseMatch(const std::vector<std::unique_ptr<Match>>& p_matches);
+
+/// The first reason for which a proposal and a request don't go together; empty when they do.
+std::string explainMismatch(const FrameCodecProposal& p_proposal, const FrameCodecRequest& p_request);
+
+std::string ratingText(CodecRatingEnum p_rating);
+std::string colorSpaceText(ColorSpaceEnum p_space);
+
+} // namespace zyr::host
