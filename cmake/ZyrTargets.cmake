@@ -56,5 +56,11 @@ function(zyr_add_test name)
     target_compile_definitions(${name} PRIVATE ZYR_MODULE_WORD="${ARG_WORD}")
     target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
     target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} zyr_options GTest::gmock GTest::gtest_main)
-    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 600 LABELS ${label})
+    # Seconds for one test. Sanitizers and emulation are slower by far.
+    set(limit 120)
+    if(ZYR_SANITIZE OR CMAKE_CROSSCOMPILING)
+        set(limit 300)
+    endif()
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+        PROPERTIES TIMEOUT ${limit} LABELS ${label})
 endfunction()

@@ -114,8 +114,11 @@ TEST(ThreadPool, WaitStaysTrueUntilTheNextPush) {
 TEST(ThreadPool, PushTakesBackAPostThatNobodyTook) {
     ThreadPool pool(1);
     pool.start();
-    Counter* counter = new Counter();
-    pool.pushBackNewTask(count, counter, 0);
+    Gate* first = new Gate();
+    pool.pushBackNewTask(passGate, first, 0);
+    // Once it runs, the dispatcher has taken the only token.
+    first->m_running.wait();
+    first->m_mayEnd.signal();
     // The worker gives its token back behind its post, so a token in hand means that the post stands.
     while (!pool.waitForCapacity(LONG)) {
     }
@@ -125,7 +128,7 @@ TEST(ThreadPool, PushTakesBackAPostThatNobodyTook) {
     EXPECT_EQ(pool.wait(0, 0), 0);
     gate->m_mayEnd.signal();
     EXPECT_EQ(pool.wait(LONG, 0), 1);
-    counter->release();
+    first->release();
     gate->release();
 }
 
