@@ -30,8 +30,8 @@ TEST(Sleep, LastsAtLeastTheGivenMicroseconds) {
 
 static std::atomic<int> s_signals = 0;
 
-// Sends signals to the thread that runs p_sleep until it has ended, and gives how long it ran.
-template <typename Sleep> static int64_t interrupt(Sleep p_sleep) {
+// Sends up to p_maxSignals signals to the thread that runs p_sleep, and gives how long it ran.
+template <typename Sleep> static int64_t interrupt(int p_maxSignals, Sleep p_sleep) {
     struct sigaction action = {};
     struct sigaction previous = {};
     action.sa_handler = [](int) { s_signals++; };
