@@ -301,9 +301,25 @@ private:
             return true;
         } else if constexpr (requires { bool(p_left == p_right); }) {
             return p_left == p_right;
-        } else {
+        } else if constexpr (requires { p_left.getData(); }) {
             return equalItems(p_left.getData(), p_left.getSize(), p_right.getData(), p_right.getSize());
+        } else {
+            return equalKeys(p_left, p_right);
         }
+    }
+
+    /// Sets are equal when they hold the same keys in the same order of insertion.
+    template <typename M> static bool equalKeys(const M& p_left, const M& p_right) {
+        auto left = p_left.beginConst();
+        auto right = p_right.beginConst();
+        while (left != p_left.endConst() && right != p_right.endConst()) {
+            if (!(left->m_first == right->m_first)) {
+                return false;
+            }
+            ++left;
+            ++right;
+        }
+        return left == p_left.endConst() && right == p_right.endConst();
     }
 
     template <typename T> static bool equalItems(const T* p_left, size_t p_leftSize, const T* p_right, size_t p_size) {
