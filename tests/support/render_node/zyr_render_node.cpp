@@ -64,8 +64,9 @@ EXPORTED int drmGetNodeTypeFromFd(int p_file) {
 
 /// The caller frees the result with drmFreeVersion.
 EXPORTED drmVersionPtr drmGetVersion(int p_file) {
-    if (!isRenderNode(p_file))
+    if (!isRenderNode(p_file)) {
         return nullptr;
+    }
     drmVersionPtr version = static_cast<drmVersionPtr>(calloc(1, sizeof(drmVersion)));
     version->name = strdup("zyrtest");
     version->name_len = 7;
@@ -89,10 +90,11 @@ void useTestVaDriver(const char* p_directory) {
 }
 
 void failVaDriverAt(const char* p_words) {
-    if (p_words == nullptr)
+    if (p_words == nullptr) {
         unsetenv("ZYR_TEST_VA_FAIL");
-    else
+    } else {
         setenv("ZYR_TEST_VA_FAIL", p_words, 1);
+    }
 }
 
 } // namespace zyr_test

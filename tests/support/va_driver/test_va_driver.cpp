@@ -22,27 +22,33 @@ using Bytes = std::vector<uint8_t>;
 /// Luma and chroma of a picture, rows without padding.
 Bytes makePicture(int p_width, int p_height, int p_number) {
     Bytes bytes;
-    for (int y = 0; y < p_height; y++)
-        for (int x = 0; x < p_width; x++)
+    for (int y = 0; y < p_height; y++) {
+        for (int x = 0; x < p_width; x++) {
             bytes.push_back(static_cast<uint8_t>(40 + (x + y * 2 + p_number * 5) % 160));
-    for (int y = 0; y < p_height / 2; y++)
-        for (int x = 0; x < p_width; x++)
+        }
+    }
+    for (int y = 0; y < p_height / 2; y++) {
+        for (int x = 0; x < p_width; x++) {
             bytes.push_back(static_cast<uint8_t>(x % 2 == 0 ? 90 + (x / 4 + p_number) % 60 : 180 - (y / 2) % 60));
+        }
+    }
     return bytes;
 }
 
 void copyRows(AVFrame* p_frame, Bytes& p_bytes, bool p_intoFrame) {
     size_t position = 0;
-    for (int plane = 0; plane < 2; plane++)
+    for (int plane = 0; plane < 2; plane++) {
         for (int y = 0; y < (plane == 0 ? p_frame->height : p_frame->height / 2); y++) {
             uint8_t* row = p_frame->data[plane] + static_cast<ptrdiff_t>(y) * p_frame->linesize[plane];
             size_t width = static_cast<size_t>(p_frame->width);
-            if (p_intoFrame)
+            if (p_intoFrame) {
                 memcpy(row, &p_bytes[position], width);
-            else
+            } else {
                 p_bytes.insert(p_bytes.end(), row, row + width);
+            }
             position += width;
         }
+    }
 }
 
 double psnr(const Bytes& p_first, const Bytes& p_second) {
@@ -67,8 +73,9 @@ public:
         m_context->max_b_frames = 0;
         AVBufferRef* device = nullptr;
         int result = av_hwdevice_ctx_create(&device, AV_HWDEVICE_TYPE_VAAPI, nullptr, nullptr, 0);
-        if (result < 0)
+        if (result < 0) {
             return result;
+        }
         m_context->hw_frames_ctx = av_hwframe_ctx_alloc(device);
         av_buffer_unref(&device);
         AVHWFramesContext* frames = reinterpret_cast<AVHWFramesContext*>(m_context->hw_frames_ctx->data);
@@ -78,8 +85,9 @@ public:
         frames->height = p_height;
         frames->initial_pool_size = 20;
         result = av_hwframe_ctx_init(m_context->hw_frames_ctx);
-        if (result < 0)
+        if (result < 0) {
             return result;
+        }
         AVDictionary* options = nullptr;
         av_dict_set(&options, "async_depth", "1", 0);
         result = avcodec_open2(m_context, nullptr, &options);
@@ -97,15 +105,19 @@ public:
         AVFrame* surface = av_frame_alloc();
         AVPacket* packet = av_packet_alloc();
         int result = av_hwframe_get_buffer(m_context->hw_frames_ctx, surface, 0);
-        if (result >= 0)
+        if (result >= 0) {
             result = av_hwframe_transfer_data(surface, frame, 0);
+        }
         surface->pts = m_number++;
-        if (result >= 0)
+        if (result >= 0) {
             result = avcodec_send_frame(m_context, surface);
-        if (result >= 0)
+        }
+        if (result >= 0) {
             result = avcodec_receive_packet(m_context, packet);
-        if (result >= 0)
+        }
+        if (result >= 0) {
             p_packet.assign(packet->data, packet->data + packet->size);
+        }
         av_packet_free(&packet);
         av_frame_free(&surface);
         av_frame_free(&frame);
@@ -118,9 +130,11 @@ private:
 };
 
 AVPixelFormat chooseVaapi(AVCodecContext*, const AVPixelFormat* p_formats) {
-    for (; *p_formats != AV_PIX_FMT_NONE; p_formats++)
-        if (*p_formats == AV_PIX_FMT_VAAPI)
+    for (; *p_formats != AV_PIX_FMT_NONE; p_formats++) {
+        if (*p_formats == AV_PIX_FMT_VAAPI) {
             return *p_formats;
+        }
+    }
     return AV_PIX_FMT_NONE;
 }
 
@@ -134,8 +148,9 @@ public:
         if (p_hardware) {
             m_context->get_format = chooseVaapi;
             int result = av_hwdevice_ctx_create(&m_context->hw_device_ctx, AV_HWDEVICE_TYPE_VAAPI, nullptr, nullptr, 0);
-            if (result < 0)
+            if (result < 0) {
                 return result;
+            }
         }
         return avcodec_open2(m_context, nullptr, nullptr);
     }
@@ -148,22 +163,28 @@ public:
         AVFrame* frame = av_frame_alloc();
         AVFrame* copy = av_frame_alloc();
         int result = avcodec_send_packet(m_context, packet);
-        if (result >= 0)
+        if (result >= 0) {
             result = avcodec_receive_frame(m_context, frame);
+        }
         p_format = static_cast<AVPixelFormat>(frame->format);
         p_picture.clear();
         if (result >= 0 && p_format == AV_PIX_FMT_VAAPI) {
             result = av_hwframe_transfer_data(copy, frame, 0);
-            if (result >= 0)
+            if (result >= 0) {
                 copyRows(copy, p_picture, false);
+            }
         } else if (result >= 0) {
-            for (int y = 0; y < frame->height; y++)
+            for (int y = 0; y < frame->height; y++) {
                 p_picture.insert(p_picture.end(), frame->data[0] + static_cast<ptrdiff_t>(y) * frame->linesize[0],
                                  frame->data[0] + static_cast<ptrdiff_t>(y) * frame->linesize[0] + frame->width);
-            for (int y = 0; y < frame->height / 2; y++)
-                for (int x = 0; x < frame->width / 2; x++)
-                    for (int plane = 1; plane <= 2; plane++)
+            }
+            for (int y = 0; y < frame->height / 2; y++) {
+                for (int x = 0; x < frame->width / 2; x++) {
+                    for (int plane = 1; plane <= 2; plane++) {
                         p_picture.push_back(frame->data[plane][static_cast<ptrdiff_t>(y) * frame->linesize[plane] + x]);
+                    }
+                }
+            }
         }
         av_frame_free(&copy);
         av_frame_free(&frame);

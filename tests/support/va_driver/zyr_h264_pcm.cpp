@@ -25,8 +25,9 @@ public:
     /// Unsigned Exp-Golomb code.
     void golomb(uint32_t p_value) {
         uint32_t length = 0;
-        while ((p_value + 1) >> (length + 1) != 0)
+        while ((p_value + 1) >> (length + 1) != 0) {
             length++;
+        }
         bits(0, length);
         bits(p_value + 1, length + 1);
     }
@@ -50,27 +51,31 @@ public:
 
     uint32_t bit() {
         uint32_t value = 0;
-        if (m_position / 8 < m_bytes.size())
+        if (m_position / 8 < m_bytes.size()) {
             value = (m_bytes[m_position / 8] >> (7 - m_position % 8)) & 1;
+        }
         m_position++;
         return value;
     }
 
     uint32_t golomb() {
         uint32_t zeros = 0;
-        while (zeros < 31 && bit() == 0)
+        while (zeros < 31 && bit() == 0) {
             zeros++;
+        }
         uint32_t value = 1;
-        for (uint32_t i = 0; i < zeros; i++)
+        for (uint32_t i = 0; i < zeros; i++) {
             value = value << 1 | bit();
+        }
         return value - 1;
     }
 
     /// The next `p_count` whole bytes, or null when there are fewer.
     const uint8_t* alignedBytes(size_t p_count) {
         size_t start = (m_position + 7) / 8;
-        if (start > m_bytes.size() || m_bytes.size() - start < p_count)
+        if (start > m_bytes.size() || m_bytes.size() - start < p_count) {
             return nullptr;
+        }
         m_position = (start + p_count) * 8;
         return m_bytes.data() + start;
     }
@@ -139,15 +144,17 @@ std::vector<uint8_t> pictureParameterSet() {
 
 void copyBlock(Nv12Picture& p_picture, uint32_t p_blockX, uint32_t p_blockY, uint8_t* p_samples, bool p_intoPicture) {
     auto exchange = [p_intoPicture](uint8_t& picture, uint8_t& sample) {
-        if (p_intoPicture)
+        if (p_intoPicture) {
             picture = sample;
-        else
+        } else {
             sample = picture;
+        }
     };
     for (uint32_t y = 0; y < 16; y++) {
         uint8_t* row = p_picture.luma(p_blockY * 16 + y) + p_blockX * 16;
-        for (uint32_t x = 0; x < 16; x++)
+        for (uint32_t x = 0; x < 16; x++) {
             exchange(row[x], p_samples[y * 16 + x]);
+        }
     }
     for (uint32_t y = 0; y < 8; y++) {
         uint8_t* row = p_picture.chroma(p_blockY * 8 + y) + p_blockX * 16;
@@ -176,13 +183,14 @@ std::vector<uint8_t> writeH264Pcm(Nv12Picture& p_source, uint32_t p_width, uint3
     slice.golomb(0);
     slice.golomb(1); // no deblocking
     uint8_t samples[SAMPLES_PER_MACROBLOCK];
-    for (uint32_t y = 0; y < (p_height + 15) / 16; y++)
+    for (uint32_t y = 0; y < (p_height + 15) / 16; y++) {
         for (uint32_t x = 0; x < (p_width + 15) / 16; x++) {
             slice.golomb(MACROBLOCK_TYPE_PCM);
             slice.alignWithZeros();
             copyBlock(p_source, x, y, samples, false);
             slice.m_bytes.insert(slice.m_bytes.end(), samples, samples + SAMPLES_PER_MACROBLOCK);
         }
+    }
     slice.endUnit();
     appendUnit(stream, 0x65, slice.m_bytes);
     return stream;
@@ -201,17 +209,20 @@ bool readH264Pcm(const uint8_t* p_unit, size_t p_size, uint32_t p_bitOffset, uin
         plain.push_back(p_unit[i]);
         zeros = p_unit[i] == 0 ? zeros + 1 : 0;
     }
-    if (p_macroblocksX * 16 > p_target.m_pitch || p_macroblocksY * 16 > p_target.m_rows)
+    if (p_macroblocksX * 16 > p_target.m_pitch || p_macroblocksY * 16 > p_target.m_rows) {
         return false;
+    }
     BitReader reader(plain, p_bitOffset);
-    for (uint32_t y = 0; y < p_macroblocksY; y++)
+    for (uint32_t y = 0; y < p_macroblocksY; y++) {
         for (uint32_t x = 0; x < p_macroblocksX; x++) {
             const uint8_t* samples =
                 reader.golomb() == MACROBLOCK_TYPE_PCM ? reader.alignedBytes(SAMPLES_PER_MACROBLOCK) : nullptr;
-            if (samples == nullptr)
+            if (samples == nullptr) {
                 return false;
+            }
             copyBlock(p_target, x, y, const_cast<uint8_t*>(samples), true);
         }
+    }
     return true;
 }
 

@@ -27,8 +27,9 @@ constexpr VAProfile H264_PROFILES[] = {VAProfileH264ConstrainedBaseline, VAProfi
 
 bool isDemanded(const char* p_failure) {
     const char* list = getenv("ZYR_TEST_VA_FAIL");
-    if (list == nullptr)
+    if (list == nullptr) {
         return false;
+    }
     std::string wrapped = std::string(",") + list + ",";
     return wrapped.find(std::string(",") + p_failure + ",") != std::string::npos;
 }
@@ -88,25 +89,30 @@ VAImageFormat nv12Format() {
 
 VAStatus queryConfigProfiles(VADriverContextP, VAProfile* p_profiles, int* p_count) {
     *p_count = 0;
-    if (!isDemanded("VP9"))
+    if (!isDemanded("VP9")) {
         p_profiles[(*p_count)++] = VAProfileVP9Profile0;
-    if (!isDemanded("H264"))
-        for (VAProfile profile : H264_PROFILES)
+    }
+    if (!isDemanded("H264")) {
+        for (VAProfile profile : H264_PROFILES) {
             p_profiles[(*p_count)++] = profile;
+        }
+    }
     return VA_STATUS_SUCCESS;
 }
 
 VAStatus queryConfigEntrypoints(VADriverContextP, VAProfile, VAEntrypoint* p_entrypoints, int* p_count) {
     *p_count = 0;
-    if (!isDemanded("Decoding"))
+    if (!isDemanded("Decoding")) {
         p_entrypoints[(*p_count)++] = VAEntrypointVLD;
-    if (!isDemanded("Encoding"))
+    }
+    if (!isDemanded("Encoding")) {
         p_entrypoints[(*p_count)++] = VAEntrypointEncSlice;
+    }
     return VA_STATUS_SUCCESS;
 }
 
 VAStatus getConfigAttributes(VADriverContextP, VAProfile, VAEntrypoint, VAConfigAttrib* p_attributes, int p_count) {
-    for (int i = 0; i < p_count; i++)
+    for (int i = 0; i < p_count; i++) {
         switch (p_attributes[i].type) {
         case VAConfigAttribRTFormat:
             p_attributes[i].value = VA_RT_FORMAT_YUV420;
@@ -120,13 +126,15 @@ VAStatus getConfigAttributes(VADriverContextP, VAProfile, VAEntrypoint, VAConfig
         default:
             p_attributes[i].value = VA_ATTRIB_NOT_SUPPORTED;
         }
+    }
     return VA_STATUS_SUCCESS;
 }
 
 VAStatus createConfig(VADriverContextP p_context, VAProfile p_profile, VAEntrypoint p_entrypoint, VAConfigAttrib*, int,
                       VAConfigID* p_config) {
-    if (isDemanded("CreateConfig"))
+    if (isDemanded("CreateConfig")) {
         return VA_STATUS_ERROR_ALLOCATION_FAILED;
+    }
     Driver& driver = driverOf(p_context);
     std::lock_guard lock(driver.m_mutex);
     *p_config = ++driver.m_lastID;
@@ -145,8 +153,9 @@ VAStatus queryConfigAttributes(VADriverContextP p_context, VAConfigID p_config, 
     Driver& driver = driverOf(p_context);
     std::lock_guard lock(driver.m_mutex);
     const Config* config = find(driver.m_configs, p_config);
-    if (config == nullptr)
+    if (config == nullptr) {
         return VA_STATUS_ERROR_INVALID_CONFIG;
+    }
     *p_profile = config->m_profile;
     *p_entrypoint = config->m_entrypoint;
     *p_count = 0;
@@ -163,10 +172,12 @@ VAStatus querySurfaceAttributes(VADriverContextP, VAConfigID, VASurfaceAttrib* p
     constexpr unsigned count = sizeof(values) / sizeof(values[0]);
     bool isTooSmall = p_attributes != nullptr && *p_count < count;
     *p_count = count;
-    if (p_attributes == nullptr)
+    if (p_attributes == nullptr) {
         return VA_STATUS_SUCCESS;
-    if (isTooSmall)
+    }
+    if (isTooSmall) {
         return VA_STATUS_ERROR_MAX_NUM_EXCEEDED;
+    }
     for (unsigned i = 0; i < count; i++) {
         p_attributes[i] = {};
         p_attributes[i].type = values[i].first;
@@ -181,12 +192,15 @@ VAStatus querySurfaceAttributes(VADriverContextP, VAConfigID, VASurfaceAttrib* p
 
 VAStatus createSurfaces2(VADriverContextP p_context, unsigned p_format, unsigned p_width, unsigned p_height,
                          VASurfaceID* p_surfaces, unsigned p_count, VASurfaceAttrib*, unsigned) {
-    if (isDemanded("CreateSurfaces"))
+    if (isDemanded("CreateSurfaces")) {
         return VA_STATUS_ERROR_ALLOCATION_FAILED;
-    if (p_format != VA_RT_FORMAT_YUV420)
+    }
+    if (p_format != VA_RT_FORMAT_YUV420) {
         return VA_STATUS_ERROR_UNSUPPORTED_RT_FORMAT;
-    if (p_width == 0 || p_height == 0 || p_width > LARGEST_SIZE || p_height > LARGEST_SIZE)
+    }
+    if (p_width == 0 || p_height == 0 || p_width > LARGEST_SIZE || p_height > LARGEST_SIZE) {
         return VA_STATUS_ERROR_RESOLUTION_NOT_SUPPORTED;
+    }
     Driver& driver = driverOf(p_context);
     std::lock_guard lock(driver.m_mutex);
     for (unsigned i = 0; i < p_count; i++) {
@@ -205,9 +219,11 @@ VAStatus createSurfaces(VADriverContextP p_context, int p_width, int p_height, i
 VAStatus destroySurfaces(VADriverContextP p_context, VASurfaceID* p_surfaces, int p_count) {
     Driver& driver = driverOf(p_context);
     std::lock_guard lock(driver.m_mutex);
-    for (int i = 0; i < p_count; i++)
-        if (driver.m_surfaces.erase(p_surfaces[i]) == 0)
+    for (int i = 0; i < p_count; i++) {
+        if (driver.m_surfaces.erase(p_surfaces[i]) == 0) {
             return VA_STATUS_ERROR_INVALID_SURFACE;
+        }
+    }
     return VA_STATUS_SUCCESS;
 }
 
@@ -224,35 +240,41 @@ VAStatus querySurfaceStatus(VADriverContextP, VASurfaceID, VASurfaceStatus* p_st
 
 VAStatus createBuffer(VADriverContextP p_context, VAContextID, VABufferType p_type, unsigned p_size, unsigned p_count,
                       void* p_data, VABufferID* p_buffer) {
-    if (isDemanded("CreateBuffer"))
+    if (isDemanded("CreateBuffer")) {
         return VA_STATUS_ERROR_ALLOCATION_FAILED;
+    }
     Driver& driver = driverOf(p_context);
     std::lock_guard lock(driver.m_mutex);
     auto buffer = std::make_unique<Buffer>();
     buffer->m_type = p_type;
     buffer->m_size = static_cast<size_t>(p_size) * p_count;
-    if (p_type != VAEncCodedBufferType)
+    if (p_type != VAEncCodedBufferType) {
         buffer->m_bytes.resize(buffer->m_size);
-    if (p_data != nullptr)
+    }
+    if (p_data != nullptr) {
         memcpy(buffer->m_bytes.data(), p_data, buffer->m_bytes.size());
+    }
     *p_buffer = ++driver.m_lastID;
     driver.m_buffers[*p_buffer] = std::move(buffer);
     return VA_STATUS_SUCCESS;
 }
 
 VAStatus mapBuffer(VADriverContextP p_context, VABufferID p_buffer, void** p_address) {
-    if (isDemanded("MapBuffer"))
+    if (isDemanded("MapBuffer")) {
         return VA_STATUS_ERROR_OPERATION_FAILED;
+    }
     Driver& driver = driverOf(p_context);
     std::lock_guard lock(driver.m_mutex);
     auto buffer = find(driver.m_buffers, p_buffer);
-    if (buffer == nullptr)
+    if (buffer == nullptr) {
         return VA_STATUS_ERROR_INVALID_BUFFER;
+    }
     Buffer& found = **buffer;
-    if (found.m_type == VAEncCodedBufferType)
+    if (found.m_type == VAEncCodedBufferType) {
         *p_address = &found.m_segment;
-    else
+    } else {
         *p_address = found.m_picture ? found.m_picture->m_bytes.data() : found.m_bytes.data();
+    }
     return VA_STATUS_SUCCESS;
 }
 
@@ -294,8 +316,9 @@ void addImage(Driver& p_driver, const std::shared_ptr<Nv12Picture>& p_picture, V
 }
 
 VAStatus createImage(VADriverContextP p_context, VAImageFormat*, int p_width, int p_height, VAImage* p_image) {
-    if (isDemanded("CreateImage"))
+    if (isDemanded("CreateImage")) {
         return VA_STATUS_ERROR_ALLOCATION_FAILED;
+    }
     Driver& driver = driverOf(p_context);
     std::lock_guard lock(driver.m_mutex);
     addImage(driver, std::make_shared<Nv12Picture>(static_cast<uint32_t>(p_width), static_cast<uint32_t>(p_height)),
@@ -304,13 +327,15 @@ VAStatus createImage(VADriverContextP p_context, VAImageFormat*, int p_width, in
 }
 
 VAStatus deriveImage(VADriverContextP p_context, VASurfaceID p_surface, VAImage* p_image) {
-    if (isDemanded("DeriveImage"))
+    if (isDemanded("DeriveImage")) {
         return VA_STATUS_ERROR_OPERATION_FAILED;
+    }
     Driver& driver = driverOf(p_context);
     std::lock_guard lock(driver.m_mutex);
     auto surface = find(driver.m_surfaces, p_surface);
-    if (surface == nullptr)
+    if (surface == nullptr) {
         return VA_STATUS_ERROR_INVALID_SURFACE;
+    }
     addImage(driver, *surface, p_image);
     return VA_STATUS_SUCCESS;
 }
@@ -319,8 +344,9 @@ VAStatus destroyImage(VADriverContextP p_context, VAImageID p_image) {
     Driver& driver = driverOf(p_context);
     std::lock_guard lock(driver.m_mutex);
     auto buffer = find(driver.m_images, p_image);
-    if (buffer == nullptr)
+    if (buffer == nullptr) {
         return VA_STATUS_ERROR_INVALID_IMAGE;
+    }
     driver.m_buffers.erase(*buffer);
     driver.m_images.erase(p_image);
     return VA_STATUS_SUCCESS;
@@ -331,18 +357,22 @@ VAStatus copyImage(VADriverContextP p_context, VASurfaceID p_surface, VAImageID 
     std::lock_guard lock(driver.m_mutex);
     auto surface = find(driver.m_surfaces, p_surface);
     auto buffer = find(driver.m_images, p_image);
-    if (surface == nullptr || buffer == nullptr)
+    if (surface == nullptr || buffer == nullptr) {
         return VA_STATUS_ERROR_INVALID_PARAMETER;
+    }
     Nv12Picture* from = surface->get();
     Nv12Picture* to = driver.m_buffers[*buffer]->m_picture.get();
-    if (!p_intoImage)
+    if (!p_intoImage) {
         std::swap(from, to);
+    }
     size_t pitch = std::min(from->m_pitch, to->m_pitch);
     uint32_t rows = std::min(from->m_rows, to->m_rows);
-    for (uint32_t y = 0; y < rows; y++)
+    for (uint32_t y = 0; y < rows; y++) {
         memcpy(to->luma(y), from->luma(y), pitch);
-    for (uint32_t y = 0; y < rows / 2; y++)
+    }
+    for (uint32_t y = 0; y < rows / 2; y++) {
         memcpy(to->chroma(y), from->chroma(y), pitch);
+    }
     return VA_STATUS_SUCCESS;
 }
 
@@ -359,13 +389,15 @@ VAStatus putImage(VADriverContextP p_context, VASurfaceID p_surface, VAImageID p
 
 VAStatus createContext(VADriverContextP p_context, VAConfigID p_config, int p_width, int p_height, int, VASurfaceID*,
                        int, VAContextID* p_created) {
-    if (isDemanded("CreateContext"))
+    if (isDemanded("CreateContext")) {
         return VA_STATUS_ERROR_ALLOCATION_FAILED;
+    }
     Driver& driver = driverOf(p_context);
     std::lock_guard lock(driver.m_mutex);
     const Config* config = find(driver.m_configs, p_config);
-    if (config == nullptr)
+    if (config == nullptr) {
         return VA_STATUS_ERROR_INVALID_CONFIG;
+    }
     auto context = std::make_unique<Context>();
     context->m_config = *config;
     context->m_width = static_cast<uint32_t>(p_width);
@@ -382,26 +414,30 @@ VAStatus destroyContext(VADriverContextP p_context, VAContextID p_id) {
 }
 
 VAStatus beginPicture(VADriverContextP p_context, VAContextID p_id, VASurfaceID p_target) {
-    if (isDemanded("BeginPicture"))
+    if (isDemanded("BeginPicture")) {
         return VA_STATUS_ERROR_OPERATION_FAILED;
+    }
     Driver& driver = driverOf(p_context);
     std::lock_guard lock(driver.m_mutex);
     auto context = find(driver.m_contexts, p_id);
-    if (context == nullptr)
+    if (context == nullptr) {
         return VA_STATUS_ERROR_INVALID_CONTEXT;
+    }
     (*context)->m_target = p_target;
     (*context)->m_buffers.clear();
     return VA_STATUS_SUCCESS;
 }
 
 VAStatus renderPicture(VADriverContextP p_context, VAContextID p_id, VABufferID* p_buffers, int p_count) {
-    if (isDemanded("RenderPicture"))
+    if (isDemanded("RenderPicture")) {
         return VA_STATUS_ERROR_OPERATION_FAILED;
+    }
     Driver& driver = driverOf(p_context);
     std::lock_guard lock(driver.m_mutex);
     auto context = find(driver.m_contexts, p_id);
-    if (context == nullptr)
+    if (context == nullptr) {
         return VA_STATUS_ERROR_INVALID_CONTEXT;
+    }
     (*context)->m_buffers.insert((*context)->m_buffers.end(), p_buffers, p_buffers + p_count);
     return VA_STATUS_SUCCESS;
 }
@@ -411,8 +447,9 @@ template <typename Parameters> Parameters* findParameters(Driver& p_driver, Cont
     Parameters* found = nullptr;
     for (VABufferID id : p_context.m_buffers) {
         auto buffer = find(p_driver.m_buffers, id);
-        if (buffer != nullptr && (*buffer)->m_type == p_type && (*buffer)->m_bytes.size() >= sizeof(Parameters))
+        if (buffer != nullptr && (*buffer)->m_type == p_type && (*buffer)->m_bytes.size() >= sizeof(Parameters)) {
             found = reinterpret_cast<Parameters*>((*buffer)->m_bytes.data());
+        }
     }
     return found;
 }
@@ -420,8 +457,9 @@ template <typename Parameters> Parameters* findParameters(Driver& p_driver, Cont
 Buffer* findBuffer(Driver& p_driver, Context& p_context, VABufferType p_type) {
     for (VABufferID id : p_context.m_buffers) {
         auto buffer = find(p_driver.m_buffers, id);
-        if (buffer != nullptr && (*buffer)->m_type == p_type)
+        if (buffer != nullptr && (*buffer)->m_type == p_type) {
             return buffer->get();
+        }
     }
     return nullptr;
 }
@@ -432,25 +470,30 @@ bool encodePicture(Driver& p_driver, Context& p_context, Nv12Picture& p_source) 
     if (p_context.m_config.m_profile == VAProfileVP9Profile0) {
         auto parameters =
             findParameters<VAEncPictureParameterBufferVP9>(p_driver, p_context, VAEncPictureParameterBufferType);
-        if (parameters == nullptr)
+        if (parameters == nullptr) {
             return false;
+        }
         codedBuffer = parameters->coded_buf;
         if (!p_context.m_vp9.encode(p_source, parameters->frame_width_src, parameters->frame_height_src,
-                                    parameters->pic_flags.bits.frame_type == 0, bytes))
+                                    parameters->pic_flags.bits.frame_type == 0, bytes)) {
             return false;
+        }
     } else {
         auto parameters =
             findParameters<VAEncPictureParameterBufferH264>(p_driver, p_context, VAEncPictureParameterBufferType);
-        if (parameters == nullptr)
+        if (parameters == nullptr) {
             return false;
+        }
         codedBuffer = parameters->coded_buf;
         bytes = writeH264Pcm(p_source, p_source.m_width, p_source.m_height, p_context.m_pictureCount++);
     }
     auto buffer = find(p_driver.m_buffers, codedBuffer);
-    if (buffer == nullptr || (*buffer)->m_type != VAEncCodedBufferType || bytes.size() > (*buffer)->m_size)
+    if (buffer == nullptr || (*buffer)->m_type != VAEncCodedBufferType || bytes.size() > (*buffer)->m_size) {
         return false;
-    if (isDemanded("EmptyPacket"))
+    }
+    if (isDemanded("EmptyPacket")) {
         bytes.clear();
+    }
     (*buffer)->m_bytes = std::move(bytes);
     (*buffer)->m_segment = {};
     (*buffer)->m_segment.size = static_cast<uint32_t>((*buffer)->m_bytes.size());
@@ -460,32 +503,39 @@ bool encodePicture(Driver& p_driver, Context& p_context, Nv12Picture& p_source) 
 
 bool decodePicture(Driver& p_driver, Context& p_context, Nv12Picture& p_target) {
     Buffer* data = findBuffer(p_driver, p_context, VASliceDataBufferType);
-    if (data == nullptr)
+    if (data == nullptr) {
         return false;
-    if (p_context.m_config.m_profile == VAProfileVP9Profile0)
+    }
+    if (p_context.m_config.m_profile == VAProfileVP9Profile0) {
         return p_context.m_vp9.decode(data->m_bytes.data(), data->m_bytes.size(), p_target);
+    }
     auto picture = findParameters<VAPictureParameterBufferH264>(p_driver, p_context, VAPictureParameterBufferType);
     auto slice = findParameters<VASliceParameterBufferH264>(p_driver, p_context, VASliceParameterBufferType);
-    if (picture == nullptr || slice == nullptr || slice->slice_data_offset > data->m_bytes.size())
+    if (picture == nullptr || slice == nullptr || slice->slice_data_offset > data->m_bytes.size()) {
         return false;
+    }
     return readH264Pcm(data->m_bytes.data() + slice->slice_data_offset, data->m_bytes.size() - slice->slice_data_offset,
                        slice->slice_data_bit_offset, picture->picture_width_in_mbs_minus1 + 1u,
                        picture->picture_height_in_mbs_minus1 + 1u, p_target);
 }
 
 VAStatus endPicture(VADriverContextP p_context, VAContextID p_id) {
-    if (isDemanded("EndPicture"))
+    if (isDemanded("EndPicture")) {
         return VA_STATUS_ERROR_OPERATION_FAILED;
+    }
     Driver& driver = driverOf(p_context);
     std::lock_guard lock(driver.m_mutex);
     auto context = find(driver.m_contexts, p_id);
-    if (context == nullptr)
+    if (context == nullptr) {
         return VA_STATUS_ERROR_INVALID_CONTEXT;
+    }
     auto surface = find(driver.m_surfaces, (*context)->m_target);
-    if (surface == nullptr)
+    if (surface == nullptr) {
         return VA_STATUS_ERROR_INVALID_SURFACE;
-    if ((*context)->m_config.m_entrypoint == VAEntrypointVLD)
+    }
+    if ((*context)->m_config.m_entrypoint == VAEntrypointVLD) {
         return decodePicture(driver, **context, **surface) ? VA_STATUS_SUCCESS : VA_STATUS_ERROR_DECODING_ERROR;
+    }
     return encodePicture(driver, **context, **surface) ? VA_STATUS_SUCCESS : VA_STATUS_ERROR_ENCODING_ERROR;
 }
 
@@ -506,8 +556,9 @@ template <typename... Arguments> VAStatus refuse(VADriverContextP, Arguments...)
 
 extern "C" __attribute__((visibility("default"))) VAStatus __vaDriverInit_1_0(VADriverContextP p_context) {
     using namespace zyr_test;
-    if (isDemanded("Initialize"))
+    if (isDemanded("Initialize")) {
         return VA_STATUS_ERROR_OPERATION_FAILED;
+    }
     p_context->pDriverData = new Driver;
     p_context->version_major = VA_MAJOR_VERSION;
     p_context->version_minor = VA_MINOR_VERSION;
