@@ -6,19 +6,16 @@
 
 namespace zyr {
 
-/// Class identity, clear, copy and clone of `Class`, which derives from this with the facade that it extends:
+/// Name and GUID of `Class`, which derives from this with the facade that it extends. All other operations stay with
+/// the facade: this is the base of a class without copy semantics.
 ///
-///     class Counter : public ObjectClass<Counter, WObject> {
+///     class Reader : public ObjectIdentity<Reader, WReader> {
 ///     public:
-///         static constexpr const char* c_className = "Counter";
+///         static constexpr const char* c_className = "Reader";
 ///         static constexpr const char* c_classGUIDText = "...";
-///         Counter() { initObjectInterface(); init_This(); }
-///         ~Counter() override { release_This(); }
-///         void init_This();                        // own members to their defaults
-///         void release_This();                     // frees what this level owns
-///         void copy_This(const Counter* p_src);    // own members only
+///         Reader() { initObjectInterface(); }
 ///     };
-template <class Class, class Facade> class ObjectClass : public Facade {
+template <class Class, class Facade> class ObjectIdentity : public Facade {
 public:
     static const GUID_t& getStaticClassGUID() {
         static const GUID_t guid = GUID_t_fromString(Class::c_classGUIDText);
@@ -35,11 +32,26 @@ public:
     }
     IObject* findInterfaceObjectByClassGUID(const GUID_t& p_classGUID) const override {
         if (p_classGUID == getStaticClassGUID()) {
-            return const_cast<ObjectClass*>(this);
+            return const_cast<ObjectIdentity*>(this);
         }
         return Facade::findInterfaceObjectByClassGUID(p_classGUID);
     }
+};
 
+/// Class identity, clear, copy and clone of `Class`, which derives from this with the facade that it extends:
+///
+///     class Counter : public ObjectClass<Counter, WObject> {
+///     public:
+///         static constexpr const char* c_className = "Counter";
+///         static constexpr const char* c_classGUIDText = "...";
+///         Counter() { initObjectInterface(); init_This(); }
+///         ~Counter() override { release_This(); }
+///         void init_This();                        // own members to their defaults
+///         void release_This();                     // frees what this level owns
+///         void copy_This(const Counter* p_src);    // own members only
+///     };
+template <class Class, class Facade> class ObjectClass : public ObjectIdentity<Class, Facade> {
+public:
     void clear() override {
         self()->release_This();
         Facade::clear();
