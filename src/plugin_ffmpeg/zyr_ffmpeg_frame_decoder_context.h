@@ -1,0 +1,77 @@
+/// One video stream on its way back into pictures.
+#pragma once
+
+#include "picture/zyr_frame_decoder.h"
+#include "zyr_common/object/zyr_object_class.h"
+
+extern "C" {
+#include <libavutil/hwcontext.h>
+#include <libavutil/pixfmt.h>
+}
+
+struct AVCodec;
+struct AVCodecContext;
+struct AVFrame;
+struct SwsContext;
+
+namespace zyr {
+
+class FFmpegFrameDecoder;
+class IImage;
+
+/// The decoder is opened with the first packet and again whenever the packed frame's size, rounded up to even numbers,
+/// changes. Each packet gives one picture in R, G, B, A in system memory, or null and a WARN line, after which the next
+/// packet is taken as ever: packets may be damaged in any way. One thread at a time uses a context.
+///
+/// A decoder that is set up for VAAPI gives surfaces, which are downloaded; one that falls back to software inside
+/// FFmpeg gives pictures in system memory. Both go through a scaler. A plain software decoder's pictures go through the
+/// picture module's conversion, which writes the even size: the image's storage must cover it.
+class FFmpegFrameDecoderContext : public ObjectIdentity<FFmpegFrameDecoderContext, WFrameDecoderContext> {
+public:
+    static constexpr const char* c_className = "FFmpegFrameDecoderContext";
+    static constexpr const char* c_classGUIDText = "7b5db4cd-2b4d-424f-89f1-16944cdaba08";
+
+    FFmpegFrameDecoderContext();
+    ~FFmpegFrameDecoderContext() override;
+
+    /// Accepts an FFmpegFrameDecoder only, and takes a reference to it.
+    bool_t initialize(IFrameDecoder* p_decoder) override;
+    bool_t deinitialize() override;
+    IUnpackedFrameData* decode(IPackedFrameData* p_frame) override;
+    IFrameDecoder* getDecoder() const override { return m_decoder; }
+
+    /// FFmpeg's choice of a pixel format: VAAPI where offered; else anything for a codec that may fall back to
+    /// software, and nothing for H.264. The context object stands in `opaque`.
+    static AVPixelFormat getHardwareFormat(AVCodecContext* p_context, const AVPixelFormat* p_formats);
+
+    void init_This();
+    void release_This();
+
+private:
+    void init_videoDecoder();
+    void release_videoDecoder();
+    bool_t buildVideoDecoder(const FrameCodecInfo& p_codecInfo, uint32_t p_evenWidth, uint32_t p_evenHeight);
+    bool_t openCodecContext(const FrameCodecInfo& p_codecInfo, uint32_t p_evenWidth, uint32_t p_evenHeight);
+    bool_t createOutputFrame();
+    bool_t decodePacket(const IPackedFrameData& p_frame);
+    IImage* convertHardwareFrame(uint32_t p_width, uint32_t p_height, ColorSpaceEnum p_colorSpace);
+    IImage* convertSoftwareFrame(uint32_t p_width, uint32_t p_height, PixelPlanesModelEnum p_planesModel,
+                                 ColorSpaceEnum p_colorSpace);
+
+    IFrameDecoder* m_decoder; ///< counted
+
+    // The state of the video, all null and 0 until the first packet.
+    const AVCodec* m_codec;
+    AVCodecContext* m_codecContext;
+    SwsContext* m_scaler; ///< made on demand for the hardware path
+    uint32_t m_width;     ///< even; set only when everything else stands
+    uint32_t m_height;
+    AVFrame* m_frame; ///< used again for each picture
+    AVPixelFormat m_hardwarePixelFormat;
+    AVHWDeviceType m_hardwareDeviceType;
+};
+
+/// What every decoder of this plug-in is set to before it is opened.
+void setDecoderParameters(AVCodecContext* p_context, int p_width, int p_height);
+
+} // namespace zyr

@@ -1,0 +1,118 @@
+// The plug-in's entry points. A host looks them up by their plain names.
+
+#include "plugin_ffmpeg/zyr_ffmpeg_frame_decoder.h"
+#include "plugin_ffmpeg/zyr_ffmpeg_frame_decoder_context.h"
+#include "plugin_ffmpeg/zyr_ffmpeg_frame_encoder.h"
+#include "plugin_ffmpeg/zyr_ffmpeg_frame_encoder_context.h"
+#include "plugin_ffmpeg/zyr_ffmpeg_log.h"
+#include "zyr_common/application/zyr_application_data.h"
+#include "zyr_common/memory/zyr_report.h"
+#include "zyr_common/object/zyr_factories.h"
+#include "zyr_common/platform/zyr_version.h"
+#include "zyr_common/text/zyr_number_text.h"
+#include "zyr_common/text/zyr_string.h"
+
+extern "C" {
+#include <libavutil/log.h>
+}
+
+namespace zyr {
+
+extern "C" {
+
+ZYR_API const char* zyr_plugin_getName() {
+    return "FFmpeg";
+}
+
+ZYR_API uint64_t zyr_plugin_getVersion() {
+    return zyr_encodeVersion64(1, 5, 0);
+}
+
+ZYR_API const char* zyr_plugin_getLongName() {
+    return "FFmpeg Plugin Module v1.5.0 (Zyrmont Framework)";
+}
+
+ZYR_API const char* zyr_plugin_getGUID() {
+    return "aee7f2a9-1016-4390-8600-25cc9bd9cd34";
+}
+
+ZYR_API const char* zyr_plugin_getDescription() {
+    return "Plugin Module which makes use of ffmpeg library for decoding and encoding videos";
+}
+
+ZYR_API const char* zyr_plugin_getNamespace() {
+    return "ZYR";
+}
+
+ZYR_API const char* zyr_plugin_getDependenciesComponentModules() {
+    return "common, core, picture";
+}
+
+ZYR_API const char* zyr_plugin_getDependenciesPluginModules() {
+    return "";
+}
+
+ZYR_API uint8_t zyr_plugin_initialize(void* p_applicationData) {
+    ApplicationData* appData = static_cast<ApplicationData*>(p_applicationData);
+    if (appData == nullptr) {
+        ZYR_LOG_WARN("Application data is NULL, cannot initialize plugin module: ffmpeg");
+        return 0;
+    }
+
+    const uint64_t hostVersion = appData->m_frameworkVersion;
+    const uint64_t moduleVersion = zyr_getFrameworkVersion();
+    if (zyr_getMajorVersion64(hostVersion) != zyr_getMajorVersion64(moduleVersion) ||
+        zyr_getMinorVersion64(hostVersion) != zyr_getMinorVersion64(moduleVersion)) {
+        String hostText;
+        String moduleText;
+        zyr_getVersionString(hostVersion, hostText);
+        zyr_getVersionString(moduleVersion, moduleText);
+        ZYR_LOG_WARN("Application framework version:%s is incompatible with module framework version:%s. Cannot "
+                     "initialize plugin module: ffmpeg",
+                     hostText.getData(), moduleText.getData());
+        return 0;
+    }
+
+    zyr_setApplicationData(appData);
+    if (!appData->commonInitialize()) {
+        ZYR_LOG_WARN("Unable to initialize component module dependency: common");
+        return 0;
+    }
+    if (!appData->coreInitialize()) {
+        ZYR_LOG_WARN("Unable to initialize component module dependency: core");
+        return 0;
+    }
+    if (!appData->pictureInitialize()) {
+        ZYR_LOG_WARN("Unable to initialize component module dependency: picture");
+        return 0;
+    }
+
+    // Registration builds an instance of each class, and those need the picture module.
+    zyr_addObjectAllocator<FFmpegFrameDecoder>();
+    zyr_addObjectAllocator<FFmpegFrameDecoderContext>();
+    zyr_addObjectAllocator<FFmpegFrameEncoder>();
+    zyr_addObjectAllocator<FFmpegFrameEncoderContext>();
+
+    av_log_set_level(AV_LOG_INFO);
+    av_log_set_callback(customFFmpegLogCallback);
+    return 1;
+}
+
+/// The classes stay registered and the dependencies up, which is relied upon: the application data takes them down.
+ZYR_API void zyr_plugin_deinitialize() {
+    if (zyr_getApplicationData() == nullptr) {
+        ZYR_LOG_WARN("Application data is NULL, cannot deinitialize plugin module: ffmpeg");
+    }
+}
+
+ZYR_API uint8_t zyr_plugin_isExtensionSupported(...) {
+    return 0;
+}
+
+ZYR_API void* zyr_plugin_getProcAddress(...) {
+    return nullptr;
+}
+
+} // extern "C"
+
+} // namespace zyr
