@@ -20,10 +20,10 @@ endfunction()
 # What the thread sanitizer's build makes: the threaded tests, and all modules and programs that tests load.
 add_custom_target(zyr_threaded_tests)
 
-# zyr_add_module(target WORD <module word> OUTPUT <file name without .so> EXPORTS <plain names>... )
+# zyr_add_module(target WORD <module word> OUTPUT <file name without .so> EXPORTS <plain names>... LIBRARIES <targets>...)
 # A module exports its plain entry points and the zyr_ functions of namespace zyr, and binds all else inside itself.
 function(zyr_add_module target)
-    cmake_parse_arguments(ARG "" "WORD;OUTPUT" "EXPORTS" ${ARGN})
+    cmake_parse_arguments(ARG "" "WORD;OUTPUT" "EXPORTS;LIBRARIES" ${ARGN})
     add_library(${target} MODULE)
     add_dependencies(zyr_threaded_tests ${target})
     list(JOIN ARG_EXPORTS ";\n    " exports)
@@ -31,9 +31,10 @@ function(zyr_add_module target)
     configure_file("${PROJECT_SOURCE_DIR}/cmake/module.map.in" "${map}" @ONLY)
     set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME "${ARG_OUTPUT}" LINK_DEPENDS "${map}")
     target_compile_definitions(${target} PRIVATE ZYR_MODULE_WORD="${ARG_WORD}")
-    # The whole common library, so that every module offers all of its functions.
+    # The whole common library, so that every module offers all of its functions. It stands behind those that need it:
+    # otherwise it is repeated, and its functions are defined twice.
     set_target_properties(${target} PROPERTIES LINK_LIBRARY_OVERRIDE_zyr_common WHOLE_ARCHIVE)
-    target_link_libraries(${target} PRIVATE zyr_options zyr_common)
+    target_link_libraries(${target} PRIVATE zyr_options ${ARG_LIBRARIES} zyr_common)
     # The sanitizer runtimes are resolved from the program, so undefined symbols are only refused without them.
     target_link_options(${target} PRIVATE
         -Wl,-soname,${ARG_OUTPUT}.so -Wl,-Bsymbolic "-Wl,--version-script=${map}"

@@ -20,7 +20,7 @@ struct FakeRecord {
     std::vector<std::string> calls;
     int liveObjects = 0;
     bool imagesHaveMemory = true;
-    zyr::bool_t conversionResult = 1;
+    bool_t conversionResult = 1;
 };
 
 /// One for the program; a test fixture empties it.
