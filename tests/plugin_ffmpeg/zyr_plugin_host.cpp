@@ -31,15 +31,15 @@ LogMessage parseLine(const std::string& p_line) {
 } // namespace
 
 void RecordingApplicationData::printStringOnLogFile(const String& p_text) {
+    // Each message counts for itself: the next one is never a repetition.
+    m_logMutex.lock();
+    m_lastLogLine.clear();
+    m_logMutex.unlock();
     std::lock_guard lock(m_mutex);
     m_lines.push_back(p_text.getData());
 }
 
 std::vector<LogMessage> RecordingApplicationData::takeMessages() {
-    m_logMutex.lock();
-    m_lastLogLine.clear(); // otherwise the next line could count as a repetition
-    m_logRepeatCount = 0;
-    m_logMutex.unlock();
     std::lock_guard lock(m_mutex);
     std::vector<LogMessage> messages;
     for (const std::string& line : m_lines) {
