@@ -203,6 +203,11 @@ public:
 
     /// Appends one item. On a fixed array nothing happens.
     virtual void pushBack(const T& p_item) {
+        if (m_allocCondition == ZYR_ALLOC_CONDITION_ON_OVERFLOW && m_size < m_allocatedSize) {
+            m_data[m_size] = p_item;
+            m_size++;
+            return;
+        }
         if constexpr (!std::is_trivially_copyable_v<T>) {
             if (!isInside(&p_item)) {
                 if (resize(m_size + 1, 0, 0)) {

@@ -50,6 +50,7 @@ public:
 template <typename Entry, typename K, typename H, typename E> class HashTable : public RefCountedData {
 protected:
     typedef List<Entry*> Bucket;
+    typedef typename Bucket::Node BucketNode;
 
     HashTable() : m_head(nullptr), m_tail(nullptr), m_size(0), m_buckets(nullptr), m_numOfBuckets(0) {}
 
@@ -64,7 +65,7 @@ protected:
         if (m_size == 0) {
             return nullptr;
         }
-        for (const typename Bucket::Node* node = getBucket(p_hash).getHead(); node != nullptr; node = node->m_next) {
+        for (const BucketNode* node = getBucket(p_hash).m_head; node != nullptr; node = node->m_next) {
             Entry* entry = node->m_item;
             if (entry->m_hash == p_hash && m_equalFunction(entry->m_first, p_key)) {
                 return entry;
@@ -83,14 +84,11 @@ protected:
             createBuckets(8, p_allocator);
         }
         if (m_size + 1 > m_numOfBuckets * 7 / 10) {
-            const size_t numOfBuckets = m_numOfBuckets * 2;
-            destroyBuckets(p_allocator);
-            createBuckets(numOfBuckets, p_allocator);
-            reorderBuckets();
+            doubleBuckets(p_allocator);
         }
         Entry* entry = new (allocArray(p_allocator, sizeof(Entry))) Entry(p_hash, p_arguments...);
         linkIntoChain(m_head, m_tail, entry, p_before);
-        getBucket(p_hash).Bucket::pushBack(entry);
+        getBucket(p_hash).addNode(entry, nullptr);
         m_size++;
         return entry;
     }
@@ -102,7 +100,7 @@ protected:
         }
         const uint32_t hash = m_hashFunction(p_key);
         Bucket& bucket = getBucket(hash);
-        for (typename Bucket::Node* node = bucket.getHead(); node != nullptr; node = node->m_next) {
+        for (BucketNode* node = bucket.m_head; node != nullptr; node = node->m_next) {
             Entry* entry = node->m_item;
             if (entry->m_hash == hash && m_equalFunction(entry->m_first, p_key)) {
                 typename Bucket::iterator position(&bucket, node, node->m_prev);
@@ -147,22 +145,54 @@ protected:
 private:
     void createBuckets(size_t p_numOfBuckets, Allocator* p_allocator) {
         m_buckets = static_cast<Bucket*>(allocArray(p_allocator, p_numOfBuckets * sizeof(Bucket)));
-        m_numOfBuckets = p_numOfBuckets;
-        for (size_t i = 0; i < p_numOfBuckets; i++) {
-            Bucket* bucket = new (&m_buckets[i]) Bucket();
-            bucket->Bucket::setAllocatorUnsafe(p_allocator);
+        constructBuckets(p_numOfBuckets, p_allocator);
+    }
+
+    /// Constructs the buckets from the present number up to another one.
+    void constructBuckets(size_t p_numOfBuckets, Allocator* p_allocator) {
+        for (; m_numOfBuckets < p_numOfBuckets; m_numOfBuckets++) {
+            Bucket* bucket = new (&m_buckets[m_numOfBuckets]) Bucket();
+            bucket->m_allocator = p_allocator;
         }
     }
 
     void destroyBuckets(Allocator* p_allocator) {
-        freeNewArray(p_allocator, m_buckets, m_numOfBuckets);
+        for (size_t i = 0; i < m_numOfBuckets; i++) {
+            m_buckets[i].Bucket::~Bucket();
+        }
+        if (m_buckets != nullptr) {
+            freeArray(p_allocator, m_buckets);
+        }
         m_buckets = nullptr;
         m_numOfBuckets = 0;
     }
 
-    void reorderBuckets() {
+    /// Keeps the present buckets and the nodes in them, so that growth allocates nothing for what is there.
+    void doubleBuckets(Allocator* p_allocator) {
+        BucketNode* spareNodes = nullptr;
+        for (size_t i = 0; i < m_numOfBuckets; i++) {
+            Bucket& bucket = m_buckets[i];
+            if (bucket.m_head != nullptr) {
+                getChainEnd(bucket.m_head, bucket.m_tail)->m_next = spareNodes;
+                spareNodes = bucket.m_head;
+                bucket.m_head = nullptr;
+                bucket.m_tail = nullptr;
+            }
+        }
+        // Nothing points at a bucket, so it may move as bytes.
+        m_buckets = static_cast<Bucket*>(reallocArray(p_allocator, m_buckets, m_numOfBuckets * 2 * sizeof(Bucket)));
+        constructBuckets(m_numOfBuckets * 2, p_allocator);
+        reorderBuckets(spareNodes);
+    }
+
+    /// Puts each entry into the bucket of its stored hash, in the order of the chain. There is one node for each.
+    void reorderBuckets(BucketNode* p_spareNodes) {
         for (Entry* entry = m_head; entry != nullptr; entry = entry->m_next) {
-            getBucket(entry->m_hash).Bucket::pushBack(entry);
+            BucketNode* node = p_spareNodes;
+            p_spareNodes = node->m_next;
+            node->m_item = entry;
+            Bucket& bucket = getBucket(entry->m_hash);
+            linkIntoChain(bucket.m_head, bucket.m_tail, node, static_cast<BucketNode*>(nullptr));
         }
     }
 

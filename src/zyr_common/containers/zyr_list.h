@@ -218,10 +218,10 @@ public:
     /// Removes all items; the allocator stays.
     virtual void clear() { removeAll(); }
 
-    /// The first node, for walks that must cost nothing; null when the list is empty.
-    Node* getHead() const { return m_head; }
-
 private:
+    // Its buckets are lists, whose nodes it moves.
+    template <typename Entry, typename K, typename H, typename E> friend class HashTable;
+
     static T& getDummy() {
         static T dummyT;
         return dummyT;
