@@ -128,7 +128,8 @@ TEST_F(FreshPlugin, RefusesNullApplicationData) {
             fflush(stdout);
             _exit(result == 0 && pluginApplicationData() == nullptr ? 3 : 4);
         },
-        testing::ExitedWithCode(3), "(^|\n)WARN : Application data is NULL, cannot initialize plugin module: ffmpeg\n$");
+        testing::ExitedWithCode(3),
+        "(^|\n)WARN : Application data is NULL, cannot initialize plugin module: ffmpeg\n$");
 }
 
 TEST_F(FreshPlugin, RefusesAHostOfAnotherMinorVersion) {
@@ -193,7 +194,8 @@ TEST_F(FreshPlugin, LogsADeinitializationWithoutApplicationData) {
             fflush(stdout);
             _exit(3);
         },
-        testing::ExitedWithCode(3), "(^|\n)WARN : Application data is NULL, cannot deinitialize plugin module: ffmpeg\n$");
+        testing::ExitedWithCode(3),
+        "(^|\n)WARN : Application data is NULL, cannot deinitialize plugin module: ffmpeg\n$");
 }
 
 TEST_F(FreshPlugin, InitializesDependenciesInOrderAndOnce) {
