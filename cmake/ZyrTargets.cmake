@@ -35,10 +35,12 @@ function(zyr_add_module target)
     # otherwise it is repeated, and its functions are defined twice.
     set_target_properties(${target} PROPERTIES LINK_LIBRARY_OVERRIDE_zyr_common WHOLE_ARCHIVE)
     target_link_libraries(${target} PRIVATE zyr_options ${ARG_LIBRARIES} zyr_common)
-    # The sanitizer runtimes are resolved from the program, so undefined symbols are only refused without them.
     target_link_options(${target} PRIVATE
-        -Wl,-soname,${ARG_OUTPUT}.so -Wl,-Bsymbolic "-Wl,--version-script=${map}"
-        $<$<NOT:$<BOOL:${ZYR_SANITIZE}>>:-Wl,-z,defs>)
+        -Wl,-soname,${ARG_OUTPUT}.so -Wl,-Bsymbolic "-Wl,--version-script=${map}")
+    # The sanitizer runtimes are resolved from the program, so undefined symbols are only refused without them.
+    if(NOT ZYR_SANITIZE)
+        target_link_options(${target} PRIVATE -Wl,-z,defs)
+    endif()
 endfunction()
 
 # zyr_add_test(name [THREADED] SOURCES ... LIBRARIES ...): one GoogleTest program for one folder.
