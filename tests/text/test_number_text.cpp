@@ -57,7 +57,7 @@ TEST(NumberToText, HalfRoundsZeroAndOddFractionsUp) {
     EXPECT_EQ(format(0.75, 1), "0.8");
     EXPECT_EQ(format(3.03125, 4), "3.312");
     EXPECT_EQ(format(1.0 / 32, 4), "0.312");
-    EXPECT_EQ(format(0.5 / 16, 1), "0.0");
+    EXPECT_EQ(format(0.05, 1), "0.1");
     EXPECT_EQ(format(0.125, 2), "0.12");
     EXPECT_EQ(format(0.375, 2), "0.38");
     EXPECT_EQ(format(0.995, 2), "0.100");

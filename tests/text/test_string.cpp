@@ -467,6 +467,14 @@ TEST(StringInsert, CodesAboveTheLastInsertNothing) {
 }
 
 TEST(StringInsert, InsertsItself) {
+    String inlineText("abc");
+    inlineText.insertString(inlineText, 1);
+    expectInline(inlineText, "aabcbc");
+    String block(TEXT_64);
+    block.insertString(block, 64);
+    block.insertString(block, 0);
+    EXPECT_EQ(block.getLengthInBytes(), 256u);
+    EXPECT_EQ(block, std::string(TEXT_64).append(TEXT_64).append(TEXT_64).append(TEXT_64).c_str());
     String text("0123456789012345678901234567890123456789");
     text.insertString(text, 1);
     EXPECT_EQ(text, "00123456789012345678901234567890123456789123456789012345678901234567890123456789");
