@@ -8,6 +8,7 @@
 
 #include <cstring>
 #include <dlfcn.h>
+#include <sys/stat.h>
 
 namespace zyr {
 
@@ -179,6 +180,11 @@ bool_t PluginModules::loadFromDirectory(const String& p_directory) {
 }
 
 void PluginModules::load(const String& p_path) {
+    struct stat status;
+    if (stat(p_path.getData(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        ZYR_LOG_WARN("Unable to load plugin module %s: it is no file", p_path.getData());
+        return;
+    }
     String reason;
     if (!probePlugin(p_path, reason)) {
         ZYR_LOG_WARN("Unable to load plugin module %s: %s", p_path.getData(), reason.getData());

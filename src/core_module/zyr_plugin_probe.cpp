@@ -17,7 +17,6 @@
 
 namespace zyr {
 
-static constexpr int64_t PROBE_SECONDS = 30;
 static constexpr size_t MAX_REASON_SIZE = 1024;
 
 // What the child says: whether the module is usable, and the reason why not.
@@ -79,8 +78,8 @@ static int64_t getMilliseconds() {
 }
 
 // Waits for the verdict; false when the child ends without one or its time is over.
-static bool readVerdict(int p_pipe, ProbeVerdict& p_verdict, bool& p_timedOut) {
-    const int64_t deadline = getMilliseconds() + PROBE_SECONDS * 1000;
+static bool readVerdict(int p_pipe, uint32_t p_milliseconds, ProbeVerdict& p_verdict, bool& p_timedOut) {
+    const int64_t deadline = getMilliseconds() + p_milliseconds;
     for (;;) {
         const int64_t left = deadline - getMilliseconds();
         pollfd descriptor = {p_pipe, POLLIN, 0};
@@ -100,7 +99,8 @@ static bool readVerdict(int p_pipe, ProbeVerdict& p_verdict, bool& p_timedOut) {
     }
 }
 
-static void describeEnd(pid_t p_child, bool p_timedOut, String& p_reason) {
+// Waits for the end of the child and tells how it came about.
+static void describeEnd(pid_t p_child, bool p_timedOut, uint32_t p_milliseconds, String& p_reason) {
     char text[128];
     int status = 0;
     pid_t ended;
@@ -108,7 +108,7 @@ static void describeEnd(pid_t p_child, bool p_timedOut, String& p_reason) {
         ended = waitpid(p_child, &status, 0);
     } while (ended < 0 && errno == EINTR);
     if (p_timedOut) {
-        snprintf(text, sizeof(text), "it didn't answer within %d seconds", static_cast<int>(PROBE_SECONDS));
+        snprintf(text, sizeof(text), "it doesn't answer within %u ms", p_milliseconds);
     } else if (ended == p_child && WIFSIGNALED(status)) {
         snprintf(text, sizeof(text), "loading it ends the process with signal %d (%s)", WTERMSIG(status),
                  strsignal(WTERMSIG(status)));
@@ -120,7 +120,7 @@ static void describeEnd(pid_t p_child, bool p_timedOut, String& p_reason) {
     p_reason = text;
 }
 
-bool_t probePlugin(const String& p_path, String& p_reason) {
+bool_t probePlugin(const String& p_path, String& p_reason, uint32_t p_milliseconds) {
     int pipes[2];
     if (pipe2(pipes, O_CLOEXEC) != 0) {
         p_reason = "no pipe to try it: ";
@@ -143,13 +143,13 @@ bool_t probePlugin(const String& p_path, String& p_reason) {
     close(pipes[1]);
     ProbeVerdict verdict;
     bool timedOut = false;
-    const bool answered = readVerdict(pipes[0], verdict, timedOut);
+    const bool answered = readVerdict(pipes[0], p_milliseconds, verdict, timedOut);
     close(pipes[0]);
     if (timedOut) {
         kill(child, SIGKILL);
     }
     String end;
-    describeEnd(child, timedOut, end);
+    describeEnd(child, timedOut, p_milliseconds, end);
     if (!answered) {
         p_reason = end;
         return 0;

@@ -9,6 +9,7 @@ namespace zyr {
 /// ends or hangs its process does so there. Gives false and the reason if the module is not usable.
 ///
 /// The child is a fork of this process: call this before other threads are busy in the dynamic loader.
-bool_t probePlugin(const String& p_path, String& p_reason);
+/// @param p_milliseconds  how long the module may take
+bool_t probePlugin(const String& p_path, String& p_reason, uint32_t p_milliseconds = 30000);
 
 } // namespace zyr
