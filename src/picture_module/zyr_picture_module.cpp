@@ -1,0 +1,64 @@
+#include "picture_module/zyr_picture_module.h"
+
+#include "picture_module/zyr_codec_levels.h"
+#include "picture_module/zyr_diffmap_level.h"
+#include "picture_module/zyr_frame_levels.h"
+#include "picture_module/zyr_image_level.h"
+#include "picture_module/zyr_palette_level.h"
+#include "picture_module/zyr_texture_levels.h"
+#include "picture_module/zyr_yuv_planes.h"
+#include "zyr_common/memory/zyr_report.h"
+#include "zyr_common/platform/zyr_version.h"
+#include "zyr_common/text/zyr_number_text.h"
+
+namespace zyr {
+
+static void registerPictureClasses() {
+    zyr_addObjectAllocator<Diffmap>();
+    zyr_addObjectAllocator<Palette>();
+    zyr_addObjectAllocator<JpegFormatInfo>();
+    zyr_addObjectAllocator<Image>();
+    zyr_addObjectAllocator<ReadbackContext>();
+    zyr_addObjectAllocator<SharedTexture>();
+    zyr_addObjectAllocator<UnpackedFrameData>();
+    zyr_addObjectAllocator<PackedFrameData>();
+    zyr_addObjectAllocator<FrameDecoder>();
+    zyr_addObjectAllocator<FrameDecoderContext>();
+    zyr_addObjectAllocator<FrameEncoder>();
+    zyr_addObjectAllocator<FrameEncoderContext>();
+}
+
+static bool_t initializePictureModule(ApplicationData* p_applicationData, uint32_t) {
+    const uint64_t hostVersion = p_applicationData->m_frameworkVersion;
+    const uint64_t moduleVersion = zyr_getFrameworkVersion();
+    if (zyr_getMajorVersion64(hostVersion) != zyr_getMajorVersion64(moduleVersion) ||
+        zyr_getMinorVersion64(hostVersion) != zyr_getMinorVersion64(moduleVersion)) {
+        String hostText;
+        String moduleText;
+        zyr_getVersionString(hostVersion, hostText);
+        zyr_getVersionString(moduleVersion, moduleText);
+        ZYR_LOG_WARN("Application framework version:%s is incompatible with module framework version:%s. Cannot "
+                     "initialize component module: picture",
+                     hostText.getData(), moduleText.getData());
+        return 0;
+    }
+    zyr_setApplicationData(p_applicationData);
+    PictureModuleTable& table = *p_applicationData->m_picture;
+    table.m_lock.writeLock();
+    table.m_convertRGBToYUV = &convertRGBToYUV;
+    table.m_convertYUVToRGB = &convertYUVToRGB;
+    table.m_lock.unlock();
+    registerPictureClasses();
+    return 1;
+}
+
+} // namespace zyr
+
+void zyr_picture_prepare(zyr::ApplicationData* p_applicationData) {
+    using namespace zyr;
+    if (p_applicationData == nullptr) {
+        ZYR_LOG_WARN("Application data is NULL, cannot prepare component module: picture");
+        return;
+    }
+    p_applicationData->m_pictureInitializer = &initializePictureModule;
+}
