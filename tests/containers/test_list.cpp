@@ -79,7 +79,9 @@ TYPED_TEST(ListOfItems, FollowsAPlainModelThroughRandomOperations) {
             ++position;
         }
         const auto modelPosition = std::next(model.begin(), index);
-        switch (random.below(8)) {
+        // Phases of growth and of shrinking down to nothing.
+        const bool growing = step / 200 % 2 == 0;
+        switch (growing ? random.below(3) : 3 + random.below(5)) {
         case 0:
             ASSERT_TRUE(list.pushBack(item)->m_item == item);
             model.push_back(item);
@@ -118,7 +120,7 @@ TYPED_TEST(ListOfItems, FollowsAPlainModelThroughRandomOperations) {
             }
             break;
         default:
-            if (model.size() > 30) {
+            if (random.below(20) == 0) {
                 typename List<TypeParam>::iterator end = list.end();
                 list.removeRange(position, end);
                 model.erase(modelPosition, model.end());
