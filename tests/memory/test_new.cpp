@@ -5,6 +5,12 @@
 
 using namespace zyr;
 
+// Not every compiler declares the forms that take a size.
+void operator delete(void*, size_t) noexcept;
+void operator delete[](void*, size_t) noexcept;
+void operator delete(void*, size_t, std::align_val_t) noexcept;
+void operator delete[](void*, size_t, std::align_val_t) noexcept;
+
 namespace {
 
 size_t getStoredSize(const void* p_block) {

@@ -1,3 +1,4 @@
+#include "support/binary_layout.h"
 #include "zyr_common/memory/zyr_ref_counted_data.h"
 
 #include <gmock/gmock.h>
@@ -17,30 +18,21 @@ private:
     int& m_deleted;
 };
 
-/// The function in a slot of the virtual table; the two destructors take slots 0 and 1.
-void* getSlot(const RefCountedData& p_object, size_t p_slot) {
-    return (*reinterpret_cast<void** const*>(&p_object))[p_slot];
-}
-
 } // namespace
 
 TEST(RefCountedData, HoldsItsCounterBehindTheTable) {
     EXPECT_EQ(sizeof(RefCountedData), 24u);
     int deleted = 0;
     Counted object(deleted);
-    const uint32_t* counter = *reinterpret_cast<uint32_t**>(reinterpret_cast<char*>(&object) + 8);
+    const uint32_t* counter = readAt<uint32_t*>(&object, 8);
     object.addRef();
     EXPECT_EQ(*counter, 1u);
 }
 
 TEST(RefCountedData, KeepsTheOrderOfItsVirtualOperations) {
-    const RefCountedData object;
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wpmf-conversions"
-    EXPECT_EQ(getSlot(object, 2), reinterpret_cast<void*>(&RefCountedData::clone));
-    EXPECT_EQ(getSlot(object, 3), reinterpret_cast<void*>(&RefCountedData::addRef));
-    EXPECT_EQ(getSlot(object, 4), reinterpret_cast<void*>(&RefCountedData::release));
-#pragma GCC diagnostic pop
+    EXPECT_EQ(getSlot(&RefCountedData::clone), 2u);
+    EXPECT_EQ(getSlot(&RefCountedData::addRef), 3u);
+    EXPECT_EQ(getSlot(&RefCountedData::release), 4u);
 }
 
 TEST(RefCountedData, DiesAtTheFirstReleaseWhenNeverAdded) {
@@ -67,7 +59,7 @@ TEST(RefCountedData, CloneOfTheRootIsPlainAndFresh) {
     object.addRef();
     RefCountedData* clone = object.clone();
     EXPECT_EQ(typeid(*clone), typeid(RefCountedData));
-    EXPECT_EQ(**reinterpret_cast<uint32_t**>(reinterpret_cast<char*>(clone) + 8), 0u);
+    EXPECT_EQ(*readAt<uint32_t*>(clone, 8), 0u);
     clone->release();
 }
 

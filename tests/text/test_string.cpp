@@ -1,3 +1,4 @@
+#include "support/binary_layout.h"
 #include "support/zyr_print_text.h"
 #include "zyr_common/text/zyr_string.h"
 
@@ -60,19 +61,9 @@ protected:
 /// Opens the protected operations to the slot test.
 class OpenString : public String {
 public:
-    static void* getMemoryFunction(size_t p_index) {
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wpmf-conversions"
-        switch (p_index) {
-        case 0:
-            return reinterpret_cast<void*>(&OpenString::allocateBuffer);
-        case 1:
-            return reinterpret_cast<void*>(&OpenString::reallocateBuffer);
-        default:
-            return reinterpret_cast<void*>(&OpenString::freeBuffer);
-        }
-#pragma GCC diagnostic pop
-    }
+    static size_t getAllocateSlot() { return getSlot(&OpenString::allocateBuffer); }
+    static size_t getReallocateSlot() { return getSlot(&OpenString::reallocateBuffer); }
+    static size_t getFreeSlot() { return getSlot(&OpenString::freeBuffer); }
 };
 
 } // namespace
@@ -80,33 +71,22 @@ public:
 TEST(String, LaysOutItsFieldsBehindTheBase) {
     String text("abc");
     const char* object = reinterpret_cast<const char*>(&text);
-    const char* data;
-    size_t size;
-    size_t capacity;
-    memcpy(&data, object + 24, 8);
-    memcpy(&size, object + 32, 8);
-    memcpy(&capacity, object + 40, 8);
     EXPECT_EQ(sizeof(String), 112u);
-    EXPECT_EQ(data, object + 48);
-    EXPECT_EQ(size, 4u);
-    EXPECT_EQ(capacity, 64u);
+    EXPECT_EQ(readAt<const char*>(&text, 24), object + 48);
+    EXPECT_EQ(readAt<size_t>(&text, 32), 4u);
+    EXPECT_EQ(readAt<size_t>(&text, 40), 64u);
     EXPECT_STREQ(object + 48, "abc");
 }
 
 TEST(String, KeepsTheOrderOfItsVirtualOperations) {
-    const String text;
-    void** slots = *reinterpret_cast<void** const*>(&text);
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wpmf-conversions"
-    EXPECT_EQ(slots[2], reinterpret_cast<void*>(&RefCountedData::clone));
-    EXPECT_EQ(slots[3], reinterpret_cast<void*>(&RefCountedData::addRef));
-    EXPECT_EQ(slots[4], reinterpret_cast<void*>(&RefCountedData::release));
-    EXPECT_EQ(slots[5], reinterpret_cast<void*>(&String::clear));
-    EXPECT_EQ(slots[6], reinterpret_cast<void*>(&String::resize));
-#pragma GCC diagnostic pop
-    for (size_t i = 0; i < 3; i++) {
-        EXPECT_EQ(slots[7 + i], OpenString::getMemoryFunction(i)) << i;
-    }
+    EXPECT_EQ(getSlot(&String::clone), 2u);
+    EXPECT_EQ(getSlot(&String::addRef), 3u);
+    EXPECT_EQ(getSlot(&String::release), 4u);
+    EXPECT_EQ(getSlot(&String::clear), 5u);
+    EXPECT_EQ(getSlot(&String::resize), 6u);
+    EXPECT_EQ(OpenString::getAllocateSlot(), 7u);
+    EXPECT_EQ(OpenString::getReallocateSlot(), 8u);
+    EXPECT_EQ(OpenString::getFreeSlot(), 9u);
 }
 
 TEST(String, EmptyStringHoldsItsTerminator) {
