@@ -1,4 +1,5 @@
 #include "host/zyr_command_line.h"
+#include "host/zyr_ffmpeg_handles.h"
 #include "host/zyr_negotiation.h"
 
 #include "zyr_common/services/zyr_list_of_objects.h"
@@ -6,6 +7,10 @@
 
 #include "zyr_common/platform/zyr_version.h"
 #include "zyr_common/text/zyr_number_text.h"
+
+extern "C" {
+#include <libavutil/hwcontext.h>
+}
 
 #include <nlohmann/json.hpp>
 
@@ -239,7 +244,8 @@ int runInspect(const InspectOptions& p_options) {
                 {"proposals", listOffers(market)},
                 {"requests", listWishes(market)}};
     if (p_options.m_why) {
-        all["why"] = listReasons(lines);
+        all["why"] = listReasons(lines, framework.getApplicationData().m_logRepeatCount);
+        all["hardware"] = probeHardware();
     }
     if (p_options.m_json) {
         printf("%s\n", all.dump(2).c_str());

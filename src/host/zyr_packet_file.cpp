@@ -78,7 +78,14 @@ void PacketFile::open(const std::string& p_path, const std::string& p_format, co
             throw RunError("cannot write '" + p_path + "': " + errorText(result));
         }
     }
-    result = avformat_write_header(m_format, nullptr);
+    // Program streams send data ahead of its time; a decoder's buffer runs dry without a lead, which is told in the
+    // log.
+    constexpr int LEAD_MICROSECONDS = 500000;
+    m_format->max_delay = LEAD_MICROSECONDS;
+    AVDictionary* options = nullptr;
+    av_dict_set_int(&options, "preload", LEAD_MICROSECONDS, 0);
+    result = avformat_write_header(m_format, &options);
+    av_dict_free(&options);
     if (result < 0) {
         fail(result);
     }
