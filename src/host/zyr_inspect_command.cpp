@@ -153,7 +153,7 @@ json listWishes(const Market& p_market) {
 }
 
 /// What the probes logged on the way: the reason for each codec that is not offered.
-json listReasons(const std::vector<std::string>& p_lines) {
+json listReasons(const std::vector<std::string>& p_lines, uint32_t p_repeats) {
     json reasons = json::array();
     for (const std::string& line : p_lines) {
         LogLine parts;
@@ -161,10 +161,24 @@ json listReasons(const std::vector<std::string>& p_lines) {
             reasons.push_back({{"level", parts.m_level},
                                {"module", parts.m_module},
                                {"function", parts.m_function},
-                               {"message", parts.m_message}});
+                               {"message", parts.m_message},
+                               {"times", 1}});
         }
     }
+    if (!reasons.empty()) {
+        // The log writes a repeated line once and counts.
+        reasons.back()["times"] = p_repeats + 1;
+    }
     return reasons;
+}
+
+/// Opens the hardware path as the codecs do, since decoders that cannot have it give no reason of their own.
+json probeHardware() {
+    AVBufferRef* device = nullptr;
+    const int result = av_hwdevice_ctx_create(&device, AV_HWDEVICE_TYPE_VAAPI, nullptr, nullptr, 0);
+    av_buffer_unref(&device);
+    return json::array(
+        {{{"device", "vaapi"}, {"usable", result >= 0}, {"reason", result >= 0 ? std::string() : errorText(result)}}});
 }
 
 std::string textOf(const json& p_value) {
@@ -205,7 +219,17 @@ void printText(const json& p_all) {
     if (p_all.contains("why")) {
         printf("\nwhy the others are not available\n");
         for (const json& reason : p_all["why"]) {
-            printf("  %s: %s\n", textOf(reason["level"]).c_str(), textOf(reason["message"]).c_str());
+            printf("  %s: %s", textOf(reason["level"]).c_str(), textOf(reason["message"]).c_str());
+            const uint32_t times = reason["times"].get<uint32_t>();
+            if (times > 1) {
+                printf(" (%u times)", times);
+            }
+            printf("\n");
+        }
+        for (const json& device : p_all["hardware"]) {
+            const bool usable = device["usable"].get<bool>();
+            printf("  hardware %s, for encoders and decoders alike: %s%s\n", textOf(device["device"]).c_str(),
+                   usable ? "usable" : "cannot be opened: ", textOf(device["reason"]).c_str());
         }
     }
 }
