@@ -1,6 +1,5 @@
 #include "zyr_common/text/zyr_unicode.h"
 
-#include <cstring>
 #include <gmock/gmock.h>
 
 using namespace zyr;
@@ -14,11 +13,9 @@ std::string encode(int p_code) {
     return std::string(reinterpret_cast<const char*>(bytes), 4);
 }
 
-int decode(const char* p_sequence) {
-    unsigned char bytes[5] = {};
-    strncpy(reinterpret_cast<char*>(bytes), p_sequence, 4);
+int decode(std::string p_sequence) {
     int code = -77;
-    zyr_convertUTF8ToUnicode32(bytes, &code);
+    zyr_convertUTF8ToUnicode32(reinterpret_cast<unsigned char*>(p_sequence.data()), &code);
     return code;
 }
 
@@ -57,6 +54,6 @@ TEST(Unicode, ByteThatLeadsNoSequenceLeavesTheCode) {
 
 TEST(Unicode, RoundTripKeepsEveryCode) {
     for (int code = 1; code <= 0x10FFFF; code += 61) {
-        ASSERT_EQ(decode(encode(code).c_str()), code);
+        ASSERT_EQ(decode(encode(code)), code);
     }
 }
