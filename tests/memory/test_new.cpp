@@ -13,7 +13,9 @@ void operator delete[](void*, size_t, std::align_val_t) noexcept;
 
 namespace {
 
+/// The usable size in the header in front of a block, which the compiler must not take for an item of its own.
 size_t getStoredSize(const void* p_block) {
+    asm("" : "+r"(p_block));
     return static_cast<const size_t*>(p_block)[-2];
 }
 
