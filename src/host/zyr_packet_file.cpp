@@ -68,8 +68,8 @@ void PacketFile::open(const std::string& p_path, const std::string& p_format, co
     stream->codecpar->format = AV_PIX_FMT_YUV420P;
     stream->time_base = m_frameDuration;
     stream->avg_frame_rate = av_inv_q(m_frameDuration);
-    // Program streams warn about small buffers at high rates; a picture of this size needs no more than this.
-    stream->codecpar->bit_rate = int64_t(p_width) * p_height * 2;
+    // A program stream is paced by this rate; too low a one makes its packets late.
+    stream->codecpar->bit_rate = 50000000;
     if ((m_format->oformat->flags & AVFMT_NOFILE) == 0) {
         result = avio_open(&m_format->pb, p_path.c_str(), AVIO_FLAG_WRITE);
         if (result < 0) {
