@@ -112,6 +112,13 @@ endif()
 # ---- tests and benchmarks ----------------------------------------------------------------------------------------------
 if(ZYR_BUILD_TESTS)
     find_package(GTest REQUIRED)
+    # Known leaks of libraries. A leak inside FFmpeg can only be told by its function where FFmpeg keeps names and frame
+    # pointers, as the one that scripts/deps.sh builds does; of another one, all is ignored.
+    file(READ "${PROJECT_SOURCE_DIR}/tests/support/lsan.supp" knownLeaks)
+    if(NOT ZYR_FFMPEG_PREFIX)
+        string(APPEND knownLeaks "leak:libavutil.so\nleak:libavcodec.so\nleak:libva.so\n")
+    endif()
+    file(WRITE "${CMAKE_BINARY_DIR}/lsan.supp" "${knownLeaks}")
 endif()
 if(ZYR_BUILD_BENCH)
     find_package(benchmark REQUIRED)

@@ -177,11 +177,12 @@ fetchSource() {
 
 list() { local option=$1 name; shift; for name in "$@"; do printf -- '--enable-%s=%s\n' "$option" "$name"; done; }
 
-# What the plug-in's tables name, and what the host reads and writes.
+# What the plug-in's tables name, and what the host reads and writes. Names and frame pointers stay in, so that profiles and
+# leak reports can tell which function of FFmpeg they mean.
 ffmpegOptions() {
     echo --enable-shared --disable-static --enable-pic --enable-rpath --disable-programs --disable-doc --disable-network \
         --disable-autodetect --disable-everything --disable-avdevice --disable-avfilter --disable-swresample \
-        --disable-debug --enable-pthreads --enable-libvpx --enable-vaapi --enable-libdrm --enable-xlib --enable-zlib
+        --disable-debug --disable-stripping --extra-cflags=-fno-omit-frame-pointer --enable-pthreads --enable-libvpx --enable-vaapi --enable-libdrm --enable-xlib --enable-zlib
     list encoder libvpx_vp9 vp9_vaapi h264_vaapi mpeg1video png mjpeg rawvideo ppm
     list decoder vp9 libvpx_vp9 vp8 libvpx_vp8 h264 hevc mpeg1video mpeg2video mpegvideo mpeg4 msmpeg4v1 msmpeg4v2 msmpeg4v3 \
         h263 h263i h263p flv wmv1 wmv2 vc1 wmv3 theora vp3 vp5 vp6 vp6f mjpeg mjpegb png apng bmp gif tiff webp ppm pgm pgmyuv \
