@@ -280,13 +280,18 @@ ZYR_API bool_t zyr_convertVariableType(String& p_word, uint32_t& p_number, bool_
 /// The same for categories.
 ZYR_API bool_t zyr_convertVariableCategory(String& p_word, uint32_t& p_number, bool_t p_wordToNumber);
 
+/// The row of an enumeration by its size, and of no other type.
+template <typename T> constexpr VariableTypeEnum zyr_getEnumerationVariableType() {
+    if constexpr (std::is_enum_v<T>) {
+        return sizeof(T) == 4 ? ZYR_VARIABLE_ENUM : sizeof(T) == 1 ? ZYR_VARIABLE_UINT8 : ZYR_VARIABLE_NONE;
+    } else {
+        return ZYR_VARIABLE_NONE;
+    }
+}
+
 /// The row of a type. Types outside the table give ZYR_VARIABLE_NONE, 32-bit enumerations ZYR_VARIABLE_ENUM, and
 /// enumerations of one byte are plain bytes.
-template <typename T>
-inline constexpr VariableTypeEnum c_variableTypeOf = !std::is_enum_v<T> ? ZYR_VARIABLE_NONE
-                                                     : sizeof(T) == 4   ? ZYR_VARIABLE_ENUM
-                                                     : sizeof(T) == 1   ? ZYR_VARIABLE_UINT8
-                                                                        : ZYR_VARIABLE_NONE;
+template <typename T> inline constexpr VariableTypeEnum c_variableTypeOf = zyr_getEnumerationVariableType<T>();
 template <> inline constexpr VariableTypeEnum c_variableTypeOf<bool> = ZYR_VARIABLE_BOOL;
 template <> inline constexpr VariableTypeEnum c_variableTypeOf<int8_t> = ZYR_VARIABLE_INT8;
 template <> inline constexpr VariableTypeEnum c_variableTypeOf<uint8_t> = ZYR_VARIABLE_UINT8;
