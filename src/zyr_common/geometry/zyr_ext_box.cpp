@@ -1,6 +1,6 @@
 #include "zyr_common/geometry/zyr_ext_box.h"
 
-#include "zyr_common/geometry/zyr_position_rule.h"
+#include "zyr_common/geometry/zyr_layout_rules.h"
 #include "zyr_common/serialization/zyr_record_walker.h"
 
 namespace zyr {
@@ -60,14 +60,6 @@ template <typename T> BoxSize<T> fitBox(const Box<T>& p_box, const Box<T>& p_par
     }
 }
 
-template <typename T> void applyLimits(T& p_size, T p_min, T p_max) {
-    if (p_min > p_size) {
-        p_size = p_min;
-    } else if (p_max < p_size) {
-        p_size = p_max;
-    }
-}
-
 } // namespace
 
 template <typename T> bool_t ExtBox<T>::solveBox(Box<T>& p_out, const Box<T>& p_parent) const {
@@ -92,9 +84,9 @@ template <typename T> bool_t ExtBox<T>::solveBox(Box<T>& p_out, const Box<T>& p_
         if (depthIsEdge) {
             out.depth -= out.z;
         }
-        applyLimits<T>(out.width, minWidth, maxWidth);
-        applyLimits<T>(out.height, minHeight, maxHeight);
-        applyLimits<T>(out.depth, minDepth, maxDepth);
+        zyr_applyLimits<T>(out.width, minWidth, maxWidth);
+        zyr_applyLimits<T>(out.height, minHeight, maxHeight);
+        zyr_applyLimits<T>(out.depth, minDepth, maxDepth);
     }
     p_out = out;
     return solved;

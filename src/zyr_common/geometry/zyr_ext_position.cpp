@@ -1,7 +1,7 @@
 #include "zyr_common/geometry/zyr_ext_position.h"
 
 #include "zyr_common/geometry/zyr_ext_dimension.h"
-#include "zyr_common/geometry/zyr_position_rule.h"
+#include "zyr_common/geometry/zyr_layout_rules.h"
 #include "zyr_common/serialization/zyr_record_walker.h"
 
 namespace zyr {

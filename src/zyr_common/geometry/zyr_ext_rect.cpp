@@ -1,6 +1,6 @@
 #include "zyr_common/geometry/zyr_ext_rect.h"
 
-#include "zyr_common/geometry/zyr_position_rule.h"
+#include "zyr_common/geometry/zyr_layout_rules.h"
 #include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/serialization/zyr_record_walker.h"
 
@@ -62,6 +62,30 @@ template <typename T> bool contentFits(const RectSize<T>& p_content, const Rect<
 
 template <typename T> bool contentIsSmaller(const RectSize<T>& p_content, const Rect<T>& p_parent) {
     return p_content.width < p_parent.width && p_content.height < p_parent.height;
+}
+
+/// The size anchors that fit an aspect into the parent: that of the record itself or that of the content. p_fit is
+/// fitWidth or fitHeight, p_contentSize the content's size on that axis. Gives false for other anchors.
+template <typename T>
+bool solveRatio(T& p_size, uint8_t p_anchor, T (*p_fit)(T, T, const Rect<T>&), const Rect<T>& p_own,
+                const RectSize<T>& p_content, T p_contentSize, const Rect<T>& p_parent) {
+    switch (p_anchor) {
+    case ZYR_SIZE_WIDTH_RATIO:
+        p_size = p_fit(p_own.width, p_own.height, p_parent);
+        return true;
+    case ZYR_SIZE_WIDTH_RATIO_ASPECT:
+        p_size = p_fit(p_content.width, p_content.height, p_parent);
+        return true;
+    case ZYR_SIZE_WIDTH_RATIO_ASPECT_UPPER_LIMIT:
+        p_size = contentFits(p_content, p_parent) ? p_contentSize : p_fit(p_content.width, p_content.height, p_parent);
+        return true;
+    case ZYR_SIZE_WIDTH_RATIO_ASPECT_LOWER_LIMIT:
+        p_size =
+            contentIsSmaller(p_content, p_parent) ? p_fit(p_content.width, p_content.height, p_parent) : p_contentSize;
+        return true;
+    default:
+        return false;
+    }
 }
 
 /// The size anchors that look at one axis only. p_edge tells that p_size is the coordinate of the far edge.
@@ -208,15 +232,6 @@ template <typename T> void applyBorder(T& p_position, T& p_size, T p_parentSize,
     p_size = end - start;
 }
 
-/// The minimum wins over the maximum.
-template <typename T> void applyLimits(T& p_size, T p_min, T p_max) {
-    if (p_min > p_size) {
-        p_size = p_min;
-    } else if (p_max < p_size) {
-        p_size = p_max;
-    }
-}
-
 /// The positions that need the limited size.
 template <typename T> void solveLatePosition(T& p_position, uint8_t p_anchor, T p_value, T p_size, T p_parentSize) {
     if (p_anchor == ZYR_POSITION_X_PARENT_WIDTH_PERCENT_MINUS_WIDTH) {
@@ -232,41 +247,25 @@ template <typename T>
 bool_t ExtRect<T>::solveRect(Rect<T>& p_out, const Rect<T>& p_parent, const Rect<T>& p_previous, const Rect<T>& p_next,
                              const RectSize<T>& p_content, double p_contentScale, const Array<T>* p_hSeparators,
                              const Array<T>* p_vSeparators, T p_border) const {
-    const AxisContext<T> horizontal = {p_parent.x,   p_parent.width,  p_previous.x,   p_previous.width, p_next.x,
+    // The result may be one of the surroundings.
+    const Rect<T> parent(p_parent);
+    const AxisContext<T> horizontal = {parent.x,     parent.width,    p_previous.x,   p_previous.width, p_next.x,
                                        p_next.width, p_content.width, p_contentScale, p_vSeparators};
-    const AxisContext<T> vertical = {p_parent.y,    p_parent.height,  p_previous.y,   p_previous.height, p_next.y,
+    const AxisContext<T> vertical = {parent.y,      parent.height,    p_previous.y,   p_previous.height, p_next.y,
                                      p_next.height, p_content.height, p_contentScale, p_hSeparators};
     Rect<T> out(p_out);
 
     bool widthIsEdge = false;
-    if (widthAnchor == ZYR_SIZE_WIDTH_RATIO) {
-        out.width = fitWidth(this->width, this->height, p_parent);
-    } else if (widthAnchor == ZYR_SIZE_WIDTH_RATIO_ASPECT) {
-        out.width = fitWidth(p_content.width, p_content.height, p_parent);
-    } else if (widthAnchor == ZYR_SIZE_WIDTH_RATIO_ASPECT_UPPER_LIMIT) {
-        out.width =
-            contentFits(p_content, p_parent) ? p_content.width : fitWidth(p_content.width, p_content.height, p_parent);
-    } else if (widthAnchor == ZYR_SIZE_WIDTH_RATIO_ASPECT_LOWER_LIMIT) {
-        out.width = contentIsSmaller(p_content, p_parent) ? fitWidth(p_content.width, p_content.height, p_parent)
-                                                          : p_content.width;
-    } else if (!solveSize<T>(out.width, widthIsEdge, widthAnchor, this->width, horizontal)) {
+    if (!solveRatio<T>(out.width, widthAnchor, &fitWidth<T>, *this, p_content, p_content.width, parent) &&
+        !solveSize<T>(out.width, widthIsEdge, widthAnchor, this->width, horizontal)) {
         ZYR_LOG_WARN("Unknown width anchor type:%d", widthAnchor);
         return 0;
     }
     p_out.width = out.width;
 
     bool heightIsEdge = false;
-    if (heightAnchor == ZYR_SIZE_HEIGHT_RATIO) {
-        out.height = fitHeight(this->width, this->height, p_parent);
-    } else if (heightAnchor == ZYR_SIZE_HEIGHT_RATIO_ASPECT) {
-        out.height = fitHeight(p_content.width, p_content.height, p_parent);
-    } else if (heightAnchor == ZYR_SIZE_HEIGHT_RATIO_ASPECT_UPPER_LIMIT) {
-        out.height = contentFits(p_content, p_parent) ? p_content.height
-                                                      : fitHeight(p_content.width, p_content.height, p_parent);
-    } else if (heightAnchor == ZYR_SIZE_HEIGHT_RATIO_ASPECT_LOWER_LIMIT) {
-        out.height = contentIsSmaller(p_content, p_parent) ? fitHeight(p_content.width, p_content.height, p_parent)
-                                                           : p_content.height;
-    } else if (!solveSize<T>(out.height, heightIsEdge, heightAnchor, this->height, vertical)) {
+    if (!solveRatio<T>(out.height, heightAnchor, &fitHeight<T>, *this, p_content, p_content.height, parent) &&
+        !solveSize<T>(out.height, heightIsEdge, heightAnchor, this->height, vertical)) {
         ZYR_LOG_WARN("Unknown height anchor type:%d", heightAnchor);
         return 0;
     }
@@ -289,15 +288,15 @@ bool_t ExtRect<T>::solveRect(Rect<T>& p_out, const Rect<T>& p_parent, const Rect
         out.height -= out.y;
     }
     if (p_border > 0) {
-        applyBorder<T>(out.x, out.width, p_parent.width, p_border);
-        applyBorder<T>(out.y, out.height, p_parent.height, p_border);
+        applyBorder<T>(out.x, out.width, parent.width, p_border);
+        applyBorder<T>(out.y, out.height, parent.height, p_border);
     }
-    applyLimits<T>(out.width, minWidth, maxWidth);
-    applyLimits<T>(out.height, minHeight, maxHeight);
-    solveLatePosition<T>(out.x, xAnchor, this->x, out.width, p_parent.width);
-    solveLatePosition<T>(out.y, yAnchor, this->y, out.height, p_parent.height);
+    zyr_applyLimits<T>(out.width, minWidth, maxWidth);
+    zyr_applyLimits<T>(out.height, minHeight, maxHeight);
+    solveLatePosition<T>(out.x, xAnchor, this->x, out.width, parent.width);
+    solveLatePosition<T>(out.y, yAnchor, this->y, out.height, parent.height);
 
-    if (widthAnchor == ZYR_SIZE_WIDTH_WIDTH_NEWLINE && out.x + out.width > p_parent.width) {
+    if (widthAnchor == ZYR_SIZE_WIDTH_WIDTH_NEWLINE && out.x + out.width > parent.width) {
         out.x = 0;
         // The sign of the stored y tells the direction, the stored height the distance; both are relied upon.
         if (this->y > 0) {

@@ -1,6 +1,6 @@
 #include "zyr_common/geometry/zyr_ext_vector.h"
 
-#include "zyr_common/geometry/zyr_position_rule.h"
+#include "zyr_common/geometry/zyr_layout_rules.h"
 #include "zyr_common/serialization/zyr_record_walker.h"
 
 namespace zyr {

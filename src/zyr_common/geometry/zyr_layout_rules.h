@@ -1,4 +1,4 @@
-/// The simple rule of positions that points and boxes share. Only for the solvers.
+/// What the solvers share: halves, percentages, the simple rule of positions, limits. Only for their sources.
 #pragma once
 
 #include "zyr_common/memory/zyr_numeric.h"
@@ -40,6 +40,15 @@ bool zyr_solvePosition(T& p_out, uint8_t p_anchor, T p_value, T p_parentPosition
         return true;
     default:
         return false;
+    }
+}
+
+/// Holds a size inside its limits; the minimum wins over the maximum.
+template <typename T> void zyr_applyLimits(T& p_size, T p_min, T p_max) {
+    if (p_min > p_size) {
+        p_size = p_min;
+    } else if (p_max < p_size) {
+        p_size = p_max;
     }
 }
 

@@ -1,0 +1,203 @@
+#include "support/zyr_record_walk.h"
+#include "zyr_common/colour/zyr_color.h"
+#include "zyr_common/geometry/zyr_complex.h"
+#include "zyr_common/geometry/zyr_ext_box.h"
+#include "zyr_common/geometry/zyr_ext_dimension.h"
+#include "zyr_common/geometry/zyr_ext_position.h"
+#include "zyr_common/geometry/zyr_ext_rect.h"
+#include "zyr_common/geometry/zyr_matrix.h"
+#include "zyr_common/geometry/zyr_rational.h"
+#include "zyr_common/geometry/zyr_scalar.h"
+
+namespace zyr {
+
+template <class R> class AllRecords : public testing::Test {};
+
+struct RecordNames {
+    template <class R> static std::string GetName(int) { return R::getRecordName().getData(); }
+};
+
+template <template <typename> class... Templates>
+using FloatForms = testing::Types<Templates<float>..., Templates<double>...>;
+
+using RecordTypes =
+    testing::Types<Rational<int32_t>, Rational<int64_t>, Complex<float>, Complex<double>, Scalar<uint32_t>,
+                   Scalar<int32_t>, Scalar<uint64_t>, Scalar<int64_t>, Scalar<float>, Scalar<double>, Vector2<uint32_t>,
+                   Vector2<int32_t>, Vector2<uint64_t>, Vector2<int64_t>, Vector2<float>, Vector2<double>,
+                   Vector3<uint32_t>, Vector3<int32_t>, Vector3<uint64_t>, Vector3<int64_t>, Vector3<float>,
+                   Vector3<double>, Vector4<uint32_t>, Vector4<int32_t>, Vector4<uint64_t>, Vector4<int64_t>,
+                   Vector4<float>, Vector4<double>>;
+using LayoutRecordTypes = testing::Types<RectSize<int32_t>, RectSize<int64_t>, RectSize<float>, RectSize<double>,
+                                         Rect<int32_t>, Rect<int64_t>, Rect<float>, Rect<double>, ExtVector2<int32_t>,
+                                         ExtVector2<int64_t>, ExtVector2<float>, ExtVector2<double>, ExtRect<int32_t>,
+                                         ExtRect<int64_t>, ExtRect<float>, ExtRect<double>>;
+using FloatRecordTypes =
+    FloatForms<Matrix3x3, Matrix4x4, BoxSize, Box, ExtPositionX, ExtPositionY, ExtPositionZ, ExtDimensionWidth,
+               ExtDimensionHeight, ExtDimensionDepth, ExtVector3, ExtBox, ColorRGB, ColorRGBA, ColorRGBAStop>;
+
+TYPED_TEST_SUITE_P(AllRecords);
+
+TYPED_TEST_P(AllRecords, ReachEachFieldByItsPath) {
+    test::expectPathsReachFields<TypeParam>();
+}
+
+TYPED_TEST_P(AllRecords, CompareEachField) {
+    test::expectEqualitySeesEachField<TypeParam>();
+}
+
+TYPED_TEST_P(AllRecords, CopyAndClearEachField) {
+    test::expectCopyAndClear<TypeParam>();
+}
+
+TYPED_TEST_P(AllRecords, ReadBackWhatTheyWriteAsText) {
+    test::expectReadsBackWhatItWrites<TypeParam>(test::RecordingSerializer::c_text);
+}
+
+TYPED_TEST_P(AllRecords, ReadBackWhatTheyWriteAsBinary) {
+    test::expectReadsBackWhatItWrites<TypeParam>(test::RecordingSerializer::c_binary);
+}
+
+TYPED_TEST_P(AllRecords, DeclareTheirKeysInOrder) {
+    test::expectDeclaresEachKeyInOrder<TypeParam>();
+}
+
+TYPED_TEST_P(AllRecords, ArePackedPlainValues) {
+    EXPECT_EQ(alignof(TypeParam), 1u);
+    EXPECT_TRUE(std::is_trivially_copyable_v<TypeParam>);
+    EXPECT_FALSE(std::is_polymorphic_v<TypeParam>);
+}
+
+REGISTER_TYPED_TEST_SUITE_P(AllRecords, ReachEachFieldByItsPath, CompareEachField, CopyAndClearEachField,
+                            ReadBackWhatTheyWriteAsText, ReadBackWhatTheyWriteAsBinary, DeclareTheirKeysInOrder,
+                            ArePackedPlainValues);
+INSTANTIATE_TYPED_TEST_SUITE_P(Numbers, AllRecords, RecordTypes, RecordNames);
+INSTANTIATE_TYPED_TEST_SUITE_P(Layout, AllRecords, LayoutRecordTypes, RecordNames);
+INSTANTIATE_TYPED_TEST_SUITE_P(FloatForms, AllRecords, FloatRecordTypes, RecordNames);
+
+TEST(RecordNamesOf, Templates) {
+    EXPECT_EQ(Rational<int64_t>::getRecordName(), "Rational{int64}");
+    EXPECT_EQ(Scalar<uint32_t>::getRecordName(), "Scalar{uint32}");
+    EXPECT_EQ(Vector2<uint64_t>::getRecordName(), "Vector2{uint64}");
+    EXPECT_EQ(Vector4<double>::getRecordName(), "Vector4{double}");
+    EXPECT_EQ(Matrix3x3<float>::getRecordName(), "Matrix3x3{float}");
+    EXPECT_EQ(Matrix4x4<double>::getRecordName(), "Matrix4x4{double}");
+    EXPECT_EQ(ExtRect<int32_t>::getRecordName(), "ExtRect{int32}");
+    EXPECT_EQ(ExtRect<int32_t>().getClassName(), "ExtRect{int32}");
+    EXPECT_EQ(ExtPositionX<float>::getRecordName(), "ExtPositionX{float}");
+}
+
+TEST(RecordKeys, FollowTheTables) {
+    auto keysOf = [](auto p_record) {
+        std::vector<std::string> keys;
+        test::collectKeys<decltype(p_record)>(keys);
+        return keys;
+    };
+    typedef std::vector<std::string> Keys;
+    EXPECT_EQ(keysOf(Rational<int32_t>()), (Keys{"n", "d"}));
+    EXPECT_EQ(keysOf(Complex<float>()), (Keys{"r", "i"}));
+    EXPECT_EQ(keysOf(Scalar<float>()), (Keys{"v"}));
+    EXPECT_EQ(keysOf(Vector4<float>()), (Keys{"x", "y", "z", "w"}));
+    EXPECT_EQ(keysOf(Matrix3x3<float>()), (Keys{"values"}));
+    EXPECT_EQ(keysOf(Matrix4x4<float>()), (Keys{"values"}));
+    EXPECT_EQ(keysOf(RectSize<float>()), (Keys{"width", "height"}));
+    EXPECT_EQ(keysOf(Rect<float>()), (Keys{"x", "y", "width", "height"}));
+    EXPECT_EQ(keysOf(BoxSize<float>()), (Keys{"width", "height", "depth"}));
+    EXPECT_EQ(keysOf(Box<float>()), (Keys{"x", "y", "z", "width", "height", "depth"}));
+    EXPECT_EQ(keysOf(ExtPositionX<float>()), (Keys{"x", "xAnchor"}));
+    EXPECT_EQ(keysOf(ExtPositionY<float>()), (Keys{"y", "yAnchor"}));
+    EXPECT_EQ(keysOf(ExtPositionZ<float>()), (Keys{"z", "zAnchor"}));
+    EXPECT_EQ(keysOf(ExtDimensionWidth<float>()), (Keys{"width", "widthAnchor"}));
+    EXPECT_EQ(keysOf(ExtDimensionHeight<float>()), (Keys{"height", "heightAnchor"}));
+    EXPECT_EQ(keysOf(ExtDimensionDepth<float>()), (Keys{"depth", "depthAnchor"}));
+    EXPECT_EQ(keysOf(ExtVector2<float>()), (Keys{"x", "y", "xAnchor", "yAnchor"}));
+    EXPECT_EQ(keysOf(ExtVector3<float>()), (Keys{"x", "y", "z", "xAnchor", "yAnchor", "zAnchor"}));
+    EXPECT_EQ(keysOf(ExtRect<float>()),
+              (Keys{"x", "y", "width", "height", "xAnchor", "yAnchor", "widthAnchor", "heightAnchor", "minWidth",
+                    "maxWidth", "minHeight", "maxHeight", "x", "y", "xAnchor", "yAnchor"}));
+    EXPECT_EQ(keysOf(ExtBox<float>()),
+              (Keys{"x",        "y",        "z",         "width",       "height",       "depth",
+                    "xAnchor",  "yAnchor",  "zAnchor",   "widthAnchor", "heightAnchor", "depthAnchor",
+                    "minWidth", "maxWidth", "minHeight", "maxHeight",   "minDepth",     "maxDepth",
+                    "x",        "y",        "z",         "xAnchor",     "yAnchor",      "zAnchor"}));
+}
+
+TEST(RecordPaths, ReachAWholeRecordInsideAnother) {
+    ExtRect<float> record;
+    VariableReference* reference = record.getVariableReferenceByPath("origin");
+    ASSERT_NE(reference, nullptr);
+    EXPECT_EQ(reference->getType(), ZYR_VARIABLE_EXT_VECTOR2_FLOAT);
+    EXPECT_EQ(reference->changeValueExtVector2Float(
+                  ExtVector2<float>(Vector2<float>(3, 4), ZYR_POSITION_X_CENTER, ZYR_POSITION_Y_BOTTOM)),
+              1);
+    EXPECT_EQ(record.origin.y, 4);
+    EXPECT_EQ(record.origin.yAnchor, ZYR_POSITION_Y_BOTTOM);
+    reference->release();
+}
+
+TEST(RecordPaths, GoThroughSeveralLevels) {
+    ExtBox<double> record;
+    VariableReference* reference = record.getVariableReferenceByPath("origin.z");
+    ASSERT_NE(reference, nullptr);
+    EXPECT_EQ(reference->getPointer(), &record.origin.z);
+    reference->release();
+    EXPECT_EQ(record.getVariableReferenceByPath("origin.z.z"), nullptr);
+    EXPECT_EQ(record.getVariableReferenceByPath("origin..z"), nullptr);
+    EXPECT_EQ(record.getVariableReferenceByPath("a..b"), nullptr);
+}
+
+TEST(RecordDefaults, FollowTheTables) {
+    EXPECT_EQ(ExtDimensionWidth<float>().widthAnchor, 8);
+    EXPECT_EQ(ExtDimensionHeight<double>().heightAnchor, 8);
+    EXPECT_EQ(ExtDimensionDepth<float>().depthAnchor, 8);
+    EXPECT_EQ(ExtDimensionWidth<float>().width, 0);
+    EXPECT_EQ(ExtPositionX<float>().xAnchor, 0);
+    EXPECT_EQ(ExtRect<int32_t>().minWidth, 0);
+    EXPECT_EQ(ExtRect<int32_t>().maxWidth, 65536);
+    EXPECT_EQ(ExtRect<int64_t>().maxHeight, 65536);
+    EXPECT_EQ(ExtRect<float>().maxWidth, 65536);
+    EXPECT_EQ(ExtRect<double>().maxHeight, 65536);
+    EXPECT_EQ(ExtRect<double>().widthAnchor, 0);
+    EXPECT_EQ(ExtBox<float>().maxWidth, 65535);
+    EXPECT_EQ(ExtBox<float>().maxHeight, 65535);
+    EXPECT_EQ(ExtBox<double>().maxDepth, 65535);
+    EXPECT_EQ(ExtBox<double>().minDepth, 0);
+    Matrix4x4<float> matrix;
+    for (uint32_t i = 0; i < 16; ++i) {
+        EXPECT_EQ(matrix.getValue(i), i % 5 == 0 ? 1 : 0);
+    }
+}
+
+/// Where a member stands in a record; these derive from each other, so offsetof is not for them.
+template <class R, class M> static ptrdiff_t getOffset(M R::*p_member) {
+    R record;
+    return reinterpret_cast<char*>(&(record.*p_member)) - reinterpret_cast<char*>(&record);
+}
+
+TEST(RecordSizes, AreThoseOfSeparatelyBuiltModules) {
+    EXPECT_EQ(sizeof(ExtPositionX<float>), 5u);
+    EXPECT_EQ(sizeof(ExtDimensionDepth<double>), 9u);
+    EXPECT_EQ(sizeof(ExtVector3<double>), 27u);
+    EXPECT_EQ(sizeof(ExtRect<int32_t>), 46u);
+    EXPECT_EQ(sizeof(ExtRect<int64_t>), 86u);
+    EXPECT_EQ(sizeof(ExtBox<float>), 69u);
+    EXPECT_EQ(sizeof(ExtBox<double>), 129u);
+    EXPECT_EQ(getOffset(&ExtRect<float>::xAnchor), 16);
+    EXPECT_EQ(getOffset(&ExtRect<float>::minWidth), 20);
+    EXPECT_EQ(getOffset(&ExtRect<float>::origin), 36);
+    EXPECT_EQ(getOffset(&ExtBox<float>::minWidth), 30);
+    EXPECT_EQ(getOffset(&ExtBox<float>::origin), 54);
+}
+
+TEST(MatrixStreaming, WritesItsValuesInRowsOfItsSize) {
+    Matrix3x3<float> small;
+    Matrix4x4<double> large;
+    test::RecordingSerializer serializer(test::RecordingSerializer::c_text);
+    bool_t result = 0;
+    EXPECT_EQ(small.writeSerialized(&serializer, 0, result), 1);
+    EXPECT_EQ(large.writeSerialized(&serializer, 0, result), 1);
+    EXPECT_EQ(serializer.m_calls,
+              (test::Calls{"writeFloatArray values [1,0,0,0,1,0,0,0,1] rows of 3 element",
+                           "writeDoubleArray values [1,0,0,0,0,1,0,0,0,0,1,0,0,0,0,1] rows of 4 element"}));
+}
+
+} // namespace zyr
