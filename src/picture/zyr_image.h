@@ -31,7 +31,7 @@ enum InterpolationEnum : uint8_t;
 /// How a picture is made smaller.
 enum SubsamplingEnum : uint32_t {
     ZYR_SUBSAMPLING_NONE = 0, ///< Each target pixel comes from the source pixels around its centre.
-    ZYR_SUBSAMPLING_BOX = 1   ///< Each target pixel is the mean of the source pixels that it covers.
+    ZYR_SUBSAMPLING_BOX = 1   ///< Each target pixel is the mean of the source pixels that it covers, one at least.
 };
 
 class IImage : public IObject {

@@ -49,6 +49,13 @@ bool cutParts(PixelArea& p_target, int64_t p_x, int64_t p_y, PixelArea& p_source
 
 } // namespace
 
+StretchFilter getStretchFilter(InterpolationEnum p_interpolation, SubsamplingEnum p_subsampling) {
+    if (p_interpolation == ZYR_INTERPOLATION_NEAREST) {
+        return StretchFilter::nearest;
+    }
+    return p_subsampling == ZYR_SUBSAMPLING_BOX ? StretchFilter::box : StretchFilter::bilinear;
+}
+
 ImageView::ImageView(const IImage* p_image) {
     PixelLayout layout;
     if (p_image == nullptr || p_image->getData() == nullptr || !getPixelLayout(p_image->getFormat(), layout)) {
@@ -142,8 +149,7 @@ bool_t ImageLevel::stretch(IImage* p_dst, InterpolationEnum p_interpolation, Sub
     if (!source.isUsable() || !target.canBeWritten() || p_dst->getData() == m_data) {
         return 0;
     }
-    return stretchPixels(source.getArea(), target.getArea(), p_interpolation == ZYR_INTERPOLATION_NEAREST,
-                         p_subsampling == ZYR_SUBSAMPLING_BOX);
+    return stretchPixels(source.getArea(), target.getArea(), getStretchFilter(p_interpolation, p_subsampling));
 }
 
 bool_t ImageLevel::compare(const IImage* p_image) const {

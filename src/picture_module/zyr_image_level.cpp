@@ -14,7 +14,7 @@ namespace zyr {
 
 namespace {
 
-/// What libyuv scales at most.
+/// Keeps all sums within 32 bits, and far beyond what codecs take.
 constexpr uint32_t largestSide = 32768;
 /// Bytes behind the picture that wide stores may touch.
 constexpr size_t storageSlack = 64;
@@ -212,8 +212,7 @@ bool_t ImageLevel::changeSize(uint32_t p_width, uint32_t p_height, bool_t p_stre
     const PixelArea& area = source.getArea();
     const PixelArea target = getStorageArea(storage);
     if (p_stretch) {
-        if (!stretchPixels(area, target, p_interpolation == ZYR_INTERPOLATION_NEAREST,
-                           p_subsampling == ZYR_SUBSAMPLING_BOX)) {
+        if (!stretchPixels(area, target, getStretchFilter(p_interpolation, p_subsampling))) {
             givePictureBlockBack(storage.m_block);
             return 0;
         }

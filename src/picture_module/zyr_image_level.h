@@ -26,6 +26,9 @@ private:
     uint8_t m_colors[256 * 4];
 };
 
+/// Nearest comes before everything; then a box where it is asked for, else bilinear.
+StretchFilter getStretchFilter(InterpolationEnum p_interpolation, SubsamplingEnum p_subsampling);
+
 /// See IImage for the operations. The pixels live in recycled blocks with even width and height and some bytes behind.
 class ImageLevel : public ObjectImplementation<IImage> {
 public:

@@ -1,7 +1,5 @@
 #include "picture_module/zyr_pixel_area.h"
 
-#include "picture_module/zyr_picture_memory.h"
-
 #include <libyuv.h>
 
 #include <cstring>
@@ -229,45 +227,6 @@ void mirrorPixels(const PixelArea& p_source, const PixelArea& p_target, bool p_h
             libyuv::MirrorPlane(source, pitch, target, targetPitch, width, 1);
         }
     }
-}
-
-bool stretchPixels(const PixelArea& p_source, const PixelArea& p_target, bool p_nearest, bool p_box) {
-    const libyuv::FilterMode filter =
-        p_nearest ? libyuv::kFilterNone : (p_box ? libyuv::kFilterBox : libyuv::kFilterBilinear);
-    const int sourceWidth = static_cast<int>(p_source.m_width);
-    const int sourceHeight = static_cast<int>(p_source.m_height);
-    const int targetWidth = static_cast<int>(p_target.m_width);
-    const int targetHeight = static_cast<int>(p_target.m_height);
-    if (p_source.m_format == p_target.m_format && p_source.m_layout.m_size == 4) {
-        return libyuv::ARGBScale(p_source.m_data, static_cast<int>(p_source.m_pitch), sourceWidth, sourceHeight,
-                                 p_target.m_data, static_cast<int>(p_target.m_pitch), targetWidth, targetHeight,
-                                 filter) == 0;
-    }
-    if (p_source.m_format == p_target.m_format && p_source.m_layout.m_size == 1 && !p_source.m_layout.m_isIndexed) {
-        libyuv::ScalePlane(p_source.m_data, static_cast<int>(p_source.m_pitch), sourceWidth, sourceHeight,
-                           p_target.m_data, static_cast<int>(p_target.m_pitch), targetWidth, targetHeight, filter);
-        return true;
-    }
-    PixelArea words[2] = {p_source, p_target};
-    PictureBlock blocks[2];
-    for (uint32_t i = 0; i < 2; ++i) {
-        words[i].m_format = ZYR_PIXEL_FORMAT_RGBA_8;
-        getPixelLayout(words[i].m_format, words[i].m_layout);
-        words[i].m_pitch = words[i].m_width * 4;
-        blocks[i] = takePictureBlock(size_t{words[i].m_pitch} * words[i].m_height);
-        words[i].m_data = blocks[i].m_data;
-    }
-    bool isDone = words[0].m_data != nullptr && words[1].m_data != nullptr;
-    if (isDone) {
-        copyPixels(p_source, words[0]);
-        isDone = stretchPixels(words[0], words[1], p_nearest, p_box);
-    }
-    if (isDone) {
-        copyPixels(words[1], p_target);
-    }
-    givePictureBlockBack(blocks[0]);
-    givePictureBlockBack(blocks[1]);
-    return isDone;
 }
 
 void clearPixels(const PixelArea& p_area) {

@@ -55,8 +55,15 @@ void copyPixels(const PixelArea& p_source, const PixelArea& p_target);
 bool arePixelsEqual(const PixelArea& p_first, const PixelArea& p_second);
 /// Mirrors into an area of the same size and format elsewhere.
 void mirrorPixels(const PixelArea& p_source, const PixelArea& p_target, bool p_horizontal, bool p_vertical);
-/// Resizes into an area of any size and format elsewhere. False when there is no memory or the sizes are beyond libyuv.
-bool stretchPixels(const PixelArea& p_source, const PixelArea& p_target, bool p_nearest, bool p_box);
+/// How a picture is resized.
+enum class StretchFilter {
+    nearest,  ///< The source pixel at the centre of the target pixel.
+    bilinear, ///< Between the four source pixels around it.
+    box       ///< The mean of the source pixels that the target pixel covers, one at least on each axis.
+};
+
+/// Resizes into an area of any size and format elsewhere. False when there is no memory.
+bool stretchPixels(const PixelArea& p_source, const PixelArea& p_target, StretchFilter p_filter);
 /// Writes zeros.
 void clearPixels(const PixelArea& p_area);
 /// Blends a color through a mask of the same size.
