@@ -1,3 +1,4 @@
+#include "support/zyr_recording_serializer.h"
 #include "zyr_common/colour/zyr_color.h"
 #include "zyr_common/text/zyr_string.h"
 #include "zyr_common/variable/zyr_variable_reference.h"
@@ -105,4 +106,26 @@ TYPED_TEST(ColorTest, PathsReachTheFields) {
     }
     ColorRGB<TypeParam> rgb;
     EXPECT_EQ(rgb.getVariableReferenceByPath("a"), nullptr);
+}
+
+TYPED_TEST(ColorTest, StreamsHaveTheFieldsUnderTheirKeys) {
+    ColorRGBAStop<TypeParam> stop(ColorRGBA<TypeParam>(0.25, 0.5, 0.75, 1), 0.125);
+    test::RecordingSerializer serializer(test::RecordingSerializer::c_binary);
+    bool_t result = 0;
+    ASSERT_TRUE(stop.writeSerialized(&serializer, 0, result));
+    const std::string operation = sizeof(TypeParam) == 4 ? "writeFloat " : "writeDouble ";
+    EXPECT_EQ(serializer.m_calls,
+              (test::Calls{"beginStructure color 0", operation + "r 0.25 attribute", operation + "g 0.5 attribute",
+                           operation + "b 0.75 attribute", operation + "a 1 attribute", "endStructure",
+                           operation + "offset 0.125 attribute"}));
+    test::RecordingDeserializer deserializer(serializer.m_root);
+    ColorRGBAStop<TypeParam> back;
+    ASSERT_TRUE(back.readSerialized(&deserializer));
+    EXPECT_TRUE(back.color == stop.color);
+    EXPECT_EQ(back.offset, stop.offset);
+    ColorRGB<TypeParam> rgb(1, 2, 3);
+    test::RecordingSerializer text(test::RecordingSerializer::c_text);
+    ASSERT_TRUE(rgb.writeSerialized(&text, 0, result));
+    EXPECT_EQ(text.m_calls,
+              (test::Calls{operation + "r 1 attribute", operation + "g 2 attribute", operation + "b 3 attribute"}));
 }

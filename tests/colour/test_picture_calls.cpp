@@ -1,4 +1,5 @@
 #include "picture/zyr_codec_enums.h"
+#include "support/zyr_invariant.h"
 #include "zyr_common/application/zyr_application_data.h"
 #include "zyr_common/colour/zyr_picture_calls.h"
 
@@ -84,6 +85,7 @@ TEST_F(PictureCalls, RefuseWhenTheTableIsEmpty) {
     EXPECT_EQ(callRGBToYUV(), 0);
     EXPECT_EQ(callYUVToRGB(), 0);
     const std::string output = testing::internal::GetCapturedStdout();
+    EXPECT_THAT(output, HasSubstr(" WARN  common bool_t zyr::zyr_picture_convertRGBToYUV(uint32_t, uint32_t, "));
     EXPECT_THAT(output, HasSubstr("Function pointer convertRGBToYUV is NULL, unable to execute. Return FALSE\n"));
     EXPECT_THAT(output, HasSubstr("Function pointer convertYUVToRGB is NULL, unable to execute. Return FALSE\n"));
 }
@@ -115,6 +117,8 @@ TEST_F(PictureCalls, EndTheProcessWithoutATable) {
         m_appData->m_picture = nullptr;
         p_call();
     };
-    EXPECT_EXIT(call(&callRGBToYUV), testing::ExitedWithCode(0), "");
-    EXPECT_EXIT(call(&callYUVToRGB), testing::ExitedWithCode(0), "");
+    ZYR_EXPECT_INVARIANT(call(&callRGBToYUV), "ERROR common bool_t zyr::zyr_picture_convertRGBToYUV.* - "
+                                              "assert\\(appData->m_picture != NULL\\)");
+    ZYR_EXPECT_INVARIANT(call(&callYUVToRGB), "ERROR common bool_t zyr::zyr_picture_convertYUVToRGB.* - "
+                                              "assert\\(appData->m_picture != NULL\\)");
 }

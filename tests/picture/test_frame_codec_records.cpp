@@ -1,7 +1,8 @@
-#include "picture/virtual_slots.h"
 #include "picture/zyr_frame_codec_info.h"
 #include "picture/zyr_frame_codec_proposal.h"
 #include "picture/zyr_frame_codec_request.h"
+#include "support/binary_layout.h"
+#include "support/zyr_recording_serializer.h"
 #include "zyr_common/object/zyr_type_names.h"
 
 #include <gmock/gmock.h>
@@ -12,7 +13,6 @@
 
 using namespace zyr;
 using testing::ElementsAre;
-using virtual_slots::slotOf;
 
 namespace {
 
@@ -121,17 +121,17 @@ TEST(FrameCodecInfo, ListsItsFieldsInOrderWithoutGaps) {
 }
 
 TEST(FrameCodecRecords, HaveTheirOperationsInSlotOrder) {
-    EXPECT_EQ(slotOf(&RefCountedData::clone), 2u);
-    EXPECT_EQ(slotOf(&RefCountedData::addRef), 3u);
-    EXPECT_EQ(slotOf(&RefCountedData::release), 4u);
-    EXPECT_EQ(slotOf(&FrameCodecRequest::readSerialized), 5u);
-    EXPECT_EQ(slotOf(&FrameCodecRequest::writeSerialized), 6u);
-    EXPECT_EQ(slotOf(&FrameCodecRequest::filterWithCodecInfo), 7u);
-    EXPECT_EQ(slotOf(&FrameCodecProposal::readSerialized), 5u);
-    EXPECT_EQ(slotOf(&FrameCodecProposal::writeSerialized), 6u);
-    EXPECT_EQ(slotOf(&FrameCodecProposal::matchWithCodecRequest), 7u);
-    EXPECT_EQ(slotOf(&FrameCodecInfo::readSerialized), 5u);
-    EXPECT_EQ(slotOf(&FrameCodecInfo::writeSerialized), 6u);
+    EXPECT_EQ(getSlot(&RefCountedData::clone), 2u);
+    EXPECT_EQ(getSlot(&RefCountedData::addRef), 3u);
+    EXPECT_EQ(getSlot(&RefCountedData::release), 4u);
+    EXPECT_EQ(getSlot(&FrameCodecRequest::readSerialized), 5u);
+    EXPECT_EQ(getSlot(&FrameCodecRequest::writeSerialized), 6u);
+    EXPECT_EQ(getSlot(&FrameCodecRequest::filterWithCodecInfo), 7u);
+    EXPECT_EQ(getSlot(&FrameCodecProposal::readSerialized), 5u);
+    EXPECT_EQ(getSlot(&FrameCodecProposal::writeSerialized), 6u);
+    EXPECT_EQ(getSlot(&FrameCodecProposal::matchWithCodecRequest), 7u);
+    EXPECT_EQ(getSlot(&FrameCodecInfo::readSerialized), 5u);
+    EXPECT_EQ(getSlot(&FrameCodecInfo::writeSerialized), 6u);
 }
 
 TEST(FrameCodecRecords, HaveTheirTypeNames) {
@@ -205,4 +205,169 @@ TEST(FrameCodecInfo, CopiesReplaceTheSetsAndKeepTheirOrder) {
     EXPECT_EQ(target.multiSlice, source.multiSlice);
     target = target;
     EXPECT_THAT(values(target.colorSpaces), ElementsAre(3, 5, 2));
+}
+
+namespace {
+
+using zyr::test::Calls;
+using zyr::test::RecordingDeserializer;
+using zyr::test::RecordingSerializer;
+
+/// The keys of the calls that write, in order, with the operation in front.
+Calls getWrites(const RecordingSerializer& p_serializer) {
+    Calls writes;
+    for (const std::string& call : p_serializer.m_calls) {
+        const size_t end = call.find(' ', call.find(' ') + 1);
+        writes.push_back(call.substr(0, end));
+    }
+    return writes;
+}
+
+/// What a record of features writes: texts, enumerations and truth values.
+template <class R> Calls getExpectedWrites() {
+    Calls writes;
+    zyr_forEachField<R>([&](const auto& p_field) {
+        using M = typename std::decay_t<decltype(p_field)>::Member;
+        const char* operation = std::is_same_v<M, String> ? "writeString "
+                                : std::is_enum_v<M>       ? "writeEnum "
+                                : sizeof(M) == 8          ? "writeUInt64 "
+                                                          : "writeBool ";
+        writes.push_back(std::string(operation) + p_field.m_key);
+    });
+    return writes;
+}
+
+template <class R> void write(R& p_record, RecordingSerializer& p_serializer) {
+    bool_t result = 0;
+    EXPECT_EQ(p_record.writeSerialized(&p_serializer, 0, result), 1);
+    EXPECT_EQ(result, 1);
+}
+
+} // namespace
+
+TYPED_TEST(FrameCodecFeatureRecord, WritesItsFieldsInOrderOnceInBothKindsOfFormats) {
+    for (RecordingSerializer::Kind kind : {RecordingSerializer::c_text, RecordingSerializer::c_binary}) {
+        TypeParam record;
+        RecordingSerializer serializer(kind);
+        write(record, serializer);
+        EXPECT_EQ(getWrites(serializer), getExpectedWrites<TypeParam>());
+    }
+}
+
+TYPED_TEST(FrameCodecFeatureRecord, SurvivesAStream) {
+    TypeParam record;
+    fill(record);
+    record.rating = ZYR_CODEC_RATING_ULTRA_FAST;
+    // Numbers that no text stands for would not come back from a text format.
+    uint32_t number = 0;
+    zyr_forEachField<TypeParam>([&](const auto& p_field) {
+        auto& value = record.*p_field.m_member;
+        using M = std::decay_t<decltype(value)>;
+        if constexpr (std::is_same_v<M, RequestTypeEnum> || std::is_same_v<M, ProposalTypeEnum>) {
+            value = static_cast<M>(number++ % 3);
+        } else if constexpr (std::is_same_v<M, bool_t>) {
+            value = number % 2;
+        }
+    });
+    RecordingSerializer serializer(RecordingSerializer::c_text);
+    write(record, serializer);
+    RecordingDeserializer deserializer(serializer.m_root);
+    TypeParam back;
+    ASSERT_EQ(back.readSerialized(&deserializer), 1);
+    zyr_forEachField<TypeParam>(
+        [&](const auto& p_field) { EXPECT_TRUE(back.*p_field.m_member == record.*p_field.m_member) << p_field.m_key; });
+}
+
+TEST(FrameCodecRequest, WritesTheTextsOfItsEnumerations) {
+    FrameCodecRequest request;
+    request.codecName = "vp9";
+    request.rating = ZYR_CODEC_RATING_NORMAL;
+    request.planesModel420 = ZYR_REQUEST_MANDATORY_16;
+    request.planesModelYUV = 1;
+    RecordingSerializer serializer(RecordingSerializer::c_text);
+    write(request, serializer);
+    EXPECT_EQ(serializer.m_calls[0], "writeString codecName 'vp9' attribute");
+    EXPECT_EQ(serializer.m_calls[4], "writeEnum rating 5=NORMAL attribute");
+    EXPECT_EQ(serializer.m_calls[6], "writeEnum planesModel420 34=MANDATORY_16 attribute");
+    EXPECT_EQ(serializer.m_calls[11], "writeBool planesModelYUV 1 attribute");
+}
+
+TEST(FrameCodecInfo, WritesItsSetsAsElementsInTheSecondPass) {
+    FrameCodecInfo info;
+    for (uint32_t value : {3u, 5u, 2u}) {
+        info.colorSpaces.pushBack(static_cast<ColorSpaceEnum>(value), nullptr);
+    }
+    RecordingSerializer text(RecordingSerializer::c_text);
+    write(info, text);
+    EXPECT_EQ(getWrites(text),
+              (Calls{"writeString codecName", "writeString codecImplementation", "writeString codecOptions",
+                     "writeString hardwareDeviceName", "writeEnum rating", "writeUInt64 adapterID",
+                     "writeBool variableQuality", "writeBool video", "writeBool lossless", "writeBool packedBlocks",
+                     "writeBool multiSlice", "writeEnumArray planesModels", "writeEnumArray colorSpaces",
+                     "writeEnumArray codecProfiles", "writeEnumArray compressions"}));
+    RecordingSerializer binary(RecordingSerializer::c_binary);
+    write(info, binary);
+    EXPECT_EQ(getWrites(binary),
+              (Calls{"writeString codecName", "writeString codecImplementation", "writeString codecOptions",
+                     "writeString hardwareDeviceName", "writeEnum rating", "writeUInt64 adapterID",
+                     "writeEnumArray planesModels", "writeEnumArray colorSpaces", "writeEnumArray codecProfiles",
+                     "writeBool variableQuality", "writeBool video", "writeBool lossless", "writeBool packedBlocks",
+                     "writeBool multiSlice", "writeEnumArray compressions"}));
+}
+
+TEST(FrameCodecInfo, StreamKeepsTheOrderOfItsSets) {
+    FrameCodecInfo info;
+    for (uint32_t value : {3u, 5u, 2u}) {
+        info.colorSpaces.pushBack(static_cast<ColorSpaceEnum>(value), nullptr);
+    }
+    info.codecProfiles.pushBack(ZYR_CODEC_PROFILE_HIGH, nullptr);
+    info.adapterID = ~0ull;
+    RecordingSerializer serializer(RecordingSerializer::c_text);
+    write(info, serializer);
+    RecordingDeserializer deserializer(serializer.m_root);
+    FrameCodecInfo back;
+    ASSERT_EQ(back.readSerialized(&deserializer), 1);
+    EXPECT_THAT(values(back.colorSpaces), ElementsAre(3, 5, 2));
+    EXPECT_THAT(values(back.codecProfiles), ElementsAre(3));
+    EXPECT_TRUE(back.planesModels.isEmpty());
+    EXPECT_EQ(back.adapterID, ~0ull);
+}
+
+TEST(FrameCodecInfo, ReadingKeepsPresentElementsAhead) {
+    FrameCodecInfo info;
+    for (uint32_t value : {3u, 5u, 2u}) {
+        info.colorSpaces.pushBack(static_cast<ColorSpaceEnum>(value), nullptr);
+    }
+    RecordingSerializer serializer(RecordingSerializer::c_binary);
+    write(info, serializer);
+    RecordingDeserializer deserializer(serializer.m_root);
+    FrameCodecInfo back;
+    back.colorSpaces.pushBack(ZYR_COLOR_SPACE_BT_709, nullptr);
+    back.colorSpaces.pushBack(ZYR_COLOR_SPACE_BT_601, nullptr);
+    ASSERT_EQ(back.readSerialized(&deserializer), 1);
+    EXPECT_THAT(values(back.colorSpaces), ElementsAre(4, 2, 3, 5));
+}
+
+TEST(FrameCodecInfo, ReadingStopsAtTheFirstFailure) {
+    FrameCodecInfo info;
+    info.codecName = "vp9";
+    info.video = 1;
+    RecordingSerializer serializer(RecordingSerializer::c_binary);
+    write(info, serializer);
+    RecordingDeserializer deserializer(serializer.m_root);
+    deserializer.m_failures.insert("readEnum rating");
+    FrameCodecInfo back;
+    EXPECT_EQ(back.readSerialized(&deserializer), 0);
+    EXPECT_STREQ(back.codecName.getData(), "vp9");
+    EXPECT_EQ(back.video, 0);
+}
+
+TEST(FrameCodecInfo, WritingStopsAtTheFirstFailure) {
+    FrameCodecInfo info;
+    RecordingSerializer serializer(RecordingSerializer::c_binary);
+    serializer.m_failures.insert("writeUInt64 adapterID");
+    bool_t result = 1;
+    EXPECT_EQ(info.writeSerialized(&serializer, 0, result), 0);
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(serializer.m_calls.size(), 6u);
 }

@@ -1,23 +1,11 @@
-/// Looks at virtual tables: the slot behind a pointer to a member, and an object whose every slot records its call.
+/// An object whose every slot records its call, with up to eight arguments.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <utility>
 
 namespace virtual_slots {
-
-/// Slot number of a virtual operation, as the platform's pointers to members hold it.
-template <typename Member> size_t slotOf(Member p_member) {
-    uintptr_t words[2];
-    static_assert(sizeof(p_member) == sizeof(words));
-    memcpy(words, &p_member, sizeof(words));
-#ifdef __aarch64__
-    return (words[1] & 1) != 0 ? words[0] / sizeof(void*) : SIZE_MAX;
-#else
-    return (words[0] & 1) != 0 ? (words[0] - 1) / sizeof(void*) : SIZE_MAX;
-#endif
-}
 
 template <typename R, typename C, typename... A> constexpr size_t argumentsOf(R (C::*)(A...)) {
     return sizeof...(A);
