@@ -1,6 +1,7 @@
 /// A host with the core module, as tests see it.
 #pragma once
 
+#include "support/zyr_ignore_leaks.h"
 #include "support/zyr_logged_application.h"
 #include "zyr_common/object/zyr_factories.h"
 
@@ -15,13 +16,13 @@ protected:
     using Prepare = void (*)(ApplicationData*);
 
     CoreModuleTest() {
+        const IgnoreLeaks ignoreLeaks; // The module's texts and allocator that are never destroyed.
         m_handle = dlopen(ZYR_CORE_MODULE, RTLD_NOW | RTLD_LOCAL);
         if (m_handle == nullptr) {
             ADD_FAILURE() << dlerror();
             abort();
         }
         m_prepare = reinterpret_cast<Prepare>(dlsym(m_handle, "zyr_core_prepare"));
-        m_application = new LoggedApplication;
     }
     ~CoreModuleTest() override {
         delete m_application;
@@ -32,6 +33,7 @@ protected:
 
     /// Brings the common library and the module up.
     void initialize() {
+        const IgnoreLeaks ignoreLeaks;
         ASSERT_TRUE(getData()->commonInitialize());
         m_prepare(getData());
         ASSERT_TRUE(getData()->coreInitialize());
@@ -39,7 +41,7 @@ protected:
 
     void* m_handle;
     Prepare m_prepare;
-    LoggedApplication* m_application;
+    LoggedApplication* m_application = new LoggedApplication;
 };
 
 /// The same with the module up.

@@ -1,4 +1,5 @@
 #include "modules/elf_symbols.h"
+#include "support/zyr_ignore_leaks.h"
 
 #include <dlfcn.h>
 #include <filesystem>
@@ -112,6 +113,7 @@ TEST_P(Modules, SharesNothingOfTheFrameworkWithOtherModules) {
 
 TEST_P(Modules, LoadsAndUnloadsTwice) {
     const std::set<std::string> exports = wordsOf(GetParam().m_exports);
+    const IgnoreLeaks ignoreLeaks;
     for (int round = 0; round < 2; round++) {
         void* handle = dlopen(GetParam().m_path, RTLD_NOW | RTLD_LOCAL);
         ASSERT_NE(handle, nullptr) << dlerror();

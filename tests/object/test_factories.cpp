@@ -8,6 +8,7 @@
 #include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <utility>
 
 namespace zyr {
 namespace {
@@ -195,7 +196,8 @@ TEST_F(Factories, NullResultEndsTheProcess) {
 TEST_F(Factories, MissingCoreTableEndsTheProcess) {
     EXPECT_EXIT(
         {
-            m_core->m_core = nullptr;
+            static CoreModuleTable* volatile kept = std::exchange(m_core->m_core, nullptr);
+            (void)kept;
             zyr_createObject<IObject>();
         },
         ExitedWithCode(0),

@@ -1,6 +1,7 @@
 #include "core_module/zyr_list_of_objects_implementation.h"
 #include "support/log/zyr_log_recorder.h"
 #include "support/zyr_fake_core.h"
+#include "support/zyr_ignore_leaks.h"
 #include "zyr_common/object/zyr_object_class.h"
 #include "zyr_common/services/zyr_format_info_implementation.h"
 
@@ -90,6 +91,7 @@ TEST_F(CreateObjects, ListHoldsTheOnlyReferences) {
 }
 
 TEST_F(CreateObjects, FromParentNameIsTheSameAndKeepsOneObject) {
+    const IgnoreLeaks ignoreLeaks;
     IListOfObjects* list = zyr_createObjectsFromParentName("Parent");
     ASSERT_NE(list, nullptr);
     EXPECT_THAT(namesOf(list), ElementsAre("Child2", "Child1"));

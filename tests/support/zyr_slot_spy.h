@@ -5,6 +5,8 @@
 ///     SlotSpy spy;
 ///     WImage* facade = spy.makeFacade<WImage>();
 ///     spy.expectForwarded(facade, &IImage::getWidth, 67);
+///
+/// Link zyr_test_slot_spy: the check that an object is of the class that it is used as has to be off.
 #pragma once
 
 #include "support/binary_layout.h"
