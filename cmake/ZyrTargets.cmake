@@ -17,15 +17,18 @@ function(zyr_sources target)
     endif()
 endfunction()
 
-# What the thread sanitizer's build makes: the threaded tests, and all modules and programs that tests load.
+# The modules and the host: what a run needs, without tests and benchmarks.
+add_custom_target(zyr_programs)
+# What the thread sanitizer's build makes: the threaded tests, and all that tests load.
 add_custom_target(zyr_threaded_tests)
+add_dependencies(zyr_threaded_tests zyr_programs)
 
 # zyr_add_module(target WORD <module word> OUTPUT <file name without .so> EXPORTS <plain names>... LIBRARIES <targets>...)
 # A module exports its plain entry points and the zyr_ functions of namespace zyr, and binds all else inside itself.
 function(zyr_add_module target)
     cmake_parse_arguments(ARG "" "WORD;OUTPUT" "EXPORTS;LIBRARIES" ${ARGN})
     add_library(${target} MODULE)
-    add_dependencies(zyr_threaded_tests ${target})
+    add_dependencies(zyr_programs ${target})
     # For the test that looks at every module.
     set_property(GLOBAL APPEND PROPERTY ZYR_MODULES ${target})
     set_target_properties(${target} PROPERTIES ZYR_EXPORTS "${ARG_EXPORTS}")
