@@ -258,6 +258,17 @@ TEST(HashMap, AMissGivesTheEnd) {
     EXPECT_EQ(map.findConst("a")->m_second, 1);
 }
 
+TEST(HashMap, IsFoundByHashAndPartsOfAKey) {
+    const Map map = makeMap({{"first", 1}, {"second", 2}});
+    const auto isSecond = [](const String& p_key) { return p_key == "second"; };
+    const uint32_t hash = Hash<String>()(String("second"));
+    ASSERT_NE(nullptr, map.findByHash(hash, isSecond));
+    EXPECT_EQ(2, map.findByHash(hash, isSecond)->m_second);
+    EXPECT_EQ(nullptr, map.findByHash(hash + 1, isSecond));
+    EXPECT_EQ(nullptr, map.findByHash(hash, [](const String&) { return false; }));
+    EXPECT_EQ(nullptr, Map().findByHash(hash, isSecond));
+}
+
 TEST(HashMap, StepsBackFromTheEndAndFromAFoundKey) {
     Map map = makeMap({{"a", 1}, {"b", 2}, {"c", 3}});
     Map::iterator position = map.end();

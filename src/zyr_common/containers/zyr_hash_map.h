@@ -159,6 +159,12 @@ public:
     /// 1 when the key is present, else 0.
     virtual size_t count(const K& p_key) const { return this->findEntry(p_key) != nullptr ? 1 : 0; }
 
+    /// Looks a key up by its parts, for callers who have these and not the key: the key's hash, and a predicate that
+    /// tells the key. Null when it is not there.
+    template <typename Predicate> const Entry* findByHash(uint32_t p_hash, const Predicate& p_isKey) const {
+        return this->findEntryIf(p_hash, p_isKey);
+    }
+
 private:
     static V& getDummy() {
         static V dummyT;

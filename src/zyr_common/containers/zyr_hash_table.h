@@ -61,17 +61,22 @@ protected:
         return m_buckets[p_hash & (m_numOfBuckets - 1)];
     }
 
-    Entry* findEntry(const K& p_key, uint32_t p_hash) const {
+    /// The entry of that hash whose key the predicate accepts, or null.
+    template <typename Predicate> Entry* findEntryIf(uint32_t p_hash, const Predicate& p_isKey) const {
         if (m_size == 0) {
             return nullptr;
         }
         for (const BucketNode* node = getBucket(p_hash).m_head; node != nullptr; node = node->m_next) {
             Entry* entry = node->m_item;
-            if (entry->m_hash == p_hash && m_equalFunction(entry->m_first, p_key)) {
+            if (entry->m_hash == p_hash && p_isKey(entry->m_first)) {
                 return entry;
             }
         }
         return nullptr;
+    }
+
+    Entry* findEntry(const K& p_key, uint32_t p_hash) const {
+        return findEntryIf(p_hash, [this, &p_key](const K& p_present) { return m_equalFunction(p_present, p_key); });
     }
 
     Entry* findEntry(const K& p_key) const { return m_size != 0 ? findEntry(p_key, m_hashFunction(p_key)) : nullptr; }

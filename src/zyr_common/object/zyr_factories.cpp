@@ -47,8 +47,12 @@ IObject* zyr_createObjectFromGUIDAndTypeName(const GUID_t& p_guid, const String&
         return nullptr;
     }
     appData->m_objectAllocatorLock.readLock();
-    auto it = appData->m_objectAllocatorsByGUID.find(Pair<GUID_t, String>(p_guid, p_typeName));
-    if (it == appData->m_objectAllocatorsByGUID.end()) {
+    // Frames are created this way all the time, and a key would need a copy of the name.
+    const uint32_t hash = Hash<GUID_t>()(p_guid) + Hash<String>()(p_typeName);
+    const auto* it = appData->m_objectAllocatorsByGUID.findByHash(hash, [&](const Pair<GUID_t, String>& p_key) {
+        return p_key.m_first == p_guid && p_key.m_second == p_typeName;
+    });
+    if (it == nullptr) {
         appData->m_objectAllocatorLock.unlock();
         return nullptr;
     }
