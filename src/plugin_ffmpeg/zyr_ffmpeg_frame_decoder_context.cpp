@@ -33,6 +33,14 @@ bool_t isPlanar420(const AVFrame& p_frame, uint32_t p_width, uint32_t p_height) 
            p_frame.linesize[2] > 0;
 }
 
+/// A damaged header can take a decoder's size away, and the VP9 decoder sets none again while that of the stream stays.
+void restoreSize(AVCodecContext& p_context, int p_width, int p_height) {
+    if (p_context.width == 0 || p_context.height == 0) {
+        p_context.width = p_context.coded_width = p_width;
+        p_context.height = p_context.coded_height = p_height;
+    }
+}
+
 IImage* createImage(uint32_t p_width, uint32_t p_height) {
     IImage* image = static_cast<IImage*>(
         zyr_createObjectFromGUIDAndTypeName(zyr_getInterfaceGUID<IImage>(), String::getConstEmpty()));
@@ -187,8 +195,11 @@ bool_t FFmpegFrameDecoderContext::decodePacket(const IPackedFrameData& p_frame) 
     const bool_t isEmpty = packedData == nullptr || packedData->getSize() == 0 || packedData->getData() == nullptr;
     packet->data = isEmpty ? noBytes : const_cast<uint8_t*>(packedData->getData());
     packet->size = isEmpty ? 0 : static_cast<int>(packedData->getSize());
+    const int width = m_codecContext->width;
+    const int height = m_codecContext->height;
     int result = avcodec_send_packet(m_codecContext, packet.get());
     packet.reset();
+    restoreSize(*m_codecContext, width, height);
     if (result < 0) {
         ZYR_LOG_WARN("Unable to send packet to ffmpeg decoder context with error:%s", FFmpegErrorText(result).get());
         // A packet with more than one picture left some in the decoder, which takes nothing new until they are out.
@@ -198,6 +209,7 @@ bool_t FFmpegFrameDecoderContext::decodePacket(const IPackedFrameData& p_frame) 
         return 0;
     }
     result = avcodec_receive_frame(m_codecContext, m_frame);
+    restoreSize(*m_codecContext, width, height);
     if (result < 0) {
         ZYR_LOG_WARN("Unable to decode frame with error:%s", FFmpegErrorText(result).get());
         return 0;

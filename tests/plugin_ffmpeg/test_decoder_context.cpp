@@ -277,6 +277,21 @@ TEST_F(DecoderContext, SurvivesForeignPackets) {
     }
 }
 
+TEST_F(DecoderContext, FindsItsSizeAgainAfterAKeyFrameOfAnImpossibleSize) {
+    const Bytes good = encodeStream(true, 64, 48, 1)[0];
+    Bytes damaged = good;
+    // Width and height of 65536, in 16 bits each from the middle of the fifth byte on.
+    damaged[4] |= 0x0F;
+    damaged[5] = damaged[6] = damaged[7] = 0xFF;
+    damaged[8] |= 0xF0;
+    DecodingStream stream(decoderInfo("vp9"));
+    EXPECT_TRUE(decode(stream, 64, 48, good));
+    EXPECT_FALSE(decode(stream, 64, 48, damaged));
+    takeLog();
+    EXPECT_TRUE(decode(stream, 64, 48, good));
+    EXPECT_EQ(Lines{}, takeLog());
+}
+
 TEST_F(DecoderContext, SaysThatAPacketHeldNoPicture) {
     DecodingStream stream(decoderInfo("mpeg1video"));
     const Bytes packet = encodeStream(false, 64, 48, 1)[0];
