@@ -1,8 +1,8 @@
 #include "picture_module/zyr_diffmap_level.h"
 
-#include "picture_module/zyr_byte_stream.h"
 #include "picture_module/zyr_image_state.h"
 #include "zyr_common/geometry/zyr_rect.h"
+#include "zyr_common/serialization/zyr_byte_stream.h"
 #include "zyr_common/serialization/zyr_record_walker.h"
 
 #include <climits>

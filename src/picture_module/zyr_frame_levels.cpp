@@ -1,10 +1,10 @@
 #include "picture_module/zyr_frame_levels.h"
 
-#include "picture_module/zyr_byte_stream.h"
 #include "picture_module/zyr_diffmap_level.h"
 #include "picture_module/zyr_image_level.h"
 #include "picture_module/zyr_image_state.h"
 #include "picture_module/zyr_references.h"
+#include "zyr_common/serialization/zyr_byte_stream.h"
 #include "zyr_common/serialization/zyr_record_walker.h"
 
 namespace zyr {

@@ -1,8 +1,8 @@
 #include "picture_module/zyr_palette_level.h"
 
-#include "picture_module/zyr_byte_stream.h"
 #include "picture_module/zyr_image_state.h"
 #include "picture_module/zyr_pixel_area.h"
+#include "zyr_common/serialization/zyr_byte_stream.h"
 #include "zyr_common/serialization/zyr_record_walker.h"
 
 #include <cstring>

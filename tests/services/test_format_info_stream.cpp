@@ -31,9 +31,9 @@ TEST_F(FormatInfoStream, BinaryFormatSeesEachFieldOnceFromTheBaseLevelOn) {
     EXPECT_TRUE(m_info->writeSerialized(&serializer, 0, result));
     EXPECT_TRUE(result);
     EXPECT_EQ(serializer.m_calls,
-              (Calls{"writeString formatName jpg attribute", "writeEnum accessType 1 attribute MEMORY",
-                     "writeString filePath a.jpg attribute", "writeBool readOnly 1 attribute",
-                     "writeUInt32Array originalFile 5 67305985 5"}));
+              (Calls{"writeString formatName 'jpg' attribute", "writeEnum accessType 1=MEMORY attribute",
+                     "writeString filePath 'a.jpg' attribute", "writeBool readOnly 1 attribute",
+                     "writeUInt32Array originalFile [5,67305985,5] element"}));
 }
 
 TEST_F(FormatInfoStream, TextFormatSeesAttributesThenElements) {
@@ -41,9 +41,9 @@ TEST_F(FormatInfoStream, TextFormatSeesAttributesThenElements) {
     bool_t result = 0;
     EXPECT_TRUE(m_info->writeSerialized(&serializer, 0, result));
     EXPECT_EQ(serializer.m_calls,
-              (Calls{"writeString formatName jpg attribute", "writeEnum accessType 1 attribute MEMORY",
-                     "writeString filePath a.jpg attribute", "writeBool readOnly 1 attribute",
-                     "writeUInt32Array originalFile 5 67305985 5"}));
+              (Calls{"writeString formatName 'jpg' attribute", "writeEnum accessType 1=MEMORY attribute",
+                     "writeString filePath 'a.jpg' attribute", "writeBool readOnly 1 attribute",
+                     "writeUInt32Array originalFile [5,67305985,5] element"}));
 }
 
 TEST_F(FormatInfoStream, HeaderPassDeclaresEachField) {

@@ -52,7 +52,7 @@ public:
 };
 #pragma pack(pop)
 
-/// Reads and writes the bytes of an original file: an array of 32-bit words, the first of which is the number of bytes.
+/// Read and write the bytes of an original file under their key.
 bool_t readOriginalFile(IDeserializer* p_deserializer, Array<unsigned char>& p_originalFile);
 bool_t writeOriginalFile(ISerializer* p_serializer, bool_t p_firstPass, bool_t p_headerPass,
                          const Array<unsigned char>& p_originalFile);

@@ -1,4 +1,4 @@
-#include "picture_module/zyr_byte_stream.h"
+#include "zyr_common/serialization/zyr_byte_stream.h"
 
 #include "zyr_common/memory/zyr_report.h"
 
