@@ -138,7 +138,7 @@ private:
 /// site passed.
 class RecordingDeserializer : public StubObject<IDeserializer> {
 public:
-    explicit RecordingDeserializer(const SerializedNode& p_root) : m_path{&p_root} {}
+    explicit RecordingDeserializer(const SerializedNode& p_root) : m_root(p_root), m_path{&m_root} {}
 
     Calls m_calls;
     std::set<std::string> m_failures;
@@ -200,6 +200,7 @@ private:
     bool_t readItems(const char* p_operation, const String& p_name, uint32_t& p_cache, Array<T>& p_value);
 
     String m_baseDirectory;
+    const SerializedNode m_root;
     std::vector<const SerializedNode*> m_path;
     std::vector<std::string> m_arrays;
 };
