@@ -111,7 +111,7 @@ TEST_F(UserAuthentication, FailsWhereTheTransactionCannotBegin) {
     hooks::g_failingPamCode = PAM_SYSTEM_ERR;
     EXPECT_EQ(authenticate(USER, "secret"), 0);
     expectFailureLine(PAM_SYSTEM_ERR);
-    EXPECT_EQ(hooks::g_pamCalls, (Lines{"start login zyrtester", "end 4"}));
+    EXPECT_EQ(hooks::g_pamCalls, (Lines{"start login zyrtester"})) << "there is no transaction to end";
     EXPECT_TRUE(takeLog().empty());
 }
 

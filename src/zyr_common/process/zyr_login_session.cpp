@@ -97,7 +97,9 @@ bool_t zyr_userAuthentication(const String& p_user, const String& p_password) {
     if (result != PAM_SUCCESS) {
         ZYR_LOG_DEBUG("Authentication failed with error:%s", pam_strerror(handle, result));
     }
-    pam_end(handle, result);
+    if (handle != nullptr) {
+        pam_end(handle, result);
+    }
     return result == PAM_SUCCESS;
 }
 
