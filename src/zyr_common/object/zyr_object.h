@@ -94,7 +94,8 @@ public:
     /// Instance GUID; all zero where the object has none.
     virtual const GUID_t& getGUID() const = 0;
     virtual void regenerateGUIDsWhereAvailable(bool_t p_deep) = 0;
-    /// Sets GUIDs that count upward from 1 within the process, so that two saves of equal objects can be compared.
+    /// Sets GUIDs that count upward behind the first half of the class GUID, so that two runs that make the same
+    /// objects can be compared.
     virtual void replaceGUIDsWithFakeCounterGUIDs(bool_t p_deep) = 0;
 
     /// Number of references besides the first owner's: 0 means one owner.

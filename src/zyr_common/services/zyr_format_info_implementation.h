@@ -60,7 +60,7 @@ bool_t writeOriginalFile(ISerializer* p_serializer, bool_t p_firstPass, bool_t p
 template <class Interface>
 class NativeFormatInfoImplementation
     : public StateLevel<DataFormatInfoImplementation<Interface>, INativeFormatInfo, NativeFormatInfoState> {
-    using Level = StateLevel<DataFormatInfoImplementation<Interface>, INativeFormatInfo, NativeFormatInfoState>;
+    using Base = StateLevel<DataFormatInfoImplementation<Interface>, INativeFormatInfo, NativeFormatInfoState>;
 
 public:
     NativeFormatAccessTypeEnum getAccessType() const override { return this->m_state.m_accessType; }
@@ -75,7 +75,7 @@ public:
     ILevelReserved* getNativeFormatInfoReserved() const override { return &m_nativeFormatInfoReserved; }
 
     void init_This() {
-        Level::init_This();
+        Base::init_This();
         m_originalFile.clear();
     }
     void copy_This(const INativeFormatInfo* p_src) {
@@ -85,10 +85,10 @@ public:
         setOriginalFile(*p_src->getOriginalFile());
     }
     bool_t readSerialized_This(IDeserializer* p_deserializer) {
-        return Level::readSerialized_This(p_deserializer) && readOriginalFile(p_deserializer, m_originalFile);
+        return Base::readSerialized_This(p_deserializer) && readOriginalFile(p_deserializer, m_originalFile);
     }
     bool_t writeSerialized_This(ISerializer* p_serializer, bool_t p_firstPass, bool_t p_headerPass, bool_t& p_result) {
-        p_result = Level::writeSerialized_This(p_serializer, p_firstPass, p_headerPass, p_result) &&
+        p_result = Base::writeSerialized_This(p_serializer, p_firstPass, p_headerPass, p_result) &&
                    writeOriginalFile(p_serializer, p_firstPass, p_headerPass, m_originalFile);
         return p_result;
     }
@@ -143,7 +143,7 @@ public:
 template <class Interface>
 class Lz4CompressionInfoImplementation
     : public StateLevel<CompressionInfoImplementation<Interface>, ILz4CompressionInfo, Lz4CompressionInfoState> {
-    using Level = StateLevel<CompressionInfoImplementation<Interface>, ILz4CompressionInfo, Lz4CompressionInfoState>;
+    using Base = StateLevel<CompressionInfoImplementation<Interface>, ILz4CompressionInfo, Lz4CompressionInfoState>;
 
 public:
     Lz4CompressionInfoImplementation() { this->setFormatName("lz4"); }
@@ -153,7 +153,7 @@ public:
     ILevelReserved* getLz4CompressionInfoReserved() const override { return &m_lz4CompressionInfoReserved; }
 
     void init_This() {
-        Level::init_This();
+        Base::init_This();
         this->setFormatName("lz4");
     }
     void copy_This(const ILz4CompressionInfo* p_src) { setAcceleration(p_src->getAcceleration()); }
@@ -179,7 +179,7 @@ public:
 template <class Interface>
 class ZipCompressionInfoImplementation
     : public StateLevel<CompressionInfoImplementation<Interface>, IZipCompressionInfo, ZipCompressionInfoState> {
-    using Level = StateLevel<CompressionInfoImplementation<Interface>, IZipCompressionInfo, ZipCompressionInfoState>;
+    using Base = StateLevel<CompressionInfoImplementation<Interface>, IZipCompressionInfo, ZipCompressionInfoState>;
 
 public:
     ZipCompressionInfoImplementation() { this->setFormatName("zip"); }
@@ -189,7 +189,7 @@ public:
     ILevelReserved* getZipCompressionInfoReserved() const override { return &m_zipCompressionInfoReserved; }
 
     void init_This() {
-        Level::init_This();
+        Base::init_This();
         this->setFormatName("zip");
     }
     void copy_This(const IZipCompressionInfo* p_src) { setLevel(p_src->getLevel()); }

@@ -81,9 +81,10 @@ public:
     LevelReserved(const LevelReserved&) = delete;
     LevelReserved& operator=(const LevelReserved&) = delete;
 
+    void init_This() override { m_level->Level::init_This(); }
+    void release_This() override { m_level->Level::release_This(); }
     // Those of these that `Reserved` declares are its virtual operations; the others are never called.
-    void init_This() { m_level->Level::init_This(); }
-    void release_This() { m_level->Level::release_This(); }
+    // NOLINTBEGIN(modernize-use-override)
     void copy_Backwards(const IObject* p_src) {
         copyLevels(*m_level, static_cast<const typename Level::LevelInterface*>(p_src));
     }
@@ -100,6 +101,7 @@ public:
     bool_t writeSerialized_This(ISerializer* p_serializer, bool_t p_firstPass, bool_t p_headerPass, bool_t& p_result) {
         return m_level->Level::writeSerialized_This(p_serializer, p_firstPass, p_headerPass, p_result);
     }
+    // NOLINTEND(modernize-use-override)
 
 protected:
     Level* m_level;
