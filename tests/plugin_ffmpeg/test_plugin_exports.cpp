@@ -95,8 +95,15 @@ TEST(PluginExports, KnowNoExtension) {
 
 TEST(PluginExports, AreTheTwelvePlainNamesAndTheLibrarysFunctions) {
     std::set<std::string> plainNames;
-    for (const std::string& line : runCommand("nm -DC --defined-only " ZYR_TEST_PLUGIN)) {
-        const std::string name = line.substr(line.find(' ', 17) + 1);
+    // "  12: 0000000000046133    13 FUNC    GLOBAL DEFAULT   12 name"; readelf knows the files of every machine.
+    for (const std::string& line : runCommand("readelf --dyn-syms -W -C " ZYR_TEST_PLUGIN)) {
+        char section[16];
+        int nameOffset = 0;
+        if (sscanf(line.c_str(), " %*d: %*x %*s %*s %*s %*s %15s %n", section, &nameOffset) != 1 ||
+            strcmp(section, "UND") == 0) {
+            continue;
+        }
+        const std::string name = line.substr(static_cast<size_t>(nameOffset));
         if (name.find('(') == std::string::npos) {
             plainNames.insert(name);
         } else {
@@ -212,6 +219,22 @@ TEST_F(FreshPlugin, InitializesDependenciesInOrderAndOnce) {
             printAndExit(data, areBothFine && isOrdered ? 3 : 4);
         },
         testing::ExitedWithCode(3), "^$");
+}
+
+TEST_F(FreshPlugin, IsUnloadedWhenItIsClosed) {
+    EXPECT_EXIT(
+        {
+            for (int i = 0; i < 2; i++) {
+                const PluginEntries plugin = loadPlugin();
+                plugin.initialize(nullptr);
+                dlclose(plugin.library);
+                if (dlopen(ZYR_TEST_PLUGIN, RTLD_NOW | RTLD_NOLOAD) != nullptr) {
+                    _exit(4);
+                }
+            }
+            _exit(3);
+        },
+        testing::ExitedWithCode(3), "");
 }
 
 class Plugin : public PluginTest {};

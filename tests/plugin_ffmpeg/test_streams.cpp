@@ -265,7 +265,8 @@ TEST_F(Streams, SurviveDamagedPackets) {
             if (i % 20 == 19) {
                 Held<IPackedFrameData> good = makePacked(WIDTH, HEIGHT, 1, packets[0][0]);
                 Held<IUnpackedFrameData> recovered(decoding.context->decode(good.get()));
-                EXPECT_TRUE(recovered) << agreement.name << ": the key frame after packet " << i << " " << testing::PrintToString(takeLog());
+                EXPECT_TRUE(recovered) << agreement.name << ": the key frame after packet " << i << " "
+                                       << testing::PrintToString(takeLog());
             }
         }
         EXPECT_LT(NUM_OF_PACKETS / 4, numOfFailures) << agreement.name;
