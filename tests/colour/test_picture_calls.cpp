@@ -114,6 +114,7 @@ TEST_F(PictureCalls, HandYUVToRGBOnUnchangedAndGiveItsResult) {
 
 TEST_F(PictureCalls, EndTheProcessWithoutATable) {
     auto call = [this](bool_t (*p_call)()) {
+        delete m_appData->m_picture;
         m_appData->m_picture = nullptr;
         p_call();
     };
