@@ -2,6 +2,7 @@
 #pragma once
 
 #include "picture/zyr_picture.h"
+#include "support/zyr_ignore_leaks.h"
 #include "support/zyr_logged_application.h"
 #include "zyr_common/object/zyr_factories.h"
 
@@ -26,11 +27,11 @@ protected:
     using Prepare = void (*)(ApplicationData*);
 
     PictureModuleTest() {
+        const IgnoreLeaks ignoreLeaks; // The modules' texts and allocators that are never destroyed.
         m_core = load(ZYR_CORE_MODULE);
         m_picture = load(ZYR_PICTURE_MODULE);
         m_prepareCore = reinterpret_cast<Prepare>(dlsym(m_core, "zyr_core_prepare"));
         m_preparePicture = reinterpret_cast<Prepare>(dlsym(m_picture, "zyr_picture_prepare"));
-        m_application = new LoggedApplication;
     }
     ~PictureModuleTest() override {
         delete m_application;
@@ -55,7 +56,7 @@ protected:
     void* m_picture;
     Prepare m_prepareCore;
     Prepare m_preparePicture;
-    LoggedApplication* m_application;
+    LoggedApplication* m_application = new LoggedApplication;
 
 private:
     static void* load(const char* p_path) {
@@ -72,6 +73,7 @@ private:
 class PictureUpTest : public PictureModuleTest {
 protected:
     void SetUp() override {
+        const IgnoreLeaks ignoreLeaks;
         ASSERT_TRUE(getData()->commonInitialize());
         m_prepareCore(getData());
         ASSERT_TRUE(getData()->coreInitialize());
