@@ -83,6 +83,20 @@ TEST(SolveBox, FitsItsAspectByTheLimitingAxis) {
     EXPECT_EQ(solve(record), Box<double>(4, 5, 6, 100, 50, 2.5));
 }
 
+TEST(SolveBox, LetsTheDepthLimitWhereTheHeightWouldToo) {
+    ExtBox<double> record = makeBox(0, 0, 0, 3, 3, 3);
+    record.height = 80;
+    record.depth = 200;
+    EXPECT_EQ(solve(record), Box<double>(4, 5, 6, 20, 160, 400));
+}
+
+TEST(SolveBox, FallsBackToTheWidthWhereHeightAndDepthLimitAlike) {
+    ExtBox<double> record = makeBox(0, 0, 0, 3, 3, 3);
+    record.height = 80;
+    record.depth = 160;
+    EXPECT_EQ(solve(record), Box<double>(4, 5, 6, 100, 800, 1600));
+}
+
 TEST(SolveBox, HoldsSizesInsideTheLimits) {
     ExtBox<double> record = makeBox(0, 0, 0, 0, 0, 0);
     record.minWidth = 12;
