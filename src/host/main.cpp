@@ -14,12 +14,7 @@ namespace {
 constexpr const char* EXIT_CODES = "Exit codes: 0 done, 1 the run failed, 2 wrong usage, 3 the wanted codec is not "
                                    "usable here, 4 a module failed to load.";
 
-void addFrameworkOptions(CLI::App& p_command, FrameworkOptions& p_options) {
-    p_command.add_option("--modules", p_options.m_moduleDirectory,
-                         "Directory of zyr_core.so and zyr_picture.so (default: found beside the program)");
-    p_command.add_option("--plugins", p_options.m_pluginDirectories,
-                         "Directory of plug-ins, may be given more than once (default: plugins/ in the module "
-                         "directory)");
+void addLogOptions(CLI::App& p_command, FrameworkOptions& p_options) {
     p_command.add_option("--log-dir", p_options.m_logDirectory,
                          "Directory of the log file (default: zyr-host/log/ in the user's state directory)");
     p_command
@@ -31,6 +26,15 @@ void addFrameworkOptions(CLI::App& p_command, FrameworkOptions& p_options) {
                                                                                 {"debug", ZYR_LOG_LEVEL_DEBUG},
                                                                                 {"trace", ZYR_LOG_LEVEL_TRACE}},
                                             CLI::ignore_case));
+}
+
+void addFrameworkOptions(CLI::App& p_command, FrameworkOptions& p_options) {
+    p_command.add_option("--modules", p_options.m_moduleDirectory,
+                         "Directory of zyr_core.so and zyr_picture.so (default: found beside the program)");
+    p_command.add_option("--plugins", p_options.m_pluginDirectories,
+                         "Directory of plug-ins, may be given more than once (default: plugins/ in the module "
+                         "directory)");
+    addLogOptions(p_command, p_options);
 }
 
 std::string checkSize(const std::string& p_text) {
@@ -57,6 +61,7 @@ struct Program {
     CLI::App m_app{"Host of the Zyrmont codec plug-ins: shows what works here and sends video through it.", "zyr-host"};
     InspectOptions m_inspect;
     StreamOptions m_stream;
+    SessionOptions m_session;
     std::string m_size;
     std::vector<std::string> m_resizes;
     int m_result = EXIT_DONE;
@@ -67,6 +72,7 @@ struct Program {
         m_app.require_subcommand(1);
         addInspect();
         addStream();
+        addSession();
     }
 
     void addInspect() {
@@ -125,6 +131,16 @@ struct Program {
             }
             m_result = runStream(m_stream);
         });
+    }
+
+    void addSession() {
+        CLI::App* command = m_app.add_subcommand(
+            "session", "Show who is at the console, and the graphical environment of a user's session");
+        command->add_option("--user", m_session.m_user,
+                            "Account whose environment is looked for (default: the user at the console)");
+        command->add_flag("--json", m_session.m_json, "Print JSON on the standard output");
+        addLogOptions(*command, m_session.m_framework);
+        command->callback([this] { m_result = runSession(m_session); });
     }
 };
 

@@ -52,7 +52,14 @@ struct StreamOptions {
     bool m_metrics = true;
 };
 
+struct SessionOptions {
+    FrameworkOptions m_framework; ///< Of these, only the log's.
+    std::string m_user;           ///< Whose environment to look for. Empty: the user at the console.
+    bool m_json = false;
+};
+
 int runInspect(const InspectOptions& p_options);
 int runStream(const StreamOptions& p_options);
+int runSession(const SessionOptions& p_options);
 
 } // namespace zyr::host

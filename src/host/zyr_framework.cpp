@@ -138,7 +138,29 @@ bool parseLogLine(const std::string& p_line, LogLine& p_parts) {
     return true;
 }
 
-Framework::Framework(const FrameworkOptions& p_options) : m_data(new HostApplicationData) {
+CommonLibrary::CommonLibrary(const FrameworkOptions& p_options) : m_data(new HostApplicationData) {
+    m_data->prepareAndSetEssentialDirectories();
+    std::string directory = withSlash(p_options.m_logDirectory);
+    if (directory.empty()) {
+        directory = stateDirectory() + "zyr-host/log/";
+    }
+    std::error_code ignored; // A log that cannot be opened goes to the standard output, as the log itself tells.
+    std::filesystem::create_directories(directory, ignored);
+    m_data->setLogDirectory(toString(directory));
+    m_data->setLogLevel(p_options.m_logLevel);
+    m_data->setLogMaxNumOfFiles(32);
+    m_data->setLogRotation(1);
+    if (!m_data->commonInitialize()) {
+        throw ModuleError("the common library did not start (see the log)");
+    }
+}
+
+CommonLibrary::~CommonLibrary() {
+    m_data->deinitialize();
+}
+
+Framework::Framework(const FrameworkOptions& p_options)
+    : m_library(p_options), m_data(&m_library.getApplicationData()) {
     m_moduleDirectory = withSlash(p_options.m_moduleDirectory);
     if (m_moduleDirectory.empty()) {
         m_moduleDirectory = findModuleDirectory();
@@ -146,10 +168,6 @@ Framework::Framework(const FrameworkOptions& p_options) : m_data(new HostApplica
     m_pluginDirectories = p_options.m_pluginDirectories;
     if (m_pluginDirectories.empty()) {
         m_pluginDirectories.push_back(m_moduleDirectory + "plugins");
-    }
-    prepareLog(p_options);
-    if (!m_data->commonInitialize()) {
-        throw ModuleError("the common library did not start (see the log)");
     }
     loadComponent("core", "zyr_core_prepare");
     m_data->startListening();
@@ -181,23 +199,7 @@ Framework::Framework(const FrameworkOptions& p_options) : m_data(new HostApplica
     }
 }
 
-Framework::~Framework() {
-    m_data->deinitialize();
-}
-
-void Framework::prepareLog(const FrameworkOptions& p_options) {
-    m_data->prepareAndSetEssentialDirectories();
-    std::string directory = withSlash(p_options.m_logDirectory);
-    if (directory.empty()) {
-        directory = stateDirectory() + "zyr-host/log/";
-    }
-    std::error_code ignored; // A log that cannot be opened goes to the standard output, as the log itself tells.
-    std::filesystem::create_directories(directory, ignored);
-    m_data->setLogDirectory(toString(directory));
-    m_data->setLogLevel(p_options.m_logLevel);
-    m_data->setLogMaxNumOfFiles(32);
-    m_data->setLogRotation(1);
-}
+Framework::~Framework() = default;
 
 void Framework::loadComponent(const char* p_name, const char* p_prepareName) {
     const std::string path = m_moduleDirectory + "zyr_" + p_name + ".so";

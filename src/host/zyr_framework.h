@@ -63,6 +63,22 @@ struct ObjectReleaser {
 };
 template <typename Interface> using ObjectHandle = std::unique_ptr<Interface, ObjectReleaser>;
 
+/// The common library alone, with its log, for what needs no module. One per process; made and destroyed on the main
+/// thread. The application data itself lives on until the process ends.
+class CommonLibrary {
+public:
+    /// Of the options, only those of the log count. Throws ModuleError.
+    explicit CommonLibrary(const FrameworkOptions& p_options);
+    CommonLibrary(const CommonLibrary&) = delete;
+    CommonLibrary& operator=(const CommonLibrary&) = delete;
+    ~CommonLibrary();
+
+    HostApplicationData& getApplicationData() { return *m_data; }
+
+private:
+    HostApplicationData* m_data;
+};
+
 /// The running framework. One per process; made and destroyed on the main thread. The application data itself lives on
 /// until the process ends, since modules keep their pointer to it.
 class Framework {
@@ -74,7 +90,7 @@ public:
     Framework& operator=(const Framework&) = delete;
     ~Framework();
 
-    HostApplicationData& getApplicationData() { return *m_data; }
+    HostApplicationData& getApplicationData() { return m_library.getApplicationData(); }
 
     const std::string& getModuleDirectory() const { return m_moduleDirectory; }
     const std::vector<std::string>& getPluginDirectories() const { return m_pluginDirectories; }
@@ -87,10 +103,10 @@ public:
     std::vector<ObjectHandle<IFrameDecoder>> createDecoders();
 
 private:
-    void prepareLog(const FrameworkOptions& p_options);
     void loadComponent(const char* p_name, const char* p_prepareName);
 
-    HostApplicationData* m_data;
+    CommonLibrary m_library;
+    HostApplicationData* m_data; ///< The library's.
     std::string m_moduleDirectory;
     std::vector<std::string> m_pluginDirectories;
     std::vector<std::string> m_refusals;
