@@ -1,5 +1,6 @@
 #include "host/zyr_command_line.h"
 
+#include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/platform/zyr_process_identity.h"
 #include "zyr_common/process/zyr_session_lookup.h"
 #include "zyr_common/process/zyr_session_monitor.h"
@@ -89,6 +90,8 @@ json findConsoleUser(HostApplicationData& p_data) {
 }
 
 json findVariable(HostApplicationData& p_data, uid_t p_uid, const char* p_name, const json& p_launch) {
+    // The messages of two look-ups may be the same, and only the first of equal lines would be seen.
+    ZYR_LOG_INFO("Looking for %s in the processes of user %u", p_name, static_cast<unsigned int>(p_uid));
     char* value = nullptr;
     const std::vector<std::string> messages =
         collectMessages(p_data, "getEnvVarFromUid", [&] { value = getEnvVarFromUid(p_uid, p_name); });
