@@ -35,58 +35,58 @@
 namespace zyr {
 
 /// Runs release_This from the last level to the first and init_This from the first to the last.
-template <class Level> void clearLevels(Level& p_level) {
-    p_level.Level::release_This();
-    if constexpr (!std::is_void_v<typename Level::LevelBase>) {
-        clearLevels<typename Level::LevelBase>(p_level);
+template <class LevelType> void clearLevels(LevelType& p_level) {
+    p_level.LevelType::release_This();
+    if constexpr (!std::is_void_v<typename LevelType::LevelBase>) {
+        clearLevels<typename LevelType::LevelBase>(p_level);
     }
-    p_level.Level::init_This();
+    p_level.LevelType::init_This();
 }
 
 /// Runs copy_This from the first level to the last.
-template <class Level> void copyLevels(Level& p_level, const typename Level::LevelInterface* p_src) {
-    if constexpr (!std::is_void_v<typename Level::LevelBase>) {
-        copyLevels<typename Level::LevelBase>(p_level, p_src);
+template <class LevelType> void copyLevels(LevelType& p_level, const typename LevelType::LevelInterface* p_src) {
+    if constexpr (!std::is_void_v<typename LevelType::LevelBase>) {
+        copyLevels<typename LevelType::LevelBase>(p_level, p_src);
     }
-    p_level.Level::copy_This(p_src);
+    p_level.LevelType::copy_This(p_src);
 }
 
 /// Runs readSerialized_This from the first level to the last, up to the first failure.
-template <class Level> bool_t readLevels(Level& p_level, IDeserializer* p_deserializer) {
-    if constexpr (!std::is_void_v<typename Level::LevelBase>) {
-        if (!readLevels<typename Level::LevelBase>(p_level, p_deserializer)) {
+template <class LevelType> bool_t readLevels(LevelType& p_level, IDeserializer* p_deserializer) {
+    if constexpr (!std::is_void_v<typename LevelType::LevelBase>) {
+        if (!readLevels<typename LevelType::LevelBase>(p_level, p_deserializer)) {
             return 0;
         }
     }
-    return p_level.Level::readSerialized_This(p_deserializer);
+    return p_level.LevelType::readSerialized_This(p_deserializer);
 }
 
 /// Runs writeSerialized_This from the first level to the last, up to the first failure.
-template <class Level>
-bool_t writeLevels(Level& p_level, ISerializer* p_serializer, bool_t p_firstPass, bool_t p_headerPass,
+template <class LevelType>
+bool_t writeLevels(LevelType& p_level, ISerializer* p_serializer, bool_t p_firstPass, bool_t p_headerPass,
                    bool_t& p_result) {
-    if constexpr (!std::is_void_v<typename Level::LevelBase>) {
-        if (!writeLevels<typename Level::LevelBase>(p_level, p_serializer, p_firstPass, p_headerPass, p_result)) {
+    if constexpr (!std::is_void_v<typename LevelType::LevelBase>) {
+        if (!writeLevels<typename LevelType::LevelBase>(p_level, p_serializer, p_firstPass, p_headerPass, p_result)) {
             return 0;
         }
     }
-    return p_level.Level::writeSerialized_This(p_serializer, p_firstPass, p_headerPass, p_result);
+    return p_level.LevelType::writeSerialized_This(p_serializer, p_firstPass, p_headerPass, p_result);
 }
 
 /// The reserved object of a level, which is a member of it. `Reserved` is the class that the interface declares; one
 /// with setters in front derives from this and adds them.
-template <class Level, class Reserved = ILevelReserved> class LevelReserved : public Reserved {
+template <class LevelType, class Reserved = ILevelReserved> class LevelReserved : public Reserved {
 public:
-    explicit LevelReserved(Level* p_level) : m_level(p_level) {}
+    explicit LevelReserved(LevelType* p_level) : m_level(p_level) {}
     LevelReserved(const LevelReserved&) = delete;
     LevelReserved& operator=(const LevelReserved&) = delete;
 
-    void init_This() override { m_level->Level::init_This(); }
-    void release_This() override { m_level->Level::release_This(); }
+    void init_This() override { m_level->LevelType::init_This(); }
+    void release_This() override { m_level->LevelType::release_This(); }
     // Those of these that `Reserved` declares are its virtual operations; the others are never called.
     // NOLINTBEGIN(modernize-use-override)
     void copy_Backwards(const IObject* p_src) {
-        copyLevels(*m_level, static_cast<const typename Level::LevelInterface*>(p_src));
+        copyLevels(*m_level, static_cast<const typename LevelType::LevelInterface*>(p_src));
     }
     bool_t readSerialized_Backwards(IDeserializer* p_deserializer) { return readLevels(*m_level, p_deserializer); }
     bool_t writeSerialized_Backwards(ISerializer* p_serializer, bool_t p_firstPass, bool_t p_headerPass,
@@ -94,17 +94,17 @@ public:
         return writeLevels(*m_level, p_serializer, p_firstPass, p_headerPass, p_result);
     }
     // The names of the object level.
-    void copy_This(const IObject* p_src) { m_level->Level::copy_This(p_src); }
+    void copy_This(const IObject* p_src) { m_level->LevelType::copy_This(p_src); }
     bool_t readSerialized_This(IDeserializer* p_deserializer) {
-        return m_level->Level::readSerialized_This(p_deserializer);
+        return m_level->LevelType::readSerialized_This(p_deserializer);
     }
     bool_t writeSerialized_This(ISerializer* p_serializer, bool_t p_firstPass, bool_t p_headerPass, bool_t& p_result) {
-        return m_level->Level::writeSerialized_This(p_serializer, p_firstPass, p_headerPass, p_result);
+        return m_level->LevelType::writeSerialized_This(p_serializer, p_firstPass, p_headerPass, p_result);
     }
     // NOLINTEND(modernize-use-override)
 
 protected:
-    Level* m_level;
+    LevelType* m_level;
 };
 
 /// True if the GUID is that of the interface or of one that it extends.
@@ -316,31 +316,31 @@ protected:
 };
 
 /// The class of an implementation, on top of its last level.
-template <class Level> class Implementation final : public Level {
+template <class LevelType> class Implementation final : public LevelType {
 public:
-    using Interface = typename Level::ImplementedInterface;
+    using Interface = typename LevelType::ImplementedInterface;
 
     void copyUnsafe(const IObject* p_src) override {
         ZYR_ASSERT(p_src != NULL);
         clear();
-        copyLevels<Level>(*this, static_cast<const Interface*>(p_src));
+        copyLevels<LevelType>(*this, static_cast<const Interface*>(p_src));
     }
     IObject* clone() const override {
         Implementation* object = new Implementation;
         object->copyUnsafe(this);
         return object;
     }
-    void clear() override { clearLevels<Level>(*this); }
+    void clear() override { clearLevels<LevelType>(*this); }
 
     bool_t readSerialized(IDeserializer* p_deserializer) override {
-        return readLevels<Level>(*this, zyr_getTopDeserializer(p_deserializer));
+        return readLevels<LevelType>(*this, zyr_getTopDeserializer(p_deserializer));
     }
     bool_t writeSerialized(ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result) override {
         ISerializer* serializer = zyr_getTopSerializer(p_serializer);
         const bool_t firstPass = !serializer->isBinaryFormat();
-        p_result = writeLevels<Level>(*this, serializer, firstPass, p_headerPass, p_result);
+        p_result = writeLevels<LevelType>(*this, serializer, firstPass, p_headerPass, p_result);
         if (p_result && firstPass) {
-            p_result = writeLevels<Level>(*this, serializer, 0, p_headerPass, p_result);
+            p_result = writeLevels<LevelType>(*this, serializer, 0, p_headerPass, p_result);
         }
         return p_result;
     }
