@@ -40,9 +40,9 @@ uint32_t zyr_launchProcessInUserSession(uint32_t p_session, uintptr_t p_token, c
     const CommandVector command(p_directory, p_commandLine, p_arguments);
     Account account;
     // The session's account, looked up last, replaces the token's.
-    for (const uid_t uid : {static_cast<uid_t>(p_token), static_cast<uid_t>(p_session)}) {
-        if (uid != 0 && !account.find(uid)) {
-            ZYR_LOG_WARN("User with UID %d not found\n", static_cast<int>(uid));
+    for (const uintptr_t user : {p_token, uintptr_t(p_session)}) {
+        if (user != 0 && !account.find(static_cast<uid_t>(user))) {
+            ZYR_LOG_WARN("User with UID %d not found\n", static_cast<int>(user));
             return 0;
         }
     }
