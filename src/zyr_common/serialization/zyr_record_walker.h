@@ -43,7 +43,7 @@ struct RecordWords {
 };
 
 template <RecordLevel R> HashMap<String, uint32_t>* zyr_makeRecordWords() {
-    const char* keys[c_recordFieldCount<R>];
+    const char* keys[c_recordFieldCount<R> + 1]; // A level may have no fields.
     size_t count = 0;
     zyr_forEachField<R>([&](const auto& p_field) { keys[count++] = p_field.m_key; });
     return String::createMapOfStringCases(static_cast<uint32_t>(count), keys);

@@ -1,0 +1,81 @@
+/// Shapes after their tessellation.
+///
+/// The constructors copy what a tessellator made; the outlines of a plane hull are filled in afterwards.
+#pragma once
+
+#include "zyr_common/geometry/zyr_contour.h"
+#include "zyr_common/geometry/zyr_matrix3x3.h"
+#include "zyr_common/geometry/zyr_matrix4x4.h"
+#include "zyr_common/geometry/zyr_shape2d.h"
+#include "zyr_common/geometry/zyr_shape3d.h"
+
+namespace zyr {
+
+#pragma pack(push, 1)
+
+/// A plane shape as triangles and quads, with its outlines.
+template <typename T> class PolygonHull2D : public Record<PolygonHull2D<T>, Shape2D<T>> {
+public:
+    Array<Vector2<T>> points;
+    Array<PolyTriangle2D<T>> triangles;
+    Array<PolyQuad2D<T>> quads;
+    Array<Contour2D<T>> contours;
+
+    PolygonHull2D() { this->init_This(); }
+    PolygonHull2D(const ExtVector2<T>& p_origin, const Array<Vector2<T>>& p_points,
+                  Array<PolyTriangle2D<T>>& p_triangles, Array<PolyQuad2D<T>>& p_quads)
+        : Record<PolygonHull2D<T>, Shape2D<T>>(Shape2D<T>(p_origin)),
+          points(p_points),
+          triangles(p_triangles),
+          quads(p_quads) {}
+
+    PolygonHull2D* clone() const override { return new PolygonHull2D(*this); }
+    uint32_t getID() const override { return 11; }
+
+    /// Runs each point through the matrix.
+    void transform(const Matrix3x3<T>& p_matrix);
+
+    static constexpr const char* c_typeName = "PolygonHull2D";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("points", &PolygonHull2D::points),
+                          zyr_field("triangles", &PolygonHull2D::triangles), zyr_field("quads", &PolygonHull2D::quads),
+                          zyr_field("contours", &PolygonHull2D::contours));
+    }
+};
+
+/// A solid shape as triangles and quads.
+template <typename T> class PolygonHull3D : public Record<PolygonHull3D<T>, Shape3D<T>> {
+public:
+    Array<Vector3<T>> points;
+    Array<PolyTriangle3D<T>> triangles;
+    Array<PolyQuad3D<T>> quads;
+
+    PolygonHull3D() { this->init_This(); }
+    PolygonHull3D(const ExtVector3<T>& p_origin, const Array<Vector3<T>>& p_points,
+                  Array<PolyTriangle3D<T>>& p_triangles, Array<PolyQuad3D<T>>& p_quads)
+        : Record<PolygonHull3D<T>, Shape3D<T>>(Shape3D<T>(p_origin)),
+          points(p_points),
+          triangles(p_triangles),
+          quads(p_quads) {}
+
+    PolygonHull3D* clone() const override { return new PolygonHull3D(*this); }
+    uint32_t getID() const override { return 12; }
+
+    /// The smallest box around all points, used or not; false without points.
+    virtual bool_t extractBoundingBox(Box<T>& p_box) const;
+
+    /// Runs each point through the matrix; the normals stay.
+    void transform(const Matrix4x4<T>& p_matrix);
+    /// Sets the normal of each triangle and quad from its first three corners. False without points.
+    bool_t calculateNormals();
+
+    static constexpr const char* c_typeName = "PolygonHull3D";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("points", &PolygonHull3D::points),
+                          zyr_field("triangles", &PolygonHull3D::triangles), zyr_field("quads", &PolygonHull3D::quads));
+    }
+};
+
+#pragma pack(pop)
+
+} // namespace zyr

@@ -1,0 +1,139 @@
+/// Plane shapes that are made of points or values.
+#pragma once
+
+#include "zyr_common/containers/zyr_array.h"
+#include "zyr_common/geometry/zyr_matrix3x3.h"
+#include "zyr_common/geometry/zyr_shape2d.h"
+#include "zyr_common/geometry/zyr_shape_enums.h"
+
+namespace zyr {
+
+#pragma pack(push, 1)
+
+/// A closed outline of straight edges.
+template <typename T> class Polygon2D : public Record<Polygon2D<T>, Shape2D<T>> {
+public:
+    T width;
+    T height;
+    Array<Vector2<T>> points;
+
+    Polygon2D() { this->init_This(); }
+    Polygon2D(const ExtVector2<T>& p_origin, T p_width, T p_height, const Array<Vector2<T>>& p_points)
+        : Record<Polygon2D<T>, Shape2D<T>>(Shape2D<T>(p_origin)), width(p_width), height(p_height), points(p_points) {}
+
+    Polygon2D* clone() const override { return new Polygon2D(*this); }
+    uint32_t getID() const override { return 6; }
+
+    /// Runs each point through the matrix.
+    void transform(const Matrix3x3<T>& p_matrix);
+
+    static constexpr const char* c_typeName = "Polygon2D";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("width", &Polygon2D::width), zyr_field("height", &Polygon2D::height),
+                          zyr_field("points", &Polygon2D::points));
+    }
+};
+/// A curve through or along its points.
+template <typename T> class Spline2D : public Record<Spline2D<T>, Shape2D<T>> {
+public:
+    T width;
+    T height;
+    SplineTypeEnum type;
+    Array<Vector2<T>> points;
+    bool_t closed;
+
+    Spline2D() { this->init_This(); }
+    Spline2D(const ExtVector2<T>& p_origin, T p_width, T p_height, SplineTypeEnum p_type,
+             const Array<Vector2<T>>& p_points, bool_t p_closed)
+        : Record<Spline2D<T>, Shape2D<T>>(Shape2D<T>(p_origin)),
+          width(p_width),
+          height(p_height),
+          type(p_type),
+          points(p_points),
+          closed(p_closed) {}
+
+    Spline2D* clone() const override { return new Spline2D(*this); }
+    uint32_t getID() const override { return 7; }
+
+    /// Runs each point through the matrix.
+    void transform(const Matrix3x3<T>& p_matrix);
+
+    static constexpr const char* c_typeName = "Spline2D";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("width", &Spline2D::width), zyr_field("height", &Spline2D::height),
+                          zyr_field("type", &Spline2D::type).withDefault(ZYR_SPLINE_TYPE_BEZIER_CUBIC),
+                          zyr_field("points", &Spline2D::points), zyr_field("closed", &Spline2D::closed));
+    }
+};
+/// A spline whose points are anchored in its own rectangle.
+template <typename T> class ExtSpline2D : public Record<ExtSpline2D<T>, Shape2D<T>> {
+public:
+    T width;
+    T height;
+    SplineTypeEnum type;
+    Array<ExtVector2<T>> points;
+    bool_t closed;
+
+    ExtSpline2D() { this->init_This(); }
+    ExtSpline2D(const ExtVector2<T>& p_origin, T p_width, T p_height, SplineTypeEnum p_type,
+                const Array<ExtVector2<T>>& p_points, bool_t p_closed)
+        : Record<ExtSpline2D<T>, Shape2D<T>>(Shape2D<T>(p_origin)),
+          width(p_width),
+          height(p_height),
+          type(p_type),
+          points(p_points),
+          closed(p_closed) {}
+
+    ExtSpline2D* clone() const override { return new ExtSpline2D(*this); }
+    uint32_t getID() const override { return 8; }
+
+    /// Runs the value of each point through the matrix; the anchors stay.
+    void transform(const Matrix3x3<T>& p_matrix);
+    /// Makes a plain spline: takes over all fields but the points, and appends the points, solved in the rectangle (0,
+    /// 0, width, height), to those of p_out. The anchor 5 counts from the origin for every point, not from the point
+    /// before. A point with an anchor that points don't have is left out silently.
+    void solveSpline2D(Spline2D<T>& p_out) const;
+
+    static constexpr const char* c_typeName = "ExtSpline2D";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("width", &ExtSpline2D::width), zyr_field("height", &ExtSpline2D::height),
+                          zyr_field("type", &ExtSpline2D::type).withDefault(ZYR_SPLINE_TYPE_BEZIER_CUBIC),
+                          zyr_field("points", &ExtSpline2D::points), zyr_field("closed", &ExtSpline2D::closed));
+    }
+};
+/// A curve over evenly spaced values.
+template <typename T> class Graph2D : public Record<Graph2D<T>, Shape2D<T>> {
+public:
+    T width;
+    T height;
+    double minRange; ///< The value at the lower edge.
+    double maxRange; ///< The value at the upper edge.
+    InterpolationEnum interpolation;
+    Array<double> values;
+
+    Graph2D() { this->init_This(); }
+    Graph2D(const ExtVector2<T>& p_origin, T p_width, T p_height, double p_minRange, double p_maxRange,
+            InterpolationEnum p_interpolation, const Array<double>& p_values)
+        : Record<Graph2D<T>, Shape2D<T>>(Shape2D<T>(p_origin)),
+          width(p_width),
+          height(p_height),
+          minRange(p_minRange),
+          maxRange(p_maxRange),
+          interpolation(p_interpolation),
+          values(p_values) {}
+
+    Graph2D* clone() const override { return new Graph2D(*this); }
+    uint32_t getID() const override { return 10; }
+
+    static constexpr const char* c_typeName = "Graph2D";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("width", &Graph2D::width), zyr_field("height", &Graph2D::height),
+                          zyr_field("minRange", &Graph2D::minRange), zyr_field("maxRange", &Graph2D::maxRange),
+                          zyr_field("interpolation", &Graph2D::interpolation).withDefault(ZYR_INTERPOLATION_LINEAR),
+                          zyr_field("values", &Graph2D::values));
+    }
+};
+
+#pragma pack(pop)
+
+} // namespace zyr

@@ -1,0 +1,144 @@
+/// Solid shapes that are made of points, or of a plane shape on its way through space.
+#pragma once
+
+#include "zyr_common/containers/zyr_array.h"
+#include "zyr_common/geometry/zyr_shape3d.h"
+#include "zyr_common/geometry/zyr_shape_enums.h"
+#include "zyr_common/geometry/zyr_solid_shapes.h"
+#include "zyr_common/geometry/zyr_transform.h"
+
+namespace zyr {
+
+#pragma pack(push, 1)
+
+/// A curve through or along its points.
+template <typename T> class Spline3D : public Record<Spline3D<T>, Shape3D<T>> {
+public:
+    SplineTypeEnum type;
+    Array<Vector3<T>> points;
+    bool_t closed;
+
+    Spline3D() { this->init_This(); }
+    Spline3D(const ExtVector3<T>& p_origin, SplineTypeEnum p_type, const Array<Vector3<T>>& p_points, bool_t p_closed)
+        : Record<Spline3D<T>, Shape3D<T>>(Shape3D<T>(p_origin)), type(p_type), points(p_points), closed(p_closed) {}
+
+    Spline3D* clone() const override { return new Spline3D(*this); }
+    uint32_t getID() const override { return 1; }
+
+    /// Runs each point through the matrix.
+    void transform(const Matrix4x4<T>& p_matrix);
+
+    static constexpr const char* c_typeName = "Spline3D";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("type", &Spline3D::type).withDefault(ZYR_SPLINE_TYPE_BEZIER_CUBIC),
+                          zyr_field("points", &Spline3D::points), zyr_field("closed", &Spline3D::closed));
+    }
+};
+/// A body that a plane shape leaves behind on its way.
+template <typename T> class Extrusion : public Record<Extrusion<T>, Shape3D<T>> {
+public:
+    bool_t startCap;
+    bool_t startFillet;
+    T startFilletRadius;
+    FilletTypeEnum startFilletType;
+    bool_t endCap;
+    bool_t endFillet;
+    T endFilletRadius;
+    FilletTypeEnum endFilletType;
+    ShapeTransform3D<T> startTransform;
+    ShapeTransform3D<T> endTransform;
+
+    Extrusion() { this->init_This(); }
+    Extrusion(const ExtVector3<T>& p_origin, bool_t p_startCap, bool_t p_startFillet, T p_startFilletRadius,
+              FilletTypeEnum p_startFilletType, bool_t p_endCap, bool_t p_endFillet, T p_endFilletRadius,
+              FilletTypeEnum p_endFilletType, const ShapeTransform3D<T>& p_startTransform,
+              const ShapeTransform3D<T>& p_endTransform)
+        : Record<Extrusion<T>, Shape3D<T>>(Shape3D<T>(p_origin)),
+          startCap(p_startCap),
+          startFillet(p_startFillet),
+          startFilletRadius(p_startFilletRadius),
+          startFilletType(p_startFilletType),
+          endCap(p_endCap),
+          endFillet(p_endFillet),
+          endFilletRadius(p_endFilletRadius),
+          endFilletType(p_endFilletType),
+          startTransform(p_startTransform),
+          endTransform(p_endTransform) {}
+
+    Extrusion* clone() const override { return new Extrusion(*this); }
+    uint32_t getID() const override { return 10; }
+
+    static constexpr const char* c_typeName = "Extrusion";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("startCap", &Extrusion::startCap).withDefault(1),
+                          zyr_field("startFillet", &Extrusion::startFillet),
+                          zyr_field("startFilletRadius", &Extrusion::startFilletRadius).withDefault(10),
+                          zyr_field("startFilletType", &Extrusion::startFilletType),
+                          zyr_field("endCap", &Extrusion::endCap).withDefault(1),
+                          zyr_field("endFillet", &Extrusion::endFillet),
+                          zyr_field("endFilletRadius", &Extrusion::endFilletRadius).withDefault(10),
+                          zyr_field("endFilletType", &Extrusion::endFilletType),
+                          zyr_field("startTransform", &Extrusion::startTransform),
+                          zyr_field("endTransform", &Extrusion::endTransform));
+    }
+};
+/// A body that a plane shape leaves behind when it turns.
+template <typename T> class Lathe : public Record<Lathe<T>, Shape3D<T>> {
+public:
+    bool_t slice;
+    T sliceFrom;
+    T sliceTo;
+    bool_t sliceStartCap;
+    bool_t sliceStartFillet;
+    T sliceStartFilletRadius;
+    FilletTypeEnum sliceStartFilletType;
+    bool_t sliceEndCap;
+    bool_t sliceEndFillet;
+    T sliceEndFilletRadius;
+    FilletTypeEnum sliceEndFilletType;
+    ShapeTransform3D<T> startTransform;
+    ShapeTransform3D<T> endTransform;
+
+    Lathe() { this->init_This(); }
+    Lathe(const ExtVector3<T>& p_origin, bool_t p_slice, T p_sliceFrom, T p_sliceTo, bool_t p_sliceStartCap,
+          bool_t p_sliceStartFillet, T p_sliceStartFilletRadius, FilletTypeEnum p_sliceStartFilletType,
+          bool_t p_sliceEndCap, bool_t p_sliceEndFillet, T p_sliceEndFilletRadius, FilletTypeEnum p_sliceEndFilletType,
+          const ShapeTransform3D<T>& p_startTransform, const ShapeTransform3D<T>& p_endTransform)
+        : Record<Lathe<T>, Shape3D<T>>(Shape3D<T>(p_origin)),
+          slice(p_slice),
+          sliceFrom(p_sliceFrom),
+          sliceTo(p_sliceTo),
+          sliceStartCap(p_sliceStartCap),
+          sliceStartFillet(p_sliceStartFillet),
+          sliceStartFilletRadius(p_sliceStartFilletRadius),
+          sliceStartFilletType(p_sliceStartFilletType),
+          sliceEndCap(p_sliceEndCap),
+          sliceEndFillet(p_sliceEndFillet),
+          sliceEndFilletRadius(p_sliceEndFilletRadius),
+          sliceEndFilletType(p_sliceEndFilletType),
+          startTransform(p_startTransform),
+          endTransform(p_endTransform) {}
+
+    Lathe* clone() const override { return new Lathe(*this); }
+    uint32_t getID() const override { return 11; }
+
+    static constexpr const char* c_typeName = "Lathe";
+    static constexpr auto fields() {
+        return std::tuple_cat(
+            zyr_sliceFields<Lathe>(),
+            zyr_fields(zyr_field("sliceStartCap", &Lathe::sliceStartCap).withDefault(1),
+                       zyr_field("sliceStartFillet", &Lathe::sliceStartFillet),
+                       zyr_field("sliceStartFilletRadius", &Lathe::sliceStartFilletRadius).withDefault(10),
+                       zyr_field("sliceStartFilletType", &Lathe::sliceStartFilletType),
+                       zyr_field("sliceEndCap", &Lathe::sliceEndCap).withDefault(1),
+                       zyr_field("sliceEndFillet", &Lathe::sliceEndFillet),
+                       zyr_field("sliceEndFilletRadius", &Lathe::sliceEndFilletRadius).withDefault(10),
+                       zyr_field("sliceEndFilletType", &Lathe::sliceEndFilletType),
+                       zyr_field("startTransform", &Lathe::startTransform),
+                       zyr_field("endTransform", &Lathe::endTransform)));
+    }
+};
+
+#pragma pack(pop)
+
+} // namespace zyr

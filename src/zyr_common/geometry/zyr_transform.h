@@ -1,0 +1,119 @@
+/// Placements by their parts, not as a finished matrix.
+///
+/// Packed values without a virtual table, for float and double. Angles are degrees.
+#pragma once
+
+#include "zyr_common/geometry/zyr_matrix3x3.h"
+#include "zyr_common/geometry/zyr_matrix4x4.h"
+
+namespace zyr {
+
+#pragma pack(push, 1)
+
+/// A placement in the plane. Held and exchanged; consumers multiply it out.
+template <typename T> class Transform2D : public Record<Transform2D<T>> {
+public:
+    Matrix3x3<T> baseMatrix;
+    Vector2<T> position;
+    T rotation;
+    Vector2<T> scale; ///< 1 on both axes at first
+    Vector2<T> skew;
+
+    Transform2D() { init_This(); }
+
+    void init_This() {
+        Record<Transform2D<T>>::init_This();
+        scale = Vector2<T>(1, 1);
+    }
+
+    static constexpr const char* c_typeName = "Transform2D";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("baseMatrix", &Transform2D::baseMatrix),
+                          zyr_field("position", &Transform2D::position), zyr_field("rotation", &Transform2D::rotation),
+                          zyr_field("scale", &Transform2D::scale), zyr_field("skew", &Transform2D::skew));
+    }
+};
+
+/// A placement in space. Held and exchanged; consumers multiply it out.
+template <typename T> class Transform3D : public Record<Transform3D<T>> {
+public:
+    Matrix4x4<T> baseMatrix;
+    Vector3<T> position;
+    Vector3<T> rotation;
+    Vector3<T> scale; ///< 1 on all axes at first
+    Vector3<T> skew;
+
+    Transform3D() { init_This(); }
+
+    void init_This() {
+        Record<Transform3D<T>>::init_This();
+        scale = Vector3<T>(1, 1, 1);
+    }
+
+    static constexpr const char* c_typeName = "Transform3D";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("baseMatrix", &Transform3D::baseMatrix),
+                          zyr_field("position", &Transform3D::position), zyr_field("rotation", &Transform3D::rotation),
+                          zyr_field("scale", &Transform3D::scale), zyr_field("skew", &Transform3D::skew));
+    }
+};
+
+/// A placement along the way of a swept shape. Of its two rotations, one is interpolated angle by angle and the other
+/// on the shortest arc.
+template <typename T> class ShapeTransform3D : public Record<ShapeTransform3D<T>> {
+public:
+    Vector3<T> position;
+    Vector3<T> offset; ///< moves the shape before anything else
+    Vector3<T> eulerRotation;
+    Vector3<T> slerpRotation;
+    Vector3<T> scale;     ///< before the rotations; 1 on all axes at first
+    Vector3<T> postScale; ///< behind the rotations; 1 on all axes at first
+    Vector3<T> skew;      ///< stored, takes no part in the matrices
+    Vector3<T> postSkew;  ///< stored, takes no part in the matrices
+
+    ShapeTransform3D() { init_This(); }
+
+    /// What a point goes through, the last first: position, postScale, slerpRotation, eulerRotation, scale, offset.
+    Matrix4x4<T> getTransformMatrix() const;
+    /// The matrix at p_t on the way from this placement (0) to the other (1).
+    Matrix4x4<T> interpolate(const ShapeTransform3D& p_other, T p_t) const;
+
+    void init_This() {
+        Record<ShapeTransform3D<T>>::init_This();
+        scale = Vector3<T>(1, 1, 1);
+        postScale = Vector3<T>(1, 1, 1);
+    }
+
+    static constexpr const char* c_typeName = "ShapeTransform3D";
+    static constexpr auto fields() {
+        return zyr_fields(
+            zyr_field("position", &ShapeTransform3D::position), zyr_field("offset", &ShapeTransform3D::offset),
+            zyr_field("eulerRotation", &ShapeTransform3D::eulerRotation),
+            zyr_field("slerpRotation", &ShapeTransform3D::slerpRotation), zyr_field("scale", &ShapeTransform3D::scale),
+            zyr_field("postScale", &ShapeTransform3D::postScale), zyr_field("skew", &ShapeTransform3D::skew),
+            zyr_field("postSkew", &ShapeTransform3D::postSkew));
+    }
+};
+
+/// Where somebody looks, and which way is up. A new one looks along negative z with y up.
+template <typename T> class Orientation3D : public Record<Orientation3D<T>> {
+public:
+    Vector3<T> at;
+    Vector3<T> up;
+
+    Orientation3D() { init_This(); }
+
+    void init_This() {
+        at = Vector3<T>(0, 0, -1);
+        up = Vector3<T>(0, 1, 0);
+    }
+
+    static constexpr const char* c_typeName = "Orientation3D";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("at", &Orientation3D::at), zyr_field("up", &Orientation3D::up));
+    }
+};
+
+#pragma pack(pop)
+
+} // namespace zyr
