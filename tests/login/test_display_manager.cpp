@@ -146,6 +146,17 @@ TEST_F(DisplayManager, IsNotFoundWhereNoCommandCanBeRun) {
     setenv("PATH", path.c_str(), 1);
 }
 
+TEST_F(DisplayManager, IsNotFoundWhereChildrenAreIgnored) {
+    addAccounts();
+    m_pidof.setRunning("gdm");
+    LogCapture capture;
+    uid_t uid = UNTOUCHED;
+    signal(SIGCHLD, SIG_IGN);
+    EXPECT_EQ(detectDisplayManagerUserUid(uid), 0);
+    signal(SIGCHLD, SIG_DFL);
+    EXPECT_EQ(detectDisplayManagerUserUid(uid), 1);
+}
+
 // The rest uses the system's own pidof, on a process that bears a display manager's name, where no other processes are.
 TEST(RunningDisplayManager, IsFoundByTheNameOfItsProcess) {
     if (geteuid() != 0 || !PrivateMounts::getRefusal().empty()) {

@@ -23,7 +23,8 @@ ZYR_API bool_t zyr_getSingleActiveAMDOutput(String& p_output);
 /// Finds the account under which the greeter of a running display manager shows itself. The first display manager that
 /// runs decides, also where its account is missing. False, with p_uid as it was, when there is none.
 ///
-/// It starts commands through system(), so it finds nothing in a process whose children are reaped automatically.
+/// It starts commands through system(): it finds nothing in a process that ignores SIGCHLD, and may find nothing where
+/// another thread takes the statuses of all children.
 bool_t detectDisplayManagerUserUid(uid_t& p_uid);
 
 /// Finds an environment variable in the processes of a user: the value in the first process of /proc that has it. Only
