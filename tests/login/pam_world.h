@@ -9,6 +9,7 @@
 #include "zyr_common/text/zyr_string.h"
 
 #include <pwd.h>
+#include <security/pam_appl.h>
 #include <sstream>
 #include <unistd.h>
 
@@ -50,6 +51,19 @@ protected:
                 std::string(step) + " required " ZYR_TEST_PAM_MODULE " log=" + getLogPath() + " " + p_arguments + "\n";
         }
         std::ofstream("/etc/pam.d/" + p_name) << text;
+    }
+
+    /// Whether libpam finds the modules that usually come with it.
+    static bool hasUsualModules() {
+        std::ofstream("/etc/pam.d/zyr-probe") << "account required pam_permit.so\n";
+        const pam_conv conversation = {nullptr, nullptr};
+        pam_handle_t* handle = nullptr;
+        if (pam_start("zyr-probe", "root", &conversation, &handle) != PAM_SUCCESS) {
+            return false;
+        }
+        const int result = pam_acct_mgmt(handle, PAM_SILENT);
+        pam_end(handle, result);
+        return result == PAM_SUCCESS;
     }
 
     std::string getLogPath() const { return m_directory.getPath() + "calls"; }

@@ -125,6 +125,9 @@ TEST_F(UserAuthentication, MakesItsCallsInOrder) {
 }
 
 TEST_F(UserAuthentication, ChecksThePasswordOfARealAccount) {
+    if (!hasUsualModules()) {
+        GTEST_SKIP() << "libpam's own modules are not on this machine";
+    }
     ASSERT_EQ(runCommand("echo 'zyrtester:correct horse' | chpasswd"), 0);
     // Without the delay of seconds that follows a wrong password.
     std::ofstream("/etc/pam.d/login") << "auth required pam_unix.so nodelay\n";
