@@ -97,6 +97,20 @@ TEST(PlaneShapes, ClearThroughTheirBaseReachesAllLevels) {
     EXPECT_EQ(arc.closed, 1);
 }
 
+TEST(PlaneShapes, AreCopiedByConstructionAndAssignment) {
+    Array<Vector2<float>> points;
+    points.pushBack({1, 2});
+    Spline2D<float> spline(c_origin, 5, 6, ZYR_SPLINE_TYPE_NURBS_CUBIC, points, 1);
+    Spline2D<float> copy(spline);
+    Spline2D<float> assigned;
+    assigned = spline;
+    EXPECT_EQ(copy, spline);
+    EXPECT_EQ(assigned, spline);
+    copy.points[0].x = 7;
+    EXPECT_FALSE(copy == spline);
+    EXPECT_EQ(assigned, spline);
+}
+
 TEST(PlaneShapes, DifferByTheirOriginToo) {
     EXPECT_FALSE(Circle<float>(c_origin, 5) == Circle<float>(ExtVector2<float>(), 5));
     EXPECT_FALSE(Circle<float>(c_origin, 5) == Circle<float>(c_origin, 6));
