@@ -25,7 +25,7 @@ template <typename To, typename From> constexpr To zyr_saturate(From p_value) {
     // The limits are powers of two, so they are exact in every floating type; the maximum itself may not be.
     constexpr From upper = From(2) * From(To(1) << (std::numeric_limits<To>::digits - 1));
     constexpr From lower = std::is_signed_v<To> ? -upper : From(0);
-    if (p_value != p_value) {
+    if (p_value != p_value) { // NOLINT(misc-redundant-expression): NaN
         return 0;
     }
     if (p_value >= upper) {
