@@ -4,7 +4,9 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 
 namespace zyr::host {
@@ -62,6 +64,7 @@ struct Program {
     InspectOptions m_inspect;
     StreamOptions m_stream;
     SessionOptions m_session;
+    LaunchOptions m_launch;
     std::string m_size;
     std::vector<std::string> m_resizes;
     int m_result = EXIT_DONE;
@@ -73,6 +76,7 @@ struct Program {
         addInspect();
         addStream();
         addSession();
+        addLaunch();
     }
 
     void addInspect() {
@@ -142,6 +146,37 @@ struct Program {
         addLogOptions(*command, m_session.m_framework);
         command->callback([this] { m_result = runSession(m_session); });
     }
+
+    void addLaunch() {
+        CLI::App* command =
+            m_app.add_subcommand("launch", "Start a program, as another user or in a login session too");
+        command->add_option("--user", m_launch.m_user, "Account to run as (default: the present identity)");
+        command->add_option("--pam", m_launch.m_service, "PAM service of a login session around the program");
+        command->add_option("--cwd", m_launch.m_directory, "Working directory (default: the present one)");
+        command->footer(
+            "The program and its arguments stand behind \"--\". The exit code is the program's own, 128 and "
+            "the number of the signal that ended it, 1 when it could not be started, or 2 for wrong usage.");
+        command->callback([this] {
+            if (m_launch.m_command.empty()) {
+                throw CLI::RequiredError("-- PROGRAM ARGUMENTS...");
+            }
+            m_result = runLaunch(m_launch);
+        });
+    }
+
+    /// Takes what stands behind "--" of a launch, which is the program's and not to be parsed. Gives the number of
+    /// arguments that are left.
+    int takeCommand(int p_count, char** p_arguments) {
+        if (p_count < 2 || strcmp(p_arguments[1], "launch") != 0) {
+            return p_count;
+        }
+        char** const end = p_arguments + p_count;
+        char** const mark = std::find_if(p_arguments, end, [](const char* p) { return strcmp(p, "--") == 0; });
+        if (mark != end) {
+            m_launch.m_command.assign(mark + 1, end);
+        }
+        return static_cast<int>(mark - p_arguments);
+    }
 };
 
 } // namespace
@@ -152,7 +187,7 @@ int main(int argc, char** argv) {
     using namespace zyr::host;
     Program program;
     try {
-        program.m_app.parse(argc, argv);
+        program.m_app.parse(program.takeCommand(argc, argv), argv);
         return program.m_result;
     } catch (const CLI::ParseError& error) {
         return program.m_app.exit(error) == 0 ? EXIT_DONE : EXIT_USAGE;

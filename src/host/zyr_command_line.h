@@ -58,8 +58,17 @@ struct SessionOptions {
     bool m_json = false;
 };
 
+struct LaunchOptions {
+    std::string m_user;                 ///< Account to run as. Empty: the caller's own identity.
+    std::string m_service;              ///< PAM service of a session around the program. Empty: none.
+    std::string m_directory;            ///< Working directory. Empty: the present one.
+    std::vector<std::string> m_command; ///< Program and arguments.
+};
+
 int runInspect(const InspectOptions& p_options);
 int runStream(const StreamOptions& p_options);
 int runSession(const SessionOptions& p_options);
+/// Gives the program's own exit status, or EXIT_RUN_FAILED when it can't be started.
+int runLaunch(const LaunchOptions& p_options);
 
 } // namespace zyr::host
