@@ -2,6 +2,7 @@
 ///
 /// Both sides call the same libavcodec with the same options on the same pictures, in turns within one process, so that
 /// the ratio of the two counts: wall times of one side alone vary by a factor of three from run to run.
+#include "bench_allocations.h"
 #include "bench_hand_road.h"
 
 #include "host/zyr_negotiation.h"
@@ -141,6 +142,7 @@ int run(const char* p_codec, uint32_t p_width, uint32_t p_height, const host::Ma
     IImage* image = nullptr;
     const ObjectHandle<IUnpackedFrameData> frame = host::createSourceFrame(p_width, p_height, image);
     Series series[4];
+    std::vector<size_t> blocks[3]; // Before the encoding, after it, after the decoding of the last frame.
     size_t bytesOurs = 0;
     size_t bytesHand = 0;
     size_t differingPackets = 0;
@@ -155,6 +157,7 @@ int run(const char* p_codec, uint32_t p_width, uint32_t p_height, const host::Ma
         std::vector<uint8_t> handPacket;
         const uint8_t* handPicture = nullptr;
         Sample samples[4];
+        blocks[0] = countAllocations();
         inTurns(
             i % 2 != 0, samples[0], samples[1], [&] { packed.reset(encoderContext->encode(frame.get())); },
             [&] { handPacket = handEncoder.encode(pixels, pitch); });
@@ -162,6 +165,7 @@ int run(const char* p_codec, uint32_t p_width, uint32_t p_height, const host::Ma
             fprintf(stderr, "frame %zu could not be encoded\n", i);
             return 1;
         }
+        blocks[1] = countAllocations();
         inTurns(
             i % 2 != 0, samples[2], samples[3], [&] { unpacked.reset(decoderContext->decode(packed.get())); },
             [&] { handPicture = handDecoder.decode(handPacket); });
@@ -169,6 +173,7 @@ int run(const char* p_codec, uint32_t p_width, uint32_t p_height, const host::Ma
             fprintf(stderr, "frame %zu could not be decoded\n", i);
             return 1;
         }
+        blocks[2] = countAllocations();
         const Array<uint8_t>* bytes = packed->getPackedData();
         bytesOurs += bytes->getSize();
         bytesHand += handPacket.size();
@@ -184,6 +189,11 @@ int run(const char* p_codec, uint32_t p_width, uint32_t p_height, const host::Ma
            differingPackets, differingPictures);
     printSide("encode", series[0], series[1]);
     printSide("decode", series[2], series[3]);
+    // FFmpeg's own blocks are not counted. The picture module's are the frame objects and, once, its pictures.
+    printf("  blocks taken for the last frame: encode %zu by the plug-in and %zu by the picture module, decode %zu and "
+           "%zu\n",
+           blocks[1][0] - blocks[0][0], blocks[1][1] - blocks[0][1], blocks[2][0] - blocks[1][0],
+           blocks[2][1] - blocks[1][1]);
     return 0;
 }
 
@@ -204,6 +214,7 @@ int main(int argc, char** argv) {
         options.m_logLevel = zyr::ZYR_LOG_LEVEL_WARN;
         zyr::host::Framework framework(options);
         const zyr::host::Market market = zyr::host::openMarket(framework);
+        zyr::bench::watchModules({"zyr_ffmpeg.so", "zyr_picture.so"});
         int result = 0;
         for (const char* codec : {"vp9", "mpeg1video"}) {
             for (const auto& [width, height] :

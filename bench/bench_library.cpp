@@ -1,5 +1,7 @@
 // The common library beside what it stands in for: String and HashMap beside the standard ones, the digest and
 // compression fronts beside the bare libraries. Both sides use this program's heap.
+#include "zyr_common/colour/zyr_color.h"
+#include "zyr_common/colour/zyr_pixel_format.h"
 #include "zyr_common/containers/zyr_hash_map.h"
 #include "zyr_common/containers/zyr_sorted_map.h"
 #include "zyr_common/digest/zyr_compression.h"
@@ -15,6 +17,10 @@
 #include <unordered_map>
 #include <vector>
 #include <xxhash.h>
+
+#if __has_include(<tsl/ordered_map.h>)
+#include <tsl/ordered_map.h>
+#endif
 
 using namespace zyr;
 
@@ -103,6 +109,15 @@ template <typename K> static void drop(std::unordered_map<K, size_t>& p_map, con
     p_map.erase(p_key);
 }
 
+#if __has_include(<tsl/ordered_map.h>)
+template <typename K> static void put(tsl::ordered_map<K, size_t>& p_map, const K& p_key, size_t p_value) {
+    p_map.insert({p_key, p_value});
+}
+template <typename K> static void drop(tsl::ordered_map<K, size_t>& p_map, const K& p_key) {
+    p_map.erase(p_key);
+}
+#endif
+
 static void makeKeysOf(size_t p_count, std::vector<String>& p_keys) {
     p_keys = makeTexts<String>(p_count);
 }
@@ -184,6 +199,15 @@ template <typename Map, typename K> static void removeAndAdd(benchmark::State& p
 }
 BENCHMARK_TEMPLATE(removeAndAdd, TextMap, String);
 BENCHMARK_TEMPLATE(removeAndAdd, StdTextMap, std::string);
+
+// The peer that keeps the order of insertion, as HashMap does.
+#if __has_include(<tsl/ordered_map.h>)
+typedef tsl::ordered_map<std::string, size_t> OrderedTextMap;
+BENCHMARK_TEMPLATE(fillMap, OrderedTextMap, std::string)->Arg(10)->Arg(1000)->Arg(100000);
+BENCHMARK_TEMPLATE(findInMap, OrderedTextMap, std::string)->Arg(10)->Arg(1000)->Arg(100000);
+BENCHMARK_TEMPLATE(iterateMap, OrderedTextMap, std::string);
+BENCHMARK_TEMPLATE(removeAndAdd, OrderedTextMap, std::string);
+#endif
 
 static void fillSortedMap(benchmark::State& p_state) {
     for (auto _ : p_state) {
@@ -362,3 +386,27 @@ static size_t decompressBareZip(const void* p_source, size_t p_size, void* p_des
 }
 BENCHMARK_CAPTURE(decompressFront, bareLz4, zyr_compressLZ4, decompressBareLz4);
 BENCHMARK_CAPTURE(decompressFront, bareZip, zyr_compressZIP, decompressBareZip);
+
+// ---- pictures
+// --------------------------------------------------------------------------------------------------------
+
+static void clearImage(benchmark::State& p_state) {
+    std::vector<uint8_t> pixels(size_t(1920) * 1080 * 4);
+    const ColorRGBA<float> color(0.2f, 0.4f, 0.6f, 1.0f);
+    for (auto _ : p_state) {
+        zyr_clearImageDataWithColorRGBA(1920, 1080, 1920 * 4, PixelFormatEnum(500), pixels.data(), color);
+        benchmark::ClobberMemory();
+    }
+    p_state.SetBytesProcessed(p_state.iterations() * int64_t(pixels.size()));
+}
+BENCHMARK(clearImage);
+
+static void clearMemory(benchmark::State& p_state) {
+    std::vector<uint8_t> pixels(size_t(1920) * 1080 * 4);
+    for (auto _ : p_state) {
+        memset(pixels.data(), 0x33, pixels.size());
+        benchmark::ClobberMemory();
+    }
+    p_state.SetBytesProcessed(p_state.iterations() * int64_t(pixels.size()));
+}
+BENCHMARK(clearMemory);
