@@ -46,10 +46,10 @@ ApplicationData* pluginApplicationData() {
     return findExport<ApplicationData*()>("_ZN3zyr22zyr_getApplicationDataEv")();
 }
 
-/// In a process of its own, where the plug-in was never initialized: what it prints goes where death tests look.
-class FreshPlugin : public testing::Test {
+/// The plug-in before its initialization, in processes of their own. By their name these tests run before all others,
+/// which initialize it. What it prints goes where death tests look.
+class FreshPluginDeathTest : public testing::Test {
 protected:
-    void SetUp() override { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
     static void showOutput() { dup2(STDERR_FILENO, STDOUT_FILENO); }
 };
 
@@ -97,10 +97,11 @@ TEST(PluginExports, AreTheTwelvePlainNamesAndTheLibrarysFunctions) {
     std::set<std::string> plainNames;
     // "  12: 0000000000046133    13 FUNC    GLOBAL DEFAULT   12 name"; readelf knows the files of every machine.
     for (const std::string& line : runCommand("readelf --dyn-syms -W -C " ZYR_TEST_PLUGIN)) {
+        char type[16];
         char section[16];
         int nameOffset = 0;
-        if (sscanf(line.c_str(), " %*d: %*x %*s %*s %*s %*s %15s %n", section, &nameOffset) != 1 ||
-            strcmp(section, "UND") == 0) {
+        if (sscanf(line.c_str(), " %*d: %*x %*s %15s %*s %*s %15s %n", type, section, &nameOffset) != 2 ||
+            strcmp(type, "SECTION") == 0 || strcmp(section, "UND") == 0) {
             continue;
         }
         const std::string name = line.substr(static_cast<size_t>(nameOffset));
@@ -127,7 +128,7 @@ TEST(PluginExports, StandInAFileWithTheSonameThatItIsKnownBy) {
     EXPECT_TRUE(isFound);
 }
 
-TEST_F(FreshPlugin, RefusesNullApplicationData) {
+TEST_F(FreshPluginDeathTest, RefusesNullApplicationData) {
     EXPECT_EXIT(
         {
             showOutput();
@@ -139,7 +140,7 @@ TEST_F(FreshPlugin, RefusesNullApplicationData) {
         "(^|\n)WARN : Application data is NULL, cannot initialize plugin module: ffmpeg\n$");
 }
 
-TEST_F(FreshPlugin, RefusesAHostOfAnotherMinorVersion) {
+TEST_F(FreshPluginDeathTest, RefusesAHostOfAnotherMinorVersion) {
     EXPECT_EXIT(
         initializeWithVersion(zyr_encodeVersion64(1, 6, 0)), testing::ExitedWithCode(3),
         "(^|\n)WARN : Application framework version:1\\.6\\.0 is incompatible with module framework version:1\\.5\\.0"
@@ -148,12 +149,12 @@ TEST_F(FreshPlugin, RefusesAHostOfAnotherMinorVersion) {
                 "version:1\\.4\\.0 is incompatible with module framework version:1\\.5\\.0");
 }
 
-TEST_F(FreshPlugin, RefusesAHostOfAnotherMajorVersion) {
+TEST_F(FreshPluginDeathTest, RefusesAHostOfAnotherMajorVersion) {
     EXPECT_EXIT(initializeWithVersion(zyr_encodeVersion64(2, 5, 0)), testing::ExitedWithCode(3),
                 "version:2\\.5\\.0 is incompatible with module framework version:1\\.5\\.0");
 }
 
-TEST_F(FreshPlugin, AcceptsAHostOfAnotherPatchVersion) {
+TEST_F(FreshPluginDeathTest, AcceptsAHostOfAnotherPatchVersion) {
     EXPECT_EXIT(
         {
             RecordingApplicationData& data = *new RecordingApplicationData;
@@ -166,7 +167,7 @@ TEST_F(FreshPlugin, AcceptsAHostOfAnotherPatchVersion) {
         testing::ExitedWithCode(3), "^$");
 }
 
-TEST_F(FreshPlugin, SaysWhichDependencyFailed) {
+TEST_F(FreshPluginDeathTest, SaysWhichDependencyFailed) {
     constexpr const char* failure =
         "WARN\\|zyr_ffmpeg\\.so\\|uint8_t zyr::zyr_plugin_initialize\\(void\\*\\)\\|Unable to "
         "initialize component module dependency: ";
@@ -193,7 +194,7 @@ TEST_F(FreshPlugin, SaysWhichDependencyFailed) {
         testing::ExitedWithCode(3), std::string("before prepare call\n") + failure + "picture\n$");
 }
 
-TEST_F(FreshPlugin, LogsADeinitializationWithoutApplicationData) {
+TEST_F(FreshPluginDeathTest, LogsADeinitializationWithoutApplicationData) {
     EXPECT_EXIT(
         {
             showOutput();
@@ -205,7 +206,7 @@ TEST_F(FreshPlugin, LogsADeinitializationWithoutApplicationData) {
         "(^|\n)WARN : Application data is NULL, cannot deinitialize plugin module: ffmpeg\n$");
 }
 
-TEST_F(FreshPlugin, InitializesDependenciesInOrderAndOnce) {
+TEST_F(FreshPluginDeathTest, InitializesDependenciesInOrderAndOnce) {
     EXPECT_EXIT(
         {
             RecordingApplicationData& data = *new RecordingApplicationData;
@@ -221,7 +222,7 @@ TEST_F(FreshPlugin, InitializesDependenciesInOrderAndOnce) {
         testing::ExitedWithCode(3), "^$");
 }
 
-TEST_F(FreshPlugin, IsUnloadedWhenItIsClosed) {
+TEST_F(FreshPluginDeathTest, IsUnloadedWhenItIsClosed) {
     EXPECT_EXIT(
         {
             for (int i = 0; i < 2; i++) {
