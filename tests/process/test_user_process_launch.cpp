@@ -1,6 +1,7 @@
 #include "zyr_common/process/zyr_user_process_launch.h"
 
 #include "zyr_common/process/zyr_process_cleanup.h"
+#include "zyr_common/process/zyr_process_control.h"
 
 #include "support/log_capture.h"
 #include "support/zyr_print_text.h"
@@ -488,12 +489,9 @@ TEST_F(UserProcess, TakesThePlatformsBoundOfDescriptorsOrADefault) {
               1);
 }
 
-TEST_F(UserProcess, SucceedsWithAReaperInstalled) {
+TEST_F(UserProcess, ReportsFailuresWithAReaperInstalled) {
     runInChild([this] {
-        signal(SIGCHLD, [](int) {
-            while (waitpid(-1, nullptr, WNOHANG) > 0) {
-            }
-        });
+        ASSERT_EQ(zyr_reapChildrenProcesses(), 0);
         m_options.workingDirectory = "/nowhere/at/all";
         String error;
         EXPECT_EQ(launchUserProcess(m_options, error), 0u);
