@@ -1,5 +1,6 @@
 #include "core_module/zyr_core_table.h"
 
+#include "core_module/zyr_lexer_implementation.h"
 #include "core_module/zyr_list_of_objects_implementation.h"
 #include "core_module/zyr_plugin_module.h"
 #include "core_module/zyr_plugin_modules_handler.h"
@@ -17,7 +18,7 @@ template <class... Classes> struct ClassList {};
 
 /// The classes of this module in the order of the table.
 using CoreClasses = ClassList<Object, DataFormatInfo, NativeFormatInfo, CompressionInfo, Lz4CompressionInfo,
-                              ZipCompressionInfo, ListOfObjects, PluginModule, PluginModulesHandler>;
+                              ZipCompressionInfo, ListOfObjects, Lexer, PluginModule, PluginModulesHandler>;
 
 template <class Class> typename Class::Interface* createObject() {
     return new Class;

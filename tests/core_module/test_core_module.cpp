@@ -1,6 +1,7 @@
 #include "core_module/core_module_test.h"
 #include "zyr_common/object/zyr_object_class.h"
 #include "zyr_common/services/zyr_format_info.h"
+#include "zyr_common/services/zyr_lexer.h"
 #include "zyr_common/services/zyr_list_of_objects.h"
 #include "zyr_common/services/zyr_plugin_modules.h"
 
@@ -76,7 +77,7 @@ TEST_F(CoreModuleUpTest, RegistersItsClassesInTheOrderOfTheTable) {
     }
     EXPECT_THAT(names,
                 ElementsAre("Object", "DataFormatInfo", "NativeFormatInfo", "CompressionInfo", "Lz4CompressionInfo",
-                            "ZipCompressionInfo", "ListOfObjects", "PluginModule", "PluginModulesHandler"));
+                            "ZipCompressionInfo", "ListOfObjects", "Lexer", "PluginModule", "PluginModulesHandler"));
 }
 
 template <class Interface> void expectCreatable() {
@@ -100,6 +101,7 @@ TEST_F(CoreModuleUpTest, CreatesItsClassesByTableAndByGUID) {
     expectCreatable<ILz4CompressionInfo>();
     expectCreatable<IZipCompressionInfo>();
     expectCreatable<IListOfObjects>();
+    expectCreatable<ILexer>();
     expectCreatable<IPluginModule>();
     expectCreatable<IPluginModulesHandler>();
 }
@@ -129,7 +131,7 @@ TEST_F(CoreModuleUpTest, EntriesThatGiveNothingAllSayTheirName) {
         missing++;
         EXPECT_THAT(m_application->getMessages().back(), EndsWith(coreEntryNames[i]));
     }
-    EXPECT_EQ(missing, static_cast<size_t>(NUM_OF_CORE_ENTRY_NAMES - 9));
+    EXPECT_EQ(missing, static_cast<size_t>(NUM_OF_CORE_ENTRY_NAMES - 10));
 }
 
 TEST_F(CoreModuleUpTest, StandsBehindClassesOfOtherModules) {
