@@ -1,0 +1,187 @@
+/// The drawing commands of a path.
+///
+/// Each point has its anchors: one that was written relative to the point before is kept as such. Commands are counted,
+/// packed values with virtual operations, for float and double; whoever holds one by its base tells the class by getID.
+/// One owner at a time.
+#pragma once
+
+#include "zyr_common/geometry/zyr_ext_vector.h"
+#include "zyr_common/memory/zyr_ref_counted_data.h"
+#include "zyr_common/text/zyr_string.h"
+
+namespace zyr {
+
+#pragma pack(push, 1)
+
+/// What all commands have: nothing but their identity.
+template <typename T> class Path2DCommand : public Record<Path2DCommand<T>, RefCountedData> {
+    using Level = Record<Path2DCommand<T>, RefCountedData>;
+
+public:
+    // Slot order is a contract between separately built modules. Each class's list of fields brings the last five.
+
+    /// A copy with a count of its own, which the caller owns.
+    Path2DCommand* clone() const override { return new Path2DCommand(*this); }
+    virtual void clear() { Level::clear(); }
+    virtual const String& getClassName() const { return Level::getClassName(); }
+    /// The number of the class.
+    virtual uint32_t getID() const { return 0; }
+    virtual VariableReference* getVariableReferenceByPath(const String& p_path) {
+        return Level::getVariableReferenceByPath(p_path);
+    }
+    virtual bool_t readSerialized(IDeserializer* p_deserializer) { return Level::readSerialized(p_deserializer); }
+    virtual bool_t writeSerialized(ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result) {
+        return Level::writeSerialized(p_serializer, p_headerPass, p_result);
+    }
+
+    static constexpr const char* c_typeName = "Path2DCommand";
+    static constexpr auto fields() { return zyr_fields(); }
+};
+
+/// Goes to a point without drawing.
+template <typename T> class MoveToPath2DCommand : public Record<MoveToPath2DCommand<T>, Path2DCommand<T>> {
+public:
+    ExtVector2<T> position;
+
+    MoveToPath2DCommand() { this->init_This(); }
+    explicit MoveToPath2DCommand(const ExtVector2<T>& p_position) : position(p_position) {}
+
+    MoveToPath2DCommand* clone() const override { return new MoveToPath2DCommand(*this); }
+    uint32_t getID() const override { return 1; }
+
+    static constexpr const char* c_typeName = "MoveToPath2DCommand";
+    static constexpr auto fields() { return zyr_fields(zyr_field("position", &MoveToPath2DCommand::position)); }
+};
+
+/// Draws a straight line.
+template <typename T> class LineToPath2DCommand : public Record<LineToPath2DCommand<T>, Path2DCommand<T>> {
+public:
+    ExtVector2<T> position;
+
+    LineToPath2DCommand() { this->init_This(); }
+    explicit LineToPath2DCommand(const ExtVector2<T>& p_position) : position(p_position) {}
+
+    LineToPath2DCommand* clone() const override { return new LineToPath2DCommand(*this); }
+    uint32_t getID() const override { return 2; }
+
+    static constexpr const char* c_typeName = "LineToPath2DCommand";
+    static constexpr auto fields() { return zyr_fields(zyr_field("position", &LineToPath2DCommand::position)); }
+};
+
+/// Draws a cubic curve with two control points.
+template <typename T> class CurveToPath2DCommand : public Record<CurveToPath2DCommand<T>, Path2DCommand<T>> {
+public:
+    ExtVector2<T> p1;
+    ExtVector2<T> p2;
+    ExtVector2<T> p3;
+
+    CurveToPath2DCommand() { this->init_This(); }
+    CurveToPath2DCommand(const ExtVector2<T>& p_p1, const ExtVector2<T>& p_p2, const ExtVector2<T>& p_p3)
+        : p1(p_p1), p2(p_p2), p3(p_p3) {}
+
+    CurveToPath2DCommand* clone() const override { return new CurveToPath2DCommand(*this); }
+    uint32_t getID() const override { return 3; }
+
+    static constexpr const char* c_typeName = "CurveToPath2DCommand";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("p1", &CurveToPath2DCommand::p1), zyr_field("p2", &CurveToPath2DCommand::p2),
+                          zyr_field("p3", &CurveToPath2DCommand::p3));
+    }
+};
+
+/// The same; the first control point mirrors the second of the curve before.
+template <typename T> class SmoothPath2DCommand : public Record<SmoothPath2DCommand<T>, Path2DCommand<T>> {
+public:
+    ExtVector2<T> p2;
+    ExtVector2<T> p3;
+
+    SmoothPath2DCommand() { this->init_This(); }
+    SmoothPath2DCommand(const ExtVector2<T>& p_p2, const ExtVector2<T>& p_p3) : p2(p_p2), p3(p_p3) {}
+
+    SmoothPath2DCommand* clone() const override { return new SmoothPath2DCommand(*this); }
+    uint32_t getID() const override { return 4; }
+
+    static constexpr const char* c_typeName = "SmoothPath2DCommand";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("p2", &SmoothPath2DCommand::p2), zyr_field("p3", &SmoothPath2DCommand::p3));
+    }
+};
+
+/// Draws a quadratic curve with one control point.
+template <typename T> class QuadCurveToPath2DCommand : public Record<QuadCurveToPath2DCommand<T>, Path2DCommand<T>> {
+public:
+    ExtVector2<T> p1;
+    ExtVector2<T> p2;
+
+    QuadCurveToPath2DCommand() { this->init_This(); }
+    QuadCurveToPath2DCommand(const ExtVector2<T>& p_p1, const ExtVector2<T>& p_p2) : p1(p_p1), p2(p_p2) {}
+
+    QuadCurveToPath2DCommand* clone() const override { return new QuadCurveToPath2DCommand(*this); }
+    uint32_t getID() const override { return 5; }
+
+    static constexpr const char* c_typeName = "QuadCurveToPath2DCommand";
+    static constexpr auto fields() {
+        return zyr_fields(zyr_field("p1", &QuadCurveToPath2DCommand::p1),
+                          zyr_field("p2", &QuadCurveToPath2DCommand::p2));
+    }
+};
+
+/// The same; the control point mirrors that of the curve before.
+template <typename T> class QuadSmoothPath2DCommand : public Record<QuadSmoothPath2DCommand<T>, Path2DCommand<T>> {
+public:
+    ExtVector2<T> p2;
+
+    QuadSmoothPath2DCommand() { this->init_This(); }
+    explicit QuadSmoothPath2DCommand(const ExtVector2<T>& p_p2) : p2(p_p2) {}
+
+    QuadSmoothPath2DCommand* clone() const override { return new QuadSmoothPath2DCommand(*this); }
+    uint32_t getID() const override { return 6; }
+
+    static constexpr const char* c_typeName = "QuadSmoothPath2DCommand";
+    static constexpr auto fields() { return zyr_fields(zyr_field("p2", &QuadSmoothPath2DCommand::p2)); }
+};
+
+/// Draws a part of an ellipse, whose axes are turned by a rotation.
+template <typename T> class ArcPath2DCommand : public Record<ArcPath2DCommand<T>, Path2DCommand<T>> {
+public:
+    Vector2<T> radius;
+    T rotation;
+    bool_t largeArc;
+    bool_t clockwise;
+    ExtVector2<T> endArc;
+
+    ArcPath2DCommand() { this->init_This(); }
+    ArcPath2DCommand(const Vector2<T>& p_radius, const T& p_rotation, bool_t p_largeArc, bool_t p_clockwise,
+                     const ExtVector2<T>& p_endArc)
+        : radius(p_radius), rotation(p_rotation), largeArc(p_largeArc), clockwise(p_clockwise), endArc(p_endArc) {}
+
+    ArcPath2DCommand* clone() const override { return new ArcPath2DCommand(*this); }
+    uint32_t getID() const override { return 7; }
+
+    static constexpr const char* c_typeName = "ArcPath2DCommand";
+    static constexpr auto fields() {
+        return zyr_fields(
+            zyr_field("radius", &ArcPath2DCommand::radius), zyr_field("rotation", &ArcPath2DCommand::rotation),
+            zyr_field("largeArc", &ArcPath2DCommand::largeArc), zyr_field("clockwise", &ArcPath2DCommand::clockwise),
+            zyr_field("endArc", &ArcPath2DCommand::endArc));
+    }
+};
+
+/// Draws a straight line back to where the outline began.
+template <typename T> class ClosePath2DCommand : public Record<ClosePath2DCommand<T>, Path2DCommand<T>> {
+public:
+    ClosePath2DCommand() { this->init_This(); }
+
+    ClosePath2DCommand* clone() const override { return new ClosePath2DCommand(*this); }
+    uint32_t getID() const override { return 255; }
+
+    static constexpr const char* c_typeName = "ClosePath2DCommand";
+    static constexpr auto fields() { return zyr_fields(); }
+};
+
+#pragma pack(pop)
+
+/// Whether two commands are of the same class and have the same fields.
+template <typename T> bool zyr_isSameCommand(const Path2DCommand<T>& p_left, const Path2DCommand<T>& p_right);
+
+} // namespace zyr
