@@ -73,7 +73,6 @@ foreach(name avcodec swscale avformat)
 endforeach()
 zyr_pkg(lz4 "liblz4-dev" liblz4)
 zyr_pkg(xxhash "libxxhash-dev" libxxhash)
-zyr_pkg(pam "libpam0g-dev" pam)
 zyr_pkg(systemd "libsystemd-dev" libsystemd)
 zyr_pkg(json "nlohmann-json3-dev" nlohmann_json)
 zyr_pkg(cli11 "libcli11-dev" CLI11)
@@ -84,15 +83,23 @@ zyr_pkg(vpx "libvpx-dev" vpx)
 zyr_pkg(va "libva-dev" libva)
 zyr_pkg(drm "libdrm-dev" libdrm)
 
-# ---- libyuv: neither a .pc file nor a CMake configuration -------------------------------------------------------------
-find_path(ZYR_YUV_INCLUDE_DIR libyuv.h)
-find_library(ZYR_YUV_LIBRARY NAMES yuv)
-if(NOT ZYR_YUV_INCLUDE_DIR OR NOT ZYR_YUV_LIBRARY)
-    message(FATAL_ERROR "Missing: libyuv (Debian package libyuv-dev). scripts/deps.sh installs everything.")
-endif()
-add_library(ZYR::yuv UNKNOWN IMPORTED)
-set_target_properties(ZYR::yuv PROPERTIES IMPORTED_LOCATION "${ZYR_YUV_LIBRARY}"
-    INTERFACE_INCLUDE_DIRECTORIES "${ZYR_YUV_INCLUDE_DIR}")
+# ---- libraries by their files ------------------------------------------------------------------------------------------
+# zyr_library(name "Debian package" header library): the target ZYR::<name>.
+function(zyr_library name package header library)
+    find_path(ZYR_${name}_INCLUDE_DIR "${header}")
+    find_library(ZYR_${name}_LIBRARY NAMES "${library}")
+    if(NOT ZYR_${name}_INCLUDE_DIR OR NOT ZYR_${name}_LIBRARY)
+        message(FATAL_ERROR "Missing: ${library} (Debian package ${package}). scripts/deps.sh installs everything.")
+    endif()
+    add_library(ZYR::${name} UNKNOWN IMPORTED GLOBAL)
+    set_target_properties(ZYR::${name} PROPERTIES IMPORTED_LOCATION "${ZYR_${name}_LIBRARY}"
+        INTERFACE_INCLUDE_DIRECTORIES "${ZYR_${name}_INCLUDE_DIR}")
+endfunction()
+
+# Neither a .pc file nor a CMake configuration.
+zyr_library(yuv "libyuv-dev" libyuv.h yuv)
+# Debian 13's pam.pc asks for the description of a library that its package does not bring.
+zyr_library(pam "libpam0g-dev" security/pam_appl.h pam)
 
 # ---- miniz: the system's, or the two files that scripts/deps.sh left ---------------------------------------------------
 pkg_check_modules(zyr_miniz QUIET IMPORTED_TARGET miniz)
