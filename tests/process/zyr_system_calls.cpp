@@ -80,6 +80,16 @@ __attribute__((format(printf, 2, 3))) bool fails(const char* p_name, const char*
 }
 
 std::atomic<int64_t> s_heldBlocks{0};
+std::string s_interposedName;
+std::function<void()> s_interposed;
+
+void runInterposed(const char* p_name) {
+    if (s_interposed && s_interposedName == p_name) {
+        std::function<void()> code;
+        code.swap(s_interposed);
+        code();
+    }
+}
 
 std::vector<std::string> getCalls(bool p_ofThisProcess) {
     std::vector<std::string> calls;
@@ -103,6 +113,7 @@ SystemCalls::SystemCalls() {
 
 SystemCalls::~SystemCalls() {
     shared().m_watching = false;
+    s_interposed = nullptr;
 }
 
 void SystemCalls::fail(const std::string& p_name, int p_error, int p_times, int p_passing) {
@@ -112,6 +123,11 @@ void SystemCalls::fail(const std::string& p_name, int p_error, int p_times, int 
     fault.m_error = p_error;
     fault.m_passing = p_passing;
     fault.m_failing = p_times;
+}
+
+void SystemCalls::interpose(const std::string& p_name, const std::function<void()>& p_code) {
+    s_interposedName = p_name;
+    s_interposed = p_code;
 }
 
 std::vector<std::string> SystemCalls::getCallsOfChildren() const {
@@ -161,6 +177,8 @@ int __real_getgrouplist(const char* p_user, gid_t p_group, gid_t* p_groups, int*
 pid_t __real_waitpid(pid_t p_process, int* p_status, int p_options);
 int __real_kill(pid_t p_process, int p_signal);
 int __real_open(const char* p_path, int p_flags, ...);
+int __real_openat(int p_directory, const char* p_path, int p_flags, ...);
+int __real_unlinkat(int p_directory, const char* p_path, int p_flags);
 int __real_fstat(int p_descriptor, struct stat* p_status);
 int __real_flock(int p_descriptor, int p_operation);
 
@@ -278,6 +296,18 @@ int __wrap_open(const char* p_path, int p_flags, ...) {
     const mode_t mode = va_arg(arguments, mode_t);
     va_end(arguments);
     return fails((p_flags & O_CREAT) != 0 ? "create" : "open", " %s", p_path) ? -1 : __real_open(p_path, p_flags, mode);
+}
+int __wrap_openat(int p_directory, const char* p_path, int p_flags, ...) {
+    va_list arguments;
+    va_start(arguments, p_flags);
+    const mode_t mode = va_arg(arguments, mode_t);
+    va_end(arguments);
+    zyr::runInterposed("openat");
+    return __real_openat(p_directory, p_path, p_flags, mode);
+}
+int __wrap_unlinkat(int p_directory, const char* p_path, int p_flags) {
+    zyr::runInterposed((p_flags & AT_REMOVEDIR) != 0 ? "rmdirat" : "unlinkat");
+    return __real_unlinkat(p_directory, p_path, p_flags);
 }
 int __wrap_fstat(int p_descriptor, struct stat* p_status) {
     return fails("fstat", "%s", "") ? -1 : __real_fstat(p_descriptor, p_status);

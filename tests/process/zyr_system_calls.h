@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,9 @@ public:
 
     /// Calls of this name fail with an errno from now on: so many of them, behind some that pass.
     void fail(const std::string& p_name, int p_error, int p_times = 1000000, int p_passing = 0);
+
+    /// Runs the code in front of the next call of this name in this process.
+    void interpose(const std::string& p_name, const std::function<void()>& p_code);
 
     /// The names of the calls so far, in this process and its children, with the numbers that matter:
     /// "close_range 3 5", "sigaction 15". The parent's and the child's are told apart by their process ids.
