@@ -65,6 +65,7 @@ struct Program {
     StreamOptions m_stream;
     SessionOptions m_session;
     LaunchOptions m_launch;
+    PathOptions m_path;
     std::string m_size;
     std::vector<std::string> m_resizes;
     int m_result = EXIT_DONE;
@@ -77,6 +78,7 @@ struct Program {
         addStream();
         addSession();
         addLaunch();
+        addPath();
     }
 
     void addInspect() {
@@ -162,6 +164,18 @@ struct Program {
             }
             m_result = runLaunch(m_launch);
         });
+    }
+
+    void addPath() {
+        CLI::App* command =
+            m_app.add_subcommand("path", "Check an SVG path, list its commands and resolve its outline");
+        command->add_option("text", m_path.m_text, "The path, or - to read it from the standard input")->required();
+        command->add_option("--svg", m_path.m_svgPath,
+                            "Write the outline to this SVG file; - prints it in place of the commands");
+        command->add_option("--modules", m_path.m_framework.m_moduleDirectory,
+                            "Directory of zyr_core.so (default: found beside the program)");
+        addLogOptions(*command, m_path.m_framework);
+        command->callback([this] { m_result = runPath(m_path); });
     }
 
     /// Takes what stands behind "--" of a launch, which is the program's and not to be parsed. Gives the number of

@@ -65,8 +65,15 @@ struct LaunchOptions {
     std::vector<std::string> m_command; ///< Program and arguments.
 };
 
+struct PathOptions {
+    FrameworkOptions m_framework;
+    std::string m_text;    ///< The path, or "-" for the standard input.
+    std::string m_svgPath; ///< Where the outline goes; "-" puts it on the standard output, in place of the JSON.
+};
+
 int runInspect(const InspectOptions& p_options);
 int runStream(const StreamOptions& p_options);
+int runPath(const PathOptions& p_options);
 int runSession(const SessionOptions& p_options);
 /// Gives the program's own exit status, or EXIT_RUN_FAILED when it can't be started.
 int runLaunch(const LaunchOptions& p_options);

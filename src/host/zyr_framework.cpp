@@ -175,6 +175,9 @@ Framework::Framework(const FrameworkOptions& p_options)
         throw ModuleError("module core did not start: " + lastWarning(m_data->stopListening()));
     }
     m_data->stopListening();
+    if (p_options.m_coreOnly) {
+        return;
+    }
     loadComponent("picture", "zyr_picture_prepare");
     m_data->startListening();
     if (!m_data->pictureInitialize()) {

@@ -24,6 +24,7 @@ struct FrameworkOptions {
     std::vector<std::string> m_pluginDirectories; ///< Empty: "plugins" in the module directory.
     std::string m_logDirectory;                   ///< Empty: the user's state directory.
     LogLevelEnum m_logLevel = ZYR_LOG_LEVEL_DEBUG;
+    bool m_coreOnly = false; ///< Loads the core module and nothing else.
 };
 
 /// Application data that keeps a copy of the lines it logs while somebody listens. Modules log through the virtual

@@ -2,7 +2,7 @@
 #include "zyr_common/geometry/zyr_path2d.h"
 #include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/object/zyr_factories.h"
-#include "zyr_common/services/zyr_lexer.h"
+#include "zyr_common/services/zyr_svg_path.h"
 #include "zyr_common/text/zyr_number_text.h"
 
 namespace zyr {
@@ -125,14 +125,6 @@ bool readGroups(ILexer* p_lexer, Token& p_token, Path2D<T>& p_path, uint32_t p_l
     return result == GROUP_BROKEN;
 }
 
-void prepareLexer(ILexer* p_lexer) {
-    p_lexer->pushBackFiller(" ");
-    p_lexer->pushBackFiller("\n");
-    p_lexer->pushBackFiller("\r");
-    p_lexer->pushBackPunctuators(", -");
-    p_lexer->pushBackKeywords("M L H V C S Q T A Z m l h v c s q t a z");
-}
-
 /// The reader stands still at a token that is no command, and is relied upon to: there is nobody to tell.
 void waitForKeyword(const Token& p_token) {
     const volatile TokenTypeEnum type = p_token.m_type;
@@ -152,11 +144,29 @@ struct PathLetters {
 
 } // namespace
 
+void zyr_prepareSVGPathLexer(ILexer* p_lexer) {
+    p_lexer->pushBackFiller(" ");
+    p_lexer->pushBackFiller("\n");
+    p_lexer->pushBackFiller("\r");
+    p_lexer->pushBackPunctuators(", -");
+    p_lexer->pushBackKeywords("M L H V C S Q T A Z m l h v c s q t a z");
+}
+
+uint32_t zyr_getSVGPathGroupSize(char p_letter) {
+    const char upper = p_letter >= 'a' ? static_cast<char>(p_letter - 'a' + 'A') : p_letter;
+    for (uint32_t i = 0; i < NUM_OF_LETTERS; ++i) {
+        if (c_letters[i][0] == upper) {
+            return c_groupSizes[i];
+        }
+    }
+    return 0;
+}
+
 template <typename T> void Path2D<T>::pushBackSVGPath(const String& p_path) {
     static const PathLetters letters;
     ILexer* lexer = zyr_createObject<ILexer>();
     ZYR_ASSERT(lexer != NULL);
-    prepareLexer(lexer);
+    zyr_prepareSVGPathLexer(lexer);
     Array<unsigned char> data;
     data.bindFixedSizeData(const_cast<char*>(p_path.getData()), p_path.getLengthInBytes());
     lexer->setInputData(&data);

@@ -1,0 +1,115 @@
+#include "host/zyr_command_line.h"
+#include "host/zyr_path_check.h"
+#include "host/zyr_path_outline.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <iostream>
+#include <iterator>
+
+namespace zyr::host {
+
+namespace {
+
+using json = nlohmann::ordered_json;
+
+template <RecordLevel R> json showRecord(const R& p_record);
+
+template <typename M> json showValue(const M& p_value) {
+    if constexpr (EnumerationWithTexts<M>) {
+        return zyr_getEnumerationText(p_value, "Unknown");
+    } else if constexpr (std::is_same_v<M, bool_t>) {
+        return p_value != 0;
+    } else if constexpr (std::is_arithmetic_v<M>) {
+        return p_value;
+    } else {
+        return showRecord(p_value);
+    }
+}
+
+/// Every field by its key, the base's first.
+template <RecordLevel R> json showRecord(const R& p_record) {
+    json shown = json::object();
+    if constexpr (RecordLevel<typename R::RecordBase>) {
+        shown = showRecord<typename R::RecordBase>(p_record);
+    }
+    zyr_forEachField<R>([&](const auto& p_field) { shown[p_field.m_key] = showValue(p_record.*p_field.m_member); });
+    return shown;
+}
+
+template <class Command> json showAs(const char* p_name, const Path2DCommand<double>& p_command) {
+    json shown = {{"command", p_name}, {"id", p_command.getID()}};
+    shown.update(showRecord(static_cast<const Command&>(p_command)));
+    return shown;
+}
+
+json showCommand(const Path2DCommand<double>& p_command) {
+    switch (p_command.getID()) {
+    case 1:
+        return showAs<MoveToPath2DCommand<double>>("moveTo", p_command);
+    case 2:
+        return showAs<LineToPath2DCommand<double>>("lineTo", p_command);
+    case 3:
+        return showAs<CurveToPath2DCommand<double>>("curveTo", p_command);
+    case 4:
+        return showAs<SmoothPath2DCommand<double>>("smooth", p_command);
+    case 5:
+        return showAs<QuadCurveToPath2DCommand<double>>("quadCurveTo", p_command);
+    case 6:
+        return showAs<QuadSmoothPath2DCommand<double>>("quadSmooth", p_command);
+    case 7:
+        return showAs<ArcPath2DCommand<double>>("arc", p_command);
+    default:
+        return showAs<ClosePath2DCommand<double>>("close", p_command);
+    }
+}
+
+bool writeFile(const std::string& p_path, const std::string& p_text) {
+    FILE* file = fopen(p_path.c_str(), "w");
+    bool done = file != nullptr && fwrite(p_text.data(), 1, p_text.size(), file) == p_text.size();
+    const int error = errno;
+    done = (file == nullptr || fclose(file) == 0) && done;
+    if (!done) {
+        fprintf(stderr, "zyr-host: cannot write '%s': %s\n", p_path.c_str(), strerror(error));
+    }
+    return done;
+}
+
+} // namespace
+
+int runPath(const PathOptions& p_options) {
+    FrameworkOptions options = p_options.m_framework;
+    options.m_coreOnly = true;
+    Framework framework(options);
+    std::string text = p_options.m_text;
+    if (text == "-") {
+        text.assign(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
+    }
+    try {
+        checkPath(text);
+    } catch (const PathError& error) {
+        fprintf(stderr, "zyr-host: path, %s\n", error.what());
+        return EXIT_RUN_FAILED;
+    }
+    Path2D<double> path;
+    path.pushBackSVGPath(String(text.c_str()));
+    const PathOutline outline = resolveOutline(path);
+    if (p_options.m_svgPath == "-") {
+        fputs(makeSVG(outline).c_str(), stdout);
+        return fflush(stdout) == 0 ? EXIT_DONE : EXIT_RUN_FAILED;
+    }
+    if (!p_options.m_svgPath.empty() && !writeFile(p_options.m_svgPath, makeSVG(outline))) {
+        return EXIT_RUN_FAILED;
+    }
+    json all = {{"commands", json::array()}, {"outline", outline.m_text}};
+    for (const Path2DCommand<double>* command : path.getCommands()) {
+        all["commands"].push_back(showCommand(*command));
+    }
+    printf("%s\n", all.dump(2).c_str());
+    return fflush(stdout) == 0 ? EXIT_DONE : EXIT_RUN_FAILED;
+}
+
+} // namespace zyr::host
