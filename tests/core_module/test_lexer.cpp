@@ -2,6 +2,7 @@
 #include "zyr_common/services/zyr_lexer.h"
 
 #include <gmock/gmock.h>
+#include <random>
 
 namespace zyr {
 namespace {
@@ -294,6 +295,43 @@ TEST_F(LexerTest, ReadsFromTheBeginningAfterNewInput) {
     EXPECT_EQ(m_lexer->getInputData(), &m_data);
     m_lexer->setInputData(nullptr);
     EXPECT_FALSE(m_lexer->readToken(token));
+}
+
+TEST_F(LexerTest, ReadsAnyTextToItsEndOrToWhatIsWrong) {
+    m_lexer->pushBackKeywords("M L if");
+    m_lexer->pushBackPunctuators(", - -- .");
+    m_lexer->setInlineCommentWord("#");
+    m_lexer->setBeginCommentWord("/*");
+    m_lexer->setEndCommentWord("*/");
+    m_lexer->pushBackLiteralType(LiteralTypeDescriptor::makeString("\"", "\"", "\\"));
+    m_lexer->pushBackLiteralType(LiteralTypeDescriptor::makeInteger("0x", 16));
+    getData()->setLogLevel(ZYR_LOG_LEVEL_ERROR);
+    const unsigned seed = 20;
+    SCOPED_TRACE(seed);
+    std::mt19937 random(seed);
+    const std::string alphabet = "MLif019.eE+-,-- \n\r#/**/\"\\x_ab\t\xC3\xA9";
+    for (int round = 0; round < 20000; ++round) {
+        std::string text(random() % 24, ' ');
+        for (char& byte : text) {
+            byte = alphabet[random() % alphabet.size()];
+        }
+        setText(text);
+        const char* const begin = reinterpret_cast<const char*>(m_data.getData());
+        const char* behind = begin;
+        Token token;
+        while (m_lexer->readToken(token)) {
+            ASSERT_NE(token.m_type, ZYR_TOKEN_TYPE_NONE);
+            ASSERT_GE(token.m_text.getData(), behind) << text;
+            ASSERT_GT(token.m_text.getSize(), 0u) << text;
+            behind = token.m_text.getData() + token.m_text.getSize();
+            ASSERT_LE(behind, begin + text.size()) << text;
+        }
+        ASSERT_EQ(token.m_type, ZYR_TOKEN_TYPE_NONE);
+        if (token.m_text.getSize() != 0) {
+            ASSERT_GE(token.m_text.getData(), behind) << text;
+            ASSERT_LE(token.m_text.getData() + token.m_text.getSize(), begin + text.size()) << text;
+        }
+    }
 }
 
 std::vector<std::string> keysOf(const HashMap<String, unsigned char>* p_words) {

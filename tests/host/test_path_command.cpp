@@ -1,4 +1,6 @@
 // The path command: what it prints, what it refuses and where it says the text is wrong.
+#include "host/zyr_framework.h"
+#include "host/zyr_path_check.h"
 #include "host/zyr_path_outline.h"
 
 #include "support/zyr_temporary_directory.h"
@@ -9,6 +11,8 @@
 #include <nlohmann/json.hpp>
 
 #include <cstdlib>
+#include <random>
+#include <unistd.h>
 
 namespace zyr {
 namespace {
@@ -143,6 +147,40 @@ TEST_F(PathCommand, NeedsAText) {
 
 TEST_F(PathCommand, NeedsTheCoreModule) {
     EXPECT_EQ(run({"z", "--modules", m_directory.getPath()}).m_exitCode, 4);
+}
+
+TEST(PathCheck, LetsNoTextThroughThatTheReaderStandsStillAt) {
+    TemporaryDirectory directory;
+    host::FrameworkOptions options;
+    options.m_moduleDirectory = ZYR_MODULE_DIRECTORY;
+    options.m_logDirectory = directory.getPath();
+    options.m_logLevel = ZYR_LOG_LEVEL_ERROR;
+    options.m_coreOnly = true;
+    host::Framework framework(options);
+    const unsigned seed = 21;
+    SCOPED_TRACE(seed);
+    std::mt19937 random(seed);
+    const std::string alphabet = "MmLhVzZA01.-, 25e\n\tx#";
+    uint32_t accepted = 0;
+    alarm(60); // Ends the program if the reader never comes back.
+    for (int round = 0; round < 60000; ++round) {
+        std::string text(1 + random() % 10, ' ');
+        for (char& byte : text) {
+            byte = alphabet[random() % alphabet.size()];
+        }
+        try {
+            host::checkPath(text);
+        } catch (const host::PathError&) {
+            continue;
+        }
+        ++accepted;
+        Path2D<double> path;
+        path.pushBackSVGPath(String(text.c_str()));
+        const bool blank = text.find_first_not_of(" \n") == std::string::npos;
+        EXPECT_EQ(path.getCommands().isEmpty(), blank) << text;
+    }
+    alarm(0);
+    EXPECT_GT(accepted, 500u);
 }
 
 // ---- what a drawing covers ------------------------------------------------------------------------------------------
