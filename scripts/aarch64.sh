@@ -52,10 +52,10 @@ fi
 $run || exit $result
 
 list=tests/aarch64-excluded.txt
-excluded=$(grep -vE '^ *(#|$)' "$list" | sed 's/ *#.*//' | paste -sd '|')
+excluded=$(grep -vE '^ *(#|$)' "$list" | paste -sd '|')
 if [ -n "$excluded" ]; then
     echo "not run under emulation:"
-    grep -vE '^ *(#|$)' "$list" | sed 's/^/    /'
+    sed '1d; /^$/d; s/^/    /' "$list"
 fi
 arguments=()
 [ -z "$filter" ] || arguments+=(-R "$filter")
@@ -77,7 +77,7 @@ inNamespace() {
             [ "$(readlink /proc/$child/ns/user)" = "$(readlink /proc/self/ns/user)" ] || break
             sleep 0.05
         done
-        if echo '0 0 65536' >/proc/$child/uid_map && echo '0 0 65536' >/proc/$child/gid_map; then echo go; else echo no; fi >"$go"
+        if echo '0 0 4294967295' >/proc/$child/uid_map && echo '0 0 4294967295' >/proc/$child/gid_map; then echo go; else echo no; fi >"$go"
     ) 2>/dev/null
     wait $child
     local status=$?
@@ -85,9 +85,7 @@ inNamespace() {
     return $status
 }
 if [ "$(id -u)" = 0 ] && inNamespace true; then
-    export -f runTests
-    export jobs
-    inNamespace bash -c 'runTests aarch64 "$@"' bash "${arguments[@]}" || result=1
+    inNamespace bash -c 'source scripts/lib.sh; runTests aarch64 "$@"' bash "${arguments[@]}" || result=1
 else
     echo "no private registration of the emulator here: tests that execute other programs may fail"
     runTests aarch64 "${arguments[@]}" || result=1

@@ -34,6 +34,10 @@ ElfFile readElfFile(const std::string& p_path) {
         if (section.sh_type == SHT_DYNSYM) {
             const auto* symbols = reinterpret_cast<const Elf64_Sym*>(data);
             for (size_t n = 1; n < section.sh_size / sizeof(Elf64_Sym); n++) {
+                if (ELF64_ST_BIND(symbols[n].st_info) == STB_LOCAL) {
+                    // On AArch64 the linker lists sections here as well.
+                    continue;
+                }
                 const std::string name = texts + symbols[n].st_name;
                 result.m_symbols.push_back({name, demangle(name), symbols[n].st_shndx != SHN_UNDEF,
                                             ELF64_ST_TYPE(symbols[n].st_info) == STT_FUNC,
