@@ -5,6 +5,7 @@
 #include "zyr_common/platform/zyr_process_identity.h"
 #include "zyr_common/services/zyr_list_of_objects.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 

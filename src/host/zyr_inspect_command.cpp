@@ -14,6 +14,7 @@ extern "C" {
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace zyr::host {

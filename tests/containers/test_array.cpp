@@ -2,6 +2,7 @@
 #include "support/binary_layout.h"
 #include "zyr_common/containers/zyr_array.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace zyr {

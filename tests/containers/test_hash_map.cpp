@@ -3,6 +3,7 @@
 #include "zyr_common/containers/zyr_hash_map.h"
 #include "zyr_common/digest/zyr_guid.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace zyr {

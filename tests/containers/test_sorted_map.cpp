@@ -2,6 +2,7 @@
 #include "support/binary_layout.h"
 #include "zyr_common/containers/zyr_sorted_map.h"
 
+#include <algorithm>
 #include <map>
 #include <vector>
 

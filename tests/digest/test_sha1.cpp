@@ -1,5 +1,6 @@
 #include "zyr_common/digest/zyr_sha1.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <string>
 

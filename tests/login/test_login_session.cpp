@@ -4,6 +4,7 @@
 #include "support/log_capture.h"
 #include "zyr_common/process/zyr_login_session.h"
 
+#include <algorithm>
 #include <functional>
 #include <grp.h>
 #include <security/pam_appl.h>

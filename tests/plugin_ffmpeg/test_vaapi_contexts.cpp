@@ -4,6 +4,8 @@
 #include "plugin_ffmpeg/zyr_plugin_host.h"
 #include "support/render_node/zyr_render_node.h"
 
+#include <algorithm>
+
 using namespace zyr;
 using namespace zyr_test;
 

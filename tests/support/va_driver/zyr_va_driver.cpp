@@ -7,6 +7,7 @@
 #include "support/va_driver/zyr_h264_pcm.h"
 #include "support/va_driver/zyr_vp9_codec.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <map>
