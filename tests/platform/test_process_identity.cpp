@@ -55,13 +55,15 @@ TEST(ProcessIdentity, ProcessNameIsTheKernelsWithoutLineFeed) {
 TEST(ProcessIdentity, ProcessNameFailsWithALineOnTheStandardErrorWhenNoFileCanBeOpened) {
     std::string output = captureStderr([] {
         expectInChild([] {
-            // A first call without the limit, since the sanitizer takes a descriptor when it first meets a type.
-            String name;
-            zyr_getCurrentProcessName(name);
-            name = "kept";
-            rlimit limit = {0, 0};
-            setrlimit(RLIMIT_NOFILE, &limit);
-            return !zyr_getCurrentProcessName(name) && name == "kept";
+            String name = "kept";
+            rlimit present;
+            getrlimit(RLIMIT_NOFILE, &present);
+            const rlimit none = {0, present.rlim_max};
+            setrlimit(RLIMIT_NOFILE, &none);
+            const bool_t result = zyr_getCurrentProcessName(name);
+            // The sanitizer takes a descriptor when it first meets a type.
+            setrlimit(RLIMIT_NOFILE, &present);
+            return !result && name == "kept";
         });
     });
     EXPECT_EQ(output, "ERROR: Unable to open /proc/self/comm\n");
