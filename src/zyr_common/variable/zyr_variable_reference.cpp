@@ -10,6 +10,7 @@
 #include "zyr_common/memory/zyr_numeric.h"
 #include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/object/zyr_object.h"
+#include "zyr_common/object/zyr_object_references.h"
 #include "zyr_common/text/zyr_string.h"
 
 namespace zyr {
@@ -37,7 +38,7 @@ template <template <typename> class... Templates>
 constexpr bool c_integerFormsHaveTableSize = c_sizesAreThoseOfTheTable<Templates<int32_t>..., Templates<int64_t>...>;
 
 static_assert(c_sizesAreThoseOfTheTable<bool, int8_t, uint8_t, int16_t, uint16_t, int32_t, uint32_t, int64_t, uint64_t,
-                                        float, double, GUID_t, VariableCategoryEnum>);
+                                        float, double, GUID_t, ObjectGUIDReference, VariableCategoryEnum>);
 static_assert(c_floatFormsHaveTableSize<Vector2, Vector3, Vector4, Matrix3x3, Matrix4x4, RectSize, Rect, BoxSize, Box>);
 static_assert(
     c_floatFormsHaveTableSize<ExtPositionX, ExtPositionY, ExtPositionZ, ExtDimensionWidth, ExtDimensionHeight,
