@@ -24,16 +24,23 @@ configureAndBuild() {
     printf 'built in %d s\n' $((SECONDS - began))
 }
 
-# runTests PRESET [ctest arguments]: the whole log goes to build/PRESET/test.log, failures and the sum to the screen.
+# runTests PRESET [ctest arguments]: the whole log goes to build/PRESET/test.log, failures and the sum to the screen. So
+# does the digest over all results that have to be the same on every platform, which is kept in build/PRESET/digest.
 runTests() {
-    local preset=$1 log=build/$1/test.log result
+    local preset=$1 log=build/$1/test.log digest=build/$1/digest result
     shift
+    rm -f "$digest"
     ctest --preset "$preset" -j "$jobs" --no-tests=error "$@" </dev/null >"$log" 2>&1
     result=$?
     if [ $result -ne 0 ]; then
         grep -vE '^ *Start +[0-9]+: |^ *[0-9]+/[0-9]+ Test .* Passed ' "$log" | head -n 400
     else
         sed -n '/tests passed/p; /did not run:/,$p' "$log" | head -n 60
+    fi
+    if grep '^same bits: digest ' "build/$preset/Testing/Temporary/LastTest.log" >"$digest.new" 2>/dev/null; then
+        mv "$digest.new" "$digest" && cat "$digest"
+    else
+        rm -f "$digest.new"
     fi
     return $result
 }

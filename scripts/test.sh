@@ -76,6 +76,16 @@ aarch64Part() {
     scripts/aarch64.sh "${arguments[@]}"
     local result=$?
     if [ -e build/aarch64/test.log ]; then count build/aarch64/test.log; else [ $result = 0 ] || failed=$((failed + 1)); fi
+    # The tests pin the digest too, so this says in one line what their passing on both platforms means.
+    if has native && [ -e build/ci/digest ] && [ -e build/aarch64/digest ]; then
+        if cmp -s build/ci/digest build/aarch64/digest; then
+            echo "the native run has the same digest"
+            passed=$((passed + 1))
+        else
+            echo "the native run has another digest: $(cat build/ci/digest)"
+            failed=$((failed + 1)) result=1
+        fi
+    fi
     return $result
 }
 
