@@ -66,6 +66,7 @@ struct Program {
     SessionOptions m_session;
     LaunchOptions m_launch;
     PathOptions m_path;
+    LayoutOptions m_layout;
     std::string m_size;
     std::vector<std::string> m_resizes;
     int m_result = EXIT_DONE;
@@ -79,6 +80,7 @@ struct Program {
         addSession();
         addLaunch();
         addPath();
+        addLayout();
     }
 
     void addInspect() {
@@ -176,6 +178,23 @@ struct Program {
                             "Directory of zyr_core.so (default: found beside the program)");
         addLogOptions(*command, m_path.m_framework);
         command->callback([this] { m_result = runPath(m_path); });
+    }
+
+    void addLayout() {
+        CLI::App* command = m_app.add_subcommand("layout", "Solve a tree of anchored rectangles or boxes, and draw it");
+        command->add_option("file", m_layout.m_file, "The layout as JSON, or - to read it from the standard input")
+            ->required();
+        command->add_option("--svg", m_layout.m_svgPath,
+                            "Draw the result into this SVG file; - prints it in place of the JSON");
+        command->add_option("--scale", m_layout.m_scale, "Pixels of the drawing for each unit")
+            ->check(CLI::Range(0.0001, 1000.0))
+            ->capture_default_str();
+        command->add_option("--view", m_layout.m_view, "Which axes of boxes are drawn, to the right and down")
+            ->check(CLI::IsMember({"xy", "xz", "zy"}));
+        command->add_flag("--keep-going", m_layout.m_keepGoing,
+                          "Show the others when a rectangle has no solution; the exit code is 1 all the same");
+        addLogOptions(*command, m_layout.m_framework);
+        command->callback([this] { m_result = runLayout(m_layout); });
     }
 
     /// Takes what stands behind "--" of a launch, which is the program's and not to be parsed. Gives the number of

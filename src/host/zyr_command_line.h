@@ -71,9 +71,19 @@ struct PathOptions {
     std::string m_svgPath; ///< Where the outline goes; "-" puts it on the standard output, in place of the JSON.
 };
 
+struct LayoutOptions {
+    FrameworkOptions m_framework; ///< Of these, only the log's.
+    std::string m_file;           ///< The layout as JSON, or "-" for the standard input.
+    std::string m_svgPath;        ///< Where the drawing goes; "-" puts it on the standard output, in place of the JSON.
+    std::string m_view;           ///< "xy", "xz" or "zy". Empty: what the file says.
+    double m_scale = 1;           ///< Pixels for each unit.
+    bool m_keepGoing = false;
+};
+
 int runInspect(const InspectOptions& p_options);
 int runStream(const StreamOptions& p_options);
 int runPath(const PathOptions& p_options);
+int runLayout(const LayoutOptions& p_options);
 int runSession(const SessionOptions& p_options);
 /// Gives the program's own exit status, or EXIT_RUN_FAILED when it can't be started.
 int runLaunch(const LaunchOptions& p_options);

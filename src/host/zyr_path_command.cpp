@@ -1,12 +1,11 @@
 #include "host/zyr_command_line.h"
 #include "host/zyr_path_check.h"
 #include "host/zyr_path_outline.h"
+#include "host/zyr_text_files.h"
 
 #include <nlohmann/json.hpp>
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <iostream>
 #include <iterator>
 
@@ -67,17 +66,6 @@ json showCommand(const Path2DCommand<double>& p_command) {
     }
 }
 
-bool writeFile(const std::string& p_path, const std::string& p_text) {
-    FILE* file = fopen(p_path.c_str(), "w");
-    bool done = file != nullptr && fwrite(p_text.data(), 1, p_text.size(), file) == p_text.size();
-    const int error = errno;
-    done = (file == nullptr || fclose(file) == 0) && done;
-    if (!done) {
-        fprintf(stderr, "zyr-host: cannot write '%s': %s\n", p_path.c_str(), strerror(error));
-    }
-    return done;
-}
-
 } // namespace
 
 int runPath(const PathOptions& p_options) {
@@ -98,18 +86,16 @@ int runPath(const PathOptions& p_options) {
     path.pushBackSVGPath(String(text.c_str()));
     const PathOutline outline = resolveOutline(path);
     if (p_options.m_svgPath == "-") {
-        fputs(makeSVG(outline).c_str(), stdout);
-        return fflush(stdout) == 0 ? EXIT_DONE : EXIT_RUN_FAILED;
+        return printText(makeSVG(outline)) ? EXIT_DONE : EXIT_RUN_FAILED;
     }
-    if (!p_options.m_svgPath.empty() && !writeFile(p_options.m_svgPath, makeSVG(outline))) {
+    if (!p_options.m_svgPath.empty() && !writeText(p_options.m_svgPath, makeSVG(outline))) {
         return EXIT_RUN_FAILED;
     }
     json all = {{"commands", json::array()}, {"outline", outline.m_text}};
     for (const Path2DCommand<double>* command : path.getCommands()) {
         all["commands"].push_back(showCommand(*command));
     }
-    printf("%s\n", all.dump(2).c_str());
-    return fflush(stdout) == 0 ? EXIT_DONE : EXIT_RUN_FAILED;
+    return printText(all.dump(2) + "\n") ? EXIT_DONE : EXIT_RUN_FAILED;
 }
 
 } // namespace zyr::host
