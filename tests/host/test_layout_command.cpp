@@ -222,10 +222,8 @@ TEST_F(LayoutCommand, GivesNumbersThatAreNoneAsTexts) {
 // ---- number types ---------------------------------------------------------------------------------------------------
 
 TEST_F(LayoutCommand, CutsIntegersOnceAndKeepsFractionsOfTheOthers) {
-                        {"xAnchor", "PARENT_WIDTH_PERCENT"},
-                        {"xAnchor", "PARENT_WIDTH_PERCENT"},
-                        {"width", 33},
-                        {"widthAnchor", "PARENT_WIDTH_PERCENT"}};
+    const json child = {
+        {"x", 33}, {"xAnchor", "PARENT_WIDTH_PERCENT"}, {"width", 33}, {"widthAnchor", "PARENT_WIDTH_PERCENT"}};
     const json root = {{"width", 101}};
     EXPECT_EQ(solveOne(child, root, "int32"), json({33, 0, 33, 0}));
     EXPECT_EQ(solveOne(child, root, "int64"), json({33, 0, 33, 0}));
