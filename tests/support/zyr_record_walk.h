@@ -71,10 +71,10 @@ template <typename M> void makeLeafDifferent(void* p_field, uint32_t p_number) {
         value = String(("text " + std::to_string(p_number)).c_str());
     } else if constexpr (std::is_same_v<M, GUID_t>) {
         ++value.m_data[p_number % 16];
-    } else if constexpr (requires { value.getData(); }) {
-        value.pushBack({});
-    } else {
+    } else if constexpr (requires { value.pushBack({}, nullptr); }) {
         value.pushBack({}, nullptr);
+    } else {
+        value.pushBack({});
     }
 }
 

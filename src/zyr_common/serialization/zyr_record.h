@@ -36,7 +36,7 @@
 /// | enumeration with an EnumerationTable | number with its converter, attribute |
 /// | String, GUID_t | text, attribute |
 /// | another record | named group |
-/// | T[N], Array<T> of numbers, texts, enumerations or records | array |
+/// | T[N], Array<T> of numbers, texts, enumerations or records, List<String> | array |
 /// | HashSet of an enumeration | array in the order of insertion; reading adds to what the set holds |
 ///
 /// Not thread safe: a record has one owner at a time.
@@ -77,17 +77,22 @@ template <typename Owner, typename M> struct RecordField {
     RecordFieldDefault<M> m_default;
     EnumerationConverter m_converter;
     bool m_element;
+    bool m_attribute;
 
     /// The value that init_This gives to a number or enumeration; 0 without it.
     constexpr RecordField withDefault(RecordFieldDefault<M> p_default) const {
-        return {m_key, m_member, p_default, m_converter, m_element};
+        return {m_key, m_member, p_default, m_converter, m_element, m_attribute};
     }
     /// A converter that shows certain values of an integer as words, or one that differs from the enumeration's own.
     constexpr RecordField withConverter(EnumerationConverter p_converter) const {
-        return {m_key, m_member, m_default, p_converter, m_element};
+        return {m_key, m_member, m_default, p_converter, m_element, m_attribute};
     }
     /// A long text: a text format writes it as an element and not as an attribute.
-    constexpr RecordField asElement() const { return {m_key, m_member, m_default, m_converter, true}; }
+    constexpr RecordField asElement() const { return {m_key, m_member, m_default, m_converter, true, false}; }
+    /// Written with the attributes, but without the mark of one, which readers of such fields rely upon.
+    constexpr RecordField withoutAttributeMark() const {
+        return {m_key, m_member, m_default, m_converter, m_element, false};
+    }
 };
 
 /// The converter of a field's type, null for types without texts.
@@ -101,7 +106,7 @@ template <typename M> constexpr EnumerationConverter zyr_fieldConverter() {
 
 /// A field with its key, which is also its word in paths. The key is a literal.
 template <typename Owner, typename M> constexpr RecordField<Owner, M> zyr_field(const char* p_key, M Owner::*p_member) {
-    return {p_key, p_member, RecordFieldDefault<M>{}, zyr_fieldConverter<M>(), false};
+    return {p_key, p_member, RecordFieldDefault<M>{}, zyr_fieldConverter<M>(), false, true};
 }
 
 /// The field list of one level.
@@ -308,18 +313,26 @@ private:
         }
     }
 
-    /// Sets are equal when they hold the same keys in the same order of insertion.
+    /// Sets are equal when they hold the same keys in the same order of insertion, lists when they hold equal items.
     template <typename M> static bool equalKeys(const M& p_left, const M& p_right) {
         auto left = p_left.beginConst();
         auto right = p_right.beginConst();
         while (left != p_left.endConst() && right != p_right.endConst()) {
-            if (!(left->m_first == right->m_first)) {
+            if (!equalEntries(*left, *right)) {
                 return false;
             }
             ++left;
             ++right;
         }
         return left == p_left.endConst() && right == p_right.endConst();
+    }
+
+    template <typename Entry> static bool equalEntries(const Entry& p_left, const Entry& p_right) {
+        if constexpr (requires { p_left.m_first; }) {
+            return p_left.m_first == p_right.m_first;
+        } else {
+            return p_left == p_right;
+        }
     }
 
     template <typename T> static bool equalItems(const T* p_left, size_t p_leftSize, const T* p_right, size_t p_size) {

@@ -1,8 +1,10 @@
-/// How one field of a record is declared, written and read, by its type. Only for zyr_record_walker.h.
+/// How one field of a record is declared, written and read, by its type. For zyr_record_walker.h, and for what stores
+/// single values in the same way.
 #pragma once
 
 #include "zyr_common/containers/zyr_array.h"
 #include "zyr_common/containers/zyr_hash_set.h"
+#include "zyr_common/containers/zyr_list.h"
 #include "zyr_common/digest/zyr_guid.h"
 #include "zyr_common/serialization/zyr_record.h"
 #include "zyr_common/serialization/zyr_serializer.h"
@@ -254,6 +256,40 @@ template <> struct RecordFieldIO<Array<String>> {
     static bool_t read(IDeserializer* p_deserializer, const String& p_key, uint32_t& p_cache, Array<String>& p_value,
                        EnumerationConverter) {
         return p_deserializer->readStringArray(p_key, p_cache, p_value, 0);
+    }
+};
+
+/// A list of texts travels as an array; what is read replaces the list.
+template <> struct RecordFieldIO<List<String>> {
+    static constexpr bool c_element = true;
+    static bool_t declare(ISerializer* p_serializer, const String& p_key, const List<String>& p_value,
+                          bool_t& p_result) {
+        return p_serializer->declareStringArray(p_key, collect(p_value), p_result);
+    }
+    static bool_t write(ISerializer* p_serializer, const String& p_key, const List<String>& p_value, bool_t p_attribute,
+                        EnumerationConverter p_converter) {
+        return RecordFieldIO<Array<String>>::write(p_serializer, p_key, collect(p_value), p_attribute, p_converter);
+    }
+    static bool_t read(IDeserializer* p_deserializer, const String& p_key, uint32_t& p_cache, List<String>& p_value,
+                       EnumerationConverter p_converter) {
+        Array<String> items = collect(p_value);
+        if (!RecordFieldIO<Array<String>>::read(p_deserializer, p_key, p_cache, items, p_converter)) {
+            return 0;
+        }
+        p_value.clear();
+        for (size_t i = 0; i < items.getSize(); ++i) {
+            p_value.pushBack(items[i]);
+        }
+        return 1;
+    }
+
+private:
+    static Array<String> collect(const List<String>& p_list) {
+        Array<String> items;
+        for (const String& item : p_list) {
+            items.pushBack(item);
+        }
+        return items;
     }
 };
 

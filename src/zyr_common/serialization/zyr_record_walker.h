@@ -81,7 +81,8 @@ bool_t RecordWalker<Self>::writeField(Self& p_record, ISerializer* p_serializer,
     if (!p_serializer->isBinaryFormat() && (element ? p_firstPass : !p_firstPass)) {
         return 1;
     }
-    return IO::write(p_serializer, key<I>(), p_record.*field.m_member, !element, field.m_converter);
+    return IO::write(p_serializer, key<I>(), p_record.*field.m_member, !element && field.m_attribute,
+                     field.m_converter);
 }
 
 template <class Self>
