@@ -16,7 +16,7 @@ FLOORS = [
     ["zyr_common/log"],
     ["zyr_common/application"],
     ["zyr_common/object", "zyr_common/serialization", "zyr_common/variable/zyr_variable_type",
-     "zyr_common/variable/zyr_variable_reference"],
+     "zyr_common/variable/zyr_variable_accessors", "zyr_common/variable/zyr_variable_reference"],
     ["zyr_common/colour", "zyr_common/geometry"],
     ["zyr_common/variable"],
     ["zyr_common/services", "zyr_common/tree", "zyr_common/threads", "zyr_common/process"],

@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <map>
 #include <set>
 #include <sstream>
 
@@ -60,6 +61,13 @@ std::set<std::string> offeredFunctions(const std::string& p_folder) {
     return names;
 }
 
+/// The name of a symbol without namespace and arguments. A function template has its result in front.
+std::string functionName(const ElfSymbol& p_symbol) {
+    const std::string& text = p_symbol.m_demangledName;
+    const size_t start = text.find("zyr::zyr_");
+    return start == std::string::npos ? text : text.substr(start + 5, text.find_first_of("<(", start) - start - 5);
+}
+
 class Modules : public testing::TestWithParam<ModuleFile> {
 protected:
     const ElfFile m_file = readElfFile(GetParam().m_path);
@@ -82,7 +90,7 @@ TEST_P(Modules, ExportsItsEntryPointsAndTheFunctionsOfTheLibraryAndNothingElse) 
         }
         const std::string& name = symbol.m_demangledName;
         EXPECT_EQ(name.compare(0, 5, "zyr::"), 0) << name;
-        EXPECT_EQ(offered.count(name.substr(5, name.find('(') - 5)), 1u) << name;
+        EXPECT_EQ(offered.count(functionName(symbol)), 1u) << name;
         EXPECT_TRUE(symbol.m_function) << name;
     }
     EXPECT_THAT(missing, testing::IsEmpty());
@@ -93,10 +101,21 @@ TEST_P(Modules, OffersEveryFunctionOfTheCommonLibrary) {
     ASSERT_GT(missing.size(), 100u);
     for (const ElfSymbol& symbol : m_file.m_symbols) {
         if (symbol.m_defined && symbol.m_demangledName.compare(0, 5, "zyr::") == 0) {
-            missing.erase(symbol.m_demangledName.substr(5, symbol.m_demangledName.find('(') - 5));
+            missing.erase(functionName(symbol));
         }
     }
     EXPECT_THAT(missing, testing::IsEmpty());
+}
+
+TEST_P(Modules, OffersTheFactoriesOfVariablesForEachType) {
+    std::map<std::string, int> instances;
+    for (const ElfSymbol& symbol : m_file.m_symbols) {
+        if (symbol.m_defined) {
+            instances[functionName(symbol)]++;
+        }
+    }
+    EXPECT_EQ(instances["zyr_createVariableValue"], 67);
+    EXPECT_EQ(instances["zyr_createVariableDescriptor"], 67);
 }
 
 TEST_P(Modules, SharesNothingOfTheFrameworkWithOtherModules) {

@@ -392,9 +392,11 @@ bool_t RecordingDeserializer::setBaseDirectory(const String& p_directory) {
     return 1;
 }
 
-bool_t RecordingDeserializer::readStringRef(const String& p_name, uint32_t& p_cache, String*&, uint32_t) {
+bool_t RecordingDeserializer::readStringRef(const String& p_name, uint32_t& p_cache, String*& p_value, uint32_t) {
     bool_t done = 0;
-    find<std::string>("readStringRef", p_name, p_cache, done);
+    if (const std::string* value = find<std::string>("readStringRef", p_name, p_cache, done)) {
+        p_value = new String(*value);
+    }
     return done;
 }
 

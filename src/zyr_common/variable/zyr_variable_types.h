@@ -271,6 +271,11 @@ template <> struct EnumerationTable<VariableCategoryEnum> {
     };
 };
 
+/// The bytes of a value of a type, as the table has it; 0 for types outside the table.
+constexpr size_t zyr_getVariableTypeSize(VariableTypeEnum p_type) {
+    return p_type < ZYR_VARIABLE_TYPE_COUNT ? c_variableTypeRows[p_type].m_size : 0;
+}
+
 /// The name of a type in messages: the display name for rows that have one, otherwise "Unknown". Never null.
 ZYR_API const char* zyr_getVariableTypeString(VariableTypeEnum p_type);
 
@@ -290,102 +295,33 @@ template <typename T> constexpr VariableTypeEnum zyr_getEnumerationVariableType(
 }
 
 /// The row of a type. Types outside the table give ZYR_VARIABLE_NONE, 32-bit enumerations ZYR_VARIABLE_ENUM, and
-/// enumerations of one byte are plain bytes.
+/// enumerations of one byte are plain bytes. The types that values hold are those of the list of accessors; the ones
+/// that stand here by name are only pointed to.
 template <typename T> inline constexpr VariableTypeEnum c_variableTypeOf = zyr_getEnumerationVariableType<T>();
 template <> inline constexpr VariableTypeEnum c_variableTypeOf<bool> = ZYR_VARIABLE_BOOL;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<int8_t> = ZYR_VARIABLE_INT8;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<uint8_t> = ZYR_VARIABLE_UINT8;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<int16_t> = ZYR_VARIABLE_INT16;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<uint16_t> = ZYR_VARIABLE_UINT16;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<int32_t> = ZYR_VARIABLE_INT32;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<uint32_t> = ZYR_VARIABLE_UINT32;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<int64_t> = ZYR_VARIABLE_INT64;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<uint64_t> = ZYR_VARIABLE_UINT64;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<float> = ZYR_VARIABLE_FLOAT;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<double> = ZYR_VARIABLE_DOUBLE;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<String> = ZYR_VARIABLE_STRING;
 template <> inline constexpr VariableTypeEnum c_variableTypeOf<Vector2<uint32_t>> = ZYR_VARIABLE_VECTOR2_UINT32;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<Vector2<int32_t>> = ZYR_VARIABLE_VECTOR2_INT32;
 template <> inline constexpr VariableTypeEnum c_variableTypeOf<Vector2<uint64_t>> = ZYR_VARIABLE_VECTOR2_UINT64;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<Vector2<int64_t>> = ZYR_VARIABLE_VECTOR2_INT64;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<Vector2<float>> = ZYR_VARIABLE_VECTOR2_FLOAT;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<Vector2<double>> = ZYR_VARIABLE_VECTOR2_DOUBLE;
 template <> inline constexpr VariableTypeEnum c_variableTypeOf<Vector3<uint32_t>> = ZYR_VARIABLE_VECTOR3_UINT32;
 template <> inline constexpr VariableTypeEnum c_variableTypeOf<Vector3<int32_t>> = ZYR_VARIABLE_VECTOR3_INT32;
 template <> inline constexpr VariableTypeEnum c_variableTypeOf<Vector3<uint64_t>> = ZYR_VARIABLE_VECTOR3_UINT64;
 template <> inline constexpr VariableTypeEnum c_variableTypeOf<Vector3<int64_t>> = ZYR_VARIABLE_VECTOR3_INT64;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<Vector3<float>> = ZYR_VARIABLE_VECTOR3_FLOAT;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<Vector3<double>> = ZYR_VARIABLE_VECTOR3_DOUBLE;
 template <> inline constexpr VariableTypeEnum c_variableTypeOf<Vector4<uint32_t>> = ZYR_VARIABLE_VECTOR4_UINT32;
 template <> inline constexpr VariableTypeEnum c_variableTypeOf<Vector4<int32_t>> = ZYR_VARIABLE_VECTOR4_INT32;
 template <> inline constexpr VariableTypeEnum c_variableTypeOf<Vector4<uint64_t>> = ZYR_VARIABLE_VECTOR4_UINT64;
 template <> inline constexpr VariableTypeEnum c_variableTypeOf<Vector4<int64_t>> = ZYR_VARIABLE_VECTOR4_INT64;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<Vector4<float>> = ZYR_VARIABLE_VECTOR4_FLOAT;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<Vector4<double>> = ZYR_VARIABLE_VECTOR4_DOUBLE;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<Matrix3x3<float>> = ZYR_VARIABLE_MATRIX3X3_FLOAT;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<Matrix3x3<double>> = ZYR_VARIABLE_MATRIX3X3_DOUBLE;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<Matrix4x4<float>> = ZYR_VARIABLE_MATRIX4X4_FLOAT;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<Matrix4x4<double>> = ZYR_VARIABLE_MATRIX4X4_DOUBLE;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<ExtPositionX<float>> = ZYR_VARIABLE_EXT_POSITION_X_FLOAT;
-template <>
-inline constexpr VariableTypeEnum c_variableTypeOf<ExtPositionX<double>> = ZYR_VARIABLE_EXT_POSITION_X_DOUBLE;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<ExtPositionY<float>> = ZYR_VARIABLE_EXT_POSITION_Y_FLOAT;
-template <>
-inline constexpr VariableTypeEnum c_variableTypeOf<ExtPositionY<double>> = ZYR_VARIABLE_EXT_POSITION_Y_DOUBLE;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<ExtPositionZ<float>> = ZYR_VARIABLE_EXT_POSITION_Z_FLOAT;
-template <>
-inline constexpr VariableTypeEnum c_variableTypeOf<ExtPositionZ<double>> = ZYR_VARIABLE_EXT_POSITION_Z_DOUBLE;
-template <>
-inline constexpr VariableTypeEnum c_variableTypeOf<ExtDimensionWidth<float>> = ZYR_VARIABLE_EXT_DIMENSION_WIDTH_FLOAT;
-template <>
-inline constexpr VariableTypeEnum c_variableTypeOf<ExtDimensionWidth<double>> = ZYR_VARIABLE_EXT_DIMENSION_WIDTH_DOUBLE;
-template <>
-inline constexpr VariableTypeEnum c_variableTypeOf<ExtDimensionHeight<float>> = ZYR_VARIABLE_EXT_DIMENSION_HEIGHT_FLOAT;
-template <>
-inline constexpr VariableTypeEnum c_variableTypeOf<ExtDimensionHeight<double>> =
-    ZYR_VARIABLE_EXT_DIMENSION_HEIGHT_DOUBLE;
-template <>
-inline constexpr VariableTypeEnum c_variableTypeOf<ExtDimensionDepth<float>> = ZYR_VARIABLE_EXT_DIMENSION_DEPTH_FLOAT;
-template <>
-inline constexpr VariableTypeEnum c_variableTypeOf<ExtDimensionDepth<double>> = ZYR_VARIABLE_EXT_DIMENSION_DEPTH_DOUBLE;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<ExtVector2<int32_t>> = ZYR_VARIABLE_EXT_VECTOR2_INT32;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<ExtVector2<int64_t>> = ZYR_VARIABLE_EXT_VECTOR2_INT64;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<ExtVector2<float>> = ZYR_VARIABLE_EXT_VECTOR2_FLOAT;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<ExtVector2<double>> = ZYR_VARIABLE_EXT_VECTOR2_DOUBLE;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<ExtVector3<float>> = ZYR_VARIABLE_EXT_VECTOR3_FLOAT;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<ExtVector3<double>> = ZYR_VARIABLE_EXT_VECTOR3_DOUBLE;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<RectSize<int32_t>> = ZYR_VARIABLE_RECT_SIZE_INT32;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<RectSize<int64_t>> = ZYR_VARIABLE_RECT_SIZE_INT64;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<RectSize<float>> = ZYR_VARIABLE_RECT_SIZE_FLOAT;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<RectSize<double>> = ZYR_VARIABLE_RECT_SIZE_DOUBLE;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<Rect<int32_t>> = ZYR_VARIABLE_RECT_INT32;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<Rect<int64_t>> = ZYR_VARIABLE_RECT_INT64;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<Rect<float>> = ZYR_VARIABLE_RECT_FLOAT;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<Rect<double>> = ZYR_VARIABLE_RECT_DOUBLE;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<BoxSize<float>> = ZYR_VARIABLE_BOX_SIZE_FLOAT;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<BoxSize<double>> = ZYR_VARIABLE_BOX_SIZE_DOUBLE;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<Box<float>> = ZYR_VARIABLE_BOX_FLOAT;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<Box<double>> = ZYR_VARIABLE_BOX_DOUBLE;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<ExtRect<int32_t>> = ZYR_VARIABLE_EXT_RECT_INT32;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<ExtRect<int64_t>> = ZYR_VARIABLE_EXT_RECT_INT64;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<ExtRect<float>> = ZYR_VARIABLE_EXT_RECT_FLOAT;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<ExtRect<double>> = ZYR_VARIABLE_EXT_RECT_DOUBLE;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<ExtBox<float>> = ZYR_VARIABLE_EXT_BOX_FLOAT;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<ExtBox<double>> = ZYR_VARIABLE_EXT_BOX_DOUBLE;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<ColorRGB<float>> = ZYR_VARIABLE_COLOR_RGB_FLOAT;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<ColorRGB<double>> = ZYR_VARIABLE_COLOR_RGB_DOUBLE;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<ColorRGBA<float>> = ZYR_VARIABLE_COLOR_RGBA_FLOAT;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<ColorRGBA<double>> = ZYR_VARIABLE_COLOR_RGBA_DOUBLE;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<GUID_t> = ZYR_VARIABLE_GUID;
-template <>
-inline constexpr VariableTypeEnum c_variableTypeOf<ObjectGUIDReference> = ZYR_VARIABLE_GUID_OBJECT_REFERENCE;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<String*> = ZYR_VARIABLE_STRING_REFERENCE;
-template <> inline constexpr VariableTypeEnum c_variableTypeOf<IObject*> = ZYR_VARIABLE_OBJECT_REFERENCE;
 template <> inline constexpr VariableTypeEnum c_variableTypeOf<WrappedString> = ZYR_VARIABLE_WRAPPED_STRING;
 template <> inline constexpr VariableTypeEnum c_variableTypeOf<unsigned char*> = ZYR_VARIABLE_BYTES;
+#define ZYR_VARIABLE_TYPE_OF(suffix, type, row)                                                                        \
+    template <> inline constexpr VariableTypeEnum c_variableTypeOf<type> = row;
+#define ZYR_VARIABLE_BOOLEAN(suffix, type, row)
+#define ZYR_VARIABLE_NUMBER ZYR_VARIABLE_TYPE_OF
+#define ZYR_VARIABLE_RECORD ZYR_VARIABLE_TYPE_OF
+#define ZYR_VARIABLE_POINTER ZYR_VARIABLE_TYPE_OF
+#include "zyr_common/variable/zyr_variable_accessors.inl"
+#undef ZYR_VARIABLE_TYPE_OF
 
-/// See c_variableTypeOf.
-template <typename T> constexpr VariableTypeEnum zyr_getVariableTypeEnum() {
+/// See c_variableTypeOf. The pointer only carries the type.
+template <typename T> constexpr VariableTypeEnum zyr_getVariableTypeEnum(const T* = nullptr) {
     return c_variableTypeOf<T>;
 }
 
