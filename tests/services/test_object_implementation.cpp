@@ -1,7 +1,10 @@
 #include "zyr_common/services/zyr_object_implementation.h"
 
 #include "support/zyr_fake_core.h"
+#include "support/zyr_stub_object.h"
 #include "zyr_common/services/zyr_format_info_implementation.h"
+#include "zyr_common/variable/zyr_variable_factories.h"
+#include "zyr_common/variable/zyr_variable_reference.h"
 
 #include <gtest/gtest.h>
 
@@ -200,6 +203,76 @@ TEST_F(ObjectImplementationTest, HasNoFieldsBehindPaths) {
     EXPECT_EQ(m_object->getVariableReferenceByPath("name.x"), nullptr);
     EXPECT_FALSE(m_object->setVariableValue("name", nullptr));
     EXPECT_FALSE(m_object->setVariableValueByPath("name.x", nullptr));
+}
+
+class VariableOfAnObject : public testing::Test {
+protected:
+    ~VariableOfAnObject() override { m_info->release(); }
+
+    /// Hands a value over and forgets it.
+    bool_t set(const char* p_name, VariableValue* p_value) {
+        bool_t done = m_info->setVariableValue(p_name, p_value);
+        p_value->release();
+        return done;
+    }
+    bool_t setByPath(const char* p_path, VariableValue* p_value) {
+        bool_t done = m_info->setVariableValueByPath(p_path, p_value);
+        p_value->release();
+        return done;
+    }
+
+    ZipCompressionInfo* m_info = new ZipCompressionInfo;
+};
+
+TEST_F(VariableOfAnObject, IsSetByNameAndByPath) {
+    EXPECT_TRUE(set("level", zyr_createVariableValue<uint32_t>("", 7)));
+    EXPECT_EQ(m_info->getLevel(), 7u);
+    EXPECT_TRUE(setByPath("level", zyr_createVariableValue<uint32_t>("", 8)));
+    EXPECT_EQ(m_info->getLevel(), 8u);
+}
+
+TEST_F(VariableOfAnObject, IsSetOnTheLevelThatHasIt) {
+    EXPECT_TRUE(set("formatName", zyr_createVariableValue<String>("", "some format")));
+    EXPECT_EQ(m_info->getFormatName(), "some format");
+}
+
+TEST_F(VariableOfAnObject, TakesAConvertedNumber) {
+    EXPECT_TRUE(set("level", zyr_createVariableValue<double>("", 5.9)));
+    EXPECT_EQ(m_info->getLevel(), 5u);
+}
+
+TEST_F(VariableOfAnObject, StaysWhenTheValueDoesNotFit) {
+    m_info->setLevel(3);
+    EXPECT_FALSE(set("level", zyr_createVariableValue<String>("", "7")));
+    EXPECT_FALSE(set("unknown", zyr_createVariableValue<uint32_t>("", 7)));
+    EXPECT_FALSE(setByPath("level.x", zyr_createVariableValue<uint32_t>("", 7)));
+    EXPECT_FALSE(m_info->setVariableValue("level", nullptr));
+    EXPECT_FALSE(m_info->setVariableValueByPath("level", nullptr));
+    EXPECT_EQ(m_info->getLevel(), 3u);
+}
+
+/// An outer layer that has a field of its own.
+class FieldObject : public test::StubObject<IObject> {
+public:
+    VariableReference* getVariableReference(const String& p_name) override {
+        return p_name == "field" ? new VariableReference(ZYR_VARIABLE_FLOAT, &m_field) : nullptr;
+    }
+    VariableReference* getVariableReferenceByPath(const String& p_path) override {
+        return p_path == "field.x" ? new VariableReference(ZYR_VARIABLE_FLOAT, &m_x) : nullptr;
+    }
+
+    float m_field = 0;
+    float m_x = 0;
+};
+
+TEST_F(VariableOfAnObject, IsLookedUpInTheOutermostLayer) {
+    FieldObject outer;
+    m_info->setTLIObject(&outer);
+    EXPECT_TRUE(set("field", zyr_createVariableValue<float>("", 1.5f)));
+    EXPECT_TRUE(setByPath("field.x", zyr_createVariableValue<float>("", 2.5f)));
+    EXPECT_FALSE(setByPath("level", zyr_createVariableValue<uint32_t>("", 7)));
+    EXPECT_EQ(outer.m_field, 1.5f);
+    EXPECT_EQ(outer.m_x, 2.5f);
 }
 
 } // namespace

@@ -83,7 +83,10 @@ public:
     virtual VariableReference* getVariableReference(const String& p_name) = 0;
     /// The same for a path of field names that are joined by periods.
     virtual VariableReference* getVariableReferenceByPath(const String& p_path) = 0;
+    /// Writes the value into the named field, converted where both are numbers or colours. Gives 0 without such a
+    /// field, and with a line in the log for a value that doesn't fit. The value stays with the caller.
     virtual bool_t setVariableValue(const String& p_name, VariableValue* p_value) = 0;
+    /// The same for a path.
     virtual bool_t setVariableValueByPath(const String& p_path, VariableValue* p_value) = 0;
 
     virtual bool_t readSerialized(IDeserializer* p_deserializer) = 0;

@@ -30,7 +30,7 @@
 #include "zyr_common/containers/zyr_hash_map.h"
 #include "zyr_common/serialization/zyr_serializer.h"
 #include "zyr_common/services/zyr_format_info.h"
-#include "zyr_common/variable/zyr_variable_types.h"
+#include "zyr_common/variable/zyr_variable_value.h"
 
 namespace zyr {
 
@@ -173,9 +173,11 @@ public:
     }
     VariableReference* getVariableReferenceByPath(const String&) override { return nullptr; }
     bool_t setVariableValue(const String& p_name, VariableValue* p_value) override {
-        return setVariableValueByPath(p_name, p_value);
+        return zyr_applyVariableValue(p_value, getTLIObject()->getVariableReference(p_name));
     }
-    bool_t setVariableValueByPath(const String&, VariableValue*) override { return 0; }
+    bool_t setVariableValueByPath(const String& p_path, VariableValue* p_value) override {
+        return zyr_applyVariableValue(p_value, getTLIObject()->getVariableReferenceByPath(p_path));
+    }
 
     void clearGUID(bool_t) override { m_guid = GUID_t(); }
     const GUID_t& getGUID() const override { return m_guid; }
