@@ -16,6 +16,10 @@ struct Module {
     const char* label;
 };
 
+static void PrintTo(const Module& p_module, std::ostream* p_stream) {
+    *p_stream << p_module.label;
+}
+
 static const Module MODULES[] = {
     {&ApplicationData::coreInitialize, &ApplicationData::m_coreInitializer, &ApplicationData::m_coreState,
      "coreInitialize", "module:core"},

@@ -17,6 +17,10 @@ struct Method {
     size_t m_boundOf1000;
 };
 
+static void PrintTo(const Method& p_method, std::ostream* p_stream) {
+    *p_stream << p_method.m_name;
+}
+
 class Compression : public testing::TestWithParam<Method> {};
 
 static Bytes makeText(size_t p_size) {

@@ -73,6 +73,10 @@ struct PowerOfTwoCase {
     size_t exponent;
 };
 
+static void PrintTo(const PowerOfTwoCase& p_case, std::ostream* p_stream) {
+    *p_stream << p_case.value;
+}
+
 class NearestPowerOfTwo : public testing::TestWithParam<PowerOfTwoCase> {};
 
 TEST_P(NearestPowerOfTwo, IsStrictlyGreaterThanTheValue) {

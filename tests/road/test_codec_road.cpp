@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <string>
 #include <vector>
 
 namespace zyr {
@@ -17,7 +18,7 @@ namespace {
 constexpr uint32_t WIDTH = 320;
 constexpr uint32_t HEIGHT = 180;
 
-class CodecRoad : public testing::TestWithParam<const char*> {};
+class CodecRoad : public testing::TestWithParam<std::string> {};
 
 } // namespace
 
@@ -51,6 +52,6 @@ TEST_P(CodecRoad, PacketsAndPicturesEqualThoseMadeByHand) {
 }
 
 INSTANTIATE_TEST_SUITE_P(SoftwareCodecs, CodecRoad, testing::Values("vp9", "mpeg1video"),
-                         [](const auto& p_info) { return std::string(p_info.param); });
+                         [](const auto& p_info) { return p_info.param; });
 
 } // namespace zyr

@@ -43,6 +43,10 @@ struct Case {
     std::vector<std::string> m_arguments;
 };
 
+void PrintTo(const Case& p_case, std::ostream* p_stream) {
+    *p_stream << p_case.m_codec << " through " << p_case.m_decoder;
+}
+
 class ForeignStream : public testing::TestWithParam<Case> {};
 
 } // namespace

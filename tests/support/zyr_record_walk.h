@@ -13,6 +13,7 @@
 
 #include <cstring>
 #include <gtest/gtest.h>
+#include <ostream>
 
 namespace zyr::test {
 
@@ -51,6 +52,10 @@ struct RecordKind {
     bool_t (*m_read)(void* p_record, IDeserializer* p_deserializer);
     bool_t (*m_write)(void* p_record, ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result);
 };
+
+inline void PrintTo(const RecordKind& p_kind, std::ostream* p_stream) {
+    *p_stream << p_kind.m_name;
+}
 
 template <typename M> void makeLeafDifferent(void* p_field, uint32_t p_number) {
     M& value = *static_cast<M*>(p_field);
