@@ -189,8 +189,14 @@ private:
         }
         drawSeparators(p_node, start, end);
         const double width = getTextWidth(p_node.m_name);
-        if (end[1] - start[1] < 14 || (!p_node.m_parent && end[0] - start[0] < width + 4)) {
+        if (&p_node == &m_scene.m_nodes.front()) {
+            drawLabel(p_node.m_name, start[0], end[1] + 12);
+        } else if (p_node.m_parent) {
+            drawLabel(p_node.m_name, start[0] + 3, end[1] - 4); // Children rather begin at the top.
+        } else if (end[1] - start[1] < 14) {
             drawLabel(p_node.m_name, end[0] + 3, (start[1] + end[1]) / 2 + 4);
+        } else if (end[0] - start[0] < width + 4) {
+            drawLabel(p_node.m_name, (start[0] + end[0] - width) / 2, start[1] - 4);
         } else {
             drawLabel(p_node.m_name, start[0] + 3, start[1] + 11);
         }
@@ -277,8 +283,9 @@ private:
             const Point place = at(middle, across);
             m_marks += text(p_mark.m_text, place[0], place[1] + 4, "middle", colour);
         } else if (p_mark.m_axis == 0) {
-            m_marks += text(p_mark.m_text, length < 1 ? from + 4 : middle, across - 4, length < 1 ? "start" : "middle",
-                            colour);
+            const bool nothing = length < 1;
+            m_marks += text(p_mark.m_text, nothing ? from + 4 : middle, across + (nothing ? 12 : -4),
+                            nothing ? "start" : "middle", colour);
         } else {
             m_marks += text(p_mark.m_text, across + 4, middle + (length < 1 ? -3 : 4), "start", colour);
         }
