@@ -3,7 +3,7 @@
 #pragma once
 
 #include "link_hooks.h"
-#include "private_mounts.h"
+#include "support/zyr_private_mounts.h"
 
 #include "zyr_common/containers/zyr_list.h"
 #include "zyr_common/text/zyr_string.h"

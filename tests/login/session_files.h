@@ -1,12 +1,20 @@
 /// What logind and a display manager would show, made up for one test.
 #pragma once
 
-#include "private_mounts.h"
+#include "support/zyr_private_mounts.h"
 
 #include <cstdlib>
 #include <sys/stat.h>
 
 namespace zyr {
+
+/// Writes a file as a whole; a reader sees the old one or the new one.
+inline void writeFileByRename(const std::string& p_path, const std::string& p_text) {
+    // Outside of the directory, since each name that comes into it is an event.
+    const std::string path = std::filesystem::path(p_path).parent_path().string() + ".new";
+    std::ofstream(path) << p_text;
+    std::filesystem::rename(path, p_path);
+}
 
 /// The files in which logind tells about seats and sessions. At first there are none.
 class SessionFiles {

@@ -1,5 +1,5 @@
 // The single output of an AMD card, on made-up cards and connectors.
-#include "private_mounts.h"
+#include "support/zyr_private_mounts.h"
 
 #include "zyr_common/process/zyr_session_lookup.h"
 #include "zyr_common/text/zyr_string.h"

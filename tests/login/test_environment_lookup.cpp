@@ -1,5 +1,5 @@
 // An environment variable, found in the processes of a user.
-#include "private_mounts.h"
+#include "support/zyr_private_mounts.h"
 
 #include "support/log_capture.h"
 #include "zyr_common/process/zyr_session_lookup.h"

@@ -2,7 +2,7 @@
 #include "zyr_common/text/zyr_string.h"
 
 #include "support/log_capture.h"
-#include "support/zyr_private_system.h"
+#include "support/zyr_private_mounts.h"
 #include "zyr_process_test.h"
 #include "zyr_system_calls.h"
 

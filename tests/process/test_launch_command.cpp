@@ -1,12 +1,13 @@
 // "zyr-host launch" as its user runs it.
 #include "../host/zyr_program_run.h"
-#include "support/zyr_private_system.h"
+#include "support/zyr_private_mounts.h"
 #include "zyr_process_test.h"
 
 #include <algorithm>
 #include <csignal>
 #include <cstring>
 #include <gtest/gtest.h>
+#include <sys/mount.h>
 #include <unistd.h>
 
 namespace zyr {

@@ -1,7 +1,7 @@
 // The steps of the children in their order, and what the parent hears of each that fails.
 #include "zyr_common/process/zyr_user_process_launch.h"
 
-#include "support/zyr_private_system.h"
+#include "support/zyr_private_mounts.h"
 #include "zyr_process_test.h"
 #include "zyr_system_calls.h"
 

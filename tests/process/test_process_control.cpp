@@ -1,7 +1,7 @@
 #include "zyr_common/process/zyr_process_control.h"
 
 #include "support/log_capture.h"
-#include "support/zyr_private_system.h"
+#include "support/zyr_private_mounts.h"
 #include "support/zyr_stdout_capture.h"
 #include "zyr_process_test.h"
 #include "zyr_system_calls.h"

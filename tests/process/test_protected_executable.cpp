@@ -3,7 +3,7 @@
 
 #include "zyr_process_test.h"
 
-#include "support/zyr_private_system.h"
+#include "support/zyr_private_mounts.h"
 
 #include <gtest/gtest.h>
 #include <sys/mount.h>

@@ -1,10 +1,9 @@
-#include "private_mounts.h"
+#include "support/zyr_private_mounts.h"
 
-#include <cerrno>
 #include <cstring>
 #include <sched.h>
 #include <sys/mount.h>
-#include <unistd.h>
+#include <sys/stat.h>
 
 namespace zyr {
 
@@ -14,7 +13,6 @@ static bool writeText(const char* p_path, const std::string& p_text) {
     return file.good();
 }
 
-// Root enters a namespace directly; others become the owner of a user namespace, with their own user in it.
 static std::string enterNamespace() {
     const std::string uid = std::to_string(geteuid());
     const std::string gid = std::to_string(getegid());
@@ -33,6 +31,36 @@ static std::string enterNamespace() {
     return "";
 }
 
+bool canMountPrivately() {
+    const pid_t child = fork();
+    if (child == 0) {
+        _exit(geteuid() == 0 && enterNamespace().empty() ? 0 : 1);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+void enterPrivateMounts() {
+    ASSERT_EQ(PrivateMounts::getRefusal(), "");
+}
+
+static bool bindFile(const std::string& p_source, const std::string& p_path) {
+    return chmod(p_source.c_str(), 0644) == 0 &&
+           mount(p_source.c_str(), p_path.c_str(), nullptr, MS_BIND, nullptr) == 0;
+}
+
+void appendToSystemFile(const std::string& p_path, const std::string& p_lines) {
+    const std::string text = TemporaryDirectory::readFile(p_path) + p_lines;
+    char copy[] = "/tmp/zyr-test-file-XXXXXX";
+    const int descriptor = mkstemp(copy);
+    ASSERT_GE(descriptor, 0);
+    close(descriptor);
+    EXPECT_TRUE(writeText(copy, text) && bindFile(copy, p_path)) << p_path << " can't be replaced: " << strerror(errno);
+    // The mount outlives the name, but nothing can be mounted over it a second time.
+    unlink(copy);
+}
+
 const std::string& PrivateMounts::getRefusal() {
     static const std::string s_refusal = enterNamespace();
     return s_refusal;
@@ -49,21 +77,22 @@ void PrivateMounts::unmountLast() {
     m_mounted.pop_back();
 }
 
-void PrivateMounts::mountOrFail(const char* p_source, const std::string& p_path, const char* p_type,
-                                unsigned long p_flags, const std::string& p_options) {
-    if (mount(p_source, p_path.c_str(), p_type, p_flags, p_options.c_str()) != 0) {
+void PrivateMounts::mountOrFail(const std::string& p_path, const char* p_type, const std::string& p_options) {
+    if (mount("none", p_path.c_str(), p_type, 0, p_options.c_str()) != 0) {
         GTEST_FAIL() << p_path << " can't be mounted: " << strerror(errno);
     }
     m_mounted.push_back(p_path);
 }
 
 void PrivateMounts::mountEmpty(const std::string& p_path) {
-    mountOrFail("none", p_path, "tmpfs", 0, "mode=0755");
+    mountOrFail(p_path, "tmpfs", "mode=0755");
 }
 
 void PrivateMounts::replaceFile(const std::string& p_path, const std::string& p_text) {
-    const std::string name = std::to_string(m_mounted.size());
-    mountOrFail(m_directory.writeFile(name, p_text).c_str(), p_path, "none", MS_BIND, "");
+    if (!bindFile(m_directory.writeFile(std::to_string(m_mounted.size()), p_text), p_path)) {
+        GTEST_FAIL() << p_path << " can't be replaced: " << strerror(errno);
+    }
+    m_mounted.push_back(p_path);
 }
 
 void PrivateMounts::makeChangeable(const std::string& p_path) {
@@ -72,15 +101,7 @@ void PrivateMounts::makeChangeable(const std::string& p_path) {
     mountEmpty(layers);
     std::filesystem::create_directory(layers + "/upper");
     std::filesystem::create_directory(layers + "/work");
-    mountOrFail("none", p_path, "overlay", 0,
-                "lowerdir=" + p_path + ",upperdir=" + layers + "/upper,workdir=" + layers + "/work");
-}
-
-void writeFileByRename(const std::string& p_path, const std::string& p_text) {
-    // Outside of the directory, since each name that comes into it is an event.
-    const std::string path = std::filesystem::path(p_path).parent_path().string() + ".new";
-    std::ofstream(path) << p_text;
-    std::filesystem::rename(path, p_path);
+    mountOrFail(p_path, "overlay", "lowerdir=" + p_path + ",upperdir=" + layers + "/upper,workdir=" + layers + "/work");
 }
 
 } // namespace zyr
