@@ -92,10 +92,11 @@ tidyOne() {
     local file=$1 flags stamp
     flags="-std=c++20 -Isrc -DZYR_MODULE_WORD=\"lint\" $ZYR_TIDY_INCLUDES"
     # shellcheck disable=SC2086
-    stamp=$(clang++ $flags -w -E "$file" 2>/dev/null | cat - .clang-tidy | sha256sum | cut -c1-40)
+    stamp=$(set -o pipefail; g++ $flags -w -E "$file" 2>&1 | cat - .clang-tidy | sha256sum | cut -c1-40) ||
+        { echo "$file: cannot be preprocessed"; return 1; }
     [ -e "build/tidy/$stamp" ] && return 0
     # shellcheck disable=SC2086
-    if clang-tidy --quiet "$file" -- $flags -w >"build/tidy/out.$stamp" 2>/dev/null; then
+    if clang-tidy --quiet "$file" -- $flags -w >"build/tidy/out.$stamp" 2>&1; then
         rm -f "build/tidy/out.$stamp"
         touch "build/tidy/$stamp"
     else
