@@ -6,6 +6,7 @@
 #include "zyr_common/text/zyr_number_text.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace zyr::host {
 
@@ -85,14 +86,22 @@ private:
             if (!next() || !isNumber(m_token)) {
                 fail("a number must follow on " + mark);
             }
+            checkSize();
             checkFlag(p_index, mark == "'-'");
             return FOUND_NUMBER;
         }
         if (!isNumber(m_token)) {
             return FOUND_OTHER;
         }
+        checkSize();
         checkFlag(p_index, false);
         return FOUND_NUMBER;
+    }
+
+    void checkSize() const {
+        if (!std::isfinite(zyr_convertStringToDouble(String(m_token.m_text).getData()))) {
+            fail(shown() + " is too large a number");
+        }
     }
 
     void checkFlag(uint32_t p_index, bool p_negative) const {

@@ -84,7 +84,13 @@ int runPath(const PathOptions& p_options) {
     }
     Path2D<double> path;
     path.pushBackSVGPath(String(text.c_str()));
-    const PathOutline outline = resolveOutline(path);
+    PathOutline outline;
+    try {
+        outline = resolveOutline(path);
+    } catch (const std::range_error& error) {
+        fprintf(stderr, "zyr-host: %s\n", error.what());
+        return EXIT_RUN_FAILED;
+    }
     if (p_options.m_svgPath == "-") {
         return printText(makeSVG(outline)) ? EXIT_DONE : EXIT_RUN_FAILED;
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <stdexcept>
 
 namespace zyr::host {
 
@@ -65,7 +66,13 @@ public:
         }
     }
 
-    PathOutline take() { return std::move(m_outline); }
+    PathOutline take() {
+        if (!std::isfinite((m_outline.m_right - m_outline.m_left) * 2) ||
+            !std::isfinite((m_outline.m_bottom - m_outline.m_top) * 2)) {
+            throw std::range_error("the path is larger than the range of numbers");
+        }
+        return std::move(m_outline);
+    }
 
 private:
     template <class Command> static const Command& as(const Path2DCommand<double>& p_command) {
@@ -85,6 +92,9 @@ private:
     }
 
     void cover(const Point& p_point) {
+        if (!std::isfinite(p_point.x) || !std::isfinite(p_point.y)) {
+            throw std::range_error("the path leads beyond the range of numbers");
+        }
         m_outline.m_left = m_empty ? p_point.x : std::min<double>(m_outline.m_left, p_point.x);
         m_outline.m_top = m_empty ? p_point.y : std::min<double>(m_outline.m_top, p_point.y);
         m_outline.m_right = m_empty ? p_point.x : std::max<double>(m_outline.m_right, p_point.x);

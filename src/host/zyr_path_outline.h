@@ -16,7 +16,8 @@ struct PathOutline {
     double m_bottom = 0;
 };
 
-/// Resolves every point against the one before.
+/// Resolves every point against the one before. Throws std::range_error when a point, or the extent of the whole, is no
+/// finite number.
 PathOutline resolveOutline(const Path2D<double>& p_path);
 
 /// A whole SVG document with the outline and a margin around it.

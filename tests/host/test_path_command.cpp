@@ -77,6 +77,22 @@ TEST_F(PathCommand, PrintsTheFieldsOfEachCommand) {
     EXPECT_EQ(commands[4]["endArc"]["x"], 7);
 }
 
+TEST_F(PathCommand, RefusesNumbersThatAreTooLarge) {
+    expectRefused("M10 3e1530", "line 1, column 5: '3e1530' is too large a number");
+    expectRefused("M-9e308 0", "line 1, column 3: '9e308' is too large a number");
+}
+
+TEST_F(PathCommand, TellsThatPointsLeaveTheRangeOfNumbers) {
+    for (const auto& [text, message] :
+         {std::pair("m1e308 0m1e308 0", "the path leads beyond the range of numbers"),
+          std::pair("M-1e308 0L1e308 0", "the path is larger than the range of numbers")}) {
+        const ProgramRun result = run({text});
+        EXPECT_EQ(result.m_exitCode, 1);
+        EXPECT_EQ(result.m_out, "");
+        EXPECT_EQ(result.m_err, std::string("zyr-host: ") + message + "\n");
+    }
+}
+
 TEST_F(PathCommand, ResolvesTheOutline) {
     EXPECT_EQ(outlineOf("m 10 10 h 80 V 50 l -20 5 z l 1 1"), "M 10 10 L 90 10 L 90 50 L 70 55 Z L 11 11");
     EXPECT_EQ(outlineOf("M 1 1 c 1 0 2 0 3 0 s 1 1 2 2 q 1 1 2 0 t 1 1 a 4 5 6 0 1 7 8"),
