@@ -21,11 +21,12 @@ if(ZYR_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
 endif()
 
 add_library(zyr_options INTERFACE)
+set_target_properties(zyr_options PROPERTIES EXPORT_NAME options)
 target_compile_options(zyr_options INTERFACE
-    -Wall
-    -Wextra
-    -Wshadow
-    -Wnon-virtual-dtor
+    $<BUILD_INTERFACE:-Wall>
+    $<BUILD_INTERFACE:-Wextra>
+    $<BUILD_INTERFACE:-Wshadow>
+    $<BUILD_INTERFACE:-Wnon-virtual-dtor>
     # Records with an empty base pass differently there since GCC 10.1, which is older than any compiler in use: no news.
     $<$<STREQUAL:${CMAKE_SYSTEM_PROCESSOR},aarch64>:-Wno-psabi>
     # The bits of every result are the same on AArch64 and x86-64 only without silent fusing.
@@ -34,19 +35,25 @@ target_compile_options(zyr_options INTERFACE
     -fwrapv
     # Each module has its own statics; gnu-unique symbols would be shared and keep dlclose from unloading.
     $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>
+    # Clang calls libatomic for the log level, a packed member that lies within an aligned word, and says so.
+    $<$<CXX_COMPILER_ID:Clang>:-Wno-atomic-alignment>
     -fvisibility=hidden
     $<$<COMPILE_LANGUAGE:CXX>:-fvisibility-inlines-hidden>
     # Assertion texts carry paths relative to the source tree.
-    -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=)
+    $<BUILD_INTERFACE:-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=>)
+target_compile_features(zyr_options INTERFACE cxx_std_20)
+target_link_libraries(zyr_options INTERFACE $<$<CXX_COMPILER_ID:Clang>:atomic>)
 if(ZYR_WARNINGS_AS_ERRORS)
-    target_compile_options(zyr_options INTERFACE -Werror)
+    target_compile_options(zyr_options INTERFACE $<BUILD_INTERFACE:-Werror>)
 endif()
 if(ZYR_SANITIZE)
     # Packed records are read in place, so misaligned access is by design.
     target_compile_options(zyr_options INTERFACE -fsanitize=${ZYR_SANITIZE} -fno-omit-frame-pointer)
     target_link_options(zyr_options INTERFACE -fsanitize=${ZYR_SANITIZE})
     if(ZYR_SANITIZE MATCHES undefined)
-        target_compile_options(zyr_options INTERFACE -fno-sanitize=alignment -fno-sanitize-recover=all)
+        target_compile_options(zyr_options INTERFACE -fno-sanitize=alignment -fno-sanitize-recover=all
+            # Its cache stands in the program, where Clang's modules don't find it.
+            $<$<CXX_COMPILER_ID:Clang>:-fno-sanitize=vptr>)
     endif()
 endif()
-target_include_directories(zyr_options INTERFACE "${PROJECT_SOURCE_DIR}/src")
+target_include_directories(zyr_options INTERFACE "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/src>")

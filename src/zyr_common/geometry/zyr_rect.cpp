@@ -82,25 +82,28 @@ template <typename T> void Rect<T>::boundingRect(const Rect& p_other) {
 template <typename T>
 void Rect<T>::transformIntoBoundingRect(const Matrix3x3<T>& p_matrix,
                                         Rect& p_out) const requires std::is_floating_point_v<T> {
-    const Vector3<T> corners[4] = {
-        p_matrix * Vector3<T>(x, y, 1),
-        p_matrix * Vector3<T>(x + width, y, 1),
-        p_matrix * Vector3<T>(x, y + height, 1),
-        p_matrix * Vector3<T>(x + width, y + height, 1),
-    };
-    T left = corners[0].x / corners[0].z;
-    T top = corners[0].y / corners[0].z;
-    T right = left;
-    T bottom = top;
-    for (int i = 1; i < 4; ++i) {
-        T cornerX = corners[i].x / corners[i].z;
-        T cornerY = corners[i].y / corners[i].z;
-        left = lesser(left, cornerX);
-        top = lesser(top, cornerY);
-        right = greater(right, cornerX);
-        bottom = greater(bottom, cornerY);
+    // Clang 14 instantiates this for integers in spite of the constraint.
+    if constexpr (std::is_floating_point_v<T>) {
+        const Vector3<T> corners[4] = {
+            p_matrix * Vector3<T>(x, y, 1),
+            p_matrix * Vector3<T>(x + width, y, 1),
+            p_matrix * Vector3<T>(x, y + height, 1),
+            p_matrix * Vector3<T>(x + width, y + height, 1),
+        };
+        T left = corners[0].x / corners[0].z;
+        T top = corners[0].y / corners[0].z;
+        T right = left;
+        T bottom = top;
+        for (int i = 1; i < 4; ++i) {
+            T cornerX = corners[i].x / corners[i].z;
+            T cornerY = corners[i].y / corners[i].z;
+            left = lesser(left, cornerX);
+            top = lesser(top, cornerY);
+            right = greater(right, cornerX);
+            bottom = greater(bottom, cornerY);
+        }
+        p_out = {left, top, right - left, bottom - top};
     }
-    p_out = {left, top, right - left, bottom - top};
 }
 
 #define ZYR_INSTANTIATE_RECTS(type)                                                                                    \

@@ -1,0 +1,125 @@
+#!/usr/bin/env python3
+"""Writes the seeds of the fuzzers, a file each, into fuzz/corpus.
+
+    fuzz/make_corpus.py PROGRAM      PROGRAM: a built zyr-host, which codes the packets of the decoder's seeds
+
+Inputs that a fuzzer found to break something are added by hand, under a name that says what broke.
+"""
+import pathlib
+import struct
+import subprocess
+import sys
+import tempfile
+
+CORPUS = pathlib.Path(__file__).parent / "corpus"
+
+# The first byte of a lexer's seed chooses its words, see fuzz_lexer.cpp.
+LEXER = {
+    "empty": (31, b""),
+    "every-kind": (31, b"M10 -2.5e+3 let x_1 = (a -> b), // end\n/* two\nlines */ letter\r\n7"),
+    "no-words": (0, b"abc"),
+    "number-cut-short": (4, b"1e 1e+ .5 5. 0x 00012 99999999999999999999999999"),
+    "open-comment": (31, b"a /* b"),
+    "no-token": (31, b"a $ b"),
+    "zero-byte": (31, b"a\0b"),
+    "not-utf8": (31, b"\xff\xfe \xc3\x28 \xe2\x82"),
+}
+
+SVG_PATH = {
+    "every-letter": b"M10,20L30 40H5V6C1 2 3 4 5 6S7 8 9 10Q1 2 3 4T5 6A10 20 30 0 1 40 50Z",
+    "relative": b"m1-2l3-4h5v-6c1 2 3 4 5 6s7 8 9 10q1 2 3 4t5 6a1 2 3 1 0 4 5z",
+    "repeated-groups": b"M0 0 10 10 20 0 C1 2 3 4 5 6 7 8 9 10 11 12",
+    "number-first": b"10 20 M0 0",
+    "group-cut-short": b"M10 20 L30",
+    "exponents": b"M1e3,-1.5E-2L.5.5",
+    "tab": b"M1\t2",
+    "number-too-large": b"M10 3e1530",
+    "sum-too-large": b"m1e308 0m1e308 0",
+}
+
+TEXT = {
+    "empty": b"",
+    "number": b"-12345.678901e-7",
+    "huge-number": b"9" * 400 + b"e999",
+    "guid": b"8d3bfe60-d157-4077-8ff0-68af1abc390d",
+    "guid-cut-short": b"8d3bfe60-d157-4",
+    "list": b"a, b,,c , ,",
+    "brackets": b"name[a[b],3..7]rest(12)",
+    "open-bracket": b"name[a[b",
+    "range": b"3..7",
+    "path": b"a\\b/../c//name.tar.gz",
+    "pattern": b"a*b**c*",
+    "utf8": "\u00e4\u20ac\U0001f600".encode(),
+    "not-utf8": b"\xff\xc3\xe2\x82\xf0\x9f",
+    "lines": b"one\r\ntwo\rthree\n\nfive",
+}
+
+COMPRESSION = {
+    "text": b"\x10" + b"the quick brown fox " * 20,
+    "zeros": b"\x00" + bytes(300),
+    "lz4-offset-out-of-range": b"\xff\x1fA\xff\xff\x00",
+    "zlib-header": b"\xff\x78\x9c\x03\x00\x00\x00\x00\x01",
+}
+
+
+def readIvf(path):
+    data = path.read_bytes()
+    place = struct.unpack_from("<H", data, 6)[0]
+    packets = []
+    while place + 12 <= len(data):
+        size = struct.unpack_from("<I", data, place)[0]
+        packets.append(data[place + 12:place + 12 + size])
+        place += 12 + size
+    return packets
+
+
+def codePackets(program, directory, codec, name):
+    """Three frames of 32x24, as packets."""
+    path = pathlib.Path(directory) / name
+    subprocess.run([program, "stream", "generate:32x24:3", "--codec", codec, "--packets", str(path), "--no-progress",
+                    "--log-dir", directory], check=True, stdout=subprocess.DEVNULL)
+    if name.endswith(".ivf"):
+        return readIvf(path)
+    # One picture after the other, as they stand in the container: cut where a picture begins.
+    raw = pathlib.Path(directory) / "raw.m1v"
+    subprocess.run(["ffmpeg", "-v", "error", "-i", str(path), "-c", "copy", "-f", "mpeg1video", str(raw)], check=True)
+    data = raw.read_bytes()
+    starts = [i for i in range(len(data)) if data.startswith(b"\0\0\1\xb3", i) or data.startswith(b"\0\0\1\0", i)]
+    # A picture behind a sequence header belongs to it.
+    cuts = [s for n, s in enumerate(starts) if n == 0 or data[starts[n - 1] + 3] != 0xB3]
+    return [data[a:b] for a, b in zip(cuts, cuts[1:] + [len(data)])]
+
+
+def joinPackets(way, packets):
+    return bytes([way]) + b"".join(struct.pack("<H", len(p)) + p for p in packets)
+
+
+def makeDecoderSeeds(program):
+    with tempfile.TemporaryDirectory() as directory:
+        vp9 = codePackets(program, directory, "vp9", "seed.ivf")
+        mpeg1 = codePackets(program, directory, "mpeg1video", "seed.mpg")
+    seeds = {}
+    # The ways of decoding in list order: vp9, libvpx-vp9, mpeg1video.
+    for way, name, own, foreign in ((0, "vp9", vp9, mpeg1), (1, "libvpx-vp9", vp9, mpeg1), (2, "mpeg1video", mpeg1, vp9)):
+        seeds[f"{name}-stream"] = joinPackets(way, own)
+        seeds[f"{name}-foreign-then-own"] = joinPackets(way, foreign[:1] + own)
+        seeds[f"{name}-no-key-frame"] = joinPackets(way, own[1:])
+        seeds[f"{name}-empty-packet"] = joinPackets(way, [b""] + own[:1])
+        seeds[f"{name}-cut-short"] = joinPackets(way, own)[:-len(own[-1]) // 2]
+    return seeds
+
+
+def write(name, seeds):
+    directory = CORPUS / name
+    directory.mkdir(parents=True, exist_ok=True)
+    for seed, data in seeds.items():
+        (directory / seed).write_bytes(data)
+
+
+if len(sys.argv) != 2:
+    sys.exit(__doc__)
+write("lexer", {name: bytes([words]) + text for name, (words, text) in LEXER.items()})
+write("svg_path", SVG_PATH)
+write("text", TEXT)
+write("compression", COMPRESSION)
+write("decoder", makeDecoderSeeds(sys.argv[1]))
