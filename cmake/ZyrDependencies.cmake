@@ -107,7 +107,7 @@ if(zyr_miniz_FOUND)
     add_library(ZYR::miniz ALIAS PkgConfig::zyr_miniz)
 elseif(ZYR_MINIZ_DIR AND EXISTS "${ZYR_MINIZ_DIR}/miniz.c")
     add_library(zyr_miniz STATIC "${ZYR_MINIZ_DIR}/miniz.c")
-    target_include_directories(zyr_miniz SYSTEM PUBLIC "${ZYR_MINIZ_DIR}")
+    target_include_directories(zyr_miniz SYSTEM PUBLIC "$<BUILD_INTERFACE:${ZYR_MINIZ_DIR}>")
     # Its archive reader and writer for files are not used.
     target_compile_definitions(zyr_miniz PUBLIC MINIZ_NO_STDIO MINIZ_NO_ARCHIVE_APIS MINIZ_NO_TIME)
     target_compile_options(zyr_miniz PRIVATE -w -O2 -fvisibility=hidden)

@@ -1,8 +1,26 @@
 # What "cmake --install" puts where: the host looks for its modules in ../lib/zyrmont/, and for plug-ins in plugins/ there.
 include(GNUInstallDirs)
-if(TARGET zyr-host)
-    install(TARGETS zyr-host RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-endif()
+include(CMakePackageConfigHelpers)
+install(TARGETS zyr-host RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(TARGETS zyr_core_module zyr_picture_module LIBRARY DESTINATION lib/zyrmont)
 install(TARGETS zyr_ffmpeg LIBRARY DESTINATION lib/zyrmont/plugins)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs/man/" DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 FILES_MATCHING PATTERN "*.1")
+
+# For modules and hosts that are built outside of this tree: find_package(Zyrmont), see examples/.
+set(packageDir lib/cmake/Zyrmont)
+set(exported zyr_options zyr_common zyr_picture_model zyr_dep_lz4 zyr_dep_xxhash zyr_dep_systemd)
+if(TARGET zyr_miniz)
+    list(APPEND exported zyr_miniz)
+    set_target_properties(zyr_miniz PROPERTIES EXPORT_NAME miniz)
+endif()
+set_target_properties(zyr_common PROPERTIES EXPORT_NAME common)
+set_target_properties(zyr_picture_model PROPERTIES EXPORT_NAME picture)
+install(TARGETS ${exported} EXPORT ZyrmontTargets
+    ARCHIVE DESTINATION lib
+    FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zyrmont)
+install(EXPORT ZyrmontTargets NAMESPACE Zyrmont:: DESTINATION ${packageDir})
+configure_file("${CMAKE_CURRENT_LIST_DIR}/ZyrmontConfig.cmake" "${CMAKE_BINARY_DIR}/ZyrmontConfig.cmake" COPYONLY)
+# The minor number counts: modules of another one are refused when they are loaded.
+write_basic_package_version_file("${CMAKE_BINARY_DIR}/ZyrmontConfigVersion.cmake" COMPATIBILITY SameMinorVersion)
+install(FILES "${CMAKE_BINARY_DIR}/ZyrmontConfig.cmake" "${CMAKE_BINARY_DIR}/ZyrmontConfigVersion.cmake"
+    "${CMAKE_CURRENT_LIST_DIR}/ZyrModule.cmake" "${CMAKE_CURRENT_LIST_DIR}/module.map.in" DESTINATION ${packageDir})

@@ -13,7 +13,8 @@ function(zyr_sources target)
         target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}/src" FILES ${ARG_HEADERS})
         # The target that compiles each header alone is made by CMake, and has no module word of its own.
         set(alone "$<TARGET_PROPERTY:NAME>,${target}_verify_interface_header_sets")
-        target_compile_definitions(${target} INTERFACE "$<$<STREQUAL:${alone}>:ZYR_MODULE_WORD=\"${target}\">")
+        target_compile_definitions(${target} INTERFACE
+            "$<BUILD_INTERFACE:$<$<STREQUAL:${alone}>:ZYR_MODULE_WORD=\"${target}\">>")
     endif()
 endfunction()
 
@@ -23,31 +24,7 @@ add_custom_target(zyr_programs)
 add_custom_target(zyr_threaded_tests)
 add_dependencies(zyr_threaded_tests zyr_programs)
 
-# zyr_add_module(target WORD <module word> OUTPUT <file name without .so> EXPORTS <plain names>... LIBRARIES <targets>...)
-# A module exports its plain entry points and the zyr_ functions of namespace zyr, and binds all else inside itself.
-function(zyr_add_module target)
-    cmake_parse_arguments(ARG "" "WORD;OUTPUT" "EXPORTS;LIBRARIES" ${ARGN})
-    add_library(${target} MODULE)
-    add_dependencies(zyr_programs ${target})
-    # For the test that looks at every module.
-    set_property(GLOBAL APPEND PROPERTY ZYR_MODULES ${target})
-    set_target_properties(${target} PROPERTIES ZYR_EXPORTS "${ARG_EXPORTS}")
-    list(JOIN ARG_EXPORTS ";\n    " exports)
-    set(map "${CMAKE_CURRENT_BINARY_DIR}/${target}.map")
-    configure_file("${PROJECT_SOURCE_DIR}/cmake/module.map.in" "${map}" @ONLY)
-    set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME "${ARG_OUTPUT}" LINK_DEPENDS "${map}")
-    target_compile_definitions(${target} PRIVATE ZYR_MODULE_WORD="${ARG_WORD}")
-    # The whole common library, so that every module offers all of its functions. It stands behind those that need it:
-    # otherwise it is repeated, and its functions are defined twice.
-    set_target_properties(${target} PROPERTIES LINK_LIBRARY_OVERRIDE_zyr_common WHOLE_ARCHIVE)
-    target_link_libraries(${target} PRIVATE zyr_options ${ARG_LIBRARIES} zyr_common)
-    target_link_options(${target} PRIVATE
-        -Wl,-soname,${ARG_OUTPUT}.so -Wl,-Bsymbolic "-Wl,--version-script=${map}")
-    # The sanitizer runtimes are resolved from the program, so undefined symbols are only refused without them.
-    if(NOT ZYR_SANITIZE)
-        target_link_options(${target} PRIVATE -Wl,-z,defs)
-    endif()
-endfunction()
+include(ZyrModule)
 
 # zyr_add_test(name [THREADED] SOURCES ... LIBRARIES ...): one GoogleTest program for one folder.
 # THREADED: its tests run threads side by side; they carry the label "threaded" and run under the thread sanitizer too.
