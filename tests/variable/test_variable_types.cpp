@@ -193,6 +193,8 @@ TEST(VariableTypes, FollowFromPlainTypes) {
     EXPECT_EQ(zyr_getVariableTypeEnum<IObject*>(), 78);
     EXPECT_EQ(zyr_getVariableTypeEnum<WrappedString>(), 79);
     EXPECT_EQ(zyr_getVariableTypeEnum<unsigned char*>(), 80);
+    const Vector2<float>* vector = nullptr;
+    EXPECT_EQ(zyr_getVariableTypeEnum(vector), 17);
 }
 
 TEST(VariableTypes, FollowFromEnumerationsBySize) {

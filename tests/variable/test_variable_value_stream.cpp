@@ -292,6 +292,21 @@ TEST(VariableValueStream, ReadsTypesThatHoldNothing) {
     }
 }
 
+TEST(VariableValueStream, ReplacesEachTypeByEachOther) {
+    for (uint32_t before = 1; before < 84; ++before) {
+        for (uint32_t after = 1; after < 84; ++after) {
+            VariableValue value(static_cast<VariableTypeEnum>(before));
+            VariableValue fresh(static_cast<VariableTypeEnum>(after));
+            RecordingDeserializer deserializer(makeNode(after));
+            EXPECT_EQ(value.readSerialized(&deserializer), 1);
+            EXPECT_EQ(value.getType(), after);
+            fresh.setName("stored");
+            EXPECT_EQ(callsOfWriting(value, RecordingSerializer::c_binary),
+                      callsOfWriting(fresh, RecordingSerializer::c_binary));
+        }
+    }
+}
+
 TEST(VariableValueStream, KeepsItsTypeWithANewValueWhenTheTypeCannotBeRead) {
     for (const char* failure : {"readString name", "readEnum type"}) {
         RecordingDeserializer deserializer(makeNode(ZYR_VARIABLE_INT16));

@@ -184,22 +184,22 @@ void* VariableValue::getTarget() {
 #define ZYR_VARIABLE_POINTER ZYR_VARIABLE_NUMBER
 #define ZYR_VARIABLE_RECORD(suffix, type, row)                                                                         \
     const type& VariableValue::getValue##suffix() const {                                                              \
-        static const type other;                                                                                       \
         if (servesType(row, m_type)) {                                                                                 \
             return *load<const type*>();                                                                               \
         }                                                                                                              \
         ZYR_LOG_WARN("Value is not a %s", accessorTypeName(row));                                                      \
+        static const type other;                                                                                       \
         return other;                                                                                                  \
     }
 #include "zyr_common/variable/zyr_variable_accessors.inl"
 
 #define ZYR_VARIABLE_RECORD(suffix, type, row)                                                                         \
     type& VariableValue::getMutableValue##suffix() {                                                                   \
-        static type other;                                                                                             \
         if (servesType(row, m_type)) {                                                                                 \
             return *load<type*>();                                                                                     \
         }                                                                                                              \
         ZYR_LOG_WARN("Value is not a %s", accessorTypeName(row));                                                      \
+        static type other;                                                                                             \
         return other;                                                                                                  \
     }
 #include "zyr_common/variable/zyr_variable_accessors.inl"
