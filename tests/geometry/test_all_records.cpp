@@ -96,6 +96,37 @@ static std::string getTestName(const testing::TestParamInfo<test::RecordKind>& p
 
 INSTANTIATE_TEST_SUITE_P(Geometry, AllRecords, testing::ValuesIn(describeAllRecords()), &getTestName);
 
+/// The fields of a record's own level must be 1, 2 and so on, as the constructor took them.
+template <class R> static void expectCounting(const R& p_record, int p_count) {
+    int expected = 1;
+    zyr_forEachField<R>([&](const auto& p_field) {
+        EXPECT_EQ(static_cast<int>(p_record.*p_field.m_member), expected++) << R::c_typeName << " " << p_field.m_key;
+    });
+    EXPECT_EQ(expected, p_count + 1) << R::c_typeName;
+}
+
+TEST(RecordConstructors, TakeTheFieldsInOrder) {
+    expectCounting(Rational<int64_t>(1, 2), 2);
+    expectCounting(Complex<double>(1, 2), 2);
+    expectCounting(Scalar<uint32_t>(1), 1);
+    expectCounting(Vector2<uint64_t>(1, 2), 2);
+    expectCounting(Vector3<int32_t>(1, 2, 3), 3);
+    expectCounting(Vector4<float>(1, 2, 3, 4), 4);
+    expectCounting(RectSize<int32_t>(1, 2), 2);
+    expectCounting(Rect<int64_t>(1, 2, 3, 4), 4);
+    expectCounting(BoxSize<double>(1, 2, 3), 3);
+    expectCounting(Box<float>(1, 2, 3, 4, 5, 6), 6);
+    expectCounting(ExtPositionX<float>(1, PositionXAnchorEnum(2)), 2);
+    expectCounting(ExtPositionY<double>(1, PositionYAnchorEnum(2)), 2);
+    expectCounting(ExtPositionZ<float>(1, PositionZAnchorEnum(2)), 2);
+    expectCounting(ExtDimensionWidth<float>(1, SizeWidthAnchorEnum(2)), 2);
+    expectCounting(ExtDimensionHeight<double>(1, SizeHeightAnchorEnum(2)), 2);
+    expectCounting(ExtDimensionDepth<float>(1, SizeDepthAnchorEnum(2)), 2);
+    expectCounting(ExtVector2<int32_t>({7, 8}, PositionXAnchorEnum(1), PositionYAnchorEnum(2)), 2);
+    expectCounting(ExtVector3<float>({7, 8, 9}, PositionXAnchorEnum(1), PositionYAnchorEnum(2), PositionZAnchorEnum(3)),
+                   3);
+}
+
 TEST(RecordNamesOf, Templates) {
     EXPECT_EQ(Rational<int64_t>::getRecordName(), "Rational{int64}");
     EXPECT_EQ(Scalar<uint32_t>::getRecordName(), "Scalar{uint32}");

@@ -338,6 +338,8 @@ TEST(Matrix4x4Inverse, LeavesASingularMatrixAlone) {
     Matrix matrix = make(c_counting);
     matrix.transposedInverse();
     EXPECT_EQ(get(matrix), c_counting);
+    matrix.inverse();
+    EXPECT_EQ(get(matrix), (Values{1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15, 4, 8, 12, 16}));
 }
 
 TEST(Matrix4x4Inverse, OfRotationAndTranslationIsAffine) {

@@ -113,26 +113,54 @@ TEST(SolidShapes, StartTheirSweptFormsWithTransformsAtRest) {
     EXPECT_EQ(spline.closed, 0);
 }
 
+/// The fields of a solid's own level must be the numbers p_first, p_first + 1 and so on, as the constructor took them.
+template <class Solid> static void expectCounting(const Solid& p_solid, int p_first, int p_count) {
+    SCOPED_TRACE(Solid::c_typeName);
+    EXPECT_EQ(p_solid.origin, c_origin);
+    int expected = p_first;
+    zyr_forEachField<Solid>([&](const auto& p_field) {
+        if constexpr (std::is_convertible_v<std::decay_t<decltype(p_solid.*p_field.m_member)>, int>) {
+            EXPECT_EQ(static_cast<int>(p_solid.*p_field.m_member), expected++) << p_field.m_key;
+        }
+    });
+    EXPECT_EQ(expected, p_first + p_count);
+}
+
 TEST(SolidShapes, AreMadeFromTheirFieldsInOrder) {
-    const RoundedCuboid<float> cuboid(c_origin, 1, 2, 3, 1, 4);
-    EXPECT_EQ(cuboid.origin, c_origin);
-    EXPECT_EQ(cuboid.width, 1);
-    EXPECT_EQ(cuboid.height, 2);
-    EXPECT_EQ(cuboid.depth, 3);
-    EXPECT_EQ(cuboid.filletRadius, 4);
-    const Tube<float> tube(c_origin, 1, 2, 3, 0, 1, 4, 0, 1, 5, 1, 6, 7, 0, 1, 8, 0, 1, 9);
-    EXPECT_EQ(tube.innerRadius, 1);
-    EXPECT_EQ(tube.height, 3);
-    EXPECT_EQ(tube.upperFilletRadius, 4);
-    EXPECT_EQ(tube.lowerFilletRadius, 5);
-    EXPECT_EQ(tube.sliceFrom, 6);
-    EXPECT_EQ(tube.sliceTo, 7);
-    EXPECT_EQ(tube.sliceStartFilletRadius, 8);
-    EXPECT_EQ(tube.sliceEndFilletRadius, 9);
-    EXPECT_EQ(tube.sliceEndCap, 0);
-    const Capsule<float> capsule(c_origin, 1, 2, 0, 1, 0, 1, 1, 3, 4, 0, 0);
-    EXPECT_EQ(capsule.lowerFillet, 1);
-    EXPECT_EQ(capsule.sliceTo, 4);
+    expectCounting(Cuboid<float>(c_origin, 1, 2, 3), 1, 3);
+    const RoundedCuboid<float> rounded(c_origin, 1, 2, 3, 4, 5);
+    expectCounting<Cuboid<float>>(rounded, 1, 3);
+    expectCounting(rounded, 4, 2);
+    expectCounting(Sphere<float>(c_origin, 1, 2, 3, 4, 5, 6), 1, 6);
+    expectCounting(Torus<float>(c_origin, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11), 1, 11);
+    expectCounting(Capsule<float>(c_origin, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11), 1, 11);
+    expectCounting(Cylinder<float>(c_origin, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13), 1, 13);
+    expectCounting(Cone<float>(c_origin, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14), 1, 14);
+    expectCounting(Tube<float>(c_origin, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18), 1, 18);
+}
+
+TEST(SolidShapes, AreMadeFromTheirPointsAndTransforms) {
+    Array<Vector3<float>> points;
+    points.pushBack({1, 2, 3});
+    const Spline3D<float> spline(c_origin, ZYR_SPLINE_TYPE_NURBS_CUBIC, points, 1);
+    EXPECT_EQ(spline.origin, c_origin);
+    EXPECT_EQ(spline.type, 6);
+    ASSERT_EQ(spline.points.getSize(), 1u);
+    EXPECT_EQ(spline.points[0], Vector3<float>(1, 2, 3));
+    EXPECT_EQ(spline.closed, 1);
+
+    ShapeTransform3D<float> start;
+    start.position = {1, 2, 3};
+    ShapeTransform3D<float> end;
+    end.position = {4, 5, 6};
+    const Extrusion<float> extrusion(c_origin, 1, 2, 3, FilletTypeEnum(4), 5, 6, 7, FilletTypeEnum(8), start, end);
+    expectCounting(extrusion, 1, 8);
+    EXPECT_EQ(extrusion.startTransform, start);
+    EXPECT_EQ(extrusion.endTransform, end);
+    const Lathe<float> lathe(c_origin, 1, 2, 3, 4, 5, 6, FilletTypeEnum(7), 8, 9, 10, FilletTypeEnum(11), start, end);
+    expectCounting(lathe, 1, 11);
+    EXPECT_EQ(lathe.startTransform, start);
+    EXPECT_EQ(lathe.endTransform, end);
 }
 
 template <class Solid> static auto boxOf(const Solid& p_solid) {

@@ -237,6 +237,7 @@ template <typename T> void solveLatePosition(T& p_position, uint8_t p_anchor, T 
     if (p_anchor == ZYR_POSITION_X_PARENT_WIDTH_PERCENT_MINUS_WIDTH) {
         p_position = zyr_getPercent(p_parentSize, p_value) - p_size;
     } else if (p_anchor == ZYR_POSITION_X_PARENT_WIDTH_PERCENT_WITHOUT_WIDTH) {
+        // The extra 1 is relied upon in all forms.
         p_position = zyr_getPercent<T>(p_parentSize - p_size + 1, p_value);
     }
 }

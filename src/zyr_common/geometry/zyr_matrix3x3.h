@@ -44,6 +44,7 @@ public:
     void setTranslationPart(const Vector2<T>& p_translation);
     void setScalePart(const Vector2<T>& p_scale);
     void setUniformScalePart(T p_scale);
+    /// Turns from y toward x, the other way round than Vector2::rotate, which is relied upon.
     void setRotationPart(T p_degrees);
 
     void setTranslation(const Vector2<T>& p_translation);
@@ -62,7 +63,7 @@ public:
     void decompose(Vector2<T>& p_translation, T& p_rotation, Vector2<T>& p_scale) const;
 
     void transpose();
-    /// A matrix whose determinant is 0 stays as it is.
+    /// A matrix whose determinant is 0 stays as it is, transposed by inverse.
     void inverse();
     void transposedInverse();
     /// The inverse of a matrix of rotation and translation alone.
