@@ -183,9 +183,9 @@ private:
             const double border = p_node.m_border * m_scale;
             drawDashed({start[0] + border, start[1] + border}, {end[0] - border, end[1] - border}, "#b0b0b0");
         }
-        if (p_node.m_content[0] > 0 && p_node.m_content[1] > 0) {
-            drawDashed(start, {start[0] + p_node.m_content[0] * m_scale, start[1] + p_node.m_content[1] * m_scale},
-                       p_colour.m_line);
+        const Point content = {p_node.m_content[0] * m_scale, p_node.m_content[1] * m_scale};
+        if (std::max(content[0], content[1]) <= MAX_DRAWING_SIZE) {
+            drawDashed(start, {start[0] + content[0], start[1] + content[1]}, p_colour.m_line);
         }
         drawSeparators(p_node, start, end);
         const double width = getTextWidth(p_node.m_name);
