@@ -122,7 +122,7 @@ fi
 installPackages "${tools[@]}" "${headers[@]}" "${libraries[@]/%/$suffix}"
 wants test && installPackages ffmpeg xvfb xterm
 wants lint && installPackages clang-format clang-tidy python3
-wants bench && installPackages libspdlog-dev libtsl-ordered-map-dev libtbb-dev
+wants bench && installPackages libspdlog-dev libtsl-ordered-map-dev libtbb-dev libeigen3-dev libglm-dev
 
 pkgConfig() {
     if $cross; then PKG_CONFIG_LIBDIR=$pkgConfigLibdir pkg-config "$@"; else pkg-config "$@"; fi

@@ -21,18 +21,6 @@ template <typename T> Matrix3x3<T> Matrix3x3<T>::operator-(const Matrix3x3& p_ot
     return result;
 }
 
-template <typename T> Matrix3x3<T> Matrix3x3<T>::operator*(const Matrix3x3& p_other) const {
-    Matrix3x3 result;
-    for (uint32_t column = 0; column < 3; ++column) {
-        const T* factors = p_other.m_values + column * 3;
-        for (uint32_t row = 0; row < 3; ++row) {
-            result.m_values[column * 3 + row] =
-                m_values[row] * factors[0] + m_values[row + 3] * factors[1] + m_values[row + 6] * factors[2];
-        }
-    }
-    return result;
-}
-
 template <typename T> Matrix3x3<T> Matrix3x3<T>::operator*(T p_value) const {
     Matrix3x3 result;
     for (uint32_t i = 0; i < 9; ++i) {
@@ -61,17 +49,6 @@ template <typename T> Vector3<T> Matrix3x3<T>::getRow(uint32_t p_row) const {
 
 template <typename T> Vector3<T> Matrix3x3<T>::getColumn(uint32_t p_column) const {
     return {m_values[p_column * 3], m_values[p_column * 3 + 1], m_values[p_column * 3 + 2]};
-}
-
-template <typename T> void Matrix3x3<T>::setIdentity() {
-    setZero();
-    m_values[0] = m_values[4] = m_values[8] = 1;
-}
-
-template <typename T> void Matrix3x3<T>::setZero() {
-    for (uint32_t i = 0; i < 9; ++i) {
-        m_values[i] = 0;
-    }
 }
 
 template <typename T> void Matrix3x3<T>::setTranslationPart(const Vector2<T>& p_translation) {
@@ -151,35 +128,6 @@ void Matrix3x3<T>::decompose(Vector2<T>& p_translation, T& p_rotation, Vector2<T
     p_translation = origin;
     p_scale = {axisX.getModule(), axisY.getModule()};
     p_rotation = (axisX / p_scale.x).getAngle();
-}
-
-template <typename T> void Matrix3x3<T>::transpose() {
-    Matrix3x3 source(*this);
-    for (uint32_t i = 0; i < 9; ++i) {
-        m_values[i] = source.m_values[i % 3 * 3 + i / 3];
-    }
-}
-
-template <typename T> void Matrix3x3<T>::transposedInverse() {
-    const T* v = m_values;
-    const T cofactors[9] = {
-        v[4] * v[8] - v[7] * v[5], v[6] * v[5] - v[3] * v[8], v[3] * v[7] - v[6] * v[4],
-        v[7] * v[2] - v[1] * v[8], v[0] * v[8] - v[6] * v[2], v[6] * v[1] - v[0] * v[7],
-        v[1] * v[5] - v[4] * v[2], v[3] * v[2] - v[0] * v[5], v[0] * v[4] - v[3] * v[1],
-    };
-    T determinant = v[0] * cofactors[0] + v[3] * cofactors[3] + v[6] * cofactors[6];
-    if (determinant == 0) {
-        return;
-    }
-    T reciprocal = 1 / determinant;
-    for (uint32_t i = 0; i < 9; ++i) {
-        m_values[i] = cofactors[i] * reciprocal;
-    }
-}
-
-template <typename T> void Matrix3x3<T>::inverse() {
-    transposedInverse();
-    transpose();
 }
 
 template <typename T> void Matrix3x3<T>::affineInverse() {

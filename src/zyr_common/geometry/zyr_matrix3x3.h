@@ -12,6 +12,7 @@
 ///     Vector2<float> point = matrix.transform({1, 1}); // (12, 22)
 #pragma once
 
+#include "zyr_common/geometry/zyr_number_lanes.h"
 #include "zyr_common/geometry/zyr_vector.h"
 #include "zyr_common/serialization/zyr_record.h"
 
@@ -77,9 +78,116 @@ public:
     static constexpr auto fields() { return zyr_fields(zyr_field("values", &Matrix3x3::m_values)); }
 
 private:
+    typedef NumberLanes<T> Lanes;
+
+    /// The three columns in the lanes 0 to 2. The flat array is read as copies are: in two times four and one, so that
+    /// what has just been written need not reach the cache first.
+    void loadColumns(Lanes& p_c0, Lanes& p_c1, Lanes& p_c2) const {
+        const Lanes high = Lanes::load(m_values + 4);
+        p_c0 = Lanes::load(m_values);
+        p_c1 = p_c0.template pick<3, 4, 5, 5>(high);
+        p_c2 = high.template pick<2, 3, 4, 4>(Lanes::fill(m_values[8]));
+    }
+    void store(Lanes p_low, Lanes p_high, T p_last) {
+        p_low.store(m_values);
+        p_high.store(m_values + 4);
+        m_values[8] = p_last;
+    }
+    void storeColumns(Lanes p_c0, Lanes p_c1, Lanes p_c2) {
+        store(p_c0.template pick<0, 1, 2, 4>(p_c1), p_c1.template pick<1, 2, 4, 5>(p_c2), p_c2.template get<2>());
+    }
+    template <bool Transposed> [[gnu::always_inline]] void invert();
+
     T m_values[9];
 };
 
 #pragma pack(pop)
+
+template <typename T> inline void Matrix3x3<T>::setIdentity() {
+    setZero();
+    m_values[0] = m_values[4] = m_values[8] = 1;
+}
+
+template <typename T> inline void Matrix3x3<T>::setZero() {
+    for (uint32_t i = 0; i < 9; ++i) {
+        m_values[i] = 0;
+    }
+}
+
+template <typename T> inline Matrix3x3<T> Matrix3x3<T>::operator*(const Matrix3x3& p_other) const {
+    Lanes c0;
+    Lanes c1;
+    Lanes c2;
+    loadColumns(c0, c1, c2);
+    const T* factors = p_other.m_values;
+    const Lanes low = Lanes::load(factors);
+    const Lanes high = Lanes::load(factors + 4);
+    const Lanes r0 = c0 * low.template pick<0, 0, 0, 0>() + c1 * low.template pick<1, 1, 1, 1>() +
+                     c2 * low.template pick<2, 2, 2, 2>();
+    const Lanes r1 = c0 * low.template pick<3, 3, 3, 3>() + c1 * high.template pick<0, 0, 0, 0>() +
+                     c2 * high.template pick<1, 1, 1, 1>();
+    const Lanes r2 =
+        c0 * high.template pick<2, 2, 2, 2>() + c1 * high.template pick<3, 3, 3, 3>() + c2 * Lanes::fill(factors[8]);
+    Matrix3x3 result;
+    result.storeColumns(r0, r1, r2);
+    return result;
+}
+
+template <typename T> inline void Matrix3x3<T>::transpose() {
+    const auto [v0, v1, v2, v3, v4, v5, v6, v7, v8] = m_values;
+    m_values[1] = v3;
+    m_values[2] = v6;
+    m_values[3] = v1;
+    m_values[5] = v7;
+    m_values[6] = v2;
+    m_values[7] = v5;
+}
+
+template <typename T> template <bool Transposed> inline void Matrix3x3<T>::invert() {
+    // Each is read by itself: two read at once can straddle what has just been written, and would wait for the cache.
+    // Each number is read by itself: two at once can straddle what has just been written, and would wait for the cache.
+    const volatile T* values = m_values;
+    const T v0 = values[0];
+    const T v1 = values[1];
+    const T v2 = values[2];
+    const T v3 = values[3];
+    const T v4 = values[4];
+    const T v5 = values[5];
+    const T v6 = values[6];
+    const T v7 = values[7];
+    const T v8 = values[8];
+    const T c0 = v4 * v8 - v7 * v5;
+    const T c3 = v7 * v2 - v1 * v8;
+    const T c6 = v1 * v5 - v4 * v2;
+    const T determinant = v0 * c0 + v3 * c3 + v6 * c6;
+    if (determinant == 0) {
+        if (!Transposed) {
+            transpose();
+        }
+        return;
+    }
+    const T reciprocal = 1 / determinant;
+    const T c1 = v6 * v5 - v3 * v8;
+    const T c2 = v3 * v7 - v6 * v4;
+    const T c5 = v6 * v1 - v0 * v7;
+    const T c7 = v3 * v2 - v0 * v5;
+    m_values[0] = c0 * reciprocal;
+    m_values[1] = (Transposed ? c1 : c3) * reciprocal;
+    m_values[2] = (Transposed ? c2 : c6) * reciprocal;
+    m_values[3] = (Transposed ? c3 : c1) * reciprocal;
+    m_values[4] = (v0 * v8 - v6 * v2) * reciprocal;
+    m_values[5] = (Transposed ? c5 : c7) * reciprocal;
+    m_values[6] = (Transposed ? c6 : c2) * reciprocal;
+    m_values[7] = (Transposed ? c7 : c5) * reciprocal;
+    m_values[8] = (v0 * v4 - v3 * v1) * reciprocal;
+}
+
+template <typename T> inline void Matrix3x3<T>::transposedInverse() {
+    invert<true>();
+}
+
+template <typename T> inline void Matrix3x3<T>::inverse() {
+    invert<false>();
+}
 
 } // namespace zyr

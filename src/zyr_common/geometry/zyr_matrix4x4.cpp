@@ -37,18 +37,6 @@ template <typename T> Matrix4x4<T> Matrix4x4<T>::operator-(const Matrix4x4& p_ot
     return result;
 }
 
-template <typename T> Matrix4x4<T> Matrix4x4<T>::operator*(const Matrix4x4& p_other) const {
-    Matrix4x4 result;
-    for (uint32_t column = 0; column < 4; ++column) {
-        const T* factors = p_other.m_values + column * 4;
-        for (uint32_t row = 0; row < 4; ++row) {
-            result.m_values[column * 4 + row] = m_values[row] * factors[0] + m_values[row + 4] * factors[1] +
-                                                m_values[row + 8] * factors[2] + m_values[row + 12] * factors[3];
-        }
-    }
-    return result;
-}
-
 template <typename T> Matrix4x4<T> Matrix4x4<T>::operator*(T p_value) const {
     Matrix4x4 result;
     for (uint32_t i = 0; i < 16; ++i) {
@@ -79,64 +67,9 @@ template <typename T> Vector4<T> Matrix4x4<T>::getColumn(uint32_t p_column) cons
     return {values[0], values[1], values[2], values[3]};
 }
 
-template <typename T> void Matrix4x4<T>::setIdentity() {
-    setZero();
-    m_values[0] = m_values[5] = m_values[10] = m_values[15] = 1;
-}
-
-template <typename T> void Matrix4x4<T>::setZero() {
-    for (uint32_t i = 0; i < 16; ++i) {
-        m_values[i] = 0;
-    }
-}
-
 template <typename T> Vector3<T> Matrix4x4<T>::transform(const Vector3<T>& p_point) const {
     Vector4<T> image = *this * Vector4<T>(p_point.x, p_point.y, p_point.z, 1);
     return {image.x, image.y, image.z};
-}
-
-template <typename T> void Matrix4x4<T>::transpose() {
-    Matrix4x4 source(*this);
-    for (uint32_t i = 0; i < 16; ++i) {
-        m_values[i] = source.m_values[i % 4 * 4 + i / 4];
-    }
-}
-
-template <typename T> T Matrix4x4<T>::getCofactor(uint32_t p_row, uint32_t p_column) const {
-    T minor[9];
-    uint32_t count = 0;
-    for (uint32_t column = 0; column < 4; ++column) {
-        for (uint32_t row = 0; row < 4; ++row) {
-            if (row != p_row && column != p_column) {
-                minor[count++] = m_values[column * 4 + row];
-            }
-        }
-    }
-    T determinant = minor[0] * (minor[4] * minor[8] - minor[7] * minor[5]) +
-                    minor[3] * (minor[7] * minor[2] - minor[1] * minor[8]) +
-                    minor[6] * (minor[1] * minor[5] - minor[4] * minor[2]);
-    return (p_row + p_column) % 2 == 0 ? determinant : -determinant;
-}
-
-template <typename T> void Matrix4x4<T>::transposedInverse() {
-    T cofactors[16];
-    for (uint32_t i = 0; i < 16; ++i) {
-        cofactors[i] = getCofactor(i % 4, i / 4);
-    }
-    T determinant = m_values[0] * cofactors[0] + m_values[4] * cofactors[4] + m_values[8] * cofactors[8] +
-                    m_values[12] * cofactors[12];
-    if (determinant == 0) {
-        return;
-    }
-    T reciprocal = 1 / determinant;
-    for (uint32_t i = 0; i < 16; ++i) {
-        m_values[i] = cofactors[i] * reciprocal;
-    }
-}
-
-template <typename T> void Matrix4x4<T>::inverse() {
-    transposedInverse();
-    transpose();
 }
 
 template <typename T> void Matrix4x4<T>::affineInverse() {

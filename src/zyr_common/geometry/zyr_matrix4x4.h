@@ -5,6 +5,7 @@
 /// 12). Angles are degrees; names with and without "Part" and the multiplying operations are as in Matrix3x3.
 #pragma once
 
+#include "zyr_common/geometry/zyr_number_lanes.h"
 #include "zyr_common/geometry/zyr_vector.h"
 #include "zyr_common/serialization/zyr_record.h"
 
@@ -101,11 +102,122 @@ public:
     static constexpr auto fields() { return zyr_fields(zyr_field("values", &Matrix4x4::m_values)); }
 
 private:
-    T getCofactor(uint32_t p_row, uint32_t p_column) const;
+    typedef NumberLanes<T> Lanes;
+
+    Lanes loadColumn(uint32_t p_column) const { return Lanes::load(m_values + p_column * 4); }
+    void storeColumns(Lanes p_c0, Lanes p_c1, Lanes p_c2, Lanes p_c3) {
+        p_c0.store(m_values);
+        p_c1.store(m_values + 4);
+        p_c2.store(m_values + 8);
+        p_c3.store(m_values + 12);
+    }
+    void storeTransposed(Lanes p_c0, Lanes p_c1, Lanes p_c2, Lanes p_c3) {
+        const Lanes low01 = p_c0.template pick<0, 4, 1, 5>(p_c1);
+        const Lanes low23 = p_c2.template pick<0, 4, 1, 5>(p_c3);
+        const Lanes high01 = p_c0.template pick<2, 6, 3, 7>(p_c1);
+        const Lanes high23 = p_c2.template pick<2, 6, 3, 7>(p_c3);
+        storeColumns(low01.template pick<0, 1, 4, 5>(low23), low01.template pick<2, 3, 6, 7>(low23),
+                     high01.template pick<0, 1, 4, 5>(high23), high01.template pick<2, 3, 6, 7>(high23));
+    }
+    /// Lane i stands for the cofactors of row i: each is expanded along the first of the other rows, by the minors of
+    /// the two below it. The signs of the chessboard are left out.
+    template <int Part>
+    [[gnu::always_inline]] static void expandCofactors(const Lanes (&p_columns)[4], Lanes (&p_cofactors)[4]);
+    template <bool Transposed> [[gnu::always_inline]] void invert();
 
     T m_values[16];
 };
 
 #pragma pack(pop)
+
+template <typename T> inline void Matrix4x4<T>::setIdentity() {
+    setZero();
+    m_values[0] = m_values[5] = m_values[10] = m_values[15] = 1;
+}
+
+template <typename T> inline void Matrix4x4<T>::setZero() {
+    for (uint32_t i = 0; i < 16; ++i) {
+        m_values[i] = 0;
+    }
+}
+
+template <typename T> inline Matrix4x4<T> Matrix4x4<T>::operator*(const Matrix4x4& p_other) const {
+    const Lanes c0 = loadColumn(0);
+    const Lanes c1 = loadColumn(1);
+    const Lanes c2 = loadColumn(2);
+    const Lanes c3 = loadColumn(3);
+    const auto multiply = [&](Lanes p_factors) {
+        return c0 * p_factors.template pick<0, 0, 0, 0>() + c1 * p_factors.template pick<1, 1, 1, 1>() +
+               c2 * p_factors.template pick<2, 2, 2, 2>() + c3 * p_factors.template pick<3, 3, 3, 3>();
+    };
+    Matrix4x4 result;
+    multiply(p_other.loadColumn(0)).store(result.m_values);
+    multiply(p_other.loadColumn(1)).store(result.m_values + 4);
+    multiply(p_other.loadColumn(2)).store(result.m_values + 8);
+    multiply(p_other.loadColumn(3)).store(result.m_values + 12);
+    return result;
+}
+
+template <typename T> inline void Matrix4x4<T>::transpose() {
+    storeTransposed(loadColumn(0), loadColumn(1), loadColumn(2), loadColumn(3));
+}
+
+template <typename T>
+template <int Part>
+inline void Matrix4x4<T>::expandCofactors(const Lanes (&p_columns)[4], Lanes (&p_cofactors)[4]) {
+    const auto first = [&](int p_i) { return p_columns[p_i].template pick<1, 0, 0, 0>().template getPart<Part>(); };
+    const auto second = [&](int p_i) { return p_columns[p_i].template pick<2, 2, 1, 1>().template getPart<Part>(); };
+    const auto third = [&](int p_i) { return p_columns[p_i].template pick<3, 3, 3, 2>().template getPart<Part>(); };
+    const auto minor = [&](int p_a, int p_b) { return second(p_a) * third(p_b) - second(p_b) * third(p_a); };
+    const auto minor23 = minor(2, 3);
+    const auto minor12 = minor(1, 2);
+    p_cofactors[0].template setPart<Part>(first(1) * minor23 + first(2) * minor(3, 1) + first(3) * minor12);
+    const auto minor30 = minor(3, 0);
+    p_cofactors[1].template setPart<Part>(first(0) * minor23 + first(2) * minor30 + first(3) * minor(0, 2));
+    const auto minor01 = minor(0, 1);
+    p_cofactors[2].template setPart<Part>(first(0) * minor(1, 3) + first(1) * minor30 + first(3) * minor01);
+    p_cofactors[3].template setPart<Part>(first(0) * minor12 + first(1) * minor(2, 0) + first(2) * minor01);
+}
+
+template <typename T> template <bool Transposed> inline void Matrix4x4<T>::invert() {
+    const Lanes columns[4] = {loadColumn(0), loadColumn(1), loadColumn(2), loadColumn(3)};
+    const auto [c0, c1, c2, c3] = columns;
+    Lanes cofactors[4];
+    expandCofactors<0>(columns, cofactors);
+    const T determinant =
+        c0.template get<0>() * cofactors[0].template get<0>() - c1.template get<0>() * cofactors[1].template get<0>() +
+        c2.template get<0>() * cofactors[2].template get<0>() - c3.template get<0>() * cofactors[3].template get<0>();
+    if (determinant == 0) {
+        if (!Transposed) {
+            transpose();
+        }
+        return;
+    }
+    // The signs of the cofactors are those of a chessboard, which a transposed one shares.
+    const Lanes even = Lanes::alternate(1, -1) / Lanes::alternate(determinant, determinant);
+    const Lanes odd = even.template pick<1, 0, 3, 2>();
+    if constexpr (Lanes::c_parts == 2) {
+        expandCofactors<1>(columns, cofactors);
+    }
+    const auto [k0, k1, k2, k3] = cofactors;
+    if (Transposed) {
+        storeColumns(k0 * even, k1 * odd, k2 * even, k3 * odd);
+    } else {
+        const Lanes low01 = k0.template pick<0, 4, 1, 5>(k1);
+        const Lanes low23 = k2.template pick<0, 4, 1, 5>(k3);
+        const Lanes high01 = k0.template pick<2, 6, 3, 7>(k1);
+        const Lanes high23 = k2.template pick<2, 6, 3, 7>(k3);
+        storeColumns(low01.template pick<0, 1, 4, 5>(low23) * even, low01.template pick<2, 3, 6, 7>(low23) * odd,
+                     high01.template pick<0, 1, 4, 5>(high23) * even, high01.template pick<2, 3, 6, 7>(high23) * odd);
+    }
+}
+
+template <typename T> inline void Matrix4x4<T>::transposedInverse() {
+    invert<true>();
+}
+
+template <typename T> inline void Matrix4x4<T>::inverse() {
+    invert<false>();
+}
 
 } // namespace zyr

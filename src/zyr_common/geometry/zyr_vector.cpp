@@ -8,12 +8,6 @@ namespace zyr {
 
 namespace {
 
-template <class V, typename T> void normalizeVector(V& p_vector, T p_module) {
-    if (p_module != 0 && p_module != 1) {
-        p_vector *= zyr_divide(T(1), p_module);
-    }
-}
-
 template <typename T, class V> T getAngleBetween(const V& p_a, const V& p_b) {
     if (static_cast<double>(p_a.distance(p_b)) < 0.001) {
         return 0;
@@ -32,24 +26,8 @@ template <typename T> void rotatePair(T p_degrees, T& p_a, T& p_b) {
 
 } // namespace
 
-template <typename T> T Vector2<T>::getModule() const {
-    return zyr_getSquareRoot(getModuleSquare());
-}
-
-template <typename T> T Vector2<T>::getModuleSquare() const {
-    return x * x + y * y;
-}
-
 template <typename T> T Vector2<T>::distance(const Vector2& p_other) const {
     return (*this - p_other).getModule();
-}
-
-template <typename T> T Vector2<T>::dotProduct(const Vector2& p_other) const {
-    return x * p_other.x + y * p_other.y;
-}
-
-template <typename T> void Vector2<T>::normalize() {
-    normalizeVector(*this, getModule());
 }
 
 template <typename T> bool_t Vector2<T>::boxCompare(const Vector2& p_other, T p_tolerance) const {
@@ -78,28 +56,12 @@ template <typename T> void Vector2<T>::rotate(T p_degrees) {
     y = b;
 }
 
-template <typename T> T Vector3<T>::getModule() const {
-    return zyr_getSquareRoot(getModuleSquare());
-}
-
-template <typename T> T Vector3<T>::getModuleSquare() const {
-    return x * x + y * y + z * z;
-}
-
 template <typename T> T Vector3<T>::distance(const Vector3& p_other) const {
     return (*this - p_other).getModule();
 }
 
-template <typename T> T Vector3<T>::dotProduct(const Vector3& p_other) const {
-    return x * p_other.x + y * p_other.y + z * p_other.z;
-}
-
 template <typename T> Vector3<T> Vector3<T>::crossProduct(const Vector3& p_other) const {
     return {y * p_other.z - z * p_other.y, z * p_other.x - x * p_other.z, x * p_other.y - y * p_other.x};
-}
-
-template <typename T> void Vector3<T>::normalize() {
-    normalizeVector(*this, getModule());
 }
 
 template <typename T> bool_t Vector3<T>::boxCompare(const Vector3& p_other, T p_tolerance) const {
@@ -150,24 +112,8 @@ template <typename T> void Vector3<T>::rotateAxis(T p_degrees, const Vector3& p_
     *this = {rowX.dotProduct(*this), rowY.dotProduct(*this), rowZ.dotProduct(*this)};
 }
 
-template <typename T> T Vector4<T>::getModule() const {
-    return zyr_getSquareRoot(getModuleSquare());
-}
-
-template <typename T> T Vector4<T>::getModuleSquare() const {
-    return x * x + y * y + z * z + w * w;
-}
-
 template <typename T> T Vector4<T>::distance(const Vector4& p_other) const {
     return (*this - p_other).getModule();
-}
-
-template <typename T> T Vector4<T>::dotProduct(const Vector4& p_other) const {
-    return x * p_other.x + y * p_other.y + z * p_other.z + w * p_other.w;
-}
-
-template <typename T> void Vector4<T>::normalize() {
-    normalizeVector(*this, getModule());
 }
 
 template <typename T> bool_t Vector4<T>::boxCompare(const Vector4& p_other, T p_tolerance) const {

@@ -5,6 +5,7 @@
 /// cut, and a division by zero gives 0.
 #pragma once
 
+#include "zyr_common/geometry/zyr_angle.h"
 #include "zyr_common/serialization/zyr_arithmetic_record.h"
 
 namespace zyr {
@@ -108,5 +109,62 @@ private:
 };
 
 #pragma pack(pop)
+
+template <typename T> inline T Vector2<T>::getModuleSquare() const {
+    return x * x + y * y;
+}
+
+template <typename T> inline T Vector3<T>::getModuleSquare() const {
+    return x * x + y * y + z * z;
+}
+
+template <typename T> inline T Vector4<T>::getModuleSquare() const {
+    return x * x + y * y + z * z + w * w;
+}
+
+template <typename T> inline T Vector2<T>::dotProduct(const Vector2& p_other) const {
+    return x * p_other.x + y * p_other.y;
+}
+
+template <typename T> inline T Vector3<T>::dotProduct(const Vector3& p_other) const {
+    return x * p_other.x + y * p_other.y + z * p_other.z;
+}
+
+template <typename T> inline T Vector4<T>::dotProduct(const Vector4& p_other) const {
+    return x * p_other.x + y * p_other.y + z * p_other.z + w * p_other.w;
+}
+
+template <typename T> inline T Vector2<T>::getModule() const {
+    return zyr_getSquareRoot(getModuleSquare());
+}
+
+template <typename T> inline void Vector2<T>::normalize() {
+    const T module = getModule();
+    if (module != 0) {
+        *this *= zyr_divide(T(1), module);
+    }
+}
+
+template <typename T> inline T Vector3<T>::getModule() const {
+    return zyr_getSquareRoot(getModuleSquare());
+}
+
+template <typename T> inline void Vector3<T>::normalize() {
+    const T module = getModule();
+    if (module != 0) {
+        *this *= zyr_divide(T(1), module);
+    }
+}
+
+template <typename T> inline T Vector4<T>::getModule() const {
+    return zyr_getSquareRoot(getModuleSquare());
+}
+
+template <typename T> inline void Vector4<T>::normalize() {
+    const T module = getModule();
+    if (module != 0) {
+        *this *= zyr_divide(T(1), module);
+    }
+}
 
 } // namespace zyr
