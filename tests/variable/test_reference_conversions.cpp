@@ -219,6 +219,22 @@ TEST(ReferenceConversions, AnObjectReferenceOfAnotherTypeLogsAndWritesAnyway) {
     EXPECT_EQ(alive, 0);
 }
 
+TEST(ReferenceConversions, TakeWhatTheFieldAloneHolds) {
+    int alive = 0;
+    IObject* object = new CountingObject(alive);
+    String* string = new String("held");
+    Reference objectReference(ZYR_VARIABLE_OBJECT_REFERENCE, &object);
+    Reference stringReference(ZYR_VARIABLE_STRING_REFERENCE, &string);
+    EXPECT_EQ(objectReference->changeValueObjectReference(object, 0), 1);
+    EXPECT_EQ(object->getRefCount(), 0u);
+    EXPECT_EQ(objectReference->changeValueObjectReference(object, 1), 1);
+    EXPECT_EQ(alive, 1);
+    EXPECT_EQ(stringReference->changeValueStringReference(string), 1);
+    EXPECT_EQ(*string, "held");
+    object->release();
+    string->release();
+}
+
 TEST(ReferenceConversions, RowsBehindTheNamedOnesPrintAsUnknown) {
     int32_t field = 0;
     Reference reference(ZYR_VARIABLE_OBJECT_REFERENCE, &field);

@@ -209,14 +209,15 @@ bool_t VariableReference::changeValueStringReference(String* p_string) {
     if (m_type != ZYR_VARIABLE_STRING_REFERENCE) {
         ZYR_LOG_WARN("Unable to convert String * to type:%s", zyr_getVariableTypeString(m_type));
     }
+    // The present one goes last: it may be the new one, or hold it.
     String* present = loadUnaligned<String*>(m_pointer);
-    if (present) {
-        present->release();
-    }
     if (p_string) {
         p_string->addRef();
     }
     storeUnaligned(m_pointer, p_string);
+    if (present) {
+        present->release();
+    }
     return 1;
 }
 
@@ -225,14 +226,14 @@ bool_t VariableReference::changeValueObjectReference(IObject* p_object, bool_t p
         ZYR_LOG_WARN("Unable to convert IObject * to type:%s", zyr_getVariableTypeString(m_type));
     }
     IObject* present = loadUnaligned<IObject*>(m_pointer);
-    if (present) {
-        present->release();
-    }
     IObject* stored = nullptr;
     if (p_object) {
         stored = p_clone ? p_object->clone() : p_object->addRef();
     }
     storeUnaligned(m_pointer, stored);
+    if (present) {
+        present->release();
+    }
     return 1;
 }
 
