@@ -3,8 +3,6 @@
 ///     forEachHeldRow([]<class Row>(Row) { VariableValue value(Row::c_row); ... });
 #pragma once
 
-#include "support/zyr_record_walk.h"
-#include "support/zyr_stub_object.h"
 #include "zyr_common/colour/zyr_color.h"
 #include "zyr_common/geometry/zyr_ext_box.h"
 #include "zyr_common/geometry/zyr_ext_dimension.h"
@@ -13,6 +11,10 @@
 #include "zyr_common/geometry/zyr_matrix.h"
 #include "zyr_common/object/zyr_object_references.h"
 #include "zyr_common/variable/zyr_variable_value.h"
+
+#include <cstring>
+#include <gtest/gtest.h>
+#include <string>
 
 namespace zyr::test {
 
@@ -63,29 +65,9 @@ template <class Row> bool serves(uint32_t p_type) {
            (Row::c_row == ZYR_VARIABLE_INT32 && p_type == ZYR_VARIABLE_ENUM);
 }
 
-/// A value that differs from the default in each field. Pointers lead to something that belongs to this program.
-template <typename T> T makeSample() {
-    if constexpr (std::is_same_v<T, String*>) {
-        static String string("a counted text");
-        return &string;
-    } else if constexpr (std::is_same_v<T, IObject*>) {
-        static StubObject<IObject> object;
-        return &object;
-    } else if constexpr (std::is_same_v<T, String>) {
-        return "a text that is too long to stand inside the object that holds it, so that it has a block of its own";
-    } else if constexpr (RecordLevel<T>) {
-        T record;
-        uint32_t number = 1;
-        for (const RecordLeaf& leaf : describeRecord<T>().m_leaves) {
-            leaf.m_kind->m_makeDifferent(leaf.at(&record), number++);
-        }
-        return record;
-    } else {
-        T sample = T();
-        makeLeafDifferent<T>(&sample, 3);
-        return sample;
-    }
-}
+/// A value that differs from the default in each field. Pointers lead to something that belongs to this program. Made
+/// in held_rows.cpp, once for each type.
+template <typename T> T makeSample();
 
 /// Gives a value its sample.
 template <class Row> void setSample(VariableValue& p_value) {

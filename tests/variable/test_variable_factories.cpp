@@ -1,3 +1,4 @@
+#include "support/zyr_stub_object.h"
 #include "variable/held_rows.h"
 #include "zyr_common/variable/zyr_variable_factories.h"
 

@@ -1,6 +1,8 @@
 #include "support/log_capture.h"
 #include "support/zyr_invariant.h"
+#include "support/zyr_stub_object.h"
 #include "variable/held_rows.h"
+#include "zyr_common/variable/zyr_variable_reference.h"
 
 namespace zyr {
 namespace {

@@ -1,4 +1,5 @@
 #include "support/log_capture.h"
+#include "support/zyr_stub_object.h"
 #include "variable/held_rows.h"
 
 namespace zyr {

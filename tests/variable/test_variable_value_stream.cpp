@@ -1,5 +1,6 @@
 #include "support/zyr_invariant.h"
 #include "support/zyr_recording_serializer.h"
+#include "support/zyr_stub_object.h"
 #include "variable/held_rows.h"
 
 namespace zyr {
