@@ -269,6 +269,15 @@ TEST_F(LayoutCommand, MeasuresContentsInsideContents) {
     EXPECT_EQ(nodes[1]["solved"], json({{"x", 0.0}, {"y", 0.0}, {"width", 37.0}, {"height", 12.0}}));
 }
 
+TEST_F(LayoutCommand, MeasuresChildrenInARectangleOfNoSizeWhereThereIsNone) {
+    // An aspect of nothing is not a number; the child counts from a width of 0 instead.
+    EXPECT_EQ(solveOne({{"widthAnchor", "RATIO_ASPECT"},
+                        {"heightAnchor", "RATIO_ASPECT"},
+                        {"children", {{{"x", 10}, {"xAnchor", "RIGHT"}, {"width", 30}, {"height", 20}}}}},
+                       {}, "float"),
+              json({0.0, 0.0, 400.0, 200.0}));
+}
+
 TEST_F(LayoutCommand, PrefersAGivenContent) {
     const json nodes = nodesOf({{"root",
                                  {{"width", 400},
