@@ -37,6 +37,31 @@ SVG_PATH = {
     "sum-too-large": b"m1e308 0m1e308 0",
 }
 
+LAYOUT = {
+    "siblings": b"""{"type": "int32", "root": {"x": 3, "width": 40, "height": 30, "border": 3, "vSeparators": [5, 9],
+        "children": [{"name": "a", "x": 1, "xAnchor": "V_SEPARATOR_2", "width": -2, "widthAnchor": "NEXT_LEFT"},
+        {"x": 7, "xAnchor": "PARENT_WIDTH_PERCENT_WITHOUT_WIDTH", "width": 9, "widthAnchor": "WIDTH_NEWLINE"},
+        {"y": 2147483647, "yAnchor": "PREV_BOTTOM", "heightAnchor": "BOTTOM", "minHeight": -4, "maxHeight": 5}]}}""",
+    "contents": b"""{"root": {"width": 40, "height": 30, "children": [{"widthAnchor": "CONTENT_WIDTH",
+        "heightAnchor": "RATIO_ASPECT", "children": [{"heightAnchor": "CONTENT_HEIGHT_NO_DS", "contentScale": 0,
+        "children": [{"x": -1, "xAnchor": "RIGHT", "width": 8, "height": 4}]}]}]}}""",
+    "points": b"""{"type": "int64", "marks": ["x"], "root": {"width": 9, "height": 9, "children": [
+        {"point": true, "x": 5}, {"point": true, "x": 9223372036854775807, "xAnchor": 5},
+        {"point": true, "previous": {"x": 1, "y": 2}, "yAnchor": "PREV_TOP"}]}}""",
+    "boxes": b"""{"type": "double", "space": "box", "view": "zy", "root": {"width": 9, "height": 9, "depth": 9,
+        "children": [{"z": 50, "zAnchor": "PARENT_DEPTH_PERCENT", "depth": 2, "depthAnchor": "RATIO"},
+        {"zAnchor": "PREV_FAR"}, {"point": true, "z": -1, "zAnchor": "FAR"}]}}""",
+    "not-a-number": b"""{"title": "<&>", "root": {"width": 1e30, "height": 1e30, "children": [
+        {"name": "none", "widthAnchor": "RATIO", "content": {"width": 1e38, "height": 1}, "children": [{}]}]}}""",
+    "waiting-siblings": b"""{"root": {"width": 1, "height": 1, "children": [
+        {"xAnchor": "NEXT_LEFT"}, {"xAnchor": "PREV_LEFT", "children": [{}]}]}}""",
+    "key-twice": b'{"root": {"width": 1, "height": 1, "width": 2}}',
+    "too-deep": b'{"root": ' + b"[" * 200 + b"]" * 200 + b"}",
+    "number-too-large": b'{"type": "double", "root": {"width": 1e999, "height": 1}}',
+    "cut-short": b'{"root": {"width": 1,\n "hei',
+    "not-utf8": b'{"title": "\xff", "root": {"width": 1, "height": 1}}',
+}
+
 TEXT = {
     "empty": b"",
     "number": b"-12345.678901e-7",
@@ -120,6 +145,7 @@ if len(sys.argv) != 2:
     sys.exit(__doc__)
 write("lexer", {name: bytes([words]) + text for name, (words, text) in LEXER.items()})
 write("svg_path", SVG_PATH)
+write("layout", LAYOUT)
 write("text", TEXT)
 write("compression", COMPRESSION)
 write("decoder", makeDecoderSeeds(sys.argv[1]))

@@ -5,13 +5,18 @@
 #include "host/zyr_layout_solver.h"
 #include "host/zyr_text_files.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace zyr::host {
 
 namespace {
 
-int fail(const LayoutOptions& p_options, const std::string& p_reason) {
+/// The reason may quote the file, so what a terminal would act on is left out.
+int fail(const LayoutOptions& p_options, std::string p_reason) {
+    std::replace_if(
+        p_reason.begin(), p_reason.end(),
+        [](char p_byte) { return static_cast<unsigned char>(p_byte) < 0x20 || p_byte == 0x7F; }, '?');
     const char* const file = p_options.m_file == "-" ? "standard input" : p_options.m_file.c_str();
     fprintf(stderr, "zyr-host: %s: %s\n", file, p_reason.c_str());
     return EXIT_RUN_FAILED;

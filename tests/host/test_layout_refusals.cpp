@@ -79,6 +79,11 @@ TEST_F(LayoutRefusals, RefusesKeysThatItDoesNotKnow) {
                   "/root/border: unknown key; here may stand name, x, width, y, height, z, depth, children");
 }
 
+TEST_F(LayoutRefusals, SendsNoControlCharactersToTheTerminal) {
+    expectRefused("{\"\\u001b[2J\\u007f\": 1}",
+                  "/?[2J?: unknown key; here may stand type, space, view, title, marks, root");
+}
+
 TEST_F(LayoutRefusals, RefusesWhatIsMissing) {
     expectRefused("{}", "the whole: \"root\" is missing");
     expectRefused(R"({"root": {"width": 1}})", "/root: \"height\" is missing");
