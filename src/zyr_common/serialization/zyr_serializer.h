@@ -130,7 +130,7 @@ public:
 ///
 /// A read takes the key, the cache word of the call site (a static that starts at 0 and belongs to the deserializer: it
 /// remembers where the key was found last; access it atomically, since a site may run on several threads), and the
-/// value. A key that isn't there leaves the value as it is and is no failure.
+/// value. A key that isn't there leaves the value as it is and is no failure. A String* that is read is the caller's.
 class IDeserializer : public IObject {
 public:
     /// Reads from p_data, which must stay until deinitialize.
