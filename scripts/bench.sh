@@ -19,7 +19,8 @@ if [ "${1:-}" = --no-deps ]; then shift; else scripts/deps.sh --with bench || ex
 configureAndBuild release zyr_benchmarks || exit 1
 
 if [ $# -eq 0 ]; then
-    set -- $(sed -n 's/^ *add_executable(bench_\([a-z_]*\) .*/\1/p' bench/CMakeLists.txt)
+    mapfile -t names < <(sed -n 's/^ *add_executable(bench_\([a-z_]*\) .*/\1/p' bench/CMakeLists.txt)
+    set -- "${names[@]}"
 fi
 result=0
 for name in "$@"; do

@@ -130,6 +130,8 @@ template <RecordLevel R, typename F> constexpr bool zyr_allFields(F&& p_function
     return std::apply([&](const auto&... p_field) { return (p_function(p_field) && ...); }, c_recordFields<R>);
 }
 
+struct RecordPath;
+
 /// The part of a record that is compiled once: streaming, paths and the name. Defined in zyr_record_walker.h and
 /// instantiated in the record's source.
 template <class Self> class RecordWalker {
@@ -148,7 +150,7 @@ private:
     template <size_t I> static bool_t readField(Self& p_record, IDeserializer* p_deserializer);
     template <size_t I>
     static bool_t writeField(Self& p_record, ISerializer* p_serializer, bool_t p_firstPass, bool_t p_headerPass);
-    template <size_t I> static VariableReference* refField(Self& p_record, const String& p_rest);
+    template <size_t I> static VariableReference* refField(Self& p_record, const RecordPath& p_path);
 };
 
 /// The base of a record; see the top of this header. Adds no data.

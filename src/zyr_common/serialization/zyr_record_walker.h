@@ -32,12 +32,40 @@ template <RecordLevel R> constexpr size_t zyr_inheritedSize() {
     return table + (std::is_empty_v<Base> ? 0 : sizeof(Base));
 }
 
+/// A dotted path in its two parts, as String::getStringPathRoot cuts it, without copies: the views are valid as long as
+/// the path.
+struct RecordPath {
+    explicit RecordPath(const String& p_path) {
+        const char* text = p_path.getData();
+        const size_t length = strnlen(text, p_path.getLengthInBytes());
+        const void* period = memchr(text, '.', length);
+        if (period == nullptr) {
+            m_root.bindData(text, p_path.getLengthInBytes());
+            return;
+        }
+        const size_t rootLength = static_cast<size_t>(static_cast<const char*>(period) - text);
+        m_root.bindData(text, rootLength);
+        m_rest.bindData(text + rootLength + 1, p_path.getLengthInBytes() - rootLength - 1);
+    }
+
+    WrappedString m_root;
+    WrappedString m_rest;
+};
+
 /// Owns the map from the words of one level to their places in the field list.
 struct RecordWords {
     explicit RecordWords(HashMap<String, uint32_t>* p_map) : m_map(p_map) {}
     ~RecordWords() { delete m_map; }
     RecordWords(const RecordWords&) = delete;
     RecordWords& operator=(const RecordWords&) = delete;
+
+    /// What String::getCaseFromString gives for the first word of the path; no key has an index in brackets.
+    uint32_t find(const RecordPath& p_path) const {
+        const WrappedString& root = p_path.m_root;
+        const auto* entry = m_map->findByHash(Hash<WrappedString>()(root),
+                                              [&](const String& p_word) { return p_word.getWrapped() == root; });
+        return entry != nullptr ? entry->m_second : UINT32_MAX;
+    }
 
     HashMap<String, uint32_t>* const m_map;
 };
@@ -87,13 +115,13 @@ bool_t RecordWalker<Self>::writeField(Self& p_record, ISerializer* p_serializer,
 
 template <class Self>
 template <size_t I>
-VariableReference* RecordWalker<Self>::refField(Self& p_record, const String& p_rest) {
+VariableReference* RecordWalker<Self>::refField(Self& p_record, const RecordPath& p_path) {
     constexpr auto& field = std::get<I>(c_recordFields<Self>);
     using Member = typename std::decay_t<decltype(field)>::Member;
     auto& value = p_record.*field.m_member;
-    if (!p_rest.isEmpty()) {
+    if (!p_path.m_rest.isEmpty()) {
         if constexpr (RecordLevel<Member>) {
-            return value.getVariableReferenceByPath(p_rest);
+            return value.getVariableReferenceByPath(p_path.m_rest);
         } else {
             return nullptr;
         }
@@ -138,15 +166,12 @@ bool_t RecordWalker<Self>::writeWhole(Self& p_record, ISerializer* p_serializer,
 template <class Self>
 VariableReference* RecordWalker<Self>::findField(Self& p_record, const String& p_path, bool_t& p_known) {
     static const RecordWords words(zyr_makeRecordWords<Self>());
-    String root;
-    String rest;
-    String::getStringPathRoot(p_path, root, rest);
-    uint32_t index = 0;
-    uint32_t word = String::getCaseFromString(root, index, *words.m_map);
+    const RecordPath path(p_path);
+    const uint32_t word = words.find(path);
     p_known = word < c_recordFieldCount<Self>;
     VariableReference* reference = nullptr;
     [&]<size_t... I>(std::index_sequence<I...>) {
-        ((word == I ? void(reference = refField<I>(p_record, rest)) : void()), ...);
+        ((word == I ? void(reference = refField<I>(p_record, path)) : void()), ...);
     }
     (std::make_index_sequence<c_recordFieldCount<Self>>());
     return reference;
