@@ -132,6 +132,7 @@ template <typename T, int N> static void product(benchmark::State& p_state) {
         [](auto& p_out, const auto& p_a, const auto& p_b) { p_out = p_a * p_b; });
 }
 
+/// The inverse of one place into another; here the own side copies first, since it inverts in place.
 template <typename T, int N> static void inverse(benchmark::State& p_state) {
     typedef Matrices<T, N> Forms;
     compareForms<T, Forms>(
@@ -142,6 +143,31 @@ template <typename T, int N> static void inverse(benchmark::State& p_state) {
         },
         [](auto& p_out, const auto& p_a, const auto&) { p_out = p_a.inverse(); },
         [](auto& p_out, const auto& p_a, const auto&) { p_out = glm::inverse(p_a); });
+}
+
+/// As above, where the result replaces the matrix: the inverse of the inverse, and so on. The diagonals are heavy, so
+/// that rounding does not add up.
+template <typename T, int N> static void inverseInPlace(benchmark::State& p_state) {
+    typedef Matrices<T, N> Forms;
+    std::vector<T> numbers = makeNumbers<T>(COUNT * Forms::c_values);
+    for (size_t i = 0; i < numbers.size(); i++) {
+        if (i % Forms::c_values % (N + 1) == 0) {
+            numbers[i] += 12;
+        }
+    }
+    auto own = makeAll<Forms, typename Forms::Own>(numbers);
+    auto eigen = makeAll<Forms, typename Forms::EigenForm>(numbers);
+    auto glm = makeAll<Forms, typename Forms::GlmForm>(numbers);
+    const auto runAll = [](auto& p_matrices, const auto& p_work) {
+        for (auto& matrix : p_matrices) {
+            p_work(matrix);
+        }
+        benchmark::ClobberMemory();
+    };
+    compareSides(p_state, COUNT,
+                 {{"zyr", [&] { runAll(own, [](auto& p_matrix) { p_matrix.inverse(); }); }},
+                  {"eigen", [&] { runAll(eigen, [](auto& p_matrix) { p_matrix = p_matrix.inverse().eval(); }); }},
+                  {"glm", [&] { runAll(glm, [](auto& p_matrix) { p_matrix = glm::inverse(p_matrix); }); }}});
 }
 
 template <typename T, int N> static void normalize(benchmark::State& p_state) {
@@ -164,6 +190,10 @@ BENCHMARK_TEMPLATE(inverse, float, 3);
 BENCHMARK_TEMPLATE(inverse, double, 3);
 BENCHMARK_TEMPLATE(inverse, float, 4);
 BENCHMARK_TEMPLATE(inverse, double, 4);
+BENCHMARK_TEMPLATE(inverseInPlace, float, 3);
+BENCHMARK_TEMPLATE(inverseInPlace, double, 3);
+BENCHMARK_TEMPLATE(inverseInPlace, float, 4);
+BENCHMARK_TEMPLATE(inverseInPlace, double, 4);
 BENCHMARK_TEMPLATE(normalize, float, 3);
 BENCHMARK_TEMPLATE(normalize, double, 3);
 BENCHMARK_TEMPLATE(normalize, float, 4);

@@ -11,6 +11,16 @@
 
 namespace zyr {
 
+/// The inverse of sixteen doubles on processors whose registers hold four, with the same bits. False, and nothing done,
+/// on others and for a determinant of 0. Only for Matrix4x4.
+#if defined(__x86_64__)
+bool zyr_invertWide(void* p_values, bool p_transposed);
+#else
+inline bool zyr_invertWide(void*, bool) {
+    return false;
+}
+#endif
+
 #pragma pack(push, 1)
 
 template <typename T> class Matrix4x4 : public Record<Matrix4x4<T>> {
@@ -180,6 +190,9 @@ inline void Matrix4x4<T>::expandCofactors(const Lanes (&p_columns)[4], Lanes (&p
 }
 
 template <typename T> template <bool Transposed> inline void Matrix4x4<T>::invert() {
+    if (std::is_same_v<T, double> && zyr_invertWide(m_values, Transposed)) {
+        return;
+    }
     const Lanes columns[4] = {loadColumn(0), loadColumn(1), loadColumn(2), loadColumn(3)};
     const auto [c0, c1, c2, c3] = columns;
     Lanes cofactors[4];
