@@ -1,6 +1,7 @@
 #include "zyr_common/geometry/zyr_complex.h"
 
 #include <cmath>
+#include <complex>
 #include <gtest/gtest.h>
 
 namespace zyr {
@@ -52,6 +53,13 @@ TEST(Complex, RephasesByRadians) {
     number.rephase(1.5707963267948966f);
     EXPECT_NEAR(number.r, -4, 1e-6);
     EXPECT_NEAR(number.i, 3, 1e-6);
+    for (double angle : {0.5, -2.0, 4.0}) {
+        Complex<double> turned(3, 4);
+        turned.rephase(angle);
+        const std::complex<double> expected = std::complex<double>(3, 4) * std::polar(1.0, angle);
+        EXPECT_NEAR(turned.r, expected.real(), 1e-14);
+        EXPECT_NEAR(turned.i, expected.imag(), 1e-14);
+    }
 }
 
 TEST(Complex, ConjugatesAndMultipliesByDots) {

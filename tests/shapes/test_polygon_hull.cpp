@@ -104,6 +104,30 @@ TEST(PolygonHull3D, LeavesPrimitivesWithoutPointsAlone) {
     EXPECT_EQ(hull.quads[1].normal, Point(4, 5, 6));
 }
 
+TEST(PolygonHull3D, LooksAtTheFirstThreeCornersForPointsThatAreThere) {
+    PolygonHull3D<double> hull = makeHull();
+    const uint32_t missing = static_cast<uint32_t>(hull.points.getSize());
+    hull.triangles.clear();
+    hull.quads.clear();
+    for (uint32_t corner = 0; corner < 4; ++corner) {
+        PolyTriangle3D<double> triangle(0, 1, 2, Vector3<double>(7, 8, 9));
+        if (corner < 3) {
+            triangle.indices[corner] = missing;
+        }
+        hull.triangles.pushBack(triangle);
+        PolyQuad3D<double> quad(0, 1, 2, 3, Vector3<double>(7, 8, 9));
+        quad.indices[corner] = missing;
+        hull.quads.pushBack(quad);
+    }
+    ASSERT_EQ(hull.calculateNormals(), 1);
+    for (uint32_t corner = 0; corner < 3; ++corner) {
+        EXPECT_EQ(Vector3<double>(hull.triangles[corner].normal), Vector3<double>(7, 8, 9)) << corner;
+        EXPECT_EQ(Vector3<double>(hull.quads[corner].normal), Vector3<double>(7, 8, 9)) << corner;
+    }
+    EXPECT_NE(Vector3<double>(hull.triangles[3].normal), Vector3<double>(7, 8, 9));
+    EXPECT_NE(Vector3<double>(hull.quads[3].normal), Vector3<double>(7, 8, 9));
+}
+
 TEST(PolygonHull3D, WithoutPointsHasNeitherNormalsNorABox) {
     PolygonHull3D<float> hull;
     hull.triangles.pushBack({0, 0, 0, {1, 2, 3}});
@@ -119,6 +143,16 @@ TEST(PolygonHull3D, HasABoxAroundAllPoints) {
     Box<double> box;
     ASSERT_EQ(hull.extractBoundingBox(box), 1);
     EXPECT_EQ(box, Box<double>(-1, 0, -4, 3, 5, 4));
+}
+
+TEST(PolygonHull3D, HasABoxWhoseAxesLieFarApart) {
+    PolygonHull3D<double> hull;
+    hull.points.pushBack({102, -50, 1005});
+    hull.points.pushBack({101, -49, 1009});
+    hull.points.pushBack({107, -53, 1001});
+    Box<double> box;
+    ASSERT_EQ(hull.extractBoundingBox(box), 1);
+    EXPECT_EQ(box, Box<double>(101, -53, 1001, 6, 4, 8));
 }
 
 TEST(PolygonHull3D, OfOnePointHasAnEmptyBoxThere) {
