@@ -61,6 +61,7 @@ presetPart() {
     local preset=$1 target=$2
     shift 2
     [ -z "$filter" ] || set -- "$@" -R "$filter"
+    rm -f "build/$preset/digest"
     configureAndBuild "$preset" "$target" || { failed=$((failed + 1)); return 1; }
     runTests "$preset" "$@"
     local result=$?
@@ -72,7 +73,7 @@ aarch64Part() {
     local arguments=(--no-deps)
     $deps && arguments=()
     [ -z "$filter" ] || arguments+=(--filter "$filter")
-    rm -f build/aarch64/test.log
+    rm -f build/aarch64/test.log build/aarch64/digest
     scripts/aarch64.sh "${arguments[@]}"
     local result=$?
     if [ -e build/aarch64/test.log ]; then count build/aarch64/test.log; else [ $result = 0 ] || failed=$((failed + 1)); fi
