@@ -103,6 +103,9 @@ private:
 } // namespace
 
 json parseStrictJson(const std::string& p_text) {
+    if (p_text.find_first_not_of(" \t\r\n") == std::string::npos) {
+        throw JsonError("line 1, column 1: there is nothing here");
+    }
     Builder builder(p_text);
     json::sax_parse(p_text, &builder);
     return builder.take();

@@ -50,9 +50,8 @@ TEST_F(LayoutRefusals, KeepsGoingWhenItIsTold) {
 }
 
 TEST_F(LayoutRefusals, RefusesWhatIsNoJson) {
-    expectRefused("",
-                  "line 1, column 1: syntax error while parsing value - unexpected end of input; expected '[', '{', "
-                  "or a literal");
+    expectRefused("", "line 1, column 1: there is nothing here");
+    expectRefused(" \n", "line 1, column 1: there is nothing here");
     expectRefused("{\n  \"root\": {,}\n}",
                   "line 2, column 12: syntax error while parsing object key - unexpected ','; expected string literal");
     expectRefused("{} // no comments", "line 1, column 4: syntax error while parsing value - invalid literal; last "
