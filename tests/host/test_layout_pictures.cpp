@@ -10,9 +10,10 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
-#include <regex>
 #include <set>
+#include <sstream>
 
 namespace zyr {
 namespace {
@@ -94,11 +95,18 @@ TEST(LayoutPictures, ShowEveryAnchor) {
 
 TEST(LayoutPictures, NameTheAnchorsThatTheyShow) {
     std::set<std::string> named; // "x PREV_LEFT"
-    const std::regex form("(?:^|[ >])([a-z]+) [-+.e0-9]+%? ([A-Z_0-9]+)(?=[, <])");
     for (const std::string& name : listExamples()) {
-        const std::string drawing = TemporaryDirectory::readFile(PICTURES + name + ".svg");
-        for (std::sregex_iterator found(drawing.begin(), drawing.end(), form), end; found != end; ++found) {
-            named.insert((*found)[1].str() + " " + (*found)[2].str());
+        std::string drawing = TemporaryDirectory::readFile(PICTURES + name + ".svg");
+        std::replace_if(
+            drawing.begin(), drawing.end(), [](char p_letter) { return std::strchr(",<>", p_letter); }, ' ');
+        // "x 20 PREV_LEFT": the key, its number and its anchor.
+        std::istringstream words(drawing);
+        std::string key;
+        std::string number;
+        for (std::string anchor; words >> anchor; key = std::move(number), number = std::move(anchor)) {
+            if (!number.empty() && number.find_first_not_of("-+.e0123456789%") == std::string::npos) {
+                named.insert(key + " " + anchor);
+            }
         }
     }
     for (const host::LayoutWords& words : host::LAYOUT_WORDS) {
