@@ -43,6 +43,7 @@ static bool_t initializePictureModule(ApplicationData* p_applicationData, uint32
         return 0;
     }
     zyr_setApplicationData(p_applicationData);
+    restrictYuvLibrary();
     PictureModuleTable& table = *p_applicationData->m_picture;
     table.m_lock.writeLock();
     table.m_convertRGBToYUV = &convertRGBToYUV;

@@ -127,6 +127,14 @@ void splitRGB(uint32_t p_width, uint32_t p_height, const PackedPixels& p_source,
 
 } // namespace
 
+void restrictYuvLibrary() {
+#if defined(__aarch64__) && LIBYUV_VERSION >= 1904
+    // As of 1904 ARGBToI444 gives wrong chroma with the 8-bit matrix instructions, and all conversions to planes write
+    // behind narrow rows where SVE2 has registers of more than 128 bits.
+    libyuv::MaskCpuFlags(~(libyuv::kCpuHasNeonI8MM | libyuv::kCpuHasSVE | libyuv::kCpuHasSVE2 | libyuv::kCpuHasSME));
+#endif
+}
+
 void copyPackedPixels(uint32_t p_width, uint32_t p_height, const PackedPixels& p_source, const PackedPixels& p_target) {
     const uint32_t swap = p_source.m_blueFirst != p_target.m_blueFirst ? 2 : 0;
     for (uint32_t y = 0; y < p_height; ++y) {

@@ -42,6 +42,9 @@ inline uint32_t getChromaSize(uint32_t p_size, uint32_t p_subsampling) {
     return (p_size + p_subsampling - 1) / p_subsampling;
 }
 
+/// Keeps libyuv from forms that it has wrong; to be called before the first conversion. Counts for the whole process.
+void restrictYuvLibrary();
+
 /// The table entries of the picture module. See colour/zyr_picture_calls.h for the contract. Both give false for
 /// arguments that would make them touch memory outside the rows, and for colour spaces that have no meaning in the
 /// planes model: SINGLE takes RGB alone, where the plane holds R, G, B(, A) pixels of its step; RGB in I444 means
