@@ -26,10 +26,11 @@ add_dependencies(zyr_threaded_tests zyr_programs)
 
 include(ZyrModule)
 
-# zyr_add_test(name [THREADED] SOURCES ... LIBRARIES ...): one GoogleTest program for one folder.
+# zyr_add_test(name [THREADED] [LOCK what] SOURCES ... LIBRARIES ...): one GoogleTest program for one folder.
+# LOCK: tests of programs with the same word don't run side by side, since they would see each other.
 # THREADED: its tests run threads side by side; they carry the label "threaded" and run under the thread sanitizer too.
 function(zyr_add_test name)
-    cmake_parse_arguments(ARG "THREADED" "WORD" "SOURCES;LIBRARIES" ${ARGN})
+    cmake_parse_arguments(ARG "THREADED" "WORD;LOCK" "SOURCES;LIBRARIES" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     set(label "plain")
     if(ARG_THREADED)
@@ -47,6 +48,9 @@ function(zyr_add_test name)
     if(ZYR_SANITIZE OR CMAKE_CROSSCOMPILING)
         set(limit 300)
     endif()
-    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-        PROPERTIES TIMEOUT ${limit} LABELS ${label})
+    set(properties TIMEOUT ${limit} LABELS ${label})
+    if(ARG_LOCK)
+        list(APPEND properties RESOURCE_LOCK ${ARG_LOCK})
+    endif()
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES ${properties})
 endfunction()
