@@ -52,7 +52,7 @@ bool canMountPrivately();
 /// Skips a test that changes mounts or identities where that can't be done.
 #define ZYR_NEEDS_PRIVATE_SYSTEM()                                                                                     \
     if (!::zyr::canMountPrivately()) {                                                                                 \
-        GTEST_SKIP() << "only root can have mounts and accounts of its own";                                           \
+        GTEST_SKIP() << "takes root in a system whose / is a mount point, to have mounts and accounts of its own";     \
     }
 
 /// Mounts made from now on are seen by this process and its children only; fails the test where that can't be.
