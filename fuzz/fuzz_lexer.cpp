@@ -2,8 +2,8 @@
 // The first byte chooses the words: bit 0 keywords, bit 1 punctuators, bit 2 fillers, bits 3 and 4 comments.
 #include "zyr_fuzz.h"
 
+#include "zyr_common/documents/zyr_lexer.h"
 #include "zyr_common/object/zyr_factories.h"
-#include "zyr_common/services/zyr_lexer.h"
 
 using namespace zyr;
 

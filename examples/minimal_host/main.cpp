@@ -10,8 +10,8 @@
 #include "zyr_common/containers/zyr_array.h"
 #include "zyr_common/containers/zyr_list.h"
 #include "zyr_common/object/zyr_factories.h"
+#include "zyr_common/object_containers/zyr_list_of_objects.h"
 #include "zyr_common/platform/zyr_library.h"
-#include "zyr_common/services/zyr_list_of_objects.h"
 
 #include <cstdio>
 

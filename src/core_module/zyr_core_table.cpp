@@ -1,10 +1,10 @@
 #include "core_module/zyr_core_table.h"
 
-#include "core_module/zyr_lexer_implementation.h"
-#include "core_module/zyr_list_of_objects_implementation.h"
-#include "core_module/zyr_plugin_module.h"
-#include "core_module/zyr_plugin_modules_handler.h"
-#include "zyr_common/services/zyr_format_info_implementation.h"
+#include "core_module/documents/zyr_lexer_implementation.h"
+#include "core_module/object_containers/zyr_list_of_objects_implementation.h"
+#include "core_module/plugins/zyr_plugin_module.h"
+#include "core_module/plugins/zyr_plugin_modules_handler.h"
+#include "zyr_common/implementation/zyr_format_info_levels.h"
 
 #include <utility>
 

@@ -1,9 +1,9 @@
 #include "host/zyr_framework.h"
 
 #include "zyr_common/object/zyr_factories.h"
+#include "zyr_common/object_containers/zyr_list_of_objects.h"
 #include "zyr_common/platform/zyr_library.h"
 #include "zyr_common/platform/zyr_process_identity.h"
-#include "zyr_common/services/zyr_list_of_objects.h"
 
 #include <algorithm>
 #include <cstdlib>

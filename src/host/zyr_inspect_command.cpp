@@ -2,8 +2,8 @@
 #include "host/zyr_ffmpeg_handles.h"
 #include "host/zyr_negotiation.h"
 
-#include "zyr_common/services/zyr_list_of_objects.h"
-#include "zyr_common/services/zyr_plugin_modules.h"
+#include "zyr_common/object_containers/zyr_list_of_objects.h"
+#include "zyr_common/plugins/zyr_plugin_modules.h"
 
 #include "zyr_common/platform/zyr_version.h"
 #include "zyr_common/text/zyr_number_text.h"

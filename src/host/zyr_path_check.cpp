@@ -1,8 +1,8 @@
 #include "host/zyr_path_check.h"
 
 #include "host/zyr_framework.h"
+#include "zyr_common/documents/zyr_svg_path.h"
 #include "zyr_common/object/zyr_factories.h"
-#include "zyr_common/services/zyr_svg_path.h"
 #include "zyr_common/text/zyr_number_text.h"
 
 #include <algorithm>

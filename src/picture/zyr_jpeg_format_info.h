@@ -1,7 +1,7 @@
 /// How a picture is or was stored in a JPEG file.
 #pragma once
 
-#include "zyr_common/services/zyr_format_info.h"
+#include "zyr_common/formats/zyr_format_info.h"
 
 namespace zyr {
 

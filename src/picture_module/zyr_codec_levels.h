@@ -4,7 +4,7 @@
 
 #include "picture/zyr_frame_decoder.h"
 #include "picture/zyr_frame_encoder.h"
-#include "zyr_common/services/zyr_object_implementation.h"
+#include "zyr_common/implementation/zyr_object_implementation.h"
 
 namespace zyr {
 

@@ -5,7 +5,7 @@
 #include "picture/zyr_palette.h"
 #include "picture_module/zyr_picture_memory.h"
 #include "picture_module/zyr_pixel_area.h"
-#include "zyr_common/services/zyr_object_implementation.h"
+#include "zyr_common/implementation/zyr_object_implementation.h"
 
 namespace zyr {
 

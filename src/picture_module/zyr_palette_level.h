@@ -3,7 +3,7 @@
 
 #include "picture/zyr_palette.h"
 #include "zyr_common/containers/zyr_array.h"
-#include "zyr_common/services/zyr_object_implementation.h"
+#include "zyr_common/implementation/zyr_object_implementation.h"
 
 namespace zyr {
 

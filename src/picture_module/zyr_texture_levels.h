@@ -8,7 +8,7 @@
 #include "picture/zyr_shared_texture.h"
 #include "picture_module/zyr_codec_levels.h"
 #include "picture_module/zyr_image_state.h"
-#include "zyr_common/services/zyr_format_info_implementation.h"
+#include "zyr_common/implementation/zyr_format_info_levels.h"
 
 namespace zyr {
 

@@ -1,7 +1,7 @@
 #include "zyr_common/application/zyr_application_data.h"
+#include "zyr_common/implementation/zyr_object_implementation.h"
 #include "zyr_common/object/zyr_core_entries.h"
-#include "zyr_common/services/zyr_object_implementation.h"
-#include "zyr_common/services/zyr_plugin_modules.h"
+#include "zyr_common/plugins/zyr_plugin_modules.h"
 
 #include "support/zyr_logged_application.h"
 

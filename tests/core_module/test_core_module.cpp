@@ -1,9 +1,9 @@
 #include "core_module/core_module_test.h"
+#include "zyr_common/documents/zyr_lexer.h"
+#include "zyr_common/formats/zyr_format_info.h"
 #include "zyr_common/object/zyr_object_class.h"
-#include "zyr_common/services/zyr_format_info.h"
-#include "zyr_common/services/zyr_lexer.h"
-#include "zyr_common/services/zyr_list_of_objects.h"
-#include "zyr_common/services/zyr_plugin_modules.h"
+#include "zyr_common/object_containers/zyr_list_of_objects.h"
+#include "zyr_common/plugins/zyr_plugin_modules.h"
 
 #include <gmock/gmock.h>
 

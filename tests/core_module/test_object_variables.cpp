@@ -1,5 +1,5 @@
 #include "core_module/core_module_test.h"
-#include "zyr_common/services/zyr_format_info.h"
+#include "zyr_common/formats/zyr_format_info.h"
 #include "zyr_common/variable/zyr_variable_factories.h"
 #include "zyr_common/variable/zyr_variable_reference.h"
 

@@ -2,8 +2,8 @@
 
 #include "support/log/zyr_log_recorder.h"
 #include "support/zyr_fake_core.h"
+#include "zyr_common/implementation/zyr_object_implementation.h"
 #include "zyr_common/object/zyr_object_class.h"
-#include "zyr_common/services/zyr_object_implementation.h"
 
 #include <functional>
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
-#include "zyr_common/services/zyr_format_info.h"
-#include "zyr_common/services/zyr_list_of_objects.h"
-#include "zyr_common/services/zyr_plugin_modules.h"
-#include "zyr_common/services/zyr_stored_objects.h"
+#include "zyr_common/formats/zyr_format_info.h"
+#include "zyr_common/formats/zyr_stored_objects.h"
+#include "zyr_common/object_containers/zyr_list_of_objects.h"
+#include "zyr_common/plugins/zyr_plugin_modules.h"
 
 #include <gtest/gtest.h>
 #include <set>

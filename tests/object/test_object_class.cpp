@@ -2,7 +2,7 @@
 
 #include "support/log/zyr_log_recorder.h"
 #include "support/zyr_fake_core.h"
-#include "zyr_common/services/zyr_format_info_implementation.h"
+#include "zyr_common/implementation/zyr_format_info_levels.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

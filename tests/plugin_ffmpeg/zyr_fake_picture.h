@@ -8,7 +8,7 @@
 #include "picture/zyr_image.h"
 #include "zyr_common/application/zyr_application_data.h"
 #include "zyr_common/containers/zyr_array.h"
-#include "zyr_common/services/zyr_object_implementation.h"
+#include "zyr_common/implementation/zyr_object_implementation.h"
 
 #include <string>
 #include <vector>

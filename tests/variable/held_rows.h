@@ -9,7 +9,7 @@
 #include "zyr_common/geometry/zyr_ext_position.h"
 #include "zyr_common/geometry/zyr_ext_rect.h"
 #include "zyr_common/geometry/zyr_matrix.h"
-#include "zyr_common/object/zyr_object_references.h"
+#include "zyr_common/references/zyr_object_references.h"
 #include "zyr_common/variable/zyr_variable_value.h"
 
 #include <cstring>

@@ -1,5 +1,5 @@
 #include "support/zyr_stub_object.h"
-#include "zyr_common/object/zyr_object_references.h"
+#include "zyr_common/references/zyr_object_references.h"
 #include "zyr_common/variable/zyr_variable_factories.h"
 #include "zyr_common/variable/zyr_variable_reference.h"
 

@@ -10,7 +10,7 @@
 #include "zyr_common/memory/zyr_numeric.h"
 #include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/object/zyr_object.h"
-#include "zyr_common/object/zyr_object_references.h"
+#include "zyr_common/references/zyr_object_references.h"
 #include "zyr_common/text/zyr_string.h"
 
 namespace zyr {

@@ -10,8 +10,8 @@
 #include "zyr_common/geometry/zyr_scalar.h"
 #include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/object/zyr_object.h"
-#include "zyr_common/object/zyr_object_references.h"
 #include "zyr_common/object/zyr_type_names.h"
+#include "zyr_common/references/zyr_object_references.h"
 #include "zyr_common/serialization/zyr_record_fields.h"
 #include "zyr_common/variable/zyr_variable_reference.h"
 

@@ -1,6 +1,6 @@
 // A plug-in module with its own copy of the library and one class on top of a facade.
+#include "zyr_common/formats/zyr_format_info.h"
 #include "zyr_common/object/zyr_object_class.h"
-#include "zyr_common/services/zyr_format_info.h"
 
 namespace zyr {
 
