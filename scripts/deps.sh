@@ -189,7 +189,7 @@ ffmpegOptions() {
         rawvideo dvvideo ffv1 ffvhuff huffyuv utvideo prores dnxhd cinepak msvideo1 msrle qtrle svq1 svq3 rpza zmbv \
         mszh zlib v210 yuv4
     list hwaccel vp9_vaapi h264_vaapi
-    list muxer ivf webm matroska mpeg1system mpeg1video yuv4mpegpipe image2 image2pipe rawvideo mov mp4 avi null
+    list muxer ivf webm matroska mpeg1system mpeg1video h264 yuv4mpegpipe image2 image2pipe rawvideo mov mp4 avi null
     list demuxer ivf matroska mpegvideo mpegps mpegts avi mov flv asf ogg dv yuv4mpegpipe rawvideo h264 hevc m4v mjpeg gif apng \
         image2 image2pipe image_png_pipe image_jpeg_pipe image_bmp_pipe image_webp_pipe image_ppm_pipe image_pgm_pipe \
         image_tiff_pipe
