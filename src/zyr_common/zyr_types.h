@@ -14,6 +14,7 @@ typedef uint8_t bool_t;
 namespace zyr {
 
 class ApplicationData;
+class FileFormatHeader;
 class IDataFormatInfo;
 class ICompressionInfo;
 class IListOfObjects;

@@ -28,8 +28,21 @@ enum HeaderFieldMarkerEnum : uint32_t {
 #define ZYR_ARRAY_OF_RECORDS 254
 
 /// Writes fields into an output of some format.
+///
+/// The functions that are no operations of the table write whole objects (see storage/). They exist for IObject,
+/// IDeferredFileObject and ICompressedObject.
 class ISerializer : public IObject {
 public:
+    /// Header pass: declares the class that will stand in the stream for the object, and a field of it. Null declares
+    /// the field alone. p_result takes what is returned.
+    template <class T> bool_t writeHeaderSingleObject(const String& p_name, T* p_object, bool_t& p_result);
+    /// Value pass: writes the object under the name, or the stand-in of one with a deferred file or a compression info.
+    /// An object with a deferred file is also saved there, if this serializer writes such files and the file is not
+    /// read-only. A failure leaves the object as it was.
+    template <class T> bool_t writeSingleObject(const String& p_name, T* p_object);
+    /// Writes everything that a saved object consists of: header section, header record, object.
+    bool_t writeHeaderAndObjectToFile(FileFormatHeader& p_header, IObject* p_object);
+
     /// Prepares an empty output. False means a bad internal state.
     virtual bool_t initialize() = 0;
     virtual bool_t deinitialize() = 0;
@@ -131,8 +144,19 @@ public:
 /// A read takes the key, the cache word of the call site (a static that starts at 0 and belongs to the deserializer: it
 /// remembers where the key was found last; access it atomically, since a site may run on several threads), and the
 /// value. A key that isn't there leaves the value as it is and is no failure. A String* that is read is the caller's.
+///
+/// The functions that are no operations of the table read whole objects (see storage/). They exist for IObject,
+/// IDeferredFileObject and ICompressedObject.
 class IDeserializer : public IObject {
 public:
+    /// Reads the object under the name into a new one, which the caller releases, also where the result is false: then
+    /// it is as far as it came, or null. A class that is not registered is replaced by p_defaultTypeName, and without
+    /// one skipped as if it wasn't there. Stand-ins are replaced by what they stand for.
+    template <class T>
+    bool_t readSingleObject(const String& p_name, bool_t& p_found, T** p_object, const String& p_defaultTypeName);
+    /// Reads the header record at the start. Without one p_found is 0, which is no failure.
+    bool_t readHeaderFromFile(bool_t& p_found, FileFormatHeader& p_header);
+
     /// Reads from p_data, which must stay until deinitialize.
     virtual bool_t initialize(const void* p_data, size_t p_size) = 0;
     virtual bool_t deinitialize() = 0;

@@ -1,0 +1,43 @@
+/// What bounds loads inside loads: deferred files that contain each other, and compressed objects inside compressed
+/// objects.
+#pragma once
+
+#include "zyr_common/zyr_types.h"
+
+namespace zyr {
+
+/// Lives on the stack for the time of one load. The loads of a thread form a chain.
+class LoadNesting {
+public:
+    /// For a load from p_size bytes in memory.
+    explicit LoadNesting(uint64_t p_size);
+    /// For a load from a file.
+    explicit LoadNesting(const char* p_path);
+    ~LoadNesting();
+    LoadNesting(const LoadNesting&) = delete;
+    LoadNesting& operator=(const LoadNesting&) = delete;
+
+    /// What forbids this load, as a sentence; null if nothing does.
+    const char* getObstacle() const { return m_obstacle; }
+
+    /// Takes p_size decompressed bytes from what the outermost load of this thread may unpack in all. Without a load
+    /// everything is allowed.
+    static bool_t takeDecompressedSize(uint64_t p_size);
+
+private:
+    LoadNesting();
+    void enterFile(uint64_t p_device, uint64_t p_file);
+
+    LoadNesting* m_outer;
+    LoadNesting* m_outermost;
+    /// Identity of the file; 0 for a load from memory.
+    uint64_t m_device = 0;
+    uint64_t m_file = 0;
+    /// Of the outermost load: bytes that may still be unpacked, and files opened inside it.
+    uint64_t m_allowance = 0;
+    uint32_t m_numOfFiles = 0;
+    uint32_t m_depth;
+    const char* m_obstacle = nullptr;
+};
+
+} // namespace zyr

@@ -1,0 +1,91 @@
+#include "zyr_common/storage/zyr_replacing_file.h"
+
+#include "zyr_common/zyr_threading.h"
+
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace zyr {
+
+namespace {
+
+/// A name that no other save of this machine uses at the moment.
+String makeTemporaryPath(const String& p_path) {
+    static volatile uint32_t counter = 0;
+    const uint32_t number = zyr_interlockedIncrementUInt32(&counter);
+    return String::newFormatted("%s.%d-%u.part", p_path.getData(), getpid(), number);
+}
+
+/// Stream and rename alone survive a crash of the process; after one of the system the new name could stand for
+/// nothing.
+bool_t synchronize(const char* p_path) {
+    const int file = ::open(p_path, O_RDONLY | O_CLOEXEC);
+    if (file < 0) {
+        return 0;
+    }
+    const bool_t done = ::fsync(file) == 0;
+    ::close(file);
+    return done;
+}
+
+} // namespace
+
+ReplacingFile::ReplacingFile(IOutputStreamFile* p_stream) : m_stream(p_stream) {}
+
+ReplacingFile::~ReplacingFile() {
+    if (m_stream != nullptr) {
+        m_stream->release();
+    }
+    if (!m_temporaryPath.isEmpty()) {
+        ::unlink(m_temporaryPath.getData());
+    }
+}
+
+bool_t ReplacingFile::open(const String& p_path) {
+    m_path = p_path;
+    struct stat status;
+    if (::stat(p_path.getData(), &status) == 0) {
+        if (!S_ISREG(status.st_mode)) {
+            return m_stream->open(p_path);
+        }
+        // The rename needs no right on the file itself, so a file that must not be written to is asked for it here.
+        char* target = ::realpath(p_path.getData(), nullptr);
+        if (target == nullptr || ::access(target, W_OK) != 0) {
+            ::free(target);
+            return 0;
+        }
+        m_path = target;
+        ::free(target);
+        m_mode = status.st_mode & 07777;
+    }
+    m_temporaryPath = makeTemporaryPath(m_path);
+    return m_stream->open(m_temporaryPath);
+}
+
+bool_t ReplacingFile::write(const void* p_data, size_t p_size) {
+    return m_stream->writeBytes(p_data, p_size) == p_size;
+}
+
+bool_t ReplacingFile::finish() {
+    if (!m_stream->flush()) {
+        return 0;
+    }
+    m_stream->release();
+    m_stream = nullptr;
+    if (m_temporaryPath.isEmpty()) {
+        return 1;
+    }
+    if (!synchronize(m_temporaryPath.getData()) ||
+        (m_mode >= 0 && ::chmod(m_temporaryPath.getData(), static_cast<mode_t>(m_mode)) != 0) ||
+        ::rename(m_temporaryPath.getData(), m_path.getData()) != 0) {
+        return 0;
+    }
+    m_temporaryPath.clear();
+    return 1;
+}
+
+} // namespace zyr

@@ -1,0 +1,33 @@
+/// A file that takes the place of an old one only when it is whole.
+#pragma once
+
+#include "zyr_common/streams/zyr_file_stream.h"
+#include "zyr_common/text/zyr_string.h"
+
+namespace zyr {
+
+/// Writes beside the file that the path names (behind links, if it is one) and renames at the end, with the permissions
+/// of the old file. What is no plain file, such as a pipe, is written to directly. Without finish() nothing is left.
+class ReplacingFile {
+public:
+    /// Takes over the stream.
+    explicit ReplacingFile(IOutputStreamFile* p_stream);
+    ~ReplacingFile();
+    ReplacingFile(const ReplacingFile&) = delete;
+    ReplacingFile& operator=(const ReplacingFile&) = delete;
+
+    bool_t open(const String& p_path);
+    bool_t write(const void* p_data, size_t p_size);
+    /// Sees to it that every byte has reached the disk and puts the file in its place.
+    bool_t finish();
+
+private:
+    IOutputStreamFile* m_stream;
+    String m_path;
+    /// The file beside; empty while there is none.
+    String m_temporaryPath;
+    /// Permissions of the old file, -1 without one.
+    int64_t m_mode = -1;
+};
+
+} // namespace zyr

@@ -1,0 +1,19 @@
+/// For what a stream is opened.
+#pragma once
+
+#include "zyr_common/serialization/zyr_enumeration.h"
+
+namespace zyr {
+
+enum AccessEnum : uint32_t {
+    ZYR_ACCESS_NONE = 0, ///< not open
+    ZYR_ACCESS_READ = 1,
+    ZYR_ACCESS_WRITE = 2,
+    ZYR_ACCESS_READ_WRITE = 3
+};
+
+template <> struct EnumerationTable<AccessEnum> {
+    static constexpr EnumerationEntry c_entries[] = {{0, "NONE"}, {1, "READ"}, {2, "WRITE"}, {3, "READ_WRITE"}};
+};
+
+} // namespace zyr
