@@ -14,10 +14,21 @@ set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
 option(ZYR_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
 set(ZYR_SANITIZE "" CACHE STRING "Sanitizers, as in -fsanitize= (empty: none)")
 
+option(ZYR_BUILD_TIMES "Log what each compilation costs, for scripts/build-times.sh" OFF)
 find_program(ZYR_CCACHE ccache)
-if(ZYR_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    set(CMAKE_CXX_COMPILER_LAUNCHER "${ZYR_CCACHE}")
-    set(CMAKE_C_COMPILER_LAUNCHER "${ZYR_CCACHE}")
+if(NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(launcher)
+    if(ZYR_CCACHE)
+        # Results are shared between clones of the tree: paths inside it are seen relative to it. Precompiled headers are
+        # compared by their contents.
+        set(launcher /usr/bin/env "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}" CCACHE_NOHASHDIR=1
+            CCACHE_SLOPPINESS=pch_defines,time_macros "${ZYR_CCACHE}")
+    endif()
+    if(ZYR_BUILD_TIMES)
+        list(PREPEND launcher "${PROJECT_SOURCE_DIR}/scripts/time-compiler.sh" "${CMAKE_BINARY_DIR}/compile-times.log")
+    endif()
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${launcher}")
+    set(CMAKE_C_COMPILER_LAUNCHER "${launcher}")
 endif()
 
 add_library(zyr_options INTERFACE)

@@ -26,21 +26,37 @@ add_dependencies(zyr_threaded_tests zyr_programs)
 
 include(ZyrModule)
 
-# zyr_add_test(name [THREADED] [LOCK what] SOURCES ... LIBRARIES ...): one GoogleTest program for one folder.
+# What is compiled for tests only is not optimized: compiling a test costs far more than running it.
+function(zyr_compile_for_tests target)
+    target_compile_options(${target} PRIVATE -O0)
+endfunction()
+
+# Lets a program's sources begin with the precompiled tests/support/zyr_test_prefix.h. They include what they use all the
+# same: the lint compiles them without it. The compiler's cache needs -fpch-preprocess.
+function(zyr_use_test_prefix target)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+        target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-fpch-preprocess>)
+        target_precompile_headers(${target} REUSE_FROM zyr_test_prefix)
+    endif()
+endfunction()
+
+# zyr_add_test(name [THREADED] [OPTIMIZED] [LOCK what] SOURCES ... LIBRARIES ...): one GoogleTest program for one folder.
 # LOCK: tests of programs with the same word don't run side by side, since they would see each other.
 # THREADED: its tests run threads side by side; they carry the label "threaded" and run under the thread sanitizer too.
+# OPTIMIZED: the tests themselves calculate so much that they are compiled as the library is. They miss the prefix header.
 function(zyr_add_test name)
-    cmake_parse_arguments(ARG "THREADED" "WORD;LOCK" "SOURCES;LIBRARIES" ${ARGN})
+    cmake_parse_arguments(ARG "THREADED;OPTIMIZED" "LOCK" "SOURCES;LIBRARIES" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
+    if(NOT ARG_OPTIMIZED)
+        zyr_compile_for_tests(${name})
+        zyr_use_test_prefix(${name})
+    endif()
     set(label "plain")
     if(ARG_THREADED)
         set(label "threaded")
         add_dependencies(zyr_threaded_tests ${name})
     endif()
-    if(NOT ARG_WORD)
-        set(ARG_WORD "test")
-    endif()
-    target_compile_definitions(${name} PRIVATE ZYR_MODULE_WORD="${ARG_WORD}")
+    target_compile_definitions(${name} PRIVATE ZYR_MODULE_WORD="test")
     target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
     target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} zyr_options GTest::gmock GTest::gtest_main)
     # Seconds for one test. Sanitizers and emulation are slower by far.

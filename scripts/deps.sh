@@ -3,7 +3,8 @@
 #
 #   scripts/deps.sh                    what the build needs on this machine
 #   scripts/deps.sh --with test        also what the tests run (ffmpeg and ffprobe as judges, an X server, ...)
-#   scripts/deps.sh --with lint        also clang-format and clang-tidy
+#   scripts/deps.sh --with lint        also clang-format, clang-tidy and shellcheck
+#   scripts/deps.sh --with docs        also what draws up the reference of all classes
 #   scripts/deps.sh --with bench       also the peers that the benchmarks measure against
 #   scripts/deps.sh --arch aarch64     what the AArch64 cross-build and its emulated runs need
 #
@@ -121,7 +122,8 @@ if $cross; then
 fi
 installPackages "${tools[@]}" "${headers[@]}" "${libraries[@]/%/$suffix}"
 wants test && installPackages ffmpeg xvfb xterm qemu-user-static
-wants lint && installPackages clang-format clang-tidy python3
+wants lint && installPackages clang-format clang-tidy python3 shellcheck
+wants docs && installPackages doxygen
 wants bench && installPackages libspdlog-dev libtsl-ordered-map-dev libtbb-dev libeigen3-dev libglm-dev
 
 pkgConfig() {

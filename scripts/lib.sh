@@ -1,7 +1,7 @@
 # What the scripts share. Sourced from the root of the tree.
 
-# Compiler results are shared between clones of the tree: paths inside it are seen relative to it.
-export CCACHE_BASEDIR="$PWD" CCACHE_NOHASHDIR=1
+# The cache's own limit of 5 GB is too small for the five builds.
+if [ "$(ccache --get-config max_size 2>/dev/null)" = 5.0G ]; then export CCACHE_MAXSIZE=15G; fi
 jobs=$(nproc)
 
 # configureAndBuild PRESET TARGET [cmake arguments]: quiet when all is well, the compiler's words when not.
