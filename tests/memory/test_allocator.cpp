@@ -165,7 +165,11 @@ TYPED_TEST(ItemCopies, MoveAllowsOverlapInBothDirections) {
     EXPECT_THAT(items, testing::ElementsAre(1, 2, 3, 4, 4));
 }
 
-TYPED_TEST(ItemCopies, NothingFromNullIsAllowed) {
-    copyItems<TypeParam>(nullptr, nullptr, 0);
-    moveItems<TypeParam>(nullptr, nullptr, 0);
+TYPED_TEST(ItemCopies, NoItemsLeaveAllAsItIs) {
+    TypeParam dest[] = {9, 9};
+    copyItems<TypeParam>(dest + 1, nullptr, 0);
+    moveItems<TypeParam>(dest + 1, nullptr, 0);
+    copyItems<TypeParam>(nullptr, dest, 0);
+    moveItems<TypeParam>(nullptr, dest, 0);
+    EXPECT_THAT(dest, testing::ElementsAre(9, 9));
 }

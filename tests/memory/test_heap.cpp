@@ -77,10 +77,6 @@ TEST(Heap, ZeroFormsZeroTheWholeBlock) {
     }
 }
 
-TEST(Heap, FreeIgnoresNull) {
-    zyr_free(nullptr);
-}
-
 TEST(Heap, ReallocGivesANewBlockWithTheOldBytes) {
     void* block = zyr_malloc(100);
     memset(block, 7, 104);

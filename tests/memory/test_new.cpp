@@ -44,13 +44,6 @@ TEST(New, NothrowFormsTakeBlocksOfTheFrameworksHeap) {
     operator delete[](items, std::nothrow);
 }
 
-TEST(New, DeleteTakesBlocksOfTheHeapFamily) {
-    operator delete(zyr_malloc(10));
-    operator delete[](zyr_malloc(10));
-    operator delete(zyr_malloc(10), size_t(10));
-    operator delete[](zyr_malloc(10), size_t(10));
-}
-
 TEST(New, ArrayOfNothingIsABlock) {
     volatile size_t none = 0; // unknown to the compiler, which warns of a constant one
     char* items = new char[none];
@@ -77,13 +70,6 @@ TEST(NewDeathTest, WithoutMemoryAborts) {
     EXPECT_EXIT(operator delete(operator new(tooLarge)), testing::KilledBySignal(SIGABRT), "");
     EXPECT_EXIT(operator delete(operator new(tooLarge, std::align_val_t(64)), std::align_val_t(64)),
                 testing::KilledBySignal(SIGABRT), "");
-}
-
-TEST(New, DeleteIgnoresNull) {
-    operator delete(nullptr);
-    operator delete[](nullptr);
-    operator delete(nullptr, std::align_val_t(64));
-    operator delete[](nullptr, std::align_val_t(64));
 }
 
 TEST(New, OverAlignedItemsAreAligned) {

@@ -1,4 +1,5 @@
 #include "picture_module/picture_module_test.h"
+#include "support/zyr_stdout_capture.h"
 
 namespace zyr {
 
@@ -8,7 +9,9 @@ TEST_F(PictureModuleTest, CannotInitializeBeforePrepare) {
 }
 
 TEST_F(PictureModuleTest, PrepareTakesNoApplicationDataQuietlyButForALine) {
-    m_preparePicture(nullptr);
+    EXPECT_EQ(captureStdout([this] { m_preparePicture(nullptr); }),
+              "WARN : Application data is NULL, cannot prepare component module: picture\n");
+    EXPECT_EQ(getData()->m_pictureInitializer, nullptr);
 }
 
 TEST_F(PictureModuleTest, RefusesAHostOfAnotherMinorVersion) {
