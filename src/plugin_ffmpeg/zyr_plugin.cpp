@@ -9,7 +9,6 @@
 #include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/object/zyr_factories.h"
 #include "zyr_common/platform/zyr_version.h"
-#include "zyr_common/text/zyr_number_text.h"
 #include "zyr_common/text/zyr_string.h"
 
 extern "C" {
@@ -59,17 +58,9 @@ ZYR_API uint8_t zyr_plugin_initialize(void* p_applicationData) {
         return 0;
     }
 
-    const uint64_t hostVersion = appData->m_frameworkVersion;
-    const uint64_t moduleVersion = zyr_getFrameworkVersion();
-    if (zyr_getMajorVersion64(hostVersion) != zyr_getMajorVersion64(moduleVersion) ||
-        zyr_getMinorVersion64(hostVersion) != zyr_getMinorVersion64(moduleVersion)) {
-        String hostText;
-        String moduleText;
-        zyr_getVersionString(hostVersion, hostText);
-        zyr_getVersionString(moduleVersion, moduleText);
-        ZYR_LOG_WARN("Application framework version:%s is incompatible with module framework version:%s. Cannot "
-                     "initialize plugin module: ffmpeg",
-                     hostText.getData(), moduleText.getData());
+    String reason;
+    if (!checkHostFrameworkVersion(appData->m_frameworkVersion, reason)) {
+        ZYR_LOG_WARN("%s. Cannot initialize plugin module: ffmpeg", reason.getData());
         return 0;
     }
 

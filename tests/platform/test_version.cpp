@@ -1,6 +1,8 @@
 #include "zyr_common/memory/zyr_power_of_two.h"
 #include "zyr_common/platform/zyr_version.h"
 
+#include "zyr_common/text/zyr_string.h"
+
 #include <gtest/gtest.h>
 
 using namespace zyr;
@@ -65,6 +67,24 @@ TEST(CompilerInfo, NamesTheCompilerAndItsVersionInOneBuffer) {
 TEST(SystemFacts, TellLittleEndianAndSixtyFourBits) {
     EXPECT_EQ(zyr_getEndianness(), 1u);
     EXPECT_EQ(zyr_isSystem64(), 1);
+}
+
+TEST(FrameworkVersions, AreCompatibleWhenMajorAndMinorAreEqual) {
+    EXPECT_TRUE(areFrameworkVersionsCompatible(0x10000050000, 0x10000050007));
+    EXPECT_FALSE(areFrameworkVersionsCompatible(0x10000050000, 0x10000060000));
+    EXPECT_FALSE(areFrameworkVersionsCompatible(0x10000050000, 0x20000050000));
+}
+
+TEST(FrameworkVersions, CompatibleHostLeavesTheReasonAsItIs) {
+    String reason("as before");
+    EXPECT_TRUE(checkHostFrameworkVersion(0x10000050009, reason));
+    EXPECT_EQ(reason, "as before");
+}
+
+TEST(FrameworkVersions, OtherHostIsNamedFirstInTheReason) {
+    String reason("as before");
+    EXPECT_FALSE(checkHostFrameworkVersion(0x10000060002, reason));
+    EXPECT_EQ(reason, "Application framework version:1.6.2 is incompatible with module framework version:1.5.0");
 }
 
 struct PowerOfTwoCase {

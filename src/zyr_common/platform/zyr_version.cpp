@@ -1,5 +1,8 @@
 #include "zyr_common/platform/zyr_version.h"
 
+#include "zyr_common/text/zyr_number_text.h"
+#include "zyr_common/text/zyr_string.h"
+
 #include <cstdio>
 
 namespace zyr {
@@ -44,6 +47,23 @@ uint64_t zyr_getFrameworkVersion() {
 
 const char* zyr_getFrameworkVersionString() {
     return "1.5.0";
+}
+
+bool_t areFrameworkVersionsCompatible(uint64_t p_first, uint64_t p_second) {
+    return zyr_getMajorVersion64(p_first) == zyr_getMajorVersion64(p_second) &&
+           zyr_getMinorVersion64(p_first) == zyr_getMinorVersion64(p_second);
+}
+
+bool_t checkHostFrameworkVersion(uint64_t p_hostVersion, String& p_reason) {
+    const uint64_t moduleVersion = zyr_getFrameworkVersion();
+    if (areFrameworkVersionsCompatible(p_hostVersion, moduleVersion)) {
+        return 1;
+    }
+    p_reason = "Application framework version:";
+    zyr_getVersionString(p_hostVersion, p_reason);
+    p_reason += " is incompatible with module framework version:";
+    zyr_getVersionString(moduleVersion, p_reason);
+    return 0;
 }
 
 const char* zyr_getCompilerInfo() {

@@ -24,6 +24,14 @@ ZYR_API uint64_t zyr_getFrameworkVersion();
 /// Gives the same version as text ("1.5.0"). The text is static.
 ZYR_API const char* zyr_getFrameworkVersionString();
 
+/// Tells whether modules of the two framework versions work together: major and minor have to be equal, the patch is
+/// free.
+bool_t areFrameworkVersionsCompatible(uint64_t p_first, uint64_t p_second);
+
+/// Tells whether this module works under a host of that framework version; if not, sets the reason, in words that begin
+/// a line.
+bool_t checkHostFrameworkVersion(uint64_t p_hostVersion, String& p_reason);
+
 /// Gives the compiler's name and version ("GCC 12.2.0"). The text is one buffer of the process, rewritten with the same
 /// bytes at each call.
 ZYR_API const char* zyr_getCompilerInfo();
