@@ -122,29 +122,8 @@ public:
     // another attempt after a failure. A call before the module's prepare function logs a line and changes nothing.
 
     bool_t commonInitialize();
-    bool_t coreInitialize();
-    bool_t geometryInitialize();
-    bool_t pictureInitialize();
-    bool_t sampleInitialize();
-    bool_t systemInitialize();
-    bool_t projectInitialize();
-    bool_t engineInitialize();
-    bool_t audioInitialize();
-    bool_t graphicsInitialize();
-    bool_t physicsInitialize();
-    bool_t libCairoInitialize();
-    /// Unlike the others it hands the state to the initializer and may be retried after a failure, which is relied
-    /// upon.
-    bool_t libD3D11Initialize();
-    bool_t libVulkanInitialize();
-    bool_t libOpenGLInitialize();
-    bool_t libShadercInitialize();
-    bool_t libOpenALInitialize();
-    bool_t libOggVorbisInitialize();
-    bool_t libOpenSSLInitialize();
-    bool_t guiInitialize();
-    bool_t languageInitialize();
-    bool_t remoteInitialize();
+#define ZYR_COMPONENT_MODULE(member, function, label, word, isReset) bool_t function();
+#include "zyr_common/application/zyr_component_modules.inl"
 
     /// Loads the plug-in modules of the directories in order and initializes them. Gives false when there is no core
     /// module, or at the first directory that fails; then none of the loaded modules is initialized.
@@ -203,28 +182,10 @@ public:
     HashMap<String, String> m_serializerFileFormats;
     RWLock m_spareLock;
 
-    uint32_t m_commonState;
-    uint32_t m_coreState;
-    uint32_t m_geometryState;
-    uint32_t m_pictureState;
-    uint32_t m_sampleState;
-    uint32_t m_systemState;
-    uint32_t m_projectState;
-    uint32_t m_engineState;
-    uint32_t m_audioState;
-    uint32_t m_graphicsState;
-    uint32_t m_physicsState;
-    uint32_t m_cairoState;
-    uint32_t m_d3d11State;
-    uint32_t m_vulkanState;
-    uint32_t m_openGLState;
-    uint32_t m_shadercState;
-    uint32_t m_openALState;
-    uint32_t m_oggVorbisState;
-    uint32_t m_openSSLState;
-    uint32_t m_guiState;
-    uint32_t m_languageState;
-    uint32_t m_remoteState;
+    uint32_t m_commonState = ZYR_MODULE_STATE_NOT_INITIALIZED;
+#define ZYR_COMPONENT_MODULE(member, function, label, word, isReset)                                                   \
+    uint32_t m_##member##State = ZYR_MODULE_STATE_NOT_INITIALIZED;
+#include "zyr_common/application/zyr_component_modules.inl"
 
     List<deinitialize_FUNC> m_deinitializeFunctions;
 
@@ -236,27 +197,9 @@ public:
     PictureModuleTable* m_picture;
     ModuleTable<14>* m_seventhTable;
 
-    moduleInitializer_FUNC m_coreInitializer;
-    moduleInitializer_FUNC m_geometryInitializer;
-    moduleInitializer_FUNC m_pictureInitializer;
-    moduleInitializer_FUNC m_sampleInitializer;
-    moduleInitializer_FUNC m_systemInitializer;
-    moduleInitializer_FUNC m_projectInitializer;
-    moduleInitializer_FUNC m_engineInitializer;
-    moduleInitializer_FUNC m_audioInitializer;
-    moduleInitializer_FUNC m_graphicsInitializer;
-    moduleInitializer_FUNC m_physicsInitializer;
-    moduleInitializer_FUNC m_cairoInitializer;
-    moduleInitializer_FUNC m_d3d11Initializer;
-    moduleInitializer_FUNC m_vulkanInitializer;
-    moduleInitializer_FUNC m_openGLInitializer;
-    moduleInitializer_FUNC m_shadercInitializer;
-    moduleInitializer_FUNC m_openALInitializer;
-    moduleInitializer_FUNC m_oggVorbisInitializer;
-    moduleInitializer_FUNC m_openSSLInitializer;
-    moduleInitializer_FUNC m_guiInitializer;
-    moduleInitializer_FUNC m_languageInitializer;
-    moduleInitializer_FUNC m_remoteInitializer;
+#define ZYR_COMPONENT_MODULE(member, function, label, word, isReset)                                                   \
+    moduleInitializer_FUNC m_##member##Initializer = nullptr;
+#include "zyr_common/application/zyr_component_modules.inl"
 
     FILE* m_logFile;
     IPluginModulesHandler* m_pluginModulesHandler;

@@ -28,37 +28,16 @@ bool_t ApplicationData::commonInitialize() {
 }
 
 // One initialize function: the line about a missing prepare call carries its own signature.
-#define ZYR_DEFINE_MODULE_INITIALIZE(function, member, label)                                                          \
+#define ZYR_COMPONENT_MODULE(member, function, label, word, isReset)                                                   \
     bool_t ApplicationData::function() {                                                                               \
-        if (member##Initializer == nullptr) {                                                                          \
+        if (m_##member##Initializer == nullptr) {                                                                      \
             ZYR_LOG_WARN("Cannot initialize " label " before prepare call");                                           \
             return 0;                                                                                                  \
         }                                                                                                              \
-        return initializeModule(member##Initializer, &ApplicationData::member##State);                                 \
+        return initializeModule(m_##member##Initializer, &ApplicationData::m_##member##State);                         \
     }
-
-ZYR_DEFINE_MODULE_INITIALIZE(coreInitialize, m_core, "module:core")
-ZYR_DEFINE_MODULE_INITIALIZE(geometryInitialize, m_geometry, "module:geometry")
-ZYR_DEFINE_MODULE_INITIALIZE(pictureInitialize, m_picture, "module:picture")
-ZYR_DEFINE_MODULE_INITIALIZE(sampleInitialize, m_sample, "module:sample")
-ZYR_DEFINE_MODULE_INITIALIZE(systemInitialize, m_system, "module:system")
-ZYR_DEFINE_MODULE_INITIALIZE(projectInitialize, m_project, "module:project")
-ZYR_DEFINE_MODULE_INITIALIZE(engineInitialize, m_engine, "module:engine")
-ZYR_DEFINE_MODULE_INITIALIZE(audioInitialize, m_audio, "module:audio")
-ZYR_DEFINE_MODULE_INITIALIZE(graphicsInitialize, m_graphics, "module:graphics")
-ZYR_DEFINE_MODULE_INITIALIZE(physicsInitialize, m_physics, "module:physics")
-ZYR_DEFINE_MODULE_INITIALIZE(libCairoInitialize, m_cairo, "lib module:cairo")
-ZYR_DEFINE_MODULE_INITIALIZE(libVulkanInitialize, m_vulkan, "lib module:vulkan")
-ZYR_DEFINE_MODULE_INITIALIZE(libOpenGLInitialize, m_openGL, "lib module:OpenGL")
-ZYR_DEFINE_MODULE_INITIALIZE(libShadercInitialize, m_shaderc, "lib module:Shaderc")
-ZYR_DEFINE_MODULE_INITIALIZE(libOpenALInitialize, m_openAL, "lib module:OpenAL")
-ZYR_DEFINE_MODULE_INITIALIZE(libOggVorbisInitialize, m_oggVorbis, "lib module:OggVorbis")
-ZYR_DEFINE_MODULE_INITIALIZE(libOpenSSLInitialize, m_openSSL, "lib module:OpenSSL")
-ZYR_DEFINE_MODULE_INITIALIZE(guiInitialize, m_gui, "module:gui")
-ZYR_DEFINE_MODULE_INITIALIZE(languageInitialize, m_language, "module:language")
-ZYR_DEFINE_MODULE_INITIALIZE(remoteInitialize, m_remote, "module:remote")
-
-#undef ZYR_DEFINE_MODULE_INITIALIZE
+#define ZYR_RETRIED_COMPONENT_MODULE(member, function, label, word, isReset)
+#include "zyr_common/application/zyr_component_modules.inl"
 
 bool_t ApplicationData::libD3D11Initialize() {
     if (m_d3d11Initializer == nullptr) {
@@ -80,45 +59,13 @@ bool_t ApplicationData::libD3D11Initialize() {
 }
 
 void ApplicationData::resetModules() {
-    // Audio, language and remote keep their initializers and states, which is relied upon.
-    m_coreInitializer = nullptr;
-    m_geometryInitializer = nullptr;
-    m_pictureInitializer = nullptr;
-    m_sampleInitializer = nullptr;
-    m_systemInitializer = nullptr;
-    m_projectInitializer = nullptr;
-    m_engineInitializer = nullptr;
-    m_graphicsInitializer = nullptr;
-    m_physicsInitializer = nullptr;
-    m_cairoInitializer = nullptr;
-    m_d3d11Initializer = nullptr;
-    m_vulkanInitializer = nullptr;
-    m_openGLInitializer = nullptr;
-    m_shadercInitializer = nullptr;
-    m_openALInitializer = nullptr;
-    m_oggVorbisInitializer = nullptr;
-    m_openSSLInitializer = nullptr;
-    m_guiInitializer = nullptr;
-
     m_commonState = ZYR_MODULE_STATE_NOT_INITIALIZED;
-    m_coreState = ZYR_MODULE_STATE_NOT_INITIALIZED;
-    m_geometryState = ZYR_MODULE_STATE_NOT_INITIALIZED;
-    m_pictureState = ZYR_MODULE_STATE_NOT_INITIALIZED;
-    m_sampleState = ZYR_MODULE_STATE_NOT_INITIALIZED;
-    m_systemState = ZYR_MODULE_STATE_NOT_INITIALIZED;
-    m_projectState = ZYR_MODULE_STATE_NOT_INITIALIZED;
-    m_engineState = ZYR_MODULE_STATE_NOT_INITIALIZED;
-    m_graphicsState = ZYR_MODULE_STATE_NOT_INITIALIZED;
-    m_physicsState = ZYR_MODULE_STATE_NOT_INITIALIZED;
-    m_cairoState = ZYR_MODULE_STATE_NOT_INITIALIZED;
-    m_d3d11State = ZYR_MODULE_STATE_NOT_INITIALIZED;
-    m_vulkanState = ZYR_MODULE_STATE_NOT_INITIALIZED;
-    m_openGLState = ZYR_MODULE_STATE_NOT_INITIALIZED;
-    m_shadercState = ZYR_MODULE_STATE_NOT_INITIALIZED;
-    m_openALState = ZYR_MODULE_STATE_NOT_INITIALIZED;
-    m_oggVorbisState = ZYR_MODULE_STATE_NOT_INITIALIZED;
-    m_openSSLState = ZYR_MODULE_STATE_NOT_INITIALIZED;
-    m_guiState = ZYR_MODULE_STATE_NOT_INITIALIZED;
+#define ZYR_COMPONENT_MODULE(member, function, label, word, isReset)                                                   \
+    if (isReset) {                                                                                                     \
+        m_##member##Initializer = nullptr;                                                                             \
+        m_##member##State = ZYR_MODULE_STATE_NOT_INITIALIZED;                                                          \
+    }
+#include "zyr_common/application/zyr_component_modules.inl"
 }
 
 } // namespace zyr
