@@ -3,27 +3,18 @@
 #include "core_module/zyr_core_table.h"
 #include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/platform/zyr_version.h"
-#include "zyr_common/text/zyr_number_text.h"
 
 namespace zyr {
 
 static bool_t initializeCoreModule(ApplicationData* p_applicationData, uint32_t) {
-    const uint64_t hostVersion = p_applicationData->m_frameworkVersion;
-    const uint64_t moduleVersion = zyr_getFrameworkVersion();
-    if (zyr_getMajorVersion64(hostVersion) != zyr_getMajorVersion64(moduleVersion) ||
-        zyr_getMinorVersion64(hostVersion) != zyr_getMinorVersion64(moduleVersion)) {
-        String hostText;
-        String moduleText;
-        zyr_getVersionString(hostVersion, hostText);
-        zyr_getVersionString(moduleVersion, moduleText);
-        ZYR_LOG_WARN("Application framework version:%s is incompatible with module framework version:%s. Cannot "
-                     "initialize component module: core",
-                     hostText.getData(), moduleText.getData());
+    String reason;
+    if (!checkHostFrameworkVersion(p_applicationData->m_frameworkVersion, reason)) {
+        ZYR_LOG_WARN("%s. Cannot initialize component module: core", reason.getData());
         return 0;
     }
     zyr_setApplicationData(p_applicationData);
     fillCoreTable(*p_applicationData->m_core);
-    registerCoreClasses();
+    registerCoreClasses(*p_applicationData);
     return 1;
 }
 

@@ -1,28 +1,29 @@
 #include "core_module/zyr_core_table.h"
 
-#include "core_module/documents/zyr_lexer_implementation.h"
-#include "core_module/object_containers/zyr_list_of_objects_implementation.h"
-#include "core_module/plugins/zyr_plugin_module.h"
-#include "core_module/plugins/zyr_plugin_modules_handler.h"
-#include "zyr_common/implementation/zyr_format_info_levels.h"
+#include "zyr_common/application/zyr_application_data.h"
+#include "zyr_common/memory/zyr_ref.h"
+#include "zyr_common/memory/zyr_report.h"
+#include "zyr_common/object/zyr_factories.h"
+#include "zyr_common/object/zyr_object.h"
 
 #include <utility>
 
 namespace zyr {
 
-using Object = Implementation<ObjectImplementation<IObject>>;
+#define ZYR_CORE_CLASS(Name) IObject* make##Name();
+#include "core_module/zyr_core_classes.inl"
 
 namespace {
 
-template <class... Classes> struct ClassList {};
+struct CoreClass {
+    const char* m_typeName;
+    objectAllocator_FUNC m_make;
+};
 
-/// The classes of this module in the order of the table.
-using CoreClasses = ClassList<Object, DataFormatInfo, NativeFormatInfo, CompressionInfo, Lz4CompressionInfo,
-                              ZipCompressionInfo, ListOfObjects, Lexer, PluginModule, PluginModulesHandler>;
-
-template <class Class> typename Class::Interface* createObject() {
-    return new Class;
-}
+constexpr CoreClass coreClasses[] = {
+#define ZYR_CORE_CLASS(Name) {#Name, &make##Name},
+#include "core_module/zyr_core_classes.inl"
+};
 
 template <size_t Entry> IObject* reportMissingClass() {
     if constexpr (Entry < static_cast<size_t>(NUM_OF_CORE_ENTRY_NAMES)) {
@@ -37,27 +38,24 @@ template <size_t... Entries> void fillMissing(CoreModuleTable& p_table, std::ind
     ((p_table.m_entries[Entries] = reinterpret_cast<moduleEntry_FUNC>(&reportMissingClass<Entries>)), ...);
 }
 
-template <class... Classes> void fillPresent(CoreModuleTable& p_table, ClassList<Classes...>) {
-    ((p_table.m_entries[coreTableEntry<typename Classes::Interface>] =
-          reinterpret_cast<moduleEntry_FUNC>(&createObject<Classes>)),
-     ...);
-}
-
-template <class... Classes> void registerAll(ClassList<Classes...>) {
-    (zyr_addObjectAllocator<Classes>(), ...);
-}
-
 } // namespace
 
 void fillCoreTable(CoreModuleTable& p_table) {
     p_table.m_lock.writeLock();
     fillMissing(p_table, std::make_index_sequence<CoreModuleTable::NUM_OF_ENTRIES>());
-    fillPresent(p_table, CoreClasses());
+    for (const CoreClass& coreClass : coreClasses) {
+        const int32_t entry = findCoreEntry(coreClass.m_typeName, nullptr);
+        ZYR_ASSERT(entry >= 0);
+        p_table.m_entries[entry] = reinterpret_cast<moduleEntry_FUNC>(coreClass.m_make);
+    }
     p_table.m_lock.unlock();
 }
 
-void registerCoreClasses() {
-    registerAll(CoreClasses());
+void registerCoreClasses(ApplicationData& p_applicationData) {
+    for (const CoreClass& coreClass : coreClasses) {
+        const Ref<IObject> object = Ref<IObject>::adopt(coreClass.m_make());
+        addObjectAllocator(p_applicationData, object.get(), coreClass.m_make);
+    }
 }
 
 } // namespace zyr

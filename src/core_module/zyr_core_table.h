@@ -9,7 +9,8 @@ namespace zyr {
 /// interface's name and gives null.
 void fillCoreTable(CoreModuleTable& p_table);
 
-/// Registers the classes by name and GUID, in the order of the table.
-void registerCoreClasses();
+/// Registers the classes by name, GUID and template type name, in the order of the table. One object of each is made to
+/// ask it for them.
+void registerCoreClasses(ApplicationData& p_applicationData);
 
 } // namespace zyr

@@ -4,26 +4,13 @@
 
 #include "picture/zyr_frame_decoder.h"
 #include "picture/zyr_frame_encoder.h"
-#include "zyr_common/implementation/zyr_object_implementation.h"
+#include "zyr_common/implementation/zyr_implementation.h"
 
 namespace zyr {
 
-/// The part of a level that is not stored in streams.
-template <class Base> class UnstoredLevel : public Base {
-public:
-    bool_t readSerialized_This(IDeserializer*) { return 1; }
-    bool_t writeSerialized_This(ISerializer*, bool_t, bool_t, bool_t& p_result) {
-        p_result = 1;
-        return 1;
-    }
-};
-
 /// See IFrameEncoder for the operations. Offers nothing; keeps adapter and agreed record.
-class FrameEncoderLevel : public UnstoredLevel<ObjectImplementation<IFrameEncoder>> {
+class FrameEncoderLevel : public UnstoredLevel<ObjectLevel<IFrameEncoder>, IFrameEncoder> {
 public:
-    using LevelBase = ObjectImplementation<IFrameEncoder>;
-    using LevelInterface = IFrameEncoder;
-
     const String& getLibName() const override { return String::getConstEmpty(); }
     uint64_t getLibVersion() const override { return 0; }
     const String& getCodecName() const override { return m_codecInfo.codecName; }
@@ -47,11 +34,8 @@ private:
 };
 
 /// See IFrameEncoderContext for the operations.
-class FrameEncoderContextLevel : public UnstoredLevel<ObjectImplementation<IFrameEncoderContext>> {
+class FrameEncoderContextLevel : public UnstoredLevel<ObjectLevel<IFrameEncoderContext>, IFrameEncoderContext> {
 public:
-    using LevelBase = ObjectImplementation<IFrameEncoderContext>;
-    using LevelInterface = IFrameEncoderContext;
-
     ~FrameEncoderContextLevel() override { release_This(); }
 
     bool_t initialize(IFrameEncoder* p_encoder) override;
@@ -75,11 +59,8 @@ private:
 };
 
 /// See IFrameDecoder for the operations. Wants nothing; keeps the agreed record.
-class FrameDecoderLevel : public UnstoredLevel<ObjectImplementation<IFrameDecoder>> {
+class FrameDecoderLevel : public UnstoredLevel<ObjectLevel<IFrameDecoder>, IFrameDecoder> {
 public:
-    using LevelBase = ObjectImplementation<IFrameDecoder>;
-    using LevelInterface = IFrameDecoder;
-
     const String& getLibName() const override { return String::getConstEmpty(); }
     uint64_t getLibVersion() const override { return 0; }
     const String& getCodecName() const override { return m_codecInfo.codecName; }
@@ -100,11 +81,8 @@ private:
 };
 
 /// See IFrameDecoderContext for the operations.
-class FrameDecoderContextLevel : public UnstoredLevel<ObjectImplementation<IFrameDecoderContext>> {
+class FrameDecoderContextLevel : public UnstoredLevel<ObjectLevel<IFrameDecoderContext>, IFrameDecoderContext> {
 public:
-    using LevelBase = ObjectImplementation<IFrameDecoderContext>;
-    using LevelInterface = IFrameDecoderContext;
-
     ~FrameDecoderContextLevel() override { release_This(); }
 
     bool_t initialize(IFrameDecoder* p_decoder) override;

@@ -3,14 +3,14 @@
 
 #include "picture/zyr_diffmap.h"
 #include "zyr_common/containers/zyr_array.h"
-#include "zyr_common/implementation/zyr_object_implementation.h"
+#include "zyr_common/implementation/zyr_implementation.h"
 
 namespace zyr {
 
 /// See IDiffmap for the operations.
-class DiffmapLevel : public ObjectImplementation<IDiffmap> {
+class DiffmapLevel : public ObjectLevel<IDiffmap> {
 public:
-    using LevelBase = ObjectImplementation<IDiffmap>;
+    using LevelBase = ObjectLevel<IDiffmap>;
     using LevelInterface = IDiffmap;
 
     bool_t init(uint32_t p_imageWidth, uint32_t p_imageHeight, uint32_t p_blockWidth, uint32_t p_blockHeight,

@@ -6,14 +6,14 @@
 #include "picture/zyr_image.h"
 #include "picture/zyr_shared_texture.h"
 #include "zyr_common/containers/zyr_array.h"
-#include "zyr_common/implementation/zyr_object_implementation.h"
+#include "zyr_common/implementation/zyr_implementation.h"
 
 namespace zyr {
 
 /// See IUnpackedFrameData for the operations.
-class UnpackedFrameDataLevel : public ObjectImplementation<IUnpackedFrameData> {
+class UnpackedFrameDataLevel : public ObjectLevel<IUnpackedFrameData> {
 public:
-    using LevelBase = ObjectImplementation<IUnpackedFrameData>;
+    using LevelBase = ObjectLevel<IUnpackedFrameData>;
     using LevelInterface = IUnpackedFrameData;
 
     ~UnpackedFrameDataLevel() override { release_This(); }
@@ -59,9 +59,9 @@ private:
 using UnpackedFrameData = Implementation<UnpackedFrameDataLevel>;
 
 /// See IPackedFrameData for the operations.
-class PackedFrameDataLevel : public ObjectImplementation<IPackedFrameData> {
+class PackedFrameDataLevel : public ObjectLevel<IPackedFrameData> {
 public:
-    using LevelBase = ObjectImplementation<IPackedFrameData>;
+    using LevelBase = ObjectLevel<IPackedFrameData>;
     using LevelInterface = IPackedFrameData;
 
     ~PackedFrameDataLevel() override { release_This(); }

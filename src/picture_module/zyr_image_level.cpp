@@ -4,6 +4,7 @@
 #include "picture_module/zyr_palette_level.h"
 #include "picture_module/zyr_references.h"
 #include "zyr_common/containers/zyr_array.h"
+#include "zyr_common/formats/zyr_format_info.h"
 #include "zyr_common/geometry/zyr_shape_enums.h"
 #include "zyr_common/memory/zyr_power_of_two.h"
 

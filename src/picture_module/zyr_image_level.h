@@ -5,7 +5,7 @@
 #include "picture/zyr_palette.h"
 #include "picture_module/zyr_picture_memory.h"
 #include "picture_module/zyr_pixel_area.h"
-#include "zyr_common/implementation/zyr_object_implementation.h"
+#include "zyr_common/implementation/zyr_implementation.h"
 
 namespace zyr {
 
@@ -30,9 +30,9 @@ private:
 StretchFilter getStretchFilter(InterpolationEnum p_interpolation, SubsamplingEnum p_subsampling);
 
 /// See IImage for the operations. The pixels live in recycled blocks with even width and height and some bytes behind.
-class ImageLevel : public ObjectImplementation<IImage> {
+class ImageLevel : public ObjectLevel<IImage> {
 public:
-    using LevelBase = ObjectImplementation<IImage>;
+    using LevelBase = ObjectLevel<IImage>;
     using LevelInterface = IImage;
 
     ~ImageLevel() override { release_This(); }

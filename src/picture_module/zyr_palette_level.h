@@ -3,14 +3,14 @@
 
 #include "picture/zyr_palette.h"
 #include "zyr_common/containers/zyr_array.h"
-#include "zyr_common/implementation/zyr_object_implementation.h"
+#include "zyr_common/implementation/zyr_implementation.h"
 
 namespace zyr {
 
 /// See IPalette for the operations.
-class PaletteLevel : public ObjectImplementation<IPalette> {
+class PaletteLevel : public ObjectLevel<IPalette> {
 public:
-    using LevelBase = ObjectImplementation<IPalette>;
+    using LevelBase = ObjectLevel<IPalette>;
     using LevelInterface = IPalette;
 
     bool_t init(uint32_t p_numOfIndices, PixelFormatEnum p_format) override;

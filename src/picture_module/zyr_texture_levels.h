@@ -8,16 +8,13 @@
 #include "picture/zyr_shared_texture.h"
 #include "picture_module/zyr_codec_levels.h"
 #include "picture_module/zyr_image_state.h"
-#include "zyr_common/implementation/zyr_format_info_levels.h"
+#include "zyr_common/implementation/zyr_native_format_info_level.h"
 
 namespace zyr {
 
 /// See IReadbackContext for the operations.
-class ReadbackContextLevel : public UnstoredLevel<ObjectImplementation<IReadbackContext>> {
+class ReadbackContextLevel : public UnstoredLevel<ObjectLevel<IReadbackContext>, IReadbackContext> {
 public:
-    using LevelBase = ObjectImplementation<IReadbackContext>;
-    using LevelInterface = IReadbackContext;
-
     uint64_t getAdapterID() const override { return m_adapterID; }
     bool_t initialize(void* p_device) override;
     IReadbackContextReserved* getReadbackContextReserved() const override { return &m_reserved; }
@@ -42,11 +39,8 @@ private:
 };
 
 /// See ISharedTexture for the operations.
-class SharedTextureLevel : public UnstoredLevel<ObjectImplementation<ISharedTexture>> {
+class SharedTextureLevel : public UnstoredLevel<ObjectLevel<ISharedTexture>, ISharedTexture> {
 public:
-    using LevelBase = ObjectImplementation<ISharedTexture>;
-    using LevelInterface = ISharedTexture;
-
     ~SharedTextureLevel() override { release_This(); }
 
     uint32_t getWidth() const override { return m_width; }
@@ -87,7 +81,7 @@ private:
 
 /// See IJpegFormatInfo for the operations.
 class JpegFormatInfoLevel
-    : public StateLevel<NativeFormatInfoImplementation<IJpegFormatInfo>, IJpegFormatInfo, JpegFormatInfoState> {
+    : public StateLevel<NativeFormatInfoLevel<IJpegFormatInfo>, IJpegFormatInfo, JpegFormatInfoState> {
 public:
     uint8_t getQuality() const override { return static_cast<uint8_t>(m_state.m_quality); }
     void setQuality(uint8_t p_quality) override { m_state.m_quality = p_quality; }

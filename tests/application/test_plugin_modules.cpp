@@ -1,5 +1,5 @@
 #include "zyr_common/application/zyr_application_data.h"
-#include "zyr_common/implementation/zyr_object_implementation.h"
+#include "zyr_common/implementation/zyr_implementation.h"
 #include "zyr_common/object/zyr_core_entries.h"
 #include "zyr_common/plugins/zyr_plugin_modules.h"
 
@@ -16,11 +16,8 @@ static std::vector<std::string> s_calls;
 static IListOfObjects* const MODULES = reinterpret_cast<IListOfObjects*>(0x1000);
 
 // A handler that records its calls. Directories whose name begins with "bad" fail.
-template <class Interface> class RecordingHandlerLevel : public ObjectImplementation<Interface> {
+class RecordingHandlerLevel : public UnstoredLevel<ObjectLevel<IPluginModulesHandler>, IPluginModulesHandler> {
 public:
-    using LevelBase = ObjectImplementation<Interface>;
-    using LevelInterface = IPluginModulesHandler;
-
     RecordingHandlerLevel() { s_calls.push_back("new"); }
     ~RecordingHandlerLevel() override { s_calls.push_back("delete"); }
 
@@ -41,14 +38,12 @@ public:
     void init_This() {}
     void release_This() {}
     void copy_This(const IPluginModulesHandler*) {}
-    bool_t readSerialized_This(IDeserializer*) { return 1; }
-    bool_t writeSerialized_This(ISerializer*, bool_t, bool_t, bool_t&) { return 1; }
 
 private:
     mutable LevelReserved<RecordingHandlerLevel> m_reserved{this};
 };
 
-using RecordingHandler = Implementation<RecordingHandlerLevel<IPluginModulesHandler>>;
+using RecordingHandler = Implementation<RecordingHandlerLevel>;
 
 static IPluginModulesHandler* createHandler() {
     return new RecordingHandler;
@@ -89,6 +84,28 @@ TEST_F(PluginModulesOfApplication, NullHandlerIsRefusedWithALine) {
     setCreator(&createNothing);
     EXPECT_FALSE(initialize({"a"}));
     EXPECT_THAT(m_application.getMessages(), ElementsAre(NO_HANDLER));
+}
+
+TEST(PluginModulesWithoutApplicationData, AreRefusedWithTheFactorysLineAndTheirOwn) {
+    ApplicationData* data = new ApplicationData(0, 0);
+    testing::internal::CaptureStdout();
+    EXPECT_FALSE(data->pluginModulesInitialize(List<String>()));
+    fflush(stdout);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "WARN : Application data is NULL, cannot create object from name PluginModulesHandler. Return NULL\n"
+              "WARN : " +
+                  std::string(NO_HANDLER) + "\n");
+    delete data;
+}
+
+TEST_F(PluginModulesOfApplication, WithoutCoreTableEndTheProcess) {
+    EXPECT_EXIT(
+        {
+            m_application->m_core = nullptr;
+            initialize({});
+        },
+        testing::ExitedWithCode(0), "");
+    EXPECT_THAT(m_application.getMessages(), ElementsAre("assert(appData->m_core != NULL)"));
 }
 
 TEST_F(PluginModulesOfApplication, AreLoadedInOrderAndThenInitialized) {

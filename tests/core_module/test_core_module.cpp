@@ -1,6 +1,7 @@
 #include "core_module/core_module_test.h"
 #include "zyr_common/documents/zyr_lexer.h"
 #include "zyr_common/formats/zyr_format_info.h"
+#include "zyr_common/memory/zyr_ref.h"
 #include "zyr_common/object/zyr_object_class.h"
 #include "zyr_common/object_containers/zyr_list_of_objects.h"
 #include "zyr_common/plugins/zyr_plugin_modules.h"
@@ -71,46 +72,106 @@ TEST_F(CoreModuleUpTest, FillsEveryEntryOfTheTable) {
 }
 
 TEST_F(CoreModuleUpTest, RegistersItsClassesInTheOrderOfTheTable) {
-    std::vector<std::string> names;
+    int32_t last = -1;
     for (auto it = getData()->m_objectAllocatorsByName.begin(); it != getData()->m_objectAllocatorsByName.end(); ++it) {
-        names.push_back(it->m_first.getData());
+        const int32_t entry = findCoreEntry(it->m_first.getData(), nullptr);
+        EXPECT_GT(entry, last) << it->m_first.getData();
+        last = entry;
     }
-    EXPECT_THAT(names,
-                ElementsAre("Object", "DataFormatInfo", "NativeFormatInfo", "CompressionInfo", "Lz4CompressionInfo",
-                            "ZipCompressionInfo", "ListOfObjects", "Lexer", "PluginModule", "PluginModulesHandler"));
+    EXPECT_EQ(getData()->m_objectAllocatorsByName.getSize(), getData()->m_objectAllocatorsByGUID.getSize());
 }
 
-template <class Interface> void expectCreatable() {
-    SCOPED_TRACE(InterfaceTraits<Interface>::c_typeName);
-    Interface* object = zyr_createObject<Interface>();
-    ASSERT_NE(object, nullptr);
-    EXPECT_EQ(object->getRefCount(), 0u);
-    EXPECT_STREQ(object->getClassName().getData(), InterfaceTraits<Interface>::c_typeName);
-    EXPECT_EQ(object->getClassGUID(), zyr_getInterfaceGUID<Interface>());
-    object->release();
-    IObject* byGUID = zyr_createObjectFromGUIDAndTypeName(zyr_getInterfaceGUID<Interface>(), "");
-    ASSERT_NE(byGUID, nullptr);
-    byGUID->release();
+/// What every class of the table has to do.
+class EachClass : public CoreModuleUpTest {
+protected:
+    /// Calls the function with a new object of each class and the number of its entry.
+    template <typename Function> void forEach(Function p_function) {
+        for (int32_t i = 0; i < NUM_OF_CORE_ENTRY_NAMES; i++) {
+            SCOPED_TRACE(coreEntryNames[i]);
+            const auto create = reinterpret_cast<objectAllocator_FUNC>(getData()->m_core->m_entries[i]);
+            const auto object = Ref<IObject>::adopt(create());
+            if (object) {
+                m_numOfClasses++;
+                p_function(object.get(), i);
+            }
+        }
+        EXPECT_GE(m_numOfClasses, 10);
+        EXPECT_EQ(static_cast<size_t>(m_numOfClasses), getData()->m_objectAllocatorsByName.getSize());
+    }
+
+    int m_numOfClasses = 0;
+};
+
+TEST_F(EachClass, HasTheNameOfItsEntryAndOneOwner) {
+    forEach([](IObject* p_object, int32_t p_entry) {
+        EXPECT_STREQ(p_object->getClassName().getData(), coreEntryNames[p_entry]);
+        EXPECT_EQ(p_object->getRefCount(), 0u);
+        EXPECT_EQ(p_object->getTLIObject(), p_object);
+    });
 }
 
-TEST_F(CoreModuleUpTest, CreatesItsClassesByTableAndByGUID) {
-    expectCreatable<IObject>();
-    expectCreatable<IDataFormatInfo>();
-    expectCreatable<INativeFormatInfo>();
-    expectCreatable<ICompressionInfo>();
-    expectCreatable<ILz4CompressionInfo>();
-    expectCreatable<IZipCompressionInfo>();
-    expectCreatable<IListOfObjects>();
-    expectCreatable<ILexer>();
-    expectCreatable<IPluginModule>();
-    expectCreatable<IPluginModulesHandler>();
+TEST_F(EachClass, IsCreatedByNameAndByGUIDWithTemplateTypeName) {
+    forEach([](IObject* p_object, int32_t) {
+        const auto byName = Ref<IObject>::adopt(zyr_createObjectFromName(p_object->getClassName()));
+        ASSERT_TRUE(byName);
+        EXPECT_EQ(byName->getClassName(), p_object->getClassName());
+        const auto byGUID = Ref<IObject>::adopt(
+            zyr_createObjectFromGUIDAndTypeName(p_object->getClassGUID(), p_object->getClassTemplateTypeName()));
+        ASSERT_TRUE(byGUID);
+        EXPECT_EQ(byGUID->getClassName(), p_object->getClassName());
+        EXPECT_EQ(zyr_createObjectFromGUIDAndTypeName(p_object->getClassGUID(), "another type"), nullptr);
+    });
+}
+
+TEST_F(EachClass, IsCopiedClonedAndCleared) {
+    forEach([this](IObject* p_object, int32_t p_entry) {
+        p_object->regenerateGUIDsWhereAvailable(0);
+        p_object->setDirty(1);
+        const auto clone = Ref<IObject>::adopt(p_object->clone());
+        ASSERT_TRUE(clone);
+        EXPECT_EQ(clone->getClassName(), p_object->getClassName());
+        EXPECT_EQ(clone->getGUID(), p_object->getGUID());
+        EXPECT_TRUE(clone->isDirty());
+        EXPECT_EQ(clone->getRefCount(), 0u);
+
+        const auto copy =
+            Ref<IObject>::adopt(reinterpret_cast<objectAllocator_FUNC>(getData()->m_core->m_entries[p_entry])());
+        EXPECT_TRUE(copy->copy(p_object));
+        EXPECT_EQ(copy->getGUID(), p_object->getGUID());
+        copy->clear();
+        EXPECT_TRUE(copy->getGUID().isNull());
+        EXPECT_FALSE(copy->isDirty());
+        EXPECT_FALSE(p_object->getGUID().isNull());
+    });
+}
+
+TEST_F(EachClass, RefusesToCopyAnotherClass) {
+    const auto other = Ref<IObject>::adopt(zyr_createObject<IObject>());
+    forEach([&](IObject* p_object, int32_t p_entry) {
+        p_object->setDirty(1);
+        EXPECT_EQ(p_object->copy(other.get()), p_entry == 0);
+        EXPECT_EQ(p_object->isDirty(), p_entry != 0);
+        EXPECT_FALSE(p_object->copy(nullptr));
+    });
+}
+
+TEST_F(EachClass, HasItsReservedObjectAndAnswersToItsGUIDs) {
+    forEach([](IObject* p_object, int32_t) {
+        EXPECT_NE(p_object->getObjectReserved(), nullptr);
+        EXPECT_TRUE(p_object->findClassGUID(p_object->getClassGUID()));
+        EXPECT_EQ(p_object->findInterfaceObjectByClassGUID(p_object->getClassGUID()), p_object);
+        EXPECT_EQ(p_object->findInterfaceObjectByClassGUID(zyr_getInterfaceGUID<IObject>()), p_object);
+        EXPECT_FALSE(p_object->findClassGUID(GUID_t()));
+        EXPECT_EQ(p_object->findInterfaceObjectByClassGUID(GUID_t()), nullptr);
+    });
 }
 
 TEST_F(CoreModuleUpTest, EntryWithoutClassLogsItsNameAndGivesNull) {
-    const auto create = reinterpret_cast<IObject* (*)()>(getData()->m_core->m_entries[104]);
+    const int32_t entry = findCoreEntry("Transport", nullptr);
+    const auto create = reinterpret_cast<objectAllocator_FUNC>(getData()->m_core->m_entries[entry]);
     EXPECT_EQ(create(), nullptr);
     EXPECT_THAT(m_application->getMessages(),
-                ElementsAre("Unable to create object: the core module has no implementation of ConfigParser"));
+                ElementsAre("Unable to create object: the core module has no implementation of Transport"));
 }
 
 TEST_F(CoreModuleUpTest, UnusedEntryLogsItsNumberAndGivesNull) {
@@ -121,17 +182,13 @@ TEST_F(CoreModuleUpTest, UnusedEntryLogsItsNumberAndGivesNull) {
 }
 
 TEST_F(CoreModuleUpTest, EntriesThatGiveNothingAllSayTheirName) {
-    size_t missing = 0;
     for (int32_t i = 0; i < NUM_OF_CORE_ENTRY_NAMES; i++) {
-        IObject* object = reinterpret_cast<IObject* (*)()>(getData()->m_core->m_entries[i])();
-        if (object != nullptr) {
-            object->release();
-            continue;
+        const auto create = reinterpret_cast<objectAllocator_FUNC>(getData()->m_core->m_entries[i]);
+        const auto object = Ref<IObject>::adopt(create());
+        if (!object) {
+            EXPECT_THAT(m_application->getMessages().back(), EndsWith(coreEntryNames[i]));
         }
-        missing++;
-        EXPECT_THAT(m_application->getMessages().back(), EndsWith(coreEntryNames[i]));
     }
-    EXPECT_EQ(missing, static_cast<size_t>(NUM_OF_CORE_ENTRY_NAMES - 10));
 }
 
 TEST_F(CoreModuleUpTest, StandsBehindClassesOfOtherModules) {
@@ -147,6 +204,44 @@ TEST_F(CoreModuleUpTest, StandsBehindClassesOfOtherModules) {
     EXPECT_EQ(clone->getTLIObject(), clone);
     clone->release();
     format->release();
+}
+
+TEST_F(CoreModuleUpTest, CopiesASourceThatIsALayerAroundItsClass) {
+    HostFormat* format = new HostFormat;
+    format->setFormatName("name");
+    format->setFilePath("path");
+    const auto copy = Ref<INativeFormatInfo>::adopt(zyr_createObject<INativeFormatInfo>());
+    EXPECT_TRUE(copy->copy(format));
+    EXPECT_EQ(copy->getFilePath(), "path");
+    // A facade of the base interface around an implementation of the derived one.
+    const IObject* around = static_cast<const IObject*>(format);
+    const auto base = Ref<IDataFormatInfo>::adopt(zyr_createObject<IDataFormatInfo>());
+    base->copyUnsafe(around);
+    EXPECT_EQ(base->getFormatName(), "name");
+    format->release();
+}
+
+/// A layer that only forwards: it is no HostFormat itself, and one stands inside of it.
+class AroundHostFormat : public WObject {
+public:
+    explicit AroundHostFormat(HostFormat* p_format) { m_interfaceObject = p_format; }
+};
+
+TEST_F(CoreModuleUpTest, ClassOfAnotherModuleCopiesASourceThatIsALayerAroundIt) {
+    HostFormat* format = new HostFormat;
+    format->setFilePath("path");
+    IObject* around = new AroundHostFormat(format);
+    HostFormat* copy = new HostFormat;
+    copy->copyUnsafe(around);
+    EXPECT_EQ(copy->getFilePath(), "path");
+    copy->clear();
+    EXPECT_TRUE(copy->copy(around));
+    EXPECT_EQ(copy->getFilePath(), "path");
+    const auto info = Ref<INativeFormatInfo>::adopt(zyr_createObject<INativeFormatInfo>());
+    EXPECT_TRUE(info->copy(around));
+    EXPECT_EQ(info->getFilePath(), "path");
+    around->release();
+    copy->release();
 }
 
 TEST_F(CoreModuleUpTest, GivesListsOfRegisteredSubclasses) {

@@ -1,6 +1,8 @@
+#include "core_module/formats/zyr_lz4_compression_info_level.h"
+#include "core_module/formats/zyr_zip_compression_info_level.h"
 #include "support/zyr_fake_core.h"
 #include "support/zyr_print_text.h"
-#include "zyr_common/implementation/zyr_format_info_levels.h"
+#include "zyr_common/implementation/zyr_native_format_info_level.h"
 #include "zyr_common/object/zyr_object_class.h"
 #include "zyr_common/variable/zyr_variable_reference.h"
 

@@ -1,5 +1,7 @@
+#include "core_module/formats/zyr_lz4_compression_info_level.h"
+#include "core_module/formats/zyr_zip_compression_info_level.h"
 #include "support/zyr_recording_serializer.h"
-#include "zyr_common/implementation/zyr_format_info_levels.h"
+#include "zyr_common/implementation/zyr_native_format_info_level.h"
 
 #include <gtest/gtest.h>
 

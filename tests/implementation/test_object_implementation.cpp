@@ -1,8 +1,10 @@
-#include "zyr_common/implementation/zyr_object_implementation.h"
+#include "zyr_common/implementation/zyr_implementation.h"
 
+#include "core_module/formats/zyr_lz4_compression_info_level.h"
+#include "core_module/formats/zyr_zip_compression_info_level.h"
 #include "support/zyr_fake_core.h"
 #include "support/zyr_stub_object.h"
-#include "zyr_common/implementation/zyr_format_info_levels.h"
+#include "zyr_common/implementation/zyr_native_format_info_level.h"
 #include "zyr_common/variable/zyr_variable_factories.h"
 #include "zyr_common/variable/zyr_variable_reference.h"
 
@@ -11,7 +13,7 @@
 namespace zyr {
 namespace {
 
-using Object = Implementation<ObjectImplementation<IObject>>;
+using Object = Implementation<ObjectLevel<IObject>>;
 
 const GUID_t SOME_GUID = GUID_t_fromString("40000000-0000-4000-8000-000000000001");
 const GUID_t OTHER_GUID = GUID_t_fromString("40000000-0000-4000-8000-000000000002");

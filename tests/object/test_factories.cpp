@@ -2,7 +2,7 @@
 
 #include "support/log/zyr_log_recorder.h"
 #include "support/zyr_fake_core.h"
-#include "zyr_common/implementation/zyr_object_implementation.h"
+#include "zyr_common/implementation/zyr_implementation.h"
 #include "zyr_common/object/zyr_object_class.h"
 
 #include <functional>
@@ -57,7 +57,7 @@ struct SomeRecord {
 class Factories : public testing::Test {
 protected:
     void SetUp() override {
-        m_core.addClass<Implementation<ObjectImplementation<IObject>>>();
+        m_core.addClass<Implementation<ObjectLevel<IObject>>>();
         s_alive = 0;
         test::takeLogLines();
     }
@@ -144,7 +144,7 @@ TEST_F(Factories, AllocatorsRunUnderTheReadLock) {
         ApplicationData* data = zyr_getApplicationData();
         s_locked = !data->m_objectAllocatorLock.tryWriteLock() && data->m_objectAllocatorLock.tryReadLock();
         data->m_objectAllocatorLock.unlock();
-        return new Implementation<ObjectImplementation<IObject>>;
+        return new Implementation<ObjectLevel<IObject>>;
     };
     s_locked = false;
     m_core->m_objectAllocatorsByName.pushBack("Probe", allocator, nullptr);
@@ -242,9 +242,9 @@ TEST(FactoriesWithoutApplicationData, CreateNothingAndReport) {
 }
 
 /// A class that needs no interface object, so that it can be made without application data.
-class StandaloneLevel : public ObjectImplementation<IObject> {
+class StandaloneLevel : public ObjectLevel<IObject> {
 public:
-    using LevelBase = ObjectImplementation<IObject>;
+    using LevelBase = ObjectLevel<IObject>;
     StandaloneLevel() { s_alive++; }
     ~StandaloneLevel() override { s_alive--; }
 };

@@ -63,6 +63,18 @@ TEST(TypeName, OfATemplateHasItsArgumentInBraces) {
     EXPECT_EQ(nameOf<IHashMapOfObjects<IObject*>>(), "HashMapOfObjects{Object *}");
 }
 
+TEST(TypeName, TemplateArgumentAloneIsItsWord) {
+    EXPECT_EQ(zyr_getTemplateTypeName<IHashMapOfObjects<String*>>(), "String *");
+    EXPECT_EQ(zyr_getTemplateTypeName<IObject>(), "");
+}
+
+TEST(TypeName, InLinesOfTheFactoryHasUnderscoresAroundTheGUIDWordAlone) {
+    EXPECT_EQ(getCoreEntryWord(coreTableEntry<IHashMapOfObjects<GUID_t>>), "HashMapOfObjects_guid_");
+    EXPECT_EQ(getCoreEntryWord(coreTableEntry<ISortedMapOfObjects<GUID_t>>), "SortedMapOfObjects_guid_");
+    EXPECT_EQ(getCoreEntryWord(coreTableEntry<IHashMapOfObjects<int32_t>>), "HashMapOfObjects{int32}");
+    EXPECT_EQ(getCoreEntryWord(coreTableEntry<IObject>), "Object");
+}
+
 TEST(TypeName, IsOneTextPerType) {
     const PlainRecord record;
     EXPECT_EQ(&zyr_getNameAssociatedToType(&record),

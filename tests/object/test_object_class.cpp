@@ -2,7 +2,7 @@
 
 #include "support/log/zyr_log_recorder.h"
 #include "support/zyr_fake_core.h"
-#include "zyr_common/implementation/zyr_format_info_levels.h"
+#include "zyr_common/implementation/zyr_native_format_info_level.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -75,7 +75,7 @@ public:
 class ObjectClassTest : public testing::Test {
 protected:
     void SetUp() override {
-        m_core.addClass<Implementation<ObjectImplementation<IObject>>>();
+        m_core.addClass<Implementation<ObjectLevel<IObject>>>();
         m_core.addClass<DataFormatInfo>();
         s_steps.clear();
     }

@@ -1,7 +1,7 @@
 #include "support/log/zyr_log_recorder.h"
 #include "support/zyr_fake_core.h"
-#include "zyr_common/implementation/zyr_format_info_levels.h"
-#include "zyr_common/implementation/zyr_object_implementation.h"
+#include "zyr_common/implementation/zyr_implementation.h"
+#include "zyr_common/implementation/zyr_native_format_info_level.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,9 +17,9 @@ int s_alive = 0;
 int s_created = 0;
 
 /// An interface object whose life is counted.
-class CountedLevel : public ObjectImplementation<IObject> {
+class CountedLevel : public ObjectLevel<IObject> {
 public:
-    using LevelBase = ObjectImplementation<IObject>;
+    using LevelBase = ObjectLevel<IObject>;
     CountedLevel() {
         s_alive++;
         s_created++;

@@ -1,8 +1,8 @@
-#include "core_module/object_containers/zyr_list_of_objects_implementation.h"
+#include "core_module/object_containers/zyr_list_of_objects_level.h"
 #include "support/log/zyr_log_recorder.h"
 #include "support/zyr_fake_core.h"
 #include "support/zyr_ignore_leaks.h"
-#include "zyr_common/implementation/zyr_format_info_levels.h"
+#include "zyr_common/implementation/zyr_native_format_info_level.h"
 #include "zyr_common/object/zyr_object_class.h"
 
 #include <gmock/gmock.h>

@@ -39,12 +39,12 @@ TEST(ListOfObjectsFacade, HasItsIteratorsInTheirSlots) {
     EXPECT_EQ(getSlot(&IListOfObjects::findConst), 63u);
 }
 
-TEST(ListOfObjectsReserved, HasItsOperationsBehindTheDestructors) {
-    EXPECT_EQ(getSlot(&IListOfObjectsReserved::init_This), 2u);
-    EXPECT_EQ(getSlot(&IListOfObjectsReserved::release_This), 3u);
-    EXPECT_EQ(getSlot(&IListOfObjectsReserved::copy_Backwards), 4u);
-    EXPECT_EQ(getSlot(&IListOfObjectsReserved::readSerialized_Backwards), 5u);
-    EXPECT_EQ(getSlot(&IListOfObjectsReserved::writeSerialized_Backwards), 6u);
+TEST(ContainerReserved, HasItsOperationsBehindTheDestructors) {
+    EXPECT_EQ(getSlot(&IContainerReserved::init_This), 2u);
+    EXPECT_EQ(getSlot(&IContainerReserved::release_This), 3u);
+    EXPECT_EQ(getSlot(&IContainerReserved::copy_Backwards), 4u);
+    EXPECT_EQ(getSlot(&IContainerReserved::readSerialized_Backwards), 5u);
+    EXPECT_EQ(getSlot(&IContainerReserved::writeSerialized_Backwards), 6u);
 }
 
 } // namespace zyr

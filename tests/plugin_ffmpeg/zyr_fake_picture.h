@@ -8,7 +8,7 @@
 #include "picture/zyr_image.h"
 #include "zyr_common/application/zyr_application_data.h"
 #include "zyr_common/containers/zyr_array.h"
-#include "zyr_common/implementation/zyr_object_implementation.h"
+#include "zyr_common/implementation/zyr_implementation.h"
 
 #include <string>
 #include <vector>
@@ -27,7 +27,7 @@ struct FakeRecord {
 FakeRecord& fakeRecord();
 
 /// What all fakes have in common. They are neither copied nor stored.
-template <class Interface> class FakeObject : public zyr::ObjectImplementation<Interface> {
+template <class Interface> class FakeObject : public zyr::ObjectLevel<Interface> {
 public:
     FakeObject() { fakeRecord().liveObjects++; }
     ~FakeObject() override { fakeRecord().liveObjects--; }

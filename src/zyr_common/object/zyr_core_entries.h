@@ -22,80 +22,26 @@ inline constexpr const char* coreEntryNames[] = {
     "TreeNodeArrayOfObjects",
     "ListOfObjects",
     "TreeNodeListOfObjects",
-    // 12 to 23
-    "HashMapOfObjects{int32}",
-    "HashMapOfObjects{int64}",
-    "HashMapOfObjects{uint32}",
-    "HashMapOfObjects{uint64}",
-    "HashMapOfObjects{float}",
-    "HashMapOfObjects{double}",
-    "HashMapOfObjects{String}",
-    "HashMapOfObjects{WrappedString}",
-    "HashMapOfObjects{guid}",
-    "HashMapOfObjects{uint8 *}",
-    "HashMapOfObjects{String *}",
-    "HashMapOfObjects{Object *}",
-    // 24 to 34
-    "TreeNodeHashMapOfObjects{int32}",
-    "TreeNodeHashMapOfObjects{int64}",
-    "TreeNodeHashMapOfObjects{uint32}",
-    "TreeNodeHashMapOfObjects{uint64}",
-    "TreeNodeHashMapOfObjects{float}",
-    "TreeNodeHashMapOfObjects{double}",
-    "TreeNodeHashMapOfObjects{String}",
-    "TreeNodeHashMapOfObjects{WrappedString}",
-    "TreeNodeHashMapOfObjects{uint8 *}",
-    "TreeNodeHashMapOfObjects{String *}",
-    "TreeNodeHashMapOfObjects{Object *}",
-    // 35 to 45
-    "HashMultiMapOfObjects{int32}",
-    "HashMultiMapOfObjects{int64}",
-    "HashMultiMapOfObjects{uint32}",
-    "HashMultiMapOfObjects{uint64}",
-    "HashMultiMapOfObjects{float}",
-    "HashMultiMapOfObjects{double}",
-    "HashMultiMapOfObjects{String}",
-    "HashMultiMapOfObjects{WrappedString}",
-    "HashMultiMapOfObjects{uint8 *}",
-    "HashMultiMapOfObjects{String *}",
-    "HashMultiMapOfObjects{Object *}",
-    // 46 to 56
-    "TreeNodeHashMultiMapOfObjects{int32}",
-    "TreeNodeHashMultiMapOfObjects{int64}",
-    "TreeNodeHashMultiMapOfObjects{uint32}",
-    "TreeNodeHashMultiMapOfObjects{uint64}",
-    "TreeNodeHashMultiMapOfObjects{float}",
-    "TreeNodeHashMultiMapOfObjects{double}",
-    "TreeNodeHashMultiMapOfObjects{String}",
-    "TreeNodeHashMultiMapOfObjects{WrappedString}",
-    "TreeNodeHashMultiMapOfObjects{uint8 *}",
-    "TreeNodeHashMultiMapOfObjects{String *}",
-    "TreeNodeHashMultiMapOfObjects{Object *}",
-    // 57 to 68
-    "SortedMapOfObjects{int32}",
-    "SortedMapOfObjects{int64}",
-    "SortedMapOfObjects{uint32}",
-    "SortedMapOfObjects{uint64}",
-    "SortedMapOfObjects{float}",
-    "SortedMapOfObjects{double}",
-    "SortedMapOfObjects{String}",
-    "SortedMapOfObjects{WrappedString}",
-    "SortedMapOfObjects{guid}",
-    "SortedMapOfObjects{uint8 *}",
-    "SortedMapOfObjects{String *}",
-    "SortedMapOfObjects{Object *}",
-    // 69 to 79
-    "TreeNodeSortedMapOfObjects{int32}",
-    "TreeNodeSortedMapOfObjects{int64}",
-    "TreeNodeSortedMapOfObjects{uint32}",
-    "TreeNodeSortedMapOfObjects{uint64}",
-    "TreeNodeSortedMapOfObjects{float}",
-    "TreeNodeSortedMapOfObjects{double}",
-    "TreeNodeSortedMapOfObjects{String}",
-    "TreeNodeSortedMapOfObjects{WrappedString}",
-    "TreeNodeSortedMapOfObjects{uint8 *}",
-    "TreeNodeSortedMapOfObjects{String *}",
-    "TreeNodeSortedMapOfObjects{Object *}",
+// 12 to 23
+#define ZYR_KEY(type, word) "HashMapOfObjects{" word "}",
+#define ZYR_GUID_KEY ZYR_KEY
+#include "zyr_common/object/zyr_object_keys.inl"
+// 24 to 34
+#define ZYR_KEY(type, word) "TreeNodeHashMapOfObjects{" word "}",
+#include "zyr_common/object/zyr_object_keys.inl"
+// 35 to 45
+#define ZYR_KEY(type, word) "HashMultiMapOfObjects{" word "}",
+#include "zyr_common/object/zyr_object_keys.inl"
+// 46 to 56
+#define ZYR_KEY(type, word) "TreeNodeHashMultiMapOfObjects{" word "}",
+#include "zyr_common/object/zyr_object_keys.inl"
+// 57 to 68
+#define ZYR_KEY(type, word) "SortedMapOfObjects{" word "}",
+#define ZYR_GUID_KEY ZYR_KEY
+#include "zyr_common/object/zyr_object_keys.inl"
+// 69 to 79
+#define ZYR_KEY(type, word) "TreeNodeSortedMapOfObjects{" word "}",
+#include "zyr_common/object/zyr_object_keys.inl"
     // 80 to 84
     "Transport",
     "ServerTransport",
@@ -168,6 +114,9 @@ constexpr int32_t findCoreEntry(const char* p_name, const char* p_argumentWord) 
     }
     return -1;
 }
+
+/// How the factories call the entry in their lines: its name, but for GUID keys with underscores around the word.
+String getCoreEntryWord(int32_t p_entry);
 
 /// The entry of `Interface`; -1 for an interface without one, whose objects are created by GUID.
 template <class Interface>

@@ -20,6 +20,14 @@ void zyr_releaseObject(IObject* p_object) {
     p_object->release();
 }
 
+void addObjectAllocator(ApplicationData& p_applicationData, const IObject* p_object, objectAllocator_FUNC p_allocator) {
+    const Pair<GUID_t, String> key(zyr_getClassGUID(p_object), zyr_getClassTemplateTypeName(p_object));
+    p_applicationData.m_objectAllocatorLock.writeLock();
+    p_applicationData.m_objectAllocatorsByName.pushBack(zyr_getClassName(p_object), p_allocator, nullptr);
+    p_applicationData.m_objectAllocatorsByGUID.pushBack(key, p_allocator, nullptr);
+    p_applicationData.m_objectAllocatorLock.unlock();
+}
+
 IObject* zyr_createObjectFromName(const String& p_name) {
     ApplicationData* appData = zyr_getApplicationData();
     if (appData == nullptr) {

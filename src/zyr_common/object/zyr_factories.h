@@ -51,47 +51,47 @@ template <class Interface> Interface* zyr_createObject() {
     ApplicationData* appData = zyr_getApplicationData();
     if (appData == nullptr) {
         ZYR_LOG_WARN("Application data is NULL, cannot create object from name %s. Return NULL",
-                     InterfaceTraits<Interface>::c_typeName);
+                     getCoreEntryWord(coreTableEntry<Interface>).getData());
         return nullptr;
     }
     ZYR_ASSERT(appData->m_core != NULL);
     appData->m_core->m_lock.readLock();
     moduleEntry_FUNC entry = appData->m_core->m_entries[coreTableEntry<Interface>];
     appData->m_core->m_lock.unlock();
-    return reinterpret_cast<Interface* (*)()>(entry)();
+    return static_cast<Interface*>(reinterpret_cast<objectAllocator_FUNC>(entry)());
 }
 
-/// What stands behind a facade of `Interface`: from the core module's table where it has an entry, else by class GUID.
+/// What stands behind a facade of `Interface`: from the core module's table where it has an entry, else by class GUID
+/// and template type name.
 template <class Interface> Interface* zyr_createInterfaceObject() {
     if constexpr (coreTableEntry<Interface> >= 0) {
         return zyr_createObject<Interface>();
     } else {
-        return static_cast<Interface*>(
-            zyr_createObjectFromGUIDAndTypeName(zyr_getInterfaceGUID<Interface>(), String()));
+        return static_cast<Interface*>(zyr_createObjectFromGUIDAndTypeName(zyr_getInterfaceGUID<Interface>(),
+                                                                           zyr_getTemplateTypeName<Interface>()));
     }
 }
+
+/// Registers an allocator of the object's class under its name, GUID and template type name. A class that is registered
+/// already keeps its first allocator.
+void addObjectAllocator(ApplicationData& p_applicationData, const IObject* p_object, objectAllocator_FUNC p_allocator);
 
 /// The allocator that zyr_addObjectAllocator registers.
 template <class T> IObject* zyr_objectAllocator() {
     return new T;
 }
 
-/// Registers T, which must be creatable now: one instance is made to ask it for its name and GUID. A class that is
-/// registered already keeps its first allocator.
+/// Registers T, which must be creatable now: one instance is made to ask it for its name and GUID. See
+/// addObjectAllocator.
 template <class T> void zyr_addObjectAllocator() {
     T* object = new T;
-    const String& className = zyr_getClassName(object);
     ApplicationData* appData = zyr_getApplicationData();
     if (appData == nullptr) {
-        ZYR_LOG_WARN("Application data is NULL, cannot create object from name %s", className.getData());
+        ZYR_LOG_WARN("Application data is NULL, cannot create object from name %s", zyr_getClassName(object).getData());
         zyr_releaseObject(object);
         return;
     }
-    appData->m_objectAllocatorLock.writeLock();
-    appData->m_objectAllocatorsByName.pushBack(className, &zyr_objectAllocator<T>, nullptr);
-    const Pair<GUID_t, String> key(zyr_getClassGUID(object), zyr_getClassTemplateTypeName(object));
-    appData->m_objectAllocatorsByGUID.pushBack(key, &zyr_objectAllocator<T>, nullptr);
-    appData->m_objectAllocatorLock.unlock();
+    addObjectAllocator(*appData, object, &zyr_objectAllocator<T>);
     zyr_releaseObject(object);
 }
 

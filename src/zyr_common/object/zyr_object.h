@@ -145,6 +145,12 @@ template <> struct InterfaceTraits<IObject> {
     static IObjectReserved* reserved(const IObject* p_object) { return p_object->getObjectReserved(); }
 };
 
+/// The layer of the object that is an `Interface`, without a reference: the object itself, or what a facade stands
+/// around. Null if there is none.
+template <class Interface> Interface* zyr_findLayer(const IObject* p_object) {
+    return static_cast<Interface*>(p_object->findInterfaceObjectByClassGUID(zyr_getInterfaceGUID<Interface>()));
+}
+
 /// The facade base. `Interface` is the most derived interface, so that a facade is a real subtype of it: the facade of
 /// a derived interface is a template over the same parameter that derives from its parent's facade and adds forwarders
 /// for its own operations.

@@ -57,9 +57,12 @@ public:
         Facade::clear();
         self()->init_This();
     }
+    /// The source may be a layer around an object of this class.
     void copyUnsafe(const IObject* p_src) override {
         clear();
-        copy_Backwards(static_cast<const Class*>(p_src));
+        const GUID_t& classGUID = ObjectIdentity<Class, Facade>::getStaticClassGUID();
+        copy_Backwards(p_src != nullptr ? static_cast<const Class*>(p_src->findInterfaceObjectByClassGUID(classGUID))
+                                        : nullptr);
     }
     IObject* clone() const override {
         Class* object = new Class;

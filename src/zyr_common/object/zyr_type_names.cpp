@@ -1,5 +1,9 @@
 #include "zyr_common/object/zyr_type_names.h"
 
+#include "zyr_common/object/zyr_core_entries.h"
+
+#include <cstring>
+
 namespace zyr {
 
 String joinTypeName(const char* p_name, const char* p_argumentWord) {
@@ -10,6 +14,12 @@ String joinTypeName(const char* p_name, const char* p_argumentWord) {
         name += "}";
     }
     return name;
+}
+
+String getCoreEntryWord(int32_t p_entry) {
+    String word(coreEntryNames[p_entry]);
+    const char* argument = strstr(word.getData(), "{guid}");
+    return argument == nullptr ? word : String(word.getData(), argument - word.getData()) + "_guid_";
 }
 
 } // namespace zyr

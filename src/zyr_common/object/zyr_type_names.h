@@ -13,18 +13,11 @@ namespace zyr {
 
 /// The word of a template argument; null for a type that no framework template takes.
 template <typename T> inline constexpr const char* typeWord = nullptr;
-template <> inline constexpr const char* typeWord<int32_t> = "int32";
-template <> inline constexpr const char* typeWord<int64_t> = "int64";
-template <> inline constexpr const char* typeWord<uint32_t> = "uint32";
-template <> inline constexpr const char* typeWord<uint64_t> = "uint64";
-template <> inline constexpr const char* typeWord<float> = "float";
-template <> inline constexpr const char* typeWord<double> = "double";
-template <> inline constexpr const char* typeWord<String> = "String";
-template <> inline constexpr const char* typeWord<WrappedString> = "WrappedString";
-template <> inline constexpr const char* typeWord<GUID_t> = "guid";
-template <> inline constexpr const char* typeWord<unsigned char*> = "uint8 *";
-template <> inline constexpr const char* typeWord<String*> = "String *";
-template <> inline constexpr const char* typeWord<IObject*> = "Object *";
+#define ZYR_TYPE_WORD(type, word) template <> inline constexpr const char* typeWord<type> = word;
+#define ZYR_KEY ZYR_TYPE_WORD
+#define ZYR_GUID_KEY ZYR_TYPE_WORD
+#include "zyr_common/object/zyr_object_keys.inl"
+#undef ZYR_TYPE_WORD
 
 /// The word of T's template argument, null where T is no template.
 template <typename T> inline constexpr const char* templateArgumentWord = nullptr;
@@ -33,6 +26,16 @@ inline constexpr const char* templateArgumentWord<Template<Argument>> = typeWord
 
 /// Joins the two parts of a type name; `p_argumentWord` may be null.
 String joinTypeName(const char* p_name, const char* p_argumentWord);
+
+/// The word of the template argument of `Interface`; empty where it is no template.
+template <class Interface> const String& zyr_getTemplateTypeName() {
+    if constexpr (templateArgumentWord<Interface> == nullptr) {
+        return String::getConstEmpty();
+    } else {
+        static const String name(templateArgumentWord<Interface>);
+        return name;
+    }
+}
 
 /// The canonical name of T. The pointer only carries the type and may be null.
 template <typename T> const String& zyr_getNameAssociatedToType(const T*) {

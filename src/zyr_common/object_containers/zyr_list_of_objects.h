@@ -5,23 +5,9 @@
 #pragma once
 
 #include "zyr_common/containers/zyr_list.h"
-#include "zyr_common/object/zyr_object.h"
+#include "zyr_common/object/zyr_container_facade.h"
 
 namespace zyr {
-
-class IListOfObjects;
-
-/// Access to the list level of an implementation. The flag of the copy is that of setItems.
-class IListOfObjectsReserved {
-public:
-    virtual ~IListOfObjectsReserved() = default;
-    virtual void init_This() = 0;
-    virtual void release_This() = 0;
-    virtual void copy_Backwards(const IObject* p_src, bool_t p_share) = 0;
-    virtual bool_t readSerialized_Backwards(IDeserializer* p_deserializer) = 0;
-    virtual bool_t writeSerialized_Backwards(ISerializer* p_serializer, bool_t p_firstPass, bool_t p_headerPass,
-                                             bool_t& p_result) = 0;
-};
 
 /// Iterators are those of the plain list; they stay valid until their element is removed.
 class IListOfObjects : public IObject {
@@ -56,20 +42,14 @@ public:
     virtual List<IObject*>::const_iterator findConst(IObject* p_object) const = 0;
     /// How many times the list holds the element.
     virtual uint64_t count(IObject* p_object) const = 0;
-    virtual IListOfObjectsReserved* getListOfObjectsReserved() const = 0;
+    virtual IContainerReserved* getListOfObjectsReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(ListOfObjects, IObject, "b5707be0-03a5-4d7b-9b3d-fc2ecd6947fd")
 
-template <class Interface> class ListOfObjectsFacade : public ObjectFacade<Interface> {
+template <class Interface> class ListOfObjectsFacade : public ContainerFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;
-
-    /// The copy of a container has one more argument: whether elements are shared or cloned.
-    void copy_Backwards(const ListOfObjectsFacade* p_src, bool_t p_share) {
-        ZYR_ASSERT(p_src != NULL);
-        m_interfaceObject->getListOfObjectsReserved()->copy_Backwards(p_src->m_interfaceObject, p_share);
-    }
 
     void setItems(const IListOfObjects* p_src, bool_t p_share) override { m_interfaceObject->setItems(p_src, p_share); }
     List<IObject*>::iterator begin() override { return m_interfaceObject->begin(); }
@@ -99,7 +79,7 @@ public:
         return m_interfaceObject->findConst(p_object);
     }
     uint64_t count(IObject* p_object) const override { return m_interfaceObject->count(p_object); }
-    IListOfObjectsReserved* getListOfObjectsReserved() const override {
+    IContainerReserved* getListOfObjectsReserved() const override {
         return m_interfaceObject->getListOfObjectsReserved();
     }
 };

@@ -6,17 +6,21 @@
 
 namespace zyr {
 
-// The factory calls the entry as it is, so an empty one is found out before.
-static bool_t canCreatePluginModulesHandler(ApplicationData* p_data) {
-    CoreModuleTable* core = p_data->m_core;
-    core->m_lock.readLock();
-    bool_t filled = core->m_entries[coreTableEntry<IPluginModulesHandler>] != nullptr;
-    core->m_lock.unlock();
+// The factory reports that there is no application data or no table, but calls an entry as it is: one that the core
+// module has not filled is found out before.
+static bool_t canCallPluginModulesHandlerEntry() {
+    const ApplicationData* data = zyr_getApplicationData();
+    if (data == nullptr || data->m_core == nullptr) {
+        return 1;
+    }
+    data->m_core->m_lock.readLock();
+    const bool_t filled = data->m_core->m_entries[coreTableEntry<IPluginModulesHandler>] != nullptr;
+    data->m_core->m_lock.unlock();
     return filled;
 }
 
 bool_t ApplicationData::pluginModulesInitialize(const List<String>& p_directories) {
-    if (m_pluginModulesHandler == nullptr && canCreatePluginModulesHandler(this)) {
+    if (m_pluginModulesHandler == nullptr && canCallPluginModulesHandlerEntry()) {
         m_pluginModulesHandler = zyr_createObject<IPluginModulesHandler>();
     }
     if (m_pluginModulesHandler == nullptr) {

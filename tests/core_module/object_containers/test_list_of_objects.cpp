@@ -1,5 +1,6 @@
 #include "core_module/core_module_test.h"
 #include "zyr_common/formats/zyr_format_info.h"
+#include "zyr_common/object/zyr_object_class.h"
 #include "zyr_common/object_containers/zyr_list_of_objects.h"
 
 #include <gmock/gmock.h>
@@ -94,6 +95,46 @@ TEST_F(ListOfObjectsTest, PopOfAnEmptyListIsReported) {
     m_list->popFront();
     EXPECT_THAT(m_application->getMessages(),
                 ElementsAre("Cannot pop further, the list is empty", "Cannot pop further, the list is empty"));
+}
+
+/// A class on top of the list, in the shape that all such classes have.
+class NamedList : public ObjectClass<NamedList, WListOfObjects> {
+public:
+    static constexpr const char* c_className = "NamedList";
+    static constexpr const char* c_classGUIDText = "70000000-0000-4000-8000-000000000002";
+    NamedList() {
+        initObjectInterface();
+        init_This();
+    }
+    void init_This() { m_name = "new"; }
+    void release_This() {}
+    void copy_This(const NamedList* p_src) { m_name = p_src->m_name; }
+
+    String m_name;
+};
+
+TEST_F(ListOfObjectsTest, ClassOnTopOfItIsCopiedWithClones) {
+    NamedList* list = new NamedList;
+    list->m_name = "mine";
+    list->pushBack(m_items[0]);
+    NamedList* clone = static_cast<NamedList*>(list->clone());
+    EXPECT_EQ(clone->m_name, "mine");
+    EXPECT_THAT(namesOf(clone), ElementsAre("a"));
+    EXPECT_NE(clone->front(), m_items[0]);
+    clone->release();
+    list->release();
+}
+
+TEST_F(ListOfObjectsTest, FacadeCopiesElementsSharedOrCloned) {
+    ObjectList* copy = new ObjectList;
+    m_list->pushBack(m_items[0]);
+    ObjectList* list = static_cast<ObjectList*>(m_list);
+    copy->copy_Backwards(list, 1);
+    EXPECT_EQ(copy->front(), m_items[0]);
+    copy->copy_Backwards(list);
+    EXPECT_NE(copy->front(), m_items[0]);
+    EXPECT_THAT(namesOf(copy), ElementsAre("a"));
+    copy->release();
 }
 
 TEST_F(ListOfObjectsTest, RefusesNull) {

@@ -1,7 +1,9 @@
-#include "core_module/plugins/zyr_plugin_modules_handler.h"
+#include "core_module/plugins/zyr_loaded_plugin_modules.h"
 
-#include "core_module/plugins/zyr_plugin_module.h"
+#include "core_module/object_containers/zyr_list_of_objects_level.h"
+#include "core_module/plugins/zyr_plugin_module_level.h"
 #include "core_module/plugins/zyr_plugin_probe.h"
+#include "zyr_common/application/zyr_application_data.h"
 #include "zyr_common/platform/zyr_files.h"
 #include "zyr_common/platform/zyr_version.h"
 #include "zyr_common/text/zyr_number_text.h"
@@ -24,27 +26,9 @@ struct ComponentModule {
 };
 
 constexpr ComponentModule COMPONENT_MODULES[] = {
-    {"core", &ApplicationData::m_coreState, &ApplicationData::m_coreInitializer},
-    {"geometry", &ApplicationData::m_geometryState, &ApplicationData::m_geometryInitializer},
-    {"picture", &ApplicationData::m_pictureState, &ApplicationData::m_pictureInitializer},
-    {"sample", &ApplicationData::m_sampleState, &ApplicationData::m_sampleInitializer},
-    {"system", &ApplicationData::m_systemState, &ApplicationData::m_systemInitializer},
-    {"project", &ApplicationData::m_projectState, &ApplicationData::m_projectInitializer},
-    {"engine", &ApplicationData::m_engineState, &ApplicationData::m_engineInitializer},
-    {"audio", &ApplicationData::m_audioState, &ApplicationData::m_audioInitializer},
-    {"graphics", &ApplicationData::m_graphicsState, &ApplicationData::m_graphicsInitializer},
-    {"physics", &ApplicationData::m_physicsState, &ApplicationData::m_physicsInitializer},
-    {"cairo", &ApplicationData::m_cairoState, &ApplicationData::m_cairoInitializer},
-    {"d3d11", &ApplicationData::m_d3d11State, &ApplicationData::m_d3d11Initializer},
-    {"vulkan", &ApplicationData::m_vulkanState, &ApplicationData::m_vulkanInitializer},
-    {"opengl", &ApplicationData::m_openGLState, &ApplicationData::m_openGLInitializer},
-    {"shaderc", &ApplicationData::m_shadercState, &ApplicationData::m_shadercInitializer},
-    {"openal", &ApplicationData::m_openALState, &ApplicationData::m_openALInitializer},
-    {"oggvorbis", &ApplicationData::m_oggVorbisState, &ApplicationData::m_oggVorbisInitializer},
-    {"openssl", &ApplicationData::m_openSSLState, &ApplicationData::m_openSSLInitializer},
-    {"gui", &ApplicationData::m_guiState, &ApplicationData::m_guiInitializer},
-    {"language", &ApplicationData::m_languageState, &ApplicationData::m_languageInitializer},
-    {"remote", &ApplicationData::m_remoteState, &ApplicationData::m_remoteInitializer},
+#define ZYR_COMPONENT_MODULE(member, function, label, word, isReset)                                                   \
+    {word, &ApplicationData::m_##member##State, &ApplicationData::m_##member##Initializer},
+#include "zyr_common/application/zyr_component_modules.inl"
 };
 
 bool isComponentAvailable(const ApplicationData& p_applicationData, const String& p_word) {
@@ -123,8 +107,7 @@ void insertSorted(List<String>& p_paths, const String& p_path) {
 bool checkIdentity(const IPluginModule* p_module, const PluginList& p_loaded, String& p_reason) {
     const uint64_t version = p_module->getVersion();
     const uint64_t framework = zyr_getApplicationData()->m_frameworkVersion;
-    if (zyr_getMajorVersion64(version) != zyr_getMajorVersion64(framework) ||
-        zyr_getMinorVersion64(version) != zyr_getMinorVersion64(framework)) {
+    if (!areFrameworkVersionsCompatible(version, framework)) {
         p_reason = "its version ";
         zyr_getVersionString(version, p_reason);
         p_reason += " doesn't fit the framework's version ";
@@ -155,6 +138,8 @@ void collectModules(IListOfObjects* p_list, PluginList& p_modules) {
 }
 
 } // namespace
+
+PluginModules::PluginModules() : m_modules(Ref<IListOfObjects>::adopt(new ListOfObjects)) {}
 
 bool_t PluginModules::loadFromDirectory(const String& p_directory) {
     List<FileDescription> files;
@@ -197,16 +182,15 @@ void PluginModules::load(const String& p_path) {
         return;
     }
     PluginList loaded;
-    collectModules(m_modules, loaded);
-    IPluginModule* module = new PluginModule;
+    collectModules(m_modules.get(), loaded);
+    const Ref<IPluginModule> module = Ref<IPluginModule>::adopt(new PluginModule);
     if (!module->initLibrary(handle)) {
         dlclose(handle);
-    } else if (!checkIdentity(module, loaded, reason)) {
+    } else if (!checkIdentity(module.get(), loaded, reason)) {
         ZYR_LOG_WARN("Unable to load plugin module %s: %s", p_path.getData(), reason.getData());
     } else {
-        m_modules->pushBack(module);
+        m_modules->pushBack(module.get());
     }
-    module->release();
 }
 
 bool_t PluginModules::initialize(ApplicationData* p_applicationData) {

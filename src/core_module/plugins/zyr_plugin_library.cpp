@@ -1,6 +1,10 @@
-#include "core_module/plugins/zyr_plugin_module.h"
+#include "core_module/plugins/zyr_plugin_library.h"
 
-#include "core_module/object_containers/zyr_list_of_objects_implementation.h"
+#include "zyr_common/application/zyr_application_data.h"
+#include "zyr_common/memory/zyr_ref.h"
+#include "zyr_common/memory/zyr_report.h"
+#include "zyr_common/object/zyr_factories.h"
+#include "zyr_common/object_containers/zyr_list_of_objects.h"
 
 #include <dlfcn.h>
 
@@ -60,39 +64,11 @@ bool_t PluginLibrary::initialize(ApplicationData* p_applicationData) {
 
 void PluginLibrary::enumPublicObjects(const GUID_t& p_parent, IListOfObjects* p_objects) const {
     for (const Pair<GUID_t, String>& key : m_classes) {
-        IObject* object = zyr_createObjectFromGUIDAndTypeName(key.m_first, key.m_second);
-        if (object == nullptr) {
-            continue;
+        const Ref<IObject> object = Ref<IObject>::adopt(zyr_createObjectFromGUIDAndTypeName(key.m_first, key.m_second));
+        if (object && object->findClassGUID(p_parent)) {
+            p_objects->pushBack(object.get());
         }
-        if (object->findClassGUID(p_parent)) {
-            p_objects->pushBack(object);
-        }
-        object->release();
     }
-}
-
-bool_t readPluginText(const char* (*p_function)(), String& p_text) {
-    p_text = p_function != nullptr ? p_function() : nullptr;
-    return p_function != nullptr;
-}
-
-void appendListItems(const char* p_text, List<String>& p_items) {
-    while (*p_text != 0) {
-        const size_t size = strcspn(p_text, ",");
-        size_t first = strspn(p_text, " ");
-        size_t last = size;
-        while (last > first && p_text[last - 1] == ' ') {
-            last--;
-        }
-        if (last > first) {
-            p_items.pushBack(String(p_text + first, last - first));
-        }
-        p_text += size + (p_text[size] != 0);
-    }
-}
-
-IListOfObjects* createListOfObjects() {
-    return new ListOfObjects;
 }
 
 } // namespace zyr

@@ -3,17 +3,14 @@
 
 #include "core_module/documents/zyr_token_reader.h"
 #include "zyr_common/documents/zyr_lexer.h"
-#include "zyr_common/implementation/zyr_object_implementation.h"
-#include "zyr_common/memory/zyr_report.h"
+#include "zyr_common/implementation/zyr_implementation.h"
 
 namespace zyr {
 
 /// A copy takes over the words and the input, which it reads from the beginning. The types of literals can't be asked
 /// for, so it has the two first ones. A lexer has no fields in a stream.
-template <class Interface> class LexerImplementation : public ObjectImplementation<Interface> {
+class LexerLevel : public UnstoredLevel<ObjectLevel<ILexer>, ILexer> {
 public:
-    using LevelBase = ObjectImplementation<Interface>;
-    using LevelInterface = ILexer;
     using Words = TokenReader::Words;
 
     const Words* getKeywords() const override { return &m_reader.m_keywords; }
@@ -38,39 +35,18 @@ public:
     void setInputData(Array<unsigned char>* p_data) override { m_reader.setInput(p_data); }
     void pushBackLiteralType(const LiteralTypeDescriptor& p_type) override { m_reader.m_literalTypes.pushBack(p_type); }
     void clearLiteralTypes() override { m_reader.m_literalTypes.clear(); }
-    bool_t readToken(Token& p_token) override {
-        const char* reason = nullptr;
-        const bool_t done = m_reader.read(p_token, reason);
-        if (reason != nullptr) {
-            ZYR_LOG_WARN("%s at line %zu, column %zu, byte 0x%02X", reason, p_token.m_cursor.m_line,
-                         p_token.m_cursor.m_column, static_cast<unsigned char>(*p_token.m_cursor.m_current));
-        }
-        return done;
-    }
+    bool_t readToken(Token& p_token) override;
     ILevelReserved* getLexerReserved() const override { return &m_lexerReserved; }
 
     void init_This() { m_reader.clear(); }
     void release_This() {}
-    void copy_This(const ILexer* p_src) {
-        setKeywords(*p_src->getKeywords());
-        setPunctuators(*p_src->getPunctuators());
-        setFillers(*p_src->getFillers());
-        setInlineCommentWord(p_src->getInlineCommentWord());
-        setBeginCommentWord(p_src->getBeginCommentWord());
-        setEndCommentWord(p_src->getEndCommentWord());
-        setInputData(p_src->getInputData());
-    }
-    bool_t readSerialized_This(IDeserializer*) { return 1; }
-    bool_t writeSerialized_This(ISerializer*, bool_t, bool_t, bool_t& p_result) {
-        p_result = 1;
-        return 1;
-    }
+    void copy_This(const ILexer* p_src);
 
 private:
     TokenReader m_reader;
-    mutable LevelReserved<LexerImplementation> m_lexerReserved{this};
+    mutable LevelReserved<LexerLevel> m_lexerReserved{this};
 };
 
-using Lexer = Implementation<LexerImplementation<ILexer>>;
+using Lexer = Implementation<LexerLevel>;
 
 } // namespace zyr

@@ -1,15 +1,11 @@
-#include "zyr_common/implementation/zyr_format_info_levels.h"
+#include "zyr_common/implementation/zyr_native_format_info_level.h"
 
 #include "zyr_common/serialization/zyr_byte_stream.h"
 #include "zyr_common/serialization/zyr_record_walker.h"
 
 namespace zyr {
 
-template class RecordWalker<DataFormatInfoState>;
 template class RecordWalker<NativeFormatInfoState>;
-template class RecordWalker<CompressionInfoState>;
-template class RecordWalker<Lz4CompressionInfoState>;
-template class RecordWalker<ZipCompressionInfoState>;
 
 static const String& getOriginalFileKey() {
     static const String key("originalFile");
