@@ -61,7 +61,8 @@ public:
     virtual uint32_t getHeight() const = 0;
     virtual uint64_t getVideoFrameID() const = 0;
     /// The picture in system memory, or null. With `p_existing` set only a picture that is there is given; without it
-    /// a picture that stands in GPU memory alone is copied to system memory first.
+    /// a picture that stands in GPU memory alone is copied to system memory first. What the picture's own memory holds
+    /// behind an odd width or height is filled from its edge then.
     virtual IImage* getSystemMemory(bool_t p_addReference, bool_t p_existing) const = 0;
     /// The picture in GPU memory, or null.
     virtual ISharedTexture* getGPUMemory(bool_t p_addReference) const = 0;

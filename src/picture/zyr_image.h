@@ -4,8 +4,10 @@
 ///     memcpy(image->getData(), pixels, image->getSize());
 ///
 /// The codec conversions work on the even size, so the reference picture module allocates pictures with even width and
-/// height and some bytes behind them. A host that binds memory of its own to a picture of odd size has to provide the
-/// same: a pitch that holds one pixel more, and one row more.
+/// height and some bytes behind them, and a frame that hands out such a picture of odd size copies its last column and
+/// row there first. A host that binds memory of its own to a picture of odd size has to provide the same: a pitch that
+/// holds one pixel more, one row more, and these copies in them, since they are coded. With a pitch given to `init`
+/// that has no room for one pixel more, the next row's first pixel is what is coded.
 ///
 /// The operations work on the packed formats with 8-bit channels (450, 451, 500 to 507), on 8-bit single channels (53
 /// and 103), and read 8-bit indexed pictures (4); `init`, `bindFixedSizeData`, `clearColor` and `compare` take every

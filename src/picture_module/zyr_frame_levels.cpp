@@ -32,6 +32,11 @@ IImage* UnpackedFrameDataLevel::getSystemMemory(bool_t p_addReference, bool_t p_
             image->release();
         }
     }
+    // Whoever takes the image may be about to code it, in its even size.
+    const ImageLevel* ownImage = ImageLevel::findIn(m_systemMemory);
+    if (ownImage != nullptr) {
+        ownImage->fillPadding();
+    }
     return getReference(m_systemMemory, p_addReference);
 }
 

@@ -29,7 +29,8 @@ private:
 /// Nearest comes before everything; then a box where it is asked for, else bilinear.
 StretchFilter getStretchFilter(InterpolationEnum p_interpolation, SubsamplingEnum p_subsampling);
 
-/// See IImage for the operations. The pixels live in recycled blocks with even width and height and some bytes behind.
+/// See IImage for the operations. The pixels live in recycled blocks with even width and height and some bytes behind;
+/// what they hold behind an odd width or height is that of earlier pictures until fillPadding.
 class ImageLevel : public ObjectLevel<IImage> {
 public:
     using LevelBase = ObjectLevel<IImage>;
@@ -79,6 +80,13 @@ public:
     IDataFormatInfo* getAlphaDataFormatInfo(bool_t p_addReference) const override;
     void setAlphaDataFormatInfo(IDataFormatInfo* p_formatInfo) override;
     ILevelReserved* getImageReserved() const override { return &m_imageReserved; }
+    IObject* findInterfaceObjectByClassGUID(const GUID_t& p_classGUID) const override;
+
+    /// The image of this module that stands behind the interface, facades or not; null for another one's.
+    static const ImageLevel* findIn(const IImage* p_image);
+    /// Copies the last column and row into what the even size has more, where a codec is about to read it. Memory that
+    /// is not the picture's own is left alone. Safe beside other readers of the picture.
+    void fillPadding() const;
 
     void init_This();
     void release_This();
