@@ -4,7 +4,7 @@
 /// Every row and plane is described by a sample step (bytes from one sample to the next) and a pitch (bytes from one
 /// row to the next). Sizes should be even wherever the planes model halves them: the picture's own storage has to hold
 /// the size that is passed, so a host that wraps a picture of odd size in memory of its own allocates one row and one
-/// column more.
+/// column more, and copies the last ones there.
 ///
 /// Both return false, with a WARN line where the module is missing, and may be called on any thread.
 #pragma once
