@@ -22,8 +22,8 @@ void crfSetQualityCallback(AVCodecContext* p_context, uint8_t p_quality) {
 
 void qpSetQualityCallback(AVCodecContext* p_context, uint8_t p_quality) {
     const int qp = static_cast<int>(20.0 - p_quality * 18.0 / 100.0);
-    // The encoder indexes its tables with these; a quality above 105 would lead before their start.
-    p_context->qmin = p_context->qmax = std::max(qp, 1);
+    // The encoder prepared its tables from 2 on when it was opened; qualities above 100 lead before their start.
+    p_context->qmin = p_context->qmax = std::max(qp, 2);
     ZYR_LOG_DEBUG("Set qp value:%d (quality:%u)", qp, p_quality);
 }
 

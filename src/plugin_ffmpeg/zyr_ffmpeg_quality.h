@@ -13,7 +13,7 @@ typedef void (*quality_FUNC)(AVCodecContext* p_context, uint8_t p_quality);
 /// The option "crf": 50 at quality 0, 15 at quality 100.
 void crfSetQualityCallback(AVCodecContext* p_context, uint8_t p_quality);
 
-/// One quantizer for all frames: 20 at quality 0, 2 at quality 100.
+/// One quantizer for all frames: 20 at quality 0, 2 from quality 100 on.
 void qpSetQualityCallback(AVCodecContext* p_context, uint8_t p_quality);
 
 /// For encoders whose quality is fixed.
