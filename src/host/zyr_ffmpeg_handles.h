@@ -1,31 +1,26 @@
-/// Owners of the FFmpeg objects that the host's video input and output hold.
+/// Owners of the FFmpeg objects that the host's video input and output hold: those of the plug-in, and files.
 #pragma once
 
+#include "plugin_ffmpeg/zyr_ffmpeg_owners.h"
+
 extern "C" {
-#include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
 #include <libavutil/avutil.h>
-#include <libswscale/swscale.h>
 }
 
-#include <memory>
 #include <string>
 
 namespace zyr::host {
 
-struct FfmpegDeleter {
+struct FormatInputDeleter {
     void operator()(AVFormatContext* p_format) const { avformat_close_input(&p_format); }
-    void operator()(AVCodecContext* p_codec) const { avcodec_free_context(&p_codec); }
-    void operator()(AVFrame* p_frame) const { av_frame_free(&p_frame); }
-    void operator()(AVPacket* p_packet) const { av_packet_free(&p_packet); }
-    void operator()(SwsContext* p_scaler) const { sws_freeContext(p_scaler); }
 };
 
-using FormatInputHandle = std::unique_ptr<AVFormatContext, FfmpegDeleter>;
-using CodecHandle = std::unique_ptr<AVCodecContext, FfmpegDeleter>;
-using FrameHandle = std::unique_ptr<AVFrame, FfmpegDeleter>;
-using PacketHandle = std::unique_ptr<AVPacket, FfmpegDeleter>;
-using ScalerHandle = std::unique_ptr<SwsContext, FfmpegDeleter>;
+using FormatInputHandle = std::unique_ptr<AVFormatContext, FormatInputDeleter>;
+using CodecHandle = CodecContextOwner;
+using FrameHandle = FrameOwner;
+using PacketHandle = PacketOwner;
+using ScalerHandle = ScalerOwner;
 
 /// FFmpeg's own text for one of its error numbers.
 std::string errorText(int p_error);

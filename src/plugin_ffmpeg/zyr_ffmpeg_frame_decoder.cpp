@@ -1,7 +1,7 @@
 #include "plugin_ffmpeg/zyr_ffmpeg_frame_decoder.h"
 
+#include "plugin_ffmpeg/zyr_ffmpeg_codec_opening.h"
 #include "plugin_ffmpeg/zyr_ffmpeg_frame_decoder_context.h"
-#include "plugin_ffmpeg/zyr_ffmpeg_owners.h"
 #include "plugin_ffmpeg/zyr_ffmpeg_vaapi.h"
 #include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/platform/zyr_version.h"
@@ -134,38 +134,21 @@ void FFmpegFrameDecoder::initDecoders() {
 }
 
 bool_t FFmpegFrameDecoder::validateDecoder(const FFmpegDecoderInfo& p_info) const {
-    const char* implementation = p_info.codecImplementation.getData();
-    const AVCodec* codec = avcodec_find_decoder_by_name(implementation);
-    if (codec == nullptr) {
-        ZYR_LOG_DEBUG("Unable to find ffmpeg decoder:%s", implementation);
-        return 0;
-    }
+    CodecOpening opening(DECODER_KIND, ZYR_LOG_LEVEL_DEBUG, p_info.codecImplementation, p_info.codecOptions);
+    const AVCodec* codec = opening.find();
     const bool_t isVaapi = isVaapiDevice(p_info.hardwareDeviceName);
-    if (codec->id == AV_CODEC_ID_H264 && !isVaapi) {
+    if (codec == nullptr || (codec->id == AV_CODEC_ID_H264 && !isVaapi)) {
         return 0;
     }
-    DictionaryOwner options;
-    int result = options.parse(p_info.codecOptions.getData());
-    if (result < 0) {
-        ZYR_LOG_DEBUG("Unable to set options:%s for ffmpeg decoder:%s with error:%s", p_info.codecOptions.getData(),
-                      implementation, FFmpegErrorText(result).get());
-        return 0;
-    }
-    const CodecContextOwner context(avcodec_alloc_context3(codec));
+    const CodecContextOwner context = opening.allocate(codec);
     if (context == nullptr) {
-        ZYR_LOG_DEBUG("Unable to allocate ffmpeg decoder context with decoder:%s", implementation);
         return 0;
     }
     setDecoderParameters(context.get(), PROBE_WIDTH, PROBE_HEIGHT);
     if (isVaapi && configureVAAPIDecoder(context.get(), codec) == nullptr) {
         return 0;
     }
-    result = avcodec_open2(context.get(), codec, options.getAddress());
-    if (result < 0) {
-        ZYR_LOG_DEBUG("Unable to open ffmpeg decoder context with error:%s", FFmpegErrorText(result).get());
-        return 0;
-    }
-    return 1;
+    return opening.open(*context, codec);
 }
 
 } // namespace zyr

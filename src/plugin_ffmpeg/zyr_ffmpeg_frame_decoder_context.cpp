@@ -2,8 +2,8 @@
 
 #include "picture/zyr_frame_data.h"
 #include "picture/zyr_image.h"
+#include "plugin_ffmpeg/zyr_ffmpeg_codec_opening.h"
 #include "plugin_ffmpeg/zyr_ffmpeg_frame_decoder.h"
-#include "plugin_ffmpeg/zyr_ffmpeg_owners.h"
 #include "plugin_ffmpeg/zyr_ffmpeg_vaapi.h"
 #include "zyr_common/colour/zyr_picture_calls.h"
 #include "zyr_common/containers/zyr_array.h"
@@ -12,10 +12,7 @@
 
 extern "C" {
 #include <libavutil/pixdesc.h>
-#include <libswscale/swscale.h>
 }
-
-#include <cstdio>
 
 namespace zyr {
 
@@ -68,54 +65,30 @@ FFmpegFrameDecoderContext::~FFmpegFrameDecoderContext() {
 }
 
 void FFmpegFrameDecoderContext::init_This() {
-    m_decoder = nullptr;
     init_videoDecoder();
 }
 
 void FFmpegFrameDecoderContext::release_This() {
-    if (m_decoder != nullptr) {
-        m_decoder->release();
-    }
+    m_decoder.release();
     release_videoDecoder();
 }
 
 void FFmpegFrameDecoderContext::init_videoDecoder() {
-    m_codec = nullptr;
-    m_codecContext = nullptr;
-    m_scaler = nullptr;
-    m_width = 0;
-    m_height = 0;
-    m_frame = nullptr;
-    m_hardwarePixelFormat = AV_PIX_FMT_NONE;
-    m_hardwareDeviceType = AV_HWDEVICE_TYPE_NONE;
+    m_video = VideoDecoderState();
 }
 
 void FFmpegFrameDecoderContext::release_videoDecoder() {
-    sws_freeContext(m_scaler);
-    av_frame_free(&m_frame);
-    avcodec_free_context(&m_codecContext);
+    m_video.release();
 }
 
 bool_t FFmpegFrameDecoderContext::initialize(IFrameDecoder* p_decoder) {
-    if (m_decoder != nullptr) {
-        ZYR_LOG_WARN("Already initialized. Cannot initialize");
-        return 0;
-    }
-    if (p_decoder == nullptr || p_decoder->getClassGUID() != FFmpegFrameDecoder::getStaticClassGUID()) {
-        ZYR_LOG_WARN("Frame decoder is not ffmpeg. Cannot initialize");
-        return 0;
-    }
-    m_decoder = static_cast<IFrameDecoder*>(p_decoder->addRef());
-    return 1;
+    return m_decoder.hold(p_decoder, FFmpegFrameDecoder::getStaticClassGUID(), "decoder", __PRETTY_FUNCTION__);
 }
 
 bool_t FFmpegFrameDecoderContext::deinitialize() {
-    if (m_decoder == nullptr) {
-        ZYR_LOG_WARN("Not initialized. Cannot deinitialize");
+    if (!m_decoder.giveBack(__PRETTY_FUNCTION__)) {
         return 0;
     }
-    m_decoder->release();
-    m_decoder = nullptr;
     release_videoDecoder();
     init_videoDecoder();
     return 1;
@@ -126,7 +99,7 @@ IUnpackedFrameData* FFmpegFrameDecoderContext::decode(IPackedFrameData* p_frame)
         ZYR_LOG_WARN("Cannot decode from NULL packedFrame");
         return nullptr;
     }
-    const FrameCodecInfo* codecInfo = m_decoder != nullptr ? m_decoder->getCodecInfo() : nullptr;
+    const FrameCodecInfo* codecInfo = m_decoder.get() != nullptr ? m_decoder.get()->getCodecInfo() : nullptr;
     ZYR_ASSERT(codecInfo != NULL);
     const ColorSpaceEnum colorSpace =
         codecInfo->colorSpaces.isEmpty() ? ZYR_COLOR_SPACE_NONE : codecInfo->colorSpaces.frontConst();
@@ -143,18 +116,13 @@ IUnpackedFrameData* FFmpegFrameDecoderContext::decode(IPackedFrameData* p_frame)
 
     const uint32_t width = p_frame->getWidth();
     const uint32_t height = p_frame->getHeight();
-    const uint32_t evenWidth = (width + 1) & ~1u;
-    const uint32_t evenHeight = (height + 1) & ~1u;
-    // These two texts are shared with the encoder and relied upon.
-    if (evenWidth == 0) {
-        ZYR_LOG_WARN("Cannot encode input image with width:0");
+    uint32_t evenWidth = 0;
+    uint32_t evenHeight = 0;
+    if (!getEvenSize(width, height, evenWidth, evenHeight)) {
         return nullptr;
     }
-    if (evenHeight == 0) {
-        ZYR_LOG_WARN("Cannot encode input image with height:0");
-        return nullptr;
-    }
-    if ((evenWidth != m_width || evenHeight != m_height) && !buildVideoDecoder(*codecInfo, evenWidth, evenHeight)) {
+    if ((evenWidth != m_video.m_width || evenHeight != m_video.m_height) &&
+        !buildVideoDecoder(*codecInfo, evenWidth, evenHeight)) {
         release_videoDecoder();
         init_videoDecoder();
         return nullptr;
@@ -162,7 +130,7 @@ IUnpackedFrameData* FFmpegFrameDecoderContext::decode(IPackedFrameData* p_frame)
     if (!decodePacket(*p_frame)) {
         return nullptr;
     }
-    IImage* image = m_hardwareDeviceType == AV_HWDEVICE_TYPE_VAAPI
+    IImage* image = m_video.m_hardwareDeviceType == AV_HWDEVICE_TYPE_VAAPI
                         ? convertHardwareFrame(width, height, colorSpace)
                         : convertSoftwareFrame(width, height, planesModel, colorSpace);
     if (image == nullptr) {
@@ -195,55 +163,66 @@ bool_t FFmpegFrameDecoderContext::decodePacket(const IPackedFrameData& p_frame) 
     const bool_t isEmpty = packedData == nullptr || packedData->getSize() == 0 || packedData->getData() == nullptr;
     packet->data = isEmpty ? noBytes : const_cast<uint8_t*>(packedData->getData());
     packet->size = isEmpty ? 0 : static_cast<int>(packedData->getSize());
-    const int width = m_codecContext->width;
-    const int height = m_codecContext->height;
-    int result = avcodec_send_packet(m_codecContext, packet.get());
+    const int width = m_video.m_codecContext->width;
+    const int height = m_video.m_codecContext->height;
+    int result = sendPacket(*packet);
     packet.reset();
-    restoreSize(*m_codecContext, width, height);
+    restoreSize(*m_video.m_codecContext, width, height);
     if (result < 0) {
         ZYR_LOG_WARN("Unable to send packet to ffmpeg decoder context with error:%s", FFmpegErrorText(result).get());
-        // A packet with more than one picture left some in the decoder, which takes nothing new until they are out.
-        while (result == AVERROR(EAGAIN) && avcodec_receive_frame(m_codecContext, m_frame) >= 0) {
-            av_frame_unref(m_frame);
-        }
         return 0;
     }
-    result = avcodec_receive_frame(m_codecContext, m_frame);
-    restoreSize(*m_codecContext, width, height);
+    result = avcodec_receive_frame(m_video.m_codecContext.get(), m_video.m_frame.get());
+    restoreSize(*m_video.m_codecContext, width, height);
     if (result < 0) {
         ZYR_LOG_WARN("Unable to decode frame with error:%s", FFmpegErrorText(result).get());
         return 0;
     }
-    if (m_codecContext->codec_id == AV_CODEC_ID_H264 &&
-        (m_hardwarePixelFormat == AV_PIX_FMT_NONE || m_frame->format != m_hardwarePixelFormat)) {
+    if (m_video.m_codecContext->codec_id == AV_CODEC_ID_H264 &&
+        (m_video.m_hardwarePixelFormat == AV_PIX_FMT_NONE ||
+         m_video.m_frame->format != m_video.m_hardwarePixelFormat)) {
         ZYR_LOG_WARN("FFmpeg H.264 returned a non-hardware frame");
-        av_frame_unref(m_frame);
+        av_frame_unref(m_video.m_frame.get());
         return 0;
     }
     return 1;
 }
 
+int FFmpegFrameDecoderContext::sendPacket(const AVPacket& p_packet) {
+    const int result = avcodec_send_packet(m_video.m_codecContext.get(), &p_packet);
+    if (result != AVERROR(EAGAIN)) {
+        return result;
+    }
+    // An earlier packet with more than one picture left some in the decoder, which takes nothing new until they are
+    // out.
+    while (avcodec_receive_frame(m_video.m_codecContext.get(), m_video.m_frame.get()) >= 0) {
+        av_frame_unref(m_video.m_frame.get());
+    }
+    return avcodec_send_packet(m_video.m_codecContext.get(), &p_packet);
+}
+
 IImage* FFmpegFrameDecoderContext::convertHardwareFrame(uint32_t p_width, uint32_t p_height,
                                                         ColorSpaceEnum p_colorSpace) {
     FrameOwner copy;
-    if (m_frame->format == AV_PIX_FMT_VAAPI) {
+    if (m_video.m_frame->format == AV_PIX_FMT_VAAPI) {
         copy.reset(av_frame_alloc());
-        if (copy == nullptr || av_hwframe_transfer_data(copy.get(), m_frame, 0) < 0) {
+        if (copy == nullptr || av_hwframe_transfer_data(copy.get(), m_video.m_frame.get(), 0) < 0) {
             ZYR_LOG_WARN("Unable to download decoded VAAPI surface");
             return nullptr;
         }
     } else {
-        copy.reset(av_frame_clone(m_frame));
+        copy.reset(av_frame_clone(m_video.m_frame.get()));
         if (copy == nullptr) {
             ZYR_LOG_WARN("Unable to retain FFmpeg software fallback frame");
             return nullptr;
         }
     }
     IImage* image = createImage(p_width, p_height);
-    m_scaler = sws_getCachedContext(m_scaler, copy->width, copy->height, static_cast<AVPixelFormat>(copy->format),
-                                    static_cast<int>(p_width), static_cast<int>(p_height), AV_PIX_FMT_RGBA,
-                                    SWS_BILINEAR, nullptr, nullptr, nullptr);
-    if (m_scaler == nullptr) {
+    m_video.m_scaler.reset(sws_getCachedContext(m_video.m_scaler.release(), copy->width, copy->height,
+                                                static_cast<AVPixelFormat>(copy->format), static_cast<int>(p_width),
+                                                static_cast<int>(p_height), AV_PIX_FMT_RGBA, SWS_BILINEAR, nullptr,
+                                                nullptr, nullptr));
+    if (m_video.m_scaler == nullptr) {
         ZYR_LOG_WARN("Unable to create VAAPI download color converter");
         image->release();
         return nullptr;
@@ -251,14 +230,16 @@ IImage* FFmpegFrameDecoderContext::convertHardwareFrame(uint32_t p_width, uint32
     const bool_t isBT709 = p_colorSpace == ZYR_COLOR_SPACE_BT_709 || p_colorSpace == ZYR_COLOR_SPACE_BT_709_FR;
     const bool_t isFullRange = p_colorSpace == ZYR_COLOR_SPACE_BT_601_FR || p_colorSpace == ZYR_COLOR_SPACE_BT_709_FR;
     const int* coefficients = sws_getCoefficients(isBT709 ? SWS_CS_ITU709 : SWS_CS_ITU601);
-    if (sws_setColorspaceDetails(m_scaler, coefficients, isFullRange, coefficients, 1, 0, 1 << 16, 1 << 16) < 0) {
+    if (sws_setColorspaceDetails(m_video.m_scaler.get(), coefficients, isFullRange, coefficients, 1, 0, 1 << 16,
+                                 1 << 16) < 0) {
         ZYR_LOG_WARN("Unable to configure VAAPI YUV-to-RGBA colorspace conversion");
         image->release();
         return nullptr;
     }
     uint8_t* target = static_cast<uint8_t*>(image->getData());
     const int pitch = static_cast<int>(image->getPitch());
-    if (target == nullptr || sws_scale(m_scaler, copy->data, copy->linesize, 0, copy->height, &target, &pitch) < 1) {
+    if (target == nullptr ||
+        sws_scale(m_video.m_scaler.get(), copy->data, copy->linesize, 0, copy->height, &target, &pitch) < 1) {
         ZYR_LOG_WARN("Unable to convert decoded VAAPI frame to RGBA");
         image->release();
         return nullptr;
@@ -269,9 +250,9 @@ IImage* FFmpegFrameDecoderContext::convertHardwareFrame(uint32_t p_width, uint32
 IImage* FFmpegFrameDecoderContext::convertSoftwareFrame(uint32_t p_width, uint32_t p_height,
                                                         PixelPlanesModelEnum p_planesModel,
                                                         ColorSpaceEnum p_colorSpace) {
-    if (!isPlanar420(*m_frame, m_width, m_height)) {
+    if (!isPlanar420(*m_video.m_frame, m_video.m_width, m_video.m_height)) {
         ZYR_LOG_WARN("Unable to decode frame with error:%s", FFmpegErrorText(AVERROR_INVALIDDATA).get());
-        av_frame_unref(m_frame);
+        av_frame_unref(m_video.m_frame.get());
         return nullptr;
     }
     IImage* image = createImage(p_width, p_height);
@@ -281,10 +262,10 @@ IImage* FFmpegFrameDecoderContext::convertSoftwareFrame(uint32_t p_width, uint32
         return nullptr;
     }
     const int64_t start = zyr_getCurrentTime();
-    zyr_picture_convertYUVToRGB(m_width, m_height, m_frame->data[0], m_frame->data[1], m_frame->data[2], 1, 1, 1,
-                                static_cast<uint32_t>(m_frame->linesize[0]),
-                                static_cast<uint32_t>(m_frame->linesize[1]),
-                                static_cast<uint32_t>(m_frame->linesize[2]), image->getData(), BYTES_PER_PIXEL,
+    zyr_picture_convertYUVToRGB(m_video.m_width, m_video.m_height, m_video.m_frame->data[0], m_video.m_frame->data[1],
+                                m_video.m_frame->data[2], 1, 1, 1, static_cast<uint32_t>(m_video.m_frame->linesize[0]),
+                                static_cast<uint32_t>(m_video.m_frame->linesize[1]),
+                                static_cast<uint32_t>(m_video.m_frame->linesize[2]), image->getData(), BYTES_PER_PIXEL,
                                 image->getPitch(), 0, p_planesModel, p_colorSpace);
     ZYR_LOG_TRACE("YUV->RGB in %lf ms",
                   static_cast<double>(zyr_getCurrentTime() - start) / NANOSECONDS_PER_MILLISECOND);
@@ -298,83 +279,58 @@ bool_t FFmpegFrameDecoderContext::buildVideoDecoder(const FrameCodecInfo& p_code
     if (!openCodecContext(p_codecInfo, p_evenWidth, p_evenHeight) || !createOutputFrame()) {
         return 0;
     }
-    m_width = p_evenWidth;
-    m_height = p_evenHeight;
+    m_video.m_width = p_evenWidth;
+    m_video.m_height = p_evenHeight;
     return 1;
 }
 
 bool_t FFmpegFrameDecoderContext::openCodecContext(const FrameCodecInfo& p_codecInfo, uint32_t p_evenWidth,
                                                    uint32_t p_evenHeight) {
-    const char* implementation = p_codecInfo.codecImplementation.getData();
-    m_codec = avcodec_find_decoder_by_name(implementation);
-    if (m_codec == nullptr) {
-        ZYR_LOG_WARN("Unable to find ffmpeg decoder:%s", implementation);
+    CodecOpening opening(DECODER_KIND, ZYR_LOG_LEVEL_WARN, p_codecInfo.codecImplementation, p_codecInfo.codecOptions);
+    m_video.m_codec = opening.find();
+    if (m_video.m_codec == nullptr) {
         return 0;
     }
-    DictionaryOwner options;
-    int result = options.parse(p_codecInfo.codecOptions.getData());
-    if (result < 0) {
-        ZYR_LOG_WARN("Unable to set options:%s for ffmpeg decoder:%s with error:%s", p_codecInfo.codecOptions.getData(),
-                     implementation, FFmpegErrorText(result).get());
+    m_video.m_codecContext = opening.allocate(m_video.m_codec);
+    AVCodecContext* context = m_video.m_codecContext.get();
+    if (context == nullptr) {
         return 0;
     }
-    m_codecContext = avcodec_alloc_context3(m_codec);
-    if (m_codecContext == nullptr) {
-        ZYR_LOG_WARN("Unable to allocate ffmpeg decoder context with decoder:%s", implementation);
-        return 0;
-    }
-    setDecoderParameters(m_codecContext, static_cast<int>(p_evenWidth), static_cast<int>(p_evenHeight));
+    setDecoderParameters(context, static_cast<int>(p_evenWidth), static_cast<int>(p_evenHeight));
     if (isVaapiDevice(p_codecInfo.hardwareDeviceName)) {
-        const AVCodecHWConfig* config = configureVAAPIDecoder(m_codecContext, m_codec);
+        const AVCodecHWConfig* config = configureVAAPIDecoder(context, m_video.m_codec);
         if (config == nullptr) {
             ZYR_LOG_WARN("Unable to configure FFmpeg VAAPI decoder");
             return 0;
         }
-        m_hardwarePixelFormat = config->pix_fmt;
-        m_hardwareDeviceType = config->device_type;
-        m_codecContext->opaque = this;
-        m_codecContext->get_format = getHardwareFormat;
+        m_video.m_hardwarePixelFormat = config->pix_fmt;
+        m_video.m_hardwareDeviceType = config->device_type;
+        context->opaque = this;
+        context->get_format = getHardwareFormat;
     }
-    result = avcodec_open2(m_codecContext, m_codec, options.getAddress());
-    if (result < 0) {
-        ZYR_LOG_WARN("Unable to open ffmpeg decoder context with error:%s", FFmpegErrorText(result).get());
+    if (!opening.open(*context, m_video.m_codec)) {
         return 0;
     }
     ZYR_LOG_INFO("Created new ffmpeg decoder context:%s (width:%u, height:%u, pixel format:%s, hw_decoding:%s)",
-                 implementation, p_evenWidth, p_evenHeight, av_get_pix_fmt_name(m_codecContext->pix_fmt),
+                 p_codecInfo.codecImplementation.getData(), p_evenWidth, p_evenHeight,
+                 av_get_pix_fmt_name(context->pix_fmt),
                  p_codecInfo.hardwareDeviceName.isEmpty() ? "none" : p_codecInfo.hardwareDeviceName.getData());
     return 1;
 }
 
 bool_t FFmpegFrameDecoderContext::createOutputFrame() {
-    av_frame_free(&m_frame);
-    m_frame = av_frame_alloc();
-    if (m_frame == nullptr) {
-        ZYR_LOG_WARN("Unable to allocate av frame");
-        return 0;
-    }
-    m_frame->format = m_codecContext->pix_fmt;
-    m_frame->width = m_codecContext->width;
-    m_frame->height = m_codecContext->height;
-    if (m_hardwareDeviceType == AV_HWDEVICE_TYPE_NONE && av_frame_get_buffer(m_frame, 16) < 0) {
-        // The values stand one place behind the words for them, which is relied upon.
-        char height[16];
-        snprintf(height, sizeof(height), "%d", m_frame->height);
-        ZYR_LOG_WARN("Unable to allocate buffer for av frame (width:%u, height:%u, pixel format %s)", 0u,
-                     static_cast<unsigned>(m_frame->width), height);
-        return 0;
-    }
-    return 1;
+    return m_video.allocateFrame(m_video.m_codecContext->pix_fmt) &&
+           (m_video.m_hardwareDeviceType != AV_HWDEVICE_TYPE_NONE || m_video.allocateFrameBuffer());
 }
 
 AVPixelFormat FFmpegFrameDecoderContext::getHardwareFormat(AVCodecContext* p_context, const AVPixelFormat* p_formats) {
     const FFmpegFrameDecoderContext* context = static_cast<const FFmpegFrameDecoderContext*>(p_context->opaque);
     for (const AVPixelFormat* format = p_formats; *format != AV_PIX_FMT_NONE; format++) {
-        if (*format == context->m_hardwarePixelFormat) {
+        if (*format == context->m_video.m_hardwarePixelFormat) {
             return *format;
         }
     }
-    if (context->m_hardwareDeviceType == AV_HWDEVICE_TYPE_VAAPI && p_context->codec_id != AV_CODEC_ID_H264) {
+    if (context->m_video.m_hardwareDeviceType == AV_HWDEVICE_TYPE_VAAPI && p_context->codec_id != AV_CODEC_ID_H264) {
         for (const AVPixelFormat* format = p_formats; *format != AV_PIX_FMT_NONE; format++) {
             if (*format != AV_PIX_FMT_VAAPI) {
                 ZYR_LOG_INFO("FFmpeg VAAPI format unavailable; decoding into system memory");

@@ -2,17 +2,13 @@
 #pragma once
 
 #include "picture/zyr_frame_decoder.h"
+#include "plugin_ffmpeg/zyr_ffmpeg_stream_state.h"
 #include "zyr_common/object/zyr_object_class.h"
 
 extern "C" {
 #include <libavutil/hwcontext.h>
 #include <libavutil/pixfmt.h>
 }
-
-struct AVCodec;
-struct AVCodecContext;
-struct AVFrame;
-struct SwsContext;
 
 namespace zyr {
 
@@ -38,7 +34,7 @@ public:
     bool_t initialize(IFrameDecoder* p_decoder) override;
     bool_t deinitialize() override;
     IUnpackedFrameData* decode(IPackedFrameData* p_frame) override;
-    IFrameDecoder* getDecoder() const override { return m_decoder; }
+    IFrameDecoder* getDecoder() const override { return m_decoder.get(); }
 
     /// FFmpeg's choice of a pixel format: VAAPI where offered; else anything for a codec that may fall back to
     /// software, and nothing for H.264. The context object stands in `opaque`.
@@ -54,21 +50,18 @@ private:
     bool_t openCodecContext(const FrameCodecInfo& p_codecInfo, uint32_t p_evenWidth, uint32_t p_evenHeight);
     bool_t createOutputFrame();
     bool_t decodePacket(const IPackedFrameData& p_frame);
+    int sendPacket(const AVPacket& p_packet);
     IImage* convertHardwareFrame(uint32_t p_width, uint32_t p_height, ColorSpaceEnum p_colorSpace);
     IImage* convertSoftwareFrame(uint32_t p_width, uint32_t p_height, PixelPlanesModelEnum p_planesModel,
                                  ColorSpaceEnum p_colorSpace);
 
-    IFrameDecoder* m_decoder; ///< counted
+    struct VideoDecoderState : VideoState {
+        AVPixelFormat m_hardwarePixelFormat = AV_PIX_FMT_NONE;
+        AVHWDeviceType m_hardwareDeviceType = AV_HWDEVICE_TYPE_NONE;
+    };
 
-    // The state of the video, all null and 0 until the first packet.
-    const AVCodec* m_codec;
-    AVCodecContext* m_codecContext;
-    SwsContext* m_scaler; ///< made on demand for the hardware path
-    uint32_t m_width;     ///< even; set only when everything else stands
-    uint32_t m_height;
-    AVFrame* m_frame; ///< used again for each picture
-    AVPixelFormat m_hardwarePixelFormat;
-    AVHWDeviceType m_hardwareDeviceType;
+    CodecReference<IFrameDecoder> m_decoder;
+    VideoDecoderState m_video; ///< its scaler is made on demand, for the hardware path
 };
 
 /// What every decoder of this plug-in is set to before it is opened.

@@ -1,7 +1,7 @@
 #include "plugin_ffmpeg/zyr_ffmpeg_frame_encoder.h"
 
+#include "plugin_ffmpeg/zyr_ffmpeg_codec_opening.h"
 #include "plugin_ffmpeg/zyr_ffmpeg_frame_encoder_context.h"
-#include "plugin_ffmpeg/zyr_ffmpeg_owners.h"
 #include "plugin_ffmpeg/zyr_ffmpeg_vaapi.h"
 #include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/platform/zyr_version.h"
@@ -209,22 +209,10 @@ void FFmpegFrameEncoder::initEncoders() {
 }
 
 bool_t FFmpegFrameEncoder::validateEncoder(const FFmpegEncoderInfo& p_info, bool_t p_fullRange) const {
-    const char* implementation = p_info.codecImplementation.getData();
-    const AVCodec* codec = avcodec_find_encoder_by_name(implementation);
-    if (codec == nullptr) {
-        ZYR_LOG_DEBUG("Unable to find ffmpeg encoder:%s", implementation);
-        return 0;
-    }
-    DictionaryOwner options;
-    int result = options.parse(p_info.codecOptions.getData());
-    if (result < 0) {
-        ZYR_LOG_DEBUG("Unable to set options:%s for ffmpeg encoder:%s with error:%s", p_info.codecOptions.getData(),
-                      implementation, FFmpegErrorText(result).get());
-        return 0;
-    }
-    const CodecContextOwner context(avcodec_alloc_context3(codec));
+    CodecOpening opening(ENCODER_KIND, ZYR_LOG_LEVEL_DEBUG, p_info.codecImplementation, p_info.codecOptions);
+    const AVCodec* codec = opening.find();
+    const CodecContextOwner context = codec != nullptr ? opening.allocate(codec) : nullptr;
     if (context == nullptr) {
-        ZYR_LOG_DEBUG("Unable to allocate ffmpeg encoder context with encoder:%s", implementation);
         return 0;
     }
     setEncoderParameters(context.get(), PROBE_WIDTH, PROBE_HEIGHT, p_fullRange);
@@ -236,13 +224,12 @@ bool_t FFmpegFrameEncoder::validateEncoder(const FFmpegEncoderInfo& p_info, bool
             return 0;
         }
     }
-    result = avcodec_open2(context.get(), codec, options.getAddress());
-    if (result >= 0 && isVaapi && !givesPacketForFrame(context.get())) {
-        ZYR_LOG_DEBUG("VAAPI encoder cannot return a packet for each submitted frame");
-        result = AVERROR(EAGAIN);
+    if (!opening.open(*context, codec)) {
+        return 0;
     }
-    if (result < 0) {
-        ZYR_LOG_DEBUG("Unable to open ffmpeg encoder context with error:%s", FFmpegErrorText(result).get());
+    if (isVaapi && !givesPacketForFrame(context.get())) {
+        ZYR_LOG_DEBUG("VAAPI encoder cannot return a packet for each submitted frame");
+        opening.reportOpenError(AVERROR(EAGAIN));
         return 0;
     }
     return 1;

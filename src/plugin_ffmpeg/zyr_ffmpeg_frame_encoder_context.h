@@ -2,12 +2,10 @@
 #pragma once
 
 #include "picture/zyr_frame_encoder.h"
+#include "plugin_ffmpeg/zyr_ffmpeg_stream_state.h"
 #include "zyr_common/object/zyr_object_class.h"
 
-struct AVCodec;
-struct AVCodecContext;
-struct AVFrame;
-struct SwsContext;
+#include <atomic>
 
 namespace zyr {
 
@@ -19,7 +17,8 @@ class IImage;
 /// encoder keeps the frame back. After a failure (null and a WARN line) the next frame is taken as ever.
 ///
 /// The picture in system memory must have four bytes per pixel in the order B, G, R, A, and its storage must cover the
-/// even size. One thread at a time uses a context; setQuality may come from another one.
+/// even size, with copies of the last column and row in what is more. One thread at a time uses a context; setQuality
+/// may come from another one and acts on the next frame.
 class FFmpegFrameEncoderContext : public ObjectIdentity<FFmpegFrameEncoderContext, WFrameEncoderContext> {
 public:
     static constexpr const char* c_className = "FFmpegFrameEncoderContext";
@@ -33,8 +32,8 @@ public:
     /// The quality stays.
     bool_t deinitialize() override;
     IPackedFrameData* encode(IUnpackedFrameData* p_frame) override;
-    IFrameEncoder* getEncoder() const override { return m_encoder; }
-    uint8_t getQuality() const override { return m_quality; }
+    IFrameEncoder* getEncoder() const override { return m_encoder.get(); }
+    uint8_t getQuality() const override { return m_quality.load(std::memory_order_relaxed); }
     bool_t setQuality(uint8_t p_quality) override;
 
     void init_This();
@@ -49,23 +48,24 @@ private:
                             uint32_t p_evenHeight);
     bool_t createInputFrame();
     bool_t createScaler(ColorSpaceEnum p_colorSpace, uint32_t p_width, uint32_t p_height);
+    bool_t followSize(const FrameCodecInfo& p_codecInfo, ColorSpaceEnum p_colorSpace, uint32_t p_width,
+                      uint32_t p_height);
     bool_t encodeImage(const IImage& p_image, ColorSpaceEnum p_colorSpace, IPackedFrameData& p_packedFrame);
     bool_t convertImage(const IImage& p_image, ColorSpaceEnum p_colorSpace);
     bool_t sendInputFrame();
     bool_t receivePacket(IPackedFrameData& p_packedFrame);
     bool_t isVaapi() const;
 
-    uint8_t m_quality;
-    IFrameEncoder* m_encoder; ///< counted
+    struct VideoEncoderState : VideoState {
+        uint64_t m_frameCount = 0;
+        // The size that the scaler was made for.
+        uint32_t m_scaledWidth = 0;
+        uint32_t m_scaledHeight = 0;
+    };
 
-    // The state of the video, all null and 0 until the first frame.
-    const AVCodec* m_codec;
-    AVCodecContext* m_codecContext;
-    SwsContext* m_scaler;
-    uint32_t m_width; ///< even; set only when everything else stands
-    uint32_t m_height;
-    AVFrame* m_frame; ///< in system memory, used again for each picture
-    uint64_t m_frameCount;
+    std::atomic<uint8_t> m_quality;
+    CodecReference<IFrameEncoder> m_encoder;
+    VideoEncoderState m_video;
 };
 
 } // namespace zyr

@@ -1,10 +1,12 @@
-/// Owners of FFmpeg's objects, which free them on every way out, and the text of FFmpeg's error codes.
+/// Owners of FFmpeg's objects, which free them on every way out, and the text of FFmpeg's error codes. The plug-in and
+/// the host program share them.
 #pragma once
 
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavutil/dict.h>
 #include <libavutil/error.h>
+#include <libswscale/swscale.h>
 }
 
 #include <memory>
@@ -16,12 +18,14 @@ struct FFmpegDeleter {
     void operator()(AVFrame* p_frame) const { av_frame_free(&p_frame); }
     void operator()(AVPacket* p_packet) const { av_packet_free(&p_packet); }
     void operator()(AVBufferRef* p_reference) const { av_buffer_unref(&p_reference); }
+    void operator()(SwsContext* p_scaler) const { sws_freeContext(p_scaler); }
 };
 
 typedef std::unique_ptr<AVCodecContext, FFmpegDeleter> CodecContextOwner;
 typedef std::unique_ptr<AVFrame, FFmpegDeleter> FrameOwner;
 typedef std::unique_ptr<AVPacket, FFmpegDeleter> PacketOwner;
 typedef std::unique_ptr<AVBufferRef, FFmpegDeleter> BufferOwner;
+typedef std::unique_ptr<SwsContext, FFmpegDeleter> ScalerOwner;
 
 /// Options by name. FFmpeg exchanges the dictionary behind the pointer, so it is handed over by address.
 class DictionaryOwner {
