@@ -69,7 +69,7 @@ void FFmpegFrameDecoderContext::init_This() {
 }
 
 void FFmpegFrameDecoderContext::release_This() {
-    m_decoder.release();
+    m_decoder.clear();
     release_videoDecoder();
 }
 
@@ -82,11 +82,11 @@ void FFmpegFrameDecoderContext::release_videoDecoder() {
 }
 
 bool_t FFmpegFrameDecoderContext::initialize(IFrameDecoder* p_decoder) {
-    return m_decoder.hold(p_decoder, FFmpegFrameDecoder::getStaticClassGUID(), "decoder", __PRETTY_FUNCTION__);
+    return holdCodec(m_decoder, p_decoder, FFmpegFrameDecoder::getStaticClassGUID(), "decoder", __PRETTY_FUNCTION__);
 }
 
 bool_t FFmpegFrameDecoderContext::deinitialize() {
-    if (!m_decoder.giveBack(__PRETTY_FUNCTION__)) {
+    if (!giveCodecBack(m_decoder, __PRETTY_FUNCTION__)) {
         return 0;
     }
     release_videoDecoder();
@@ -99,7 +99,7 @@ IUnpackedFrameData* FFmpegFrameDecoderContext::decode(IPackedFrameData* p_frame)
         ZYR_LOG_WARN("Cannot decode from NULL packedFrame");
         return nullptr;
     }
-    const FrameCodecInfo* codecInfo = m_decoder.get() != nullptr ? m_decoder.get()->getCodecInfo() : nullptr;
+    const FrameCodecInfo* codecInfo = m_decoder ? m_decoder->getCodecInfo() : nullptr;
     ZYR_ASSERT(codecInfo != NULL);
     const ColorSpaceEnum colorSpace =
         codecInfo->colorSpaces.isEmpty() ? ZYR_COLOR_SPACE_NONE : codecInfo->colorSpaces.frontConst();

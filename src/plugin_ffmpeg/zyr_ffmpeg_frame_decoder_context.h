@@ -60,7 +60,7 @@ private:
         AVHWDeviceType m_hardwareDeviceType = AV_HWDEVICE_TYPE_NONE;
     };
 
-    CodecReference<IFrameDecoder> m_decoder;
+    Ref<IFrameDecoder> m_decoder;
     VideoDecoderState m_video; ///< its scaler is made on demand, for the hardware path
 };
 

@@ -45,7 +45,7 @@ void FFmpegFrameEncoderContext::init_This() {
 }
 
 void FFmpegFrameEncoderContext::release_This() {
-    m_encoder.release();
+    m_encoder.clear();
     release_videoEncoder();
 }
 
@@ -58,11 +58,11 @@ void FFmpegFrameEncoderContext::release_videoEncoder() {
 }
 
 bool_t FFmpegFrameEncoderContext::initialize(IFrameEncoder* p_encoder) {
-    return m_encoder.hold(p_encoder, FFmpegFrameEncoder::getStaticClassGUID(), "encoder", __PRETTY_FUNCTION__);
+    return holdCodec(m_encoder, p_encoder, FFmpegFrameEncoder::getStaticClassGUID(), "encoder", __PRETTY_FUNCTION__);
 }
 
 bool_t FFmpegFrameEncoderContext::deinitialize() {
-    if (!m_encoder.giveBack(__PRETTY_FUNCTION__)) {
+    if (!giveCodecBack(m_encoder, __PRETTY_FUNCTION__)) {
         return 0;
     }
     release_videoEncoder();
@@ -85,7 +85,7 @@ IPackedFrameData* FFmpegFrameEncoderContext::encode(IUnpackedFrameData* p_frame)
         ZYR_LOG_WARN("Cannot encode frame data with NULL content");
         return nullptr;
     }
-    const FrameCodecInfo* codecInfo = m_encoder.get() != nullptr ? m_encoder.get()->getCodecInfo() : nullptr;
+    const FrameCodecInfo* codecInfo = m_encoder ? m_encoder->getCodecInfo() : nullptr;
     ZYR_ASSERT(codecInfo != NULL);
     const ColorSpaceEnum colorSpace =
         codecInfo->colorSpaces.isEmpty() ? ZYR_COLOR_SPACE_NONE : codecInfo->colorSpaces.frontConst();
@@ -108,7 +108,7 @@ IPackedFrameData* FFmpegFrameEncoderContext::encode(IUnpackedFrameData* p_frame)
         return nullptr;
     }
     const FFmpegFrameEncoder* encoder = static_cast<const FFmpegFrameEncoder*>(
-        m_encoder.get()->findInterfaceObjectByClassGUID(FFmpegFrameEncoder::getStaticClassGUID()));
+        m_encoder->findInterfaceObjectByClassGUID(FFmpegFrameEncoder::getStaticClassGUID()));
     encoder->getQualityCallback()(m_video.m_codecContext.get(), getQuality());
 
     IPackedFrameData* packedFrame = static_cast<IPackedFrameData*>(

@@ -64,7 +64,7 @@ private:
     };
 
     std::atomic<uint8_t> m_quality;
-    CodecReference<IFrameEncoder> m_encoder;
+    Ref<IFrameEncoder> m_encoder;
     VideoEncoderState m_video;
 };
 

@@ -3,6 +3,7 @@
 
 #include "plugin_ffmpeg/zyr_ffmpeg_owners.h"
 #include "zyr_common/digest/zyr_guid.h"
+#include "zyr_common/memory/zyr_ref.h"
 #include "zyr_common/memory/zyr_report.h"
 
 namespace zyr {
@@ -32,53 +33,33 @@ struct VideoState {
 /// Rounds a picture's size up to even numbers. False and a line when nothing is left of it.
 bool_t getEvenSize(uint32_t p_width, uint32_t p_height, uint32_t& p_evenWidth, uint32_t& p_evenHeight);
 
-/// A context's counted reference to the encoder or decoder that made it, which must be of the plug-in's own class. The
-/// lines bear the name of the operation that passes it, as the caller of the log.
-template <class Codec> class CodecReference {
-public:
-    CodecReference() = default;
-    CodecReference(const CodecReference&) = delete;
-    CodecReference& operator=(const CodecReference&) = delete;
-    ~CodecReference() { release(); }
-
-    Codec* get() const { return m_codec; }
-
-    bool_t hold(Codec* p_codec, const GUID_t& p_classGUID, const char* p_word, const char* p_function) {
-        if (m_codec != nullptr) {
-            report(p_function, "Already initialized. Cannot initialize");
-            return 0;
-        }
-        if (p_codec == nullptr || p_codec->getClassGUID() != p_classGUID) {
-            zyr_printLog(ZYR_MODULE_WORD, 0, ZYR_LOG_LEVEL_WARN, p_function,
-                         "Frame %s is not ffmpeg. Cannot initialize", p_word);
-            return 0;
-        }
-        m_codec = static_cast<Codec*>(p_codec->addRef());
-        return 1;
+/// Takes the reference with which a context holds the encoder or decoder that made it, an object of the plug-in's own
+/// class. False and a line when it holds one already, or the object is another's. `p_function` is the operation that
+/// the lines name.
+template <class Codec>
+bool_t holdCodec(Ref<Codec>& p_held, Codec* p_codec, const GUID_t& p_classGUID, const char* p_word,
+                 const char* p_function) {
+    if (p_held) {
+        zyr_printLog(ZYR_MODULE_WORD, 0, ZYR_LOG_LEVEL_WARN, p_function, "Already initialized. Cannot initialize");
+        return 0;
     }
-
-    bool_t giveBack(const char* p_function) {
-        if (m_codec == nullptr) {
-            report(p_function, "Not initialized. Cannot deinitialize");
-            return 0;
-        }
-        release();
-        return 1;
+    if (p_codec == nullptr || p_codec->getClassGUID() != p_classGUID) {
+        zyr_printLog(ZYR_MODULE_WORD, 0, ZYR_LOG_LEVEL_WARN, p_function, "Frame %s is not ffmpeg. Cannot initialize",
+                     p_word);
+        return 0;
     }
+    p_held = Ref<Codec>::adopt(static_cast<Codec*>(p_codec->addRef()));
+    return 1;
+}
 
-    void release() {
-        if (m_codec != nullptr) {
-            m_codec->release();
-            m_codec = nullptr;
-        }
+/// Gives that reference back; false and a line when there is none.
+template <class Codec> bool_t giveCodecBack(Ref<Codec>& p_held, const char* p_function) {
+    if (!p_held) {
+        zyr_printLog(ZYR_MODULE_WORD, 0, ZYR_LOG_LEVEL_WARN, p_function, "Not initialized. Cannot deinitialize");
+        return 0;
     }
-
-private:
-    static void report(const char* p_function, const char* p_text) {
-        zyr_printLog(ZYR_MODULE_WORD, 0, ZYR_LOG_LEVEL_WARN, p_function, "%s", p_text);
-    }
-
-    Codec* m_codec = nullptr;
-};
+    p_held.clear();
+    return 1;
+}
 
 } // namespace zyr

@@ -55,4 +55,25 @@ TEST_F(PictureUpTest, ThreadsShareStorageAndScalersWithoutMixingPictures) {
     EXPECT_EQ(failures, 0u);
 }
 
+TEST_F(PictureUpTest, ThreadsTakeOnePictureOfOddSizeFromFramesOfTheirOwn) {
+    Held<IImage> image = makeImage(65, 33, 500);
+    fillWithNumbers(*image);
+    uint32_t sums[2] = {};
+    std::vector<std::thread> threads;
+    for (uint32_t& sum : sums) {
+        threads.emplace_back([&image, &sum] {
+            Held<IUnpackedFrameData> frame(zyr_createInterfaceObject<IUnpackedFrameData>());
+            frame->getUnpackedFrameDataReserved()->setSystemMemory(image.get());
+            const IImage* given = frame->getSystemMemory(0, 1);
+            for (uint32_t i = 0; i < 66 * 34 * 4; ++i) {
+                sum = 31 * sum + getRow(*given, 0)[i];
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(sums[0], sums[1]);
+}
+
 } // namespace zyr

@@ -163,6 +163,28 @@ TEST_F(FailingCalls, OfBuildingAHardwareEncoderAreNamed) {
     }
 }
 
+TEST_F(FailingCalls, OfFollowingTheTrueSizeLeaveTheHardwareEncoderStanding) {
+    EncodingStream stream(encoderInfo(true));
+    Held<IUnpackedFrameData> odd = makeFrame(63, 47, 0);
+    Held<IUnpackedFrameData> even = makeFrame(64, 48, 0);
+    Held<IPackedFrameData> first(stream.context->encode(odd.get()));
+    ASSERT_TRUE(first);
+    for (const auto& [function, line] :
+         {std::pair("sws_getContext", "WARN Unable to allocate sws context"),
+          std::pair("sws_setColorspaceDetails", "WARN Unable to configure FFmpeg RGB-to-YUV color conversion")}) {
+        takeLog();
+        failAtCall(function);
+        EXPECT_EQ(nullptr, stream.context->encode(even.get())) << function;
+        EXPECT_EQ(Lines{line}, takeLog());
+    }
+    for (uint64_t number = 2; IUnpackedFrameData * frame : {even.get(), odd.get(), even.get()}) {
+        Held<IPackedFrameData> packed(stream.context->encode(frame));
+        ASSERT_TRUE(packed);
+        EXPECT_EQ(number++, packed->getVideoFrameID());
+        EXPECT_EQ(Lines(), takeLog());
+    }
+}
+
 TEST_F(FailingCalls, OfEncodingAFrameAreNamed) {
     EXPECT_EQ((Lines{"WARN Unable to make FFmpeg input frame writable"}),
               failAtSecondFrame(false, "av_frame_make_writable"));

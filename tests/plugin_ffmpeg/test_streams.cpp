@@ -212,6 +212,88 @@ TEST_F(Streams, RunAtTheSameTimeInTenThreads) {
     }
 }
 
+TEST_F(Streams, CodeEqualPicturesOfOddSizeAlikeWhateverTheirMemoryHeld) {
+    for (const Agreement& agreement : agreements()) {
+        for (auto [width, height] :
+             {std::pair(65u, 65u), std::pair(1u, 1u), std::pair(64u, 33u), std::pair(33u, 64u)}) {
+            std::vector<Bytes> packets;
+            for (const int paint : {0x00, 0xFF, 0xA7}) {
+                EncodingStream encoding(agreement.info);
+                Held<IUnpackedFrameData> source = makeFrame(width, height, 3);
+                const IImage* image = source->getSystemMemory(0, 1);
+                uint8_t* data = static_cast<uint8_t*>(image->getData());
+                for (uint32_t y = 0; y < ((height + 1) & ~1u); y++) {
+                    const uint32_t used = y < height ? width * 4 : 0;
+                    memset(data + size_t(y) * image->getPitch() + used, paint, image->getPitch() - used);
+                }
+                Held<IPackedFrameData> packed(encoding.context->encode(source.get()));
+                ASSERT_TRUE(packed);
+                packets.push_back(bytesOf(*packed));
+            }
+            EXPECT_EQ(packets[0], packets[1]) << agreement.name << ", " << width << "x" << height;
+            EXPECT_EQ(packets[0], packets[2]) << agreement.name << ", " << width << "x" << height;
+        }
+    }
+}
+
+TEST_F(Streams, CodeMpeg1AboveTheHighestQualityLikeIt) {
+    const Agreement& agreement = agreements().back();
+    ASSERT_EQ("mpeg1video>mpeg1video", agreement.name);
+    std::vector<Bytes> highest;
+    for (const int quality : {100, 101, 107, 112, 200, 255}) {
+        EncodingStream encoding(agreement.info);
+        encoding.context->setQuality(static_cast<uint8_t>(quality));
+        std::vector<Bytes> packets;
+        for (int i = 0; i < 3; i++) {
+            Held<IUnpackedFrameData> source = makeFrame(160, 96, i);
+            Held<IPackedFrameData> packed(encoding.context->encode(source.get()));
+            ASSERT_TRUE(packed) << quality;
+            packets.push_back(bytesOf(*packed));
+        }
+        if (highest.empty()) {
+            highest = packets;
+        }
+        EXPECT_EQ(highest, packets) << quality;
+    }
+}
+
+TEST_F(Streams, LoseNoPacketBehindOneWithTwoPictures) {
+    const Agreement& agreement = agreements().front();
+    ASSERT_EQ("libvpx-vp9>vp9", agreement.name);
+    EncodingStream encoding(agreement.info);
+    std::vector<Bytes> packets;
+    for (int i = 0; i < 5; i++) {
+        Held<IUnpackedFrameData> source = makeFrame(64, 48, i * 4);
+        Held<IPackedFrameData> packed(encoding.context->encode(source.get()));
+        packets.push_back(bytesOf(*packed));
+    }
+    // The first two frames and the index that holds a packet's frames together: a mark with their number and the bytes
+    // of a size, the sizes with the least significant byte first, the mark.
+    const uint8_t mark = 0xC0 | 1 << 3 | 1;
+    Bytes both = packets[0];
+    both.insert(both.end(), packets[1].begin(), packets[1].end());
+    both.push_back(mark);
+    for (const Bytes& packet : {packets[0], packets[1]}) {
+        both.push_back(static_cast<uint8_t>(packet.size()));
+        both.push_back(static_cast<uint8_t>(packet.size() >> 8));
+    }
+    both.push_back(mark);
+    DecodingStream decoding(agreement.decoderInfo);
+    takeLog();
+    for (const Bytes& bytes : {both, packets[2], packets[3], packets[4]}) {
+        Held<IPackedFrameData> packed = makePacked(64, 48, 1, bytes);
+        Held<IUnpackedFrameData> result(decoding.context->decode(packed.get()));
+        ASSERT_TRUE(result);
+        if (bytes == packets[3] || bytes == packets[4]) {
+            // The second picture of the first packet came out in its successor's place; from here on they are in step.
+            Held<IUnpackedFrameData> source = makeFrame(64, 48, bytes == packets[3] ? 12 : 16);
+            EXPECT_GT(comparePictures(*source, *result), 30);
+        }
+    }
+    const Lines log = takeLog();
+    EXPECT_EQ(Lines(log.begin() + 1, log.end()), Lines()) << "nothing but that the decoder was made";
+}
+
 TEST_F(Streams, SurviveDamagedPackets) {
     constexpr int NUM_OF_PACKETS = 10000;
     constexpr uint32_t WIDTH = 64;

@@ -9,6 +9,7 @@ extern "C" {
 }
 
 #include <algorithm>
+#include <cmath>
 
 using namespace zyr;
 using namespace zyr_test;
@@ -35,6 +36,21 @@ int countOtherHardwareFormats(const char* p_decoder) {
         count += config->pix_fmt != AV_PIX_FMT_VAAPI && config->pix_fmt != AV_PIX_FMT_NONE;
     }
     return count;
+}
+
+/// The difference of two pictures in the same byte order in decibels, 100 for none.
+double compareChannels(const IUnpackedFrameData& p_first, const IUnpackedFrameData& p_second) {
+    const IImage* first = p_first.getSystemMemory(0, 1);
+    const IImage* second = p_second.getSystemMemory(0, 1);
+    double sum = 0;
+    for (uint32_t y = 0; y < first->getHeight(); y++) {
+        const uint8_t* from = static_cast<const uint8_t*>(first->getData()) + size_t(y) * first->getPitch();
+        const uint8_t* to = static_cast<const uint8_t*>(second->getData()) + size_t(y) * second->getPitch();
+        for (uint32_t i = 0; i < first->getWidth() * 4; i++) {
+            sum += (from[i] - to[i]) * (from[i] - to[i]);
+        }
+    }
+    return sum == 0 ? 100 : 10 * std::log10(255.0 * 255.0 * 4 * first->getWidth() * first->getHeight() / sum);
 }
 
 class VaapiContexts : public PluginTest {
@@ -123,6 +139,38 @@ TEST_F(VaapiContexts, FollowAChangeOfSize) {
         Held<IUnpackedFrameData> unpacked(decoding.context->decode(packed.get()));
         ASSERT_TRUE(unpacked);
         EXPECT_EQ(width, unpacked->getSystemMemory(0, 1)->getWidth());
+    }
+}
+
+TEST_F(VaapiContexts, FollowAChangeOfTheTrueSizeInsideTheEvenOne) {
+    const std::pair<uint32_t, uint32_t> sizes[] = {{641, 481}, {642, 482}, {641, 482}, {642, 481},
+                                                   {641, 481}, {641, 482}, {642, 482}};
+    for (bool isVp9 : {true, false}) {
+        for (size_t start = 0; start < 4; start++) {
+            EncodingStream encoding(encoderInfo(isVp9));
+            DecodingStream decoding(decoderInfo(isVp9));
+            for (size_t i = start; i < std::size(sizes); i++) {
+                const auto [width, height] = sizes[i];
+                const std::string where = std::to_string(width) + "x" + std::to_string(height) + " at " +
+                                          std::to_string(i - start) + (isVp9 ? ", vp9" : ", h264");
+                takeLog();
+                Held<IPackedFrameData> packed = encode(encoding, width, height, 3);
+                EXPECT_EQ(takeLog().size(), i == start ? 1u : 0u) << where << ": only the first frame builds anything";
+                ASSERT_TRUE(packed) << where;
+                EXPECT_EQ(packed->getVideoFrameID(), i - start + 1) << where;
+                EXPECT_EQ(packed->getWidth(), width) << where;
+                EXPECT_EQ(packed->getHeight(), height) << where;
+                Held<IUnpackedFrameData> unpacked(decoding.context->decode(packed.get()));
+                ASSERT_TRUE(unpacked) << where;
+                // H.264 is lossless in this driver: the picture is that of a stream of this size alone.
+                EncodingStream freshEncoding(encoderInfo(isVp9));
+                DecodingStream freshDecoding(decoderInfo(isVp9));
+                Held<IPackedFrameData> freshPacked = encode(freshEncoding, width, height, 3);
+                Held<IUnpackedFrameData> expected(freshDecoding.context->decode(freshPacked.get()));
+                ASSERT_TRUE(expected) << where;
+                EXPECT_GT(compareChannels(*expected, *unpacked), isVp9 ? 40 : 99) << where;
+            }
+        }
     }
 }
 
