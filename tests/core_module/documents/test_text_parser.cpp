@@ -1,0 +1,91 @@
+#include "core_module/documents/document_test.h"
+
+namespace zyr {
+namespace {
+
+class TextParserTest : public ParserTest<ITextParser> {};
+
+TEST_F(TextParserTest, CutsItsInputIntoTokens) {
+    ASSERT_TRUE(parse("one 2\nthree"));
+    ASSERT_EQ(m_parser->getTokens().getSize(), 3u);
+    EXPECT_EQ(show(m_parser->getTokenByPosition(1)->m_text), "2");
+    EXPECT_EQ(m_parser->getTokenByPosition(3), nullptr);
+    EXPECT_EQ(m_parser->getCurrentTokenPos(), 0u);
+    EXPECT_EQ(show(m_parser->getCurrentToken()->m_text), "one");
+    ++*m_parser->getMutableCurrentTokenPos();
+    EXPECT_EQ(show(m_parser->getCurrentToken()->m_text), "2");
+    m_parser->setCurrentTokenPos(7);
+    EXPECT_EQ(m_parser->getCurrentToken(), nullptr);
+}
+
+TEST_F(TextParserTest, SkipsToTheNextLine) {
+    ASSERT_TRUE(parse("a b\nc d\n\ne"));
+    m_parser->skipLine(nullptr);
+    EXPECT_EQ(show(m_parser->getCurrentToken()->m_text), "c");
+    const String additional("c");
+    m_parser->skipLine(&additional);
+    EXPECT_EQ(show(m_parser->getCurrentToken()->m_text), "d");
+    m_parser->skipLine(nullptr);
+    EXPECT_EQ(show(m_parser->getCurrentToken()->m_text), "e");
+    m_parser->skipLine(nullptr);
+    EXPECT_EQ(m_parser->getCurrentToken(), nullptr);
+    m_parser->skipLine(nullptr);
+    EXPECT_EQ(m_parser->getCurrentTokenPos(), 4u);
+}
+
+TEST_F(TextParserTest, KnowsItsLineTerminators) {
+    const String other(";");
+    EXPECT_EQ(m_parser->getLineTerminators().getSize(), 3u);
+    EXPECT_TRUE(m_parser->isLineTerminator("\r\n", nullptr));
+    EXPECT_FALSE(m_parser->isLineTerminator(";", nullptr));
+    EXPECT_TRUE(m_parser->isLineTerminator(";", &other));
+    m_parser->pushBackLineTerminator(";");
+    EXPECT_TRUE(m_parser->isLineTerminator(";", nullptr));
+    m_parser->clearLineTerminators();
+    EXPECT_FALSE(m_parser->isLineTerminator("\n", nullptr));
+    m_parser->clear();
+    EXPECT_EQ(m_parser->getLineTerminators().getSize(), 3u);
+}
+
+TEST_F(TextParserTest, HasNoTokensAndAMessageAfterAFault) {
+    EXPECT_EQ(getFault("a\n b $"), "2:4 Text that is no token: \"$\"");
+    EXPECT_TRUE(m_parser->getTokens().isEmpty());
+}
+
+TEST_F(TextParserTest, HoldsAReferenceOnMessages) {
+    ParserLogMessage* message = new ParserLogMessage;
+    m_parser->pushBackLogMessage(message);
+    m_parser->pushBackLogMessage(nullptr);
+    message->release();
+    EXPECT_EQ(m_parser->getLogMessages().getSize(), 1u);
+    m_parser->clearLogMessages();
+    EXPECT_TRUE(m_parser->getLogMessages().isEmpty());
+}
+
+TEST_F(TextParserTest, MakesItsLexerWhenItIsInitialized) {
+    EXPECT_FALSE(m_parser->isInitialized());
+    EXPECT_EQ(m_parser->getLexer(0), nullptr);
+    EXPECT_FALSE(m_parser->initializeLexer());
+    ASSERT_TRUE(m_parser->initialize());
+    EXPECT_TRUE(m_parser->isInitialized());
+    ILexer* lexer = m_parser->getLexer(1);
+    ASSERT_NE(lexer, nullptr);
+    EXPECT_EQ(lexer->getRefCount(), 1u);
+    m_parser->deinitialize();
+    EXPECT_FALSE(m_parser->isInitialized());
+    EXPECT_EQ(m_parser->getLexer(0), nullptr);
+    EXPECT_EQ(lexer->getRefCount(), 0u);
+    lexer->release();
+}
+
+TEST_F(TextParserTest, UsesTheLexerThatItIsGiven) {
+    ILexer* lexer = zyr_createObject<ILexer>();
+    lexer->pushBackPunctuators("$");
+    m_parser->setLexer(lexer);
+    lexer->release();
+    ASSERT_TRUE(parse("a $"));
+    EXPECT_EQ(m_parser->getTokenByPosition(1)->m_type, ZYR_TOKEN_TYPE_PUNCTUATOR);
+}
+
+} // namespace
+} // namespace zyr
