@@ -14,7 +14,6 @@ constexpr unsigned char EXTENDED = 255;
 size_t getRawSize(RawTypeEnum p_type) {
     static const size_t sizes[] = {
 #define ZYR_RAW_NUMBER(suffix, many, type) sizeof(type),
-#define ZYR_RAW_BOOLEAN(suffix, many, type) sizeof(type),
 #include "zyr_common/documents/zyr_raw_numbers.inl"
     };
     return p_type < sizeof(sizes) / sizeof(sizes[0]) ? sizes[p_type] : 0;
@@ -137,6 +136,19 @@ bool BinaryReaderLevel::readBooleans(bool_t* p_values, size_t p_count) {
     }                                                                                                                  \
     bool_t BinaryReaderLevel::readMultiple##many##Base128(type* p_values, size_t p_count, bool_t p_signed) {           \
         return readBase128<type>(p_values, p_count, p_signed);                                                         \
+    }
+#define ZYR_RAW_BOOLEAN(suffix, many, type)                                                                            \
+    bool_t BinaryReaderLevel::readSingle##suffix(type& p_value) {                                                      \
+        return readBooleans(&p_value, 1);                                                                              \
+    }                                                                                                                  \
+    bool_t BinaryReaderLevel::readSingle##suffix##Base128(type& p_value, bool_t p_signed) {                            \
+        return readBase128<bool>(&p_value, 1, p_signed);                                                               \
+    }                                                                                                                  \
+    bool_t BinaryReaderLevel::readMultiple##many(type* p_values, size_t p_count) {                                     \
+        return readBooleans(p_values, p_count);                                                                        \
+    }                                                                                                                  \
+    bool_t BinaryReaderLevel::readMultiple##many##Base128(type* p_values, size_t p_count, bool_t p_signed) {           \
+        return readBase128<bool>(p_values, p_count, p_signed);                                                         \
     }
 #include "zyr_common/documents/zyr_raw_numbers.inl"
 

@@ -51,11 +51,11 @@ TEST_F(ConfigParserTest, MarksNumbers) {
 
 TEST_F(ConfigParserTest, ReportsEveryFaultyLineAndKeepsNothing) {
     EXPECT_FALSE(parse("good = 1\nbad\n = 2\n[open\n[]\nx = \"y\nz = \"\\q\"\nv = \"w\" u\ngood = 2\n"));
-    EXPECT_EQ(getMessages(), (std::vector<std::string>{
-                                 "2:1 Line without a value: \"bad\"", "3:2 Value without a name: \"= 2\"",
-                                 "4:1 Section without a closing bracket: \"[open\"", "5:1 Section without a name: \"[]\"",
-                                 "6:5 Text without end: \"\"y\"", "7:6 Unknown escape: \"\\q\"\"",
-                                 "8:9 Text behind the value: \"u\""}));
+    EXPECT_EQ(getMessages(),
+              (std::vector<std::string>{"2:1 Line without a value: \"bad\"", "3:2 Value without a name: \"= 2\"",
+                                        "4:1 Section without a closing bracket: \"[open\"",
+                                        "5:1 Section without a name: \"[]\"", "6:5 Text without end: \"\"y\"",
+                                        "7:6 Unknown escape: \"\\q\"\"", "8:9 Text behind the value: \"u\""}));
     EXPECT_TRUE(m_parser->getSections().isEmpty());
 }
 

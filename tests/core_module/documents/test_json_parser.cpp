@@ -164,7 +164,8 @@ TEST_F(JsonParserTest, HasNoTreeBeforeAndAfterAFault) {
 
 TEST_F(JsonParserTest, SaysThatThereIsNoInput) {
     EXPECT_FALSE(m_parser->parse());
-    EXPECT_THAT(m_application->getBodies(), testing::Contains(testing::HasSubstr("Unable to parse: there is no input")));
+    EXPECT_THAT(m_application->getBodies(),
+                testing::Contains(testing::HasSubstr("Unable to parse: there is no input")));
 }
 
 TEST_F(JsonParserTest, LetsGoOfTheTreeWithTheInput) {

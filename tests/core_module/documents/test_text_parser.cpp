@@ -30,7 +30,7 @@ TEST_F(TextParserTest, SkipsToTheNextLine) {
     m_parser->skipLine(nullptr);
     EXPECT_EQ(m_parser->getCurrentToken(), nullptr);
     m_parser->skipLine(nullptr);
-    EXPECT_EQ(m_parser->getCurrentTokenPos(), 4u);
+    EXPECT_EQ(m_parser->getCurrentTokenPos(), 5u);
 }
 
 TEST_F(TextParserTest, KnowsItsLineTerminators) {

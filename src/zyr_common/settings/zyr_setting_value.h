@@ -1,0 +1,156 @@
+/// One program option: where its value lives, its default and range, and the name under which each source knows it.
+///
+///     SettingValue setting;
+///     setting.setReferenceInt32(&quality, 50, 0, 100);
+///     setting.setEnvName("ZYR_HOST_QUALITY");
+///
+/// Not thread safe.
+#pragma once
+
+#include "zyr_common/memory/zyr_ref_counted_data.h"
+#include "zyr_common/text/zyr_string.h"
+#include "zyr_common/variable/zyr_variable_reference.h"
+
+namespace zyr {
+
+/// Converts between the word of an enumeration and its number, as the flag says. False for what is not among them.
+typedef bool_t (*settingEnum_FUNC)(String& p_word, int& p_number, bool_t p_toNumber);
+
+#pragma pack(push, 1)
+
+/// The variable belongs to the program and must outlive the setting. A getter gives its address with the stored default
+/// and range; it doesn't look at the type. Without a variable it gives null, and the outputs stay as they are.
+///
+/// The order of the virtual operations and of the fields is a contract between separately built modules.
+class SettingValue : public RefCountedData {
+public:
+    SettingValue() { init_This(); }
+    SettingValue(const SettingValue& p_src) : RefCountedData(p_src) {
+        init_This();
+        copy_This(p_src);
+    }
+    SettingValue& operator=(const SettingValue& p_src);
+    ~SettingValue() override { release_This(); }
+
+    SettingValue* clone() const override { return new SettingValue(*this); }
+
+    virtual void clear() {
+        release_This();
+        init_This();
+    }
+    /// The type of the variable, ZYR_VARIABLE_NONE without one.
+    virtual VariableTypeEnum getType() const;
+
+    virtual void* getReferenceBool(bool_t& p_default) const;
+    virtual void setReferenceBool(bool_t* p_variable, bool_t p_default);
+#define ZYR_RAW_BOOLEAN(suffix, many, type)
+#define ZYR_RAW_NUMBER(suffix, many, type)                                                                             \
+    virtual void* getReference##suffix(type& p_default, type& p_minimum, type& p_maximum) const;                       \
+    virtual void setReference##suffix(type* p_variable, type p_default, type p_minimum, type p_maximum);
+#include "zyr_common/documents/zyr_raw_numbers.inl"
+    virtual void* getReferenceString(String& p_default) const;
+    virtual void setReferenceString(String* p_variable, const String& p_default);
+    virtual void* getReferenceEnum(String& p_default, settingEnum_FUNC& p_callback) const;
+    virtual void setReferenceEnum(int* p_variable, const String& p_default, settingEnum_FUNC p_callback);
+
+    virtual const String& getRegName() const {
+        return m_regName;
+    }
+    virtual void setRegName(const String& p_name) {
+        m_regName = p_name;
+    }
+    virtual const String& getRegPath() const {
+        return m_regPath;
+    }
+    virtual void setRegPath(const String& p_path) {
+        m_regPath = p_path;
+    }
+    virtual const String& getEnvName() const {
+        return m_envName;
+    }
+    virtual void setEnvName(const String& p_name) {
+        m_envName = p_name;
+    }
+    virtual const String& getConfName() const {
+        return m_confName;
+    }
+    virtual void setConfName(const String& p_name) {
+        m_confName = p_name;
+    }
+    virtual const String& getConfSection() const {
+        return m_confSection;
+    }
+    virtual void setConfSection(const String& p_section) {
+        m_confSection = p_section;
+    }
+    virtual const String& getCmdShort() const {
+        return m_cmdShort;
+    }
+    virtual void setCmdShort(const String& p_option) {
+        m_cmdShort = p_option;
+    }
+    virtual const String& getCmdShortDisable() const {
+        return m_cmdShortDisable;
+    }
+    virtual void setCmdShortDisable(const String& p_option) {
+        m_cmdShortDisable = p_option;
+    }
+    virtual const String& getCmdName() const {
+        return m_cmdName;
+    }
+    virtual void setCmdName(const String& p_option) {
+        m_cmdName = p_option;
+    }
+    virtual const String& getCmdNameDisable() const {
+        return m_cmdNameDisable;
+    }
+    virtual void setCmdNameDisable(const String& p_option) {
+        m_cmdNameDisable = p_option;
+    }
+    virtual const String& getCmdDesc() const {
+        return m_cmdDesc;
+    }
+    virtual void setCmdDesc(const String& p_text) {
+        m_cmdDesc = p_text;
+    }
+    virtual const String& getCmdDescDisable() const {
+        return m_cmdDescDisable;
+    }
+    virtual void setCmdDescDisable(const String& p_text) {
+        m_cmdDescDisable = p_text;
+    }
+
+    void init_This();
+    void release_This();
+    void copy_This(const SettingValue& p_src);
+
+protected:
+    void setReference(VariableTypeEnum p_type, void* p_variable);
+    template <typename T> void* getRange(T& p_default, T& p_minimum, T& p_maximum) const;
+    template <typename T> void setRange(T* p_variable, T p_default, T p_minimum, T p_maximum);
+
+    VariableReference* m_reference;
+    // In the type of the variable, from the first byte on.
+    unsigned char m_default[8];
+    unsigned char m_minimum[8];
+    unsigned char m_maximum[8];
+    String m_defaultString;
+    String m_regName;
+    String m_regPath;
+    String m_envName;
+    String m_confName;
+    String m_confSection;
+    String m_cmdShort;
+    String m_cmdShortDisable;
+    String m_cmdName;
+    String m_cmdNameDisable;
+    String m_cmdDesc;
+    String m_cmdDescDisable;
+    settingEnum_FUNC m_enumCallback;
+};
+
+#pragma pack(pop)
+
+static_assert(sizeof(SettingValue) == 1408 && alignof(SettingValue) == 1);
+
+} // namespace zyr
