@@ -78,8 +78,11 @@ aptUpdate() {
 
 # A plain name means this machine's own architecture, or none at all.
 isInstalled() {
-    local architecture="($(dpkg --print-architecture)|all)"
-    case $1 in *:*) architecture=${1#*:} ;; esac
+    local architecture
+    case $1 in
+    *:*) architecture=${1#*:} ;;
+    *) architecture="($(dpkg --print-architecture)|all)" ;;
+    esac
     dpkg-query -W -f '${Architecture} ${db:Status-Status}\n' "$1" 2>/dev/null | grep -qE "^$architecture installed$"
 }
 
@@ -136,7 +139,7 @@ pkgConfig() {
 # The system's configuration and lists are not touched.
 prepareSourceLists() {
     [ -n "${sourceListsReady:-}" ] && return 0
-    local dir=$work/apt mirror release options=""
+    local dir=$work/apt mirror options=""
     mirror=$(apt-get indextargets --format '$(REPO_URI) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' 2>/dev/null |
         awk '$3 == "main" && $2 !~ /-/ && $1 ~ /debian/ { print $1; exit }')
     [ -n "$mirror" ] || mirror=$(cat /etc/apt/sources.list /etc/apt/sources.list.d/* 2>/dev/null |

@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # What the scripts share. Sourced from the root of the tree.
 
 # The cache's own limit of 5 GB is too small for the five builds.

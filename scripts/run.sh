@@ -39,4 +39,4 @@ stream() {
 stream default webm "$@" || exit
 stream mpeg1video mpg --codec mpeg1video "$@" || exit
 printf '\nwritten:\n'
-ls -l "$out/$name"-* | awk '{ printf "  %10d  %s\n", $5, $NF }'
+stat -c '%s %n' "$out/$name"-* | while read -r size file; do printf '  %10d  %s\n' "$size" "$file"; done
