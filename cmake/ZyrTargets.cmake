@@ -1,7 +1,7 @@
 # Helpers that keep the folder lists short.
 
 # zyr_sources(target SOURCES a.cpp... HEADERS a.h...)
-# Headers join the target's header set, so that CMAKE_VERIFY_INTERFACE_HEADER_SETS compiles each one alone.
+# Headers join the target's header set, which is what the package installs.
 function(zyr_sources target)
     cmake_parse_arguments(ARG "" "" "SOURCES;HEADERS" ${ARGN})
     if(ARG_SOURCES)
@@ -11,10 +11,6 @@ function(zyr_sources target)
     if(ARG_HEADERS)
         list(TRANSFORM ARG_HEADERS PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/")
         target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}/src" FILES ${ARG_HEADERS})
-        # The target that compiles each header alone is made by CMake, and has no module word of its own.
-        set(alone "$<TARGET_PROPERTY:NAME>,${target}_verify_interface_header_sets")
-        target_compile_definitions(${target} INTERFACE
-            "$<BUILD_INTERFACE:$<$<STREQUAL:${alone}>:ZYR_MODULE_WORD=\"${target}\">>")
     endif()
 endfunction()
 

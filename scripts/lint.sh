@@ -2,12 +2,12 @@
 # The static checks, one OK or FAIL line each.
 #
 #   scripts/lint.sh               all checks
-#   scripts/lint.sh format tidy   only the named ones: format tidy headers layers build-list scripts
+#   scripts/lint.sh format tidy   only the named ones: format layers scripts build-list headers clang tidy
 #   scripts/lint.sh --fix         writes the format instead of checking it
 #   scripts/lint.sh --no-deps     don't look for missing packages first
 #   scripts/lint.sh --tally FILE  also writes "<passed> <failed>" to FILE
 #
-# tidy looks again only at sources whose text, headers and flags have changed since they last passed.
+# headers, clang and tidy look again only at sources whose text, headers and flags have changed since they last passed.
 set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
 
@@ -18,14 +18,14 @@ while [ $# -gt 0 ]; do
     case $1 in
     --no-deps) deps=false ;;
     --tally) tally=${2:?--tally needs a file}; shift ;;
-    --fix) git ls-files -co --exclude-standard '*.h' '*.cpp' '*.c' | xargs -r "$(command -v clang-format-14 || echo clang-format)" -i; exit ;;
+    --fix) scripts/umbrellas.py; git ls-files -co --exclude-standard '*.h' '*.cpp' '*.c' | xargs -r "$(command -v clang-format-14 || echo clang-format)" -i; exit ;;
     -h | --help) sed -n '2,/^set -u/{/^set -u/d;s/^# \{0,1\}//;p}' "$0"; exit 0 ;;
     -*) echo "lint: unknown option: $1 (see --help)" >&2; exit 2 ;;
     *) checks+=("$1") ;;
     esac
     shift
 done
-[ ${#checks[@]} -gt 0 ] || checks=(format layers scripts build-list headers tidy)
+[ ${#checks[@]} -gt 0 ] || checks=(format layers scripts build-list headers clang tidy)
 source scripts/lib.sh
 if $deps; then scripts/deps.sh --with lint || exit 1; fi
 
@@ -58,7 +58,8 @@ check_layers() { python3 scripts/check_layers.py; }
 
 check_scripts() {
     local file result=0
-    for file in scripts/*.sh .ci/run; do bash -n "$file" || result=1; done
+    shellcheck scripts/*.sh tests/package/*.sh .ci/run || result=1
+    for file in $(git ls-files -co --exclude-standard '*.py'); do python3 -c 'import ast, sys; ast.parse(open(sys.argv[1]).read())' "$file" || result=1; done
     return $result
 }
 
@@ -79,24 +80,35 @@ check_build-list() {
     return $result
 }
 
-# Every header compiles alone.
-check_headers() {
-    local log=build/$preset/headers.log
-    configure || return 1
-    cmake --build build/$preset --target all_verify_interface_header_sets -j "$jobs" -- -k 20 >"$log" 2>&1 ||
-        { grep -vE '^\[[0-9]+/[0-9]+\] Building' "$log" | head -n 60; return 1; }
+# What is checked unit by unit: one line for each source of the build whose path matches, the path and its own -I, -isystem, -D
+# and -std, quoted for a shell.
+unitsOfBuild() {
+    python3 - "build/$preset/compile_commands.json" "$1" <<'PYTHON'
+import json, os, re, shlex, sys
+for entry in sorted(json.load(open(sys.argv[1])), key=lambda entry: entry["file"]):
+    path = os.path.relpath(entry["file"])
+    if not re.match(sys.argv[2], path):
+        continue
+    words, flags = shlex.split(entry["command"]), []
+    for word, following in zip(words, words[1:]):
+        if re.match("-(I|D|std=)", word):
+            flags.append(word)
+        elif word == "-isystem":
+            flags += [word, following]
+    print(path, shlex.join(flags))
+PYTHON
 }
 
-# One source through clang-tidy; a stamp named after everything that it reads stands for "passed".
-tidyOne() {
-    local file=$1 flags stamp
-    flags="-std=c++20 -Isrc -DZYR_MODULE_WORD=\"lint\" $ZYR_TIDY_INCLUDES"
-    # shellcheck disable=SC2086
-    stamp=$(set -o pipefail; g++ $flags -w -E "$file" 2>&1 | cat - .clang-tidy | sha256sum | cut -c1-40) ||
+# checkUnit KIND "FILE FLAGS": runs checkUnit_KIND with file and flags; a stamp named after everything that it reads stands
+# for "passed".
+checkUnit() {
+    local kind=$1 file=${2%% *} flags stamp
+    eval "flags=(${2#* })"
+    stamp=$(set -o pipefail; g++ "${flags[@]}" -w -E -x c++ "$file" 2>&1 |
+        cat - .clang-tidy scripts/lint.sh <(echo "$kind") | sha256sum | cut -c1-40) ||
         { echo "$file: cannot be preprocessed"; return 1; }
     [ -e "build/tidy/$stamp" ] && return 0
-    # shellcheck disable=SC2086
-    if clang-tidy --quiet "$file" -- $flags -w >"build/tidy/out.$stamp" 2>&1; then
+    if "checkUnit_$kind" "$file" "${flags[@]}" >"build/tidy/out.$stamp" 2>&1; then
         rm -f "build/tidy/out.$stamp"
         touch "build/tidy/$stamp"
     else
@@ -105,15 +117,52 @@ tidyOne() {
         return 1
     fi
 }
+checkUnit_tidy() { clang-tidy --quiet "$1" -- "${@:2}" -w; }
+checkUnit_header() { g++ "${@:2}" -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Werror -fsyntax-only -x c++ - <<<"#include \"${1#src/}\""; }
+checkUnit_clang() {
+    clang++ "${@:2}" -fsyntax-only -Wall -Wextra -Wshadow -Wmove -Wloop-analysis -Wtautological-compare -Wconditional-uninitialized \
+        -Wunreachable-code -Wcomma -Wno-inconsistent-missing-override -Wno-unused-lambda-capture -Werror "$1"
+}
+
+# checkUnits KIND: the lines of its input side by side.
+checkUnits() {
+    mkdir -p build/tidy
+    export -f checkUnit checkUnit_tidy checkUnit_header checkUnit_clang
+    tr '\n' '\0' | xargs -0 -r -P "$jobs" -I{} bash -c 'checkUnit "$0" "$1"' "$1" {}
+}
+
+# Every header compiles alone, and the umbrella headers have them all. A source that includes its own header first has shown
+# it already.
+check_headers() {
+    local file source includes result=0
+    configure || return 1
+    # The include folders of all targets.
+    includes=$(grep -oE -- '-isystem /[^ "]+' "build/$preset/compile_commands.json" | sort -u | tr '\n' ' ')
+    scripts/umbrellas.py --check || result=1
+    for file in $(git ls-files -co --exclude-standard 'src/*.h'); do
+        source=${file%.h}.cpp
+        [ -e "$file" ] || continue
+        [ -e "$source" ] && [ "$(grep -m 1 '^ *# *include' "$source")" = "#include \"${file#src/}\"" ] && continue
+        echo "$file -std=c++20 -Isrc -DZYR_MODULE_WORD=\\\"lint\\\" $includes"
+    done | checkUnits header || result=1
+    return $result
+}
+
+# Mistakes in the product, and in all that stands beside it and runs.
 check_tidy() {
     configure || return 1
-    mkdir -p build/tidy
-    # The include folders of all targets; the compiler's own options mean nothing to clang.
-    ZYR_TIDY_INCLUDES=$(grep -oE -- '-(I|isystem )/[^ "]+' "build/$preset/compile_commands.json" | sort -u | tr '\n' ' ')
-    export ZYR_TIDY_INCLUDES
-    export -f tidyOne
-    git ls-files -co --exclude-standard 'src/*.cpp' | while read -r file; do [ -e "$file" ] && echo "$file"; done |
-        xargs -P "$jobs" -I{} bash -c 'tidyOne {}'
+    { unitsOfBuild '(src|bench|fuzz)/.*\.cpp$'; exampleUnits; } | checkUnits tidy
+}
+exampleUnits() {
+    git ls-files -co --exclude-standard 'examples/*.cpp' |
+        sed 's,$, -std=c++20 -Isrc -DZYR_MODULE_WORD=\\"lint\\",'
+}
+
+# The tests by another compiler than the one that builds them, and without their precompiled header. tidy would take longer
+# than all the rest.
+check_clang() {
+    configure || return 1
+    unitsOfBuild 'tests/.*\.cpp$' | sort -u -k 1,1 | checkUnits clang
 }
 
 for check in "${checks[@]}"; do

@@ -6,12 +6,7 @@
 // Prints a line for each frame; ends with 1 when something is missing, and says what.
 
 #include "picture/zyr_picture.h"
-#include "zyr_common/application/zyr_application_data.h"
-#include "zyr_common/containers/zyr_array.h"
-#include "zyr_common/containers/zyr_list.h"
-#include "zyr_common/object/zyr_factories.h"
-#include "zyr_common/object_containers/zyr_list_of_objects.h"
-#include "zyr_common/platform/zyr_library.h"
+#include "zyr_common/zyr_common.h"
 
 #include <cstdio>
 
