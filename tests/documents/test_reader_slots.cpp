@@ -161,16 +161,8 @@ TEST(BinaryWriterFacade, ForwardsEachOperationToItsSlot) {
     spy.expectForwarded(object, &IBinaryWriter::writeSingleUInt32, 53);
     spy.expectForwarded(object, &IBinaryWriter::writeSingleInt64, 54);
     spy.expectForwarded(object, &IBinaryWriter::writeSingleUInt64, 55);
-    // Their arguments are not where the spy looks.
-    EXPECT_EQ(getSlot(&IBinaryWriter::writeSingleFloat), 56u);
-    EXPECT_EQ(getSlot(&IBinaryWriter::writeSingleDouble), 57u);
-    SlotSpy::takeCalls();
-    object->writeSingleFloat(1.0f);
-    object->writeSingleDouble(1.0);
-    const std::vector<SlotSpy::Call> calls = SlotSpy::takeCalls();
-    ASSERT_EQ(calls.size(), 2u);
-    EXPECT_EQ(calls[0].m_slot, 56u);
-    EXPECT_EQ(calls[1].m_slot, 57u);
+    spy.expectForwarded(object, &IBinaryWriter::writeSingleFloat, 56);
+    spy.expectForwarded(object, &IBinaryWriter::writeSingleDouble, 57);
     spy.expectForwarded(object, &IBinaryWriter::writeSingleInt16Base128, 58);
     spy.expectForwarded(object, &IBinaryWriter::writeSingleUInt16Base128, 59);
     spy.expectForwarded(object, &IBinaryWriter::writeSingleInt32Base128, 60);

@@ -1,71 +1,21 @@
-#include "picture/virtual_slots.h"
 #include "picture/zyr_picture.h"
-#include "support/binary_layout.h"
 #include "support/zyr_invariant.h"
+#include "support/zyr_slot_spy.h"
 
 #include <gtest/gtest.h>
 
 using namespace zyr;
-using namespace virtual_slots;
 
 namespace {
 
-/// A facade in front of an object that records calls.
-template <class Facade, class Interface> class OpenFacade : public Facade {
-public:
-    explicit OpenFacade(RecordingObject* p_object) { this->m_interfaceObject = reinterpret_cast<Interface*>(p_object); }
-};
-
-/// The operation stands at the next slot of the interface, and the facade hands its call on to the same slot of the
-/// interface object with the same arguments, and hands the answer back.
-template <class Facade, class Interface> class ForwardingCheck {
-public:
-    template <typename Member> ForwardingCheck& next(Member p_member) {
-        const size_t slot = getSlot(p_member);
-        EXPECT_EQ(slot, m_nextSlot);
-        lastCall = {};
-        const uint64_t result = callSlot(m_facade, slot);
-        EXPECT_EQ(lastCall.m_object, &m_object) << slot;
-        EXPECT_EQ(lastCall.m_slot, slot);
-        for (size_t i = 0; i < argumentsOf(p_member); ++i) {
-            // A truth value fills one byte of its place.
-            EXPECT_EQ(lastCall.m_arguments[i] & 0xFF, i + 1) << slot;
-        }
-        if (!returnsNothing(p_member)) {
-            EXPECT_EQ(result & 0xFF, answer) << slot;
-        }
-        ++m_nextSlot;
-        return *this;
-    }
-
-    /// The same where the first argument is a float, which travels apart from the numbers.
-    ForwardingCheck& nextWithFloat(bool_t (Interface::*p_member)(float, uint32_t)) {
-        const size_t slot = getSlot(p_member);
-        EXPECT_EQ(slot, m_nextSlot);
-        lastCall = {};
-        EXPECT_EQ((m_facade->*p_member)(0.5f, 3), answer);
-        EXPECT_EQ(lastCall.m_slot, slot);
-        EXPECT_EQ(lastCall.m_arguments[0] & 0xFFFFFFFF, 3u);
-        ++m_nextSlot;
-        return *this;
-    }
-
-private:
-    template <typename R, typename C, typename... A> static bool returnsNothing(R (C::*)(A...)) {
-        return std::is_void_v<R>;
-    }
-    template <typename R, typename C, typename... A> static bool returnsNothing(R (C::*)(A...) const) {
-        return std::is_void_v<R>;
-    }
-
-    RecordingObject m_object;
-    // Its destructor would release the recording object, whose release does nothing.
-    OpenFacade<Facade, Interface>* m_facade = new OpenFacade<Facade, Interface>(&m_object);
-    size_t m_nextSlot = 43;
-
-public:
-    ~ForwardingCheck() { delete m_facade; }
-};
+/// The operations stand at the slots behind those of the object, one behind the other, and the facade hands each call
+/// on.
+template <class Facade, class Interface, typename... Operations> void expectForwarded(Operations... p_operations) {
+    SlotSpy spy;
+    Facade* facade = spy.makeFacade<Facade>();
+    spy.expectForwardedInOrder(static_cast<Interface*>(facade), 43, p_operations...);
+    facade->release();
+}
 
 } // namespace
 
@@ -74,195 +24,97 @@ TEST(PictureInterfaces, BeginBehindTheSlotsOfTheObject) {
 }
 
 TEST(FrameEncoderFacade, ForwardsItsOperationsInSlotOrder) {
-    ForwardingCheck<WFrameEncoder, IFrameEncoder> check;
-    check.next(&IFrameEncoder::getLibName);
-    check.next(&IFrameEncoder::getLibVersion);
-    check.next(&IFrameEncoder::getCodecName);
-    check.next(&IFrameEncoder::getCodecProposals);
-    check.next(&IFrameEncoder::getAdapterID);
-    check.next(&IFrameEncoder::setAdapterID);
-    check.next(&IFrameEncoder::initialize);
-    check.next(&IFrameEncoder::deinitialize);
-    check.next(&IFrameEncoder::getCodecInfo);
-    check.next(&IFrameEncoder::createFrameEncoderContext);
-    check.next(&IFrameEncoder::getFrameEncoderReserved);
+    expectForwarded<WFrameEncoder, IFrameEncoder>(
+        &IFrameEncoder::getLibName, &IFrameEncoder::getLibVersion, &IFrameEncoder::getCodecName,
+        &IFrameEncoder::getCodecProposals, &IFrameEncoder::getAdapterID, &IFrameEncoder::setAdapterID,
+        &IFrameEncoder::initialize, &IFrameEncoder::deinitialize, &IFrameEncoder::getCodecInfo,
+        &IFrameEncoder::createFrameEncoderContext, &IFrameEncoder::getFrameEncoderReserved);
 }
 
 TEST(FrameEncoderContextFacade, ForwardsItsOperationsInSlotOrder) {
-    ForwardingCheck<WFrameEncoderContext, IFrameEncoderContext> check;
-    check.next(&IFrameEncoderContext::initialize);
-    check.next(&IFrameEncoderContext::deinitialize);
-    check.next(&IFrameEncoderContext::encode);
-    check.next(&IFrameEncoderContext::getEncoder);
-    check.next(&IFrameEncoderContext::getQuality);
-    check.next(&IFrameEncoderContext::setQuality);
-    check.next(&IFrameEncoderContext::getFrameEncoderContextReserved);
+    expectForwarded<WFrameEncoderContext, IFrameEncoderContext>(
+        &IFrameEncoderContext::initialize, &IFrameEncoderContext::deinitialize, &IFrameEncoderContext::encode,
+        &IFrameEncoderContext::getEncoder, &IFrameEncoderContext::getQuality, &IFrameEncoderContext::setQuality,
+        &IFrameEncoderContext::getFrameEncoderContextReserved);
 }
 
 TEST(FrameDecoderFacade, ForwardsItsOperationsInSlotOrder) {
-    ForwardingCheck<WFrameDecoder, IFrameDecoder> check;
-    check.next(&IFrameDecoder::getLibName);
-    check.next(&IFrameDecoder::getLibVersion);
-    check.next(&IFrameDecoder::getCodecName);
-    check.next(&IFrameDecoder::getCodecRequests);
-    check.next(&IFrameDecoder::initialize);
-    check.next(&IFrameDecoder::deinitialize);
-    check.next(&IFrameDecoder::getCodecInfo);
-    check.next(&IFrameDecoder::createFrameDecoderContext);
-    check.next(&IFrameDecoder::getFrameDecoderReserved);
+    expectForwarded<WFrameDecoder, IFrameDecoder>(
+        &IFrameDecoder::getLibName, &IFrameDecoder::getLibVersion, &IFrameDecoder::getCodecName,
+        &IFrameDecoder::getCodecRequests, &IFrameDecoder::initialize, &IFrameDecoder::deinitialize,
+        &IFrameDecoder::getCodecInfo, &IFrameDecoder::createFrameDecoderContext,
+        &IFrameDecoder::getFrameDecoderReserved);
 }
 
 TEST(FrameDecoderContextFacade, ForwardsItsOperationsInSlotOrder) {
-    ForwardingCheck<WFrameDecoderContext, IFrameDecoderContext> check;
-    check.next(&IFrameDecoderContext::initialize);
-    check.next(&IFrameDecoderContext::deinitialize);
-    check.next(&IFrameDecoderContext::decode);
-    check.next(&IFrameDecoderContext::getDecoder);
-    check.next(&IFrameDecoderContext::getFrameDecoderContextReserved);
+    expectForwarded<WFrameDecoderContext, IFrameDecoderContext>(
+        &IFrameDecoderContext::initialize, &IFrameDecoderContext::deinitialize, &IFrameDecoderContext::decode,
+        &IFrameDecoderContext::getDecoder, &IFrameDecoderContext::getFrameDecoderContextReserved);
 }
 
 TEST(PackedFrameDataFacade, ForwardsItsOperationsInSlotOrder) {
-    ForwardingCheck<WPackedFrameData, IPackedFrameData> check;
-    check.next(&IPackedFrameData::getWidth);
-    check.next(&IPackedFrameData::getHeight);
-    check.next(&IPackedFrameData::getVideoFrameID);
-    check.next(&IPackedFrameData::getPackedData);
-    check.next(&IPackedFrameData::getDiffmap);
-    check.next(&IPackedFrameData::getUncompressedSize);
-    check.next(&IPackedFrameData::getPackedFrameDataReserved);
+    expectForwarded<WPackedFrameData, IPackedFrameData>(
+        &IPackedFrameData::getWidth, &IPackedFrameData::getHeight, &IPackedFrameData::getVideoFrameID,
+        &IPackedFrameData::getPackedData, &IPackedFrameData::getDiffmap, &IPackedFrameData::getUncompressedSize,
+        &IPackedFrameData::getPackedFrameDataReserved);
 }
 
 TEST(UnpackedFrameDataFacade, ForwardsItsOperationsInSlotOrder) {
-    ForwardingCheck<WUnpackedFrameData, IUnpackedFrameData> check;
-    check.next(&IUnpackedFrameData::getWidth);
-    check.next(&IUnpackedFrameData::getHeight);
-    check.next(&IUnpackedFrameData::getVideoFrameID);
-    check.next(&IUnpackedFrameData::getSystemMemory);
-    check.next(&IUnpackedFrameData::getGPUMemory);
-    check.next(&IUnpackedFrameData::getDiffmap);
-    check.next(&IUnpackedFrameData::getUnpackedFrameDataReserved);
+    expectForwarded<WUnpackedFrameData, IUnpackedFrameData>(
+        &IUnpackedFrameData::getWidth, &IUnpackedFrameData::getHeight, &IUnpackedFrameData::getVideoFrameID,
+        &IUnpackedFrameData::getSystemMemory, &IUnpackedFrameData::getGPUMemory, &IUnpackedFrameData::getDiffmap,
+        &IUnpackedFrameData::getUnpackedFrameDataReserved);
 }
 
 TEST(ImageFacade, ForwardsItsOperationsInSlotOrder) {
-    ForwardingCheck<WImage, IImage> check;
-    check.next(&IImage::init);
-    check.next(&IImage::bindFixedSizeData);
-    check.next(&IImage::clearColor);
-    check.next(&IImage::convert);
-    check.next(&IImage::changeFormat);
-    check.next(&IImage::changeVerse);
-    check.next(&IImage::changeSize);
-    check.next(&IImage::mirror);
-    check.next(&IImage::stretch);
-    check.next(&IImage::compare);
-    check.next(&IImage::extractDiffmap);
-    check.next(&IImage::copyRect);
-    check.next(&IImage::drawMask);
-    check.next(&IImage::extractPackedBlocks);
-    check.next(&IImage::drawPackedBlocks);
-    check.next(&IImage::setAllocationModel);
-    check.next(&IImage::getChannel);
-    check.next(&IImage::setChannel);
-    check.nextWithFloat(&IImage::setChannelValue);
-    check.next(&IImage::simulateANDMask);
-    check.next(&IImage::getWidth);
-    check.next(&IImage::getHeight);
-    check.next(&IImage::getPitch);
-    check.next(&IImage::getFormat);
-    check.next(&IImage::getColorSpace);
-    check.next(&IImage::getBitsPerPixel);
-    check.next(&IImage::getData);
-    check.next(&IImage::getSize);
-    check.next(&IImage::getPalette);
-    check.next(&IImage::getColorDataFormatInfo);
-    check.next(&IImage::setColorDataFormatInfo);
-    check.next(&IImage::getAlphaDataFormatInfo);
-    check.next(&IImage::setAlphaDataFormatInfo);
-    check.next(&IImage::getImageReserved);
+    expectForwarded<WImage, IImage>(
+        &IImage::init, &IImage::bindFixedSizeData, &IImage::clearColor, &IImage::convert, &IImage::changeFormat,
+        &IImage::changeVerse, &IImage::changeSize, &IImage::mirror, &IImage::stretch, &IImage::compare,
+        &IImage::extractDiffmap, &IImage::copyRect, &IImage::drawMask, &IImage::extractPackedBlocks,
+        &IImage::drawPackedBlocks, &IImage::setAllocationModel, &IImage::getChannel, &IImage::setChannel,
+        &IImage::setChannelValue, &IImage::simulateANDMask, &IImage::getWidth, &IImage::getHeight, &IImage::getPitch,
+        &IImage::getFormat, &IImage::getColorSpace, &IImage::getBitsPerPixel, &IImage::getData, &IImage::getSize,
+        &IImage::getPalette, &IImage::getColorDataFormatInfo, &IImage::setColorDataFormatInfo,
+        &IImage::getAlphaDataFormatInfo, &IImage::setAlphaDataFormatInfo, &IImage::getImageReserved);
 }
 
 TEST(DiffmapFacade, ForwardsItsOperationsInSlotOrder) {
-    ForwardingCheck<WDiffmap, IDiffmap> check;
-    check.next(&IDiffmap::init);
-    check.next(&IDiffmap::clearValue);
-    check.next(&IDiffmap::changeSize);
-    check.next(&IDiffmap::setAllocationModel);
-    check.next(&IDiffmap::convert);
-    check.next(&IDiffmap::isEmpty);
-    check.next(&IDiffmap::convertIntoRects);
-    check.next(&IDiffmap::drawSingleRect);
-    check.next(&IDiffmap::drawMultipleRects);
-    check.next(&IDiffmap::drawDiffmap);
-    check.next(&IDiffmap::createSlice);
-    check.next(&IDiffmap::printToLog);
-    check.next(&IDiffmap::getNumOfBlocks);
-    check.next(&IDiffmap::getImageWidth);
-    check.next(&IDiffmap::getImageHeight);
-    check.next(&IDiffmap::getHBlocks);
-    check.next(&IDiffmap::getVBlocks);
-    check.next(&IDiffmap::getBlockWidth);
-    check.next(&IDiffmap::getBlockHeight);
-    check.next(&IDiffmap::getData);
-    check.next(&IDiffmap::getSize);
-    check.next(&IDiffmap::getDiffmapReserved);
+    expectForwarded<WDiffmap, IDiffmap>(
+        &IDiffmap::init, &IDiffmap::clearValue, &IDiffmap::changeSize, &IDiffmap::setAllocationModel,
+        &IDiffmap::convert, &IDiffmap::isEmpty, &IDiffmap::convertIntoRects, &IDiffmap::drawSingleRect,
+        &IDiffmap::drawMultipleRects, &IDiffmap::drawDiffmap, &IDiffmap::createSlice, &IDiffmap::printToLog,
+        &IDiffmap::getNumOfBlocks, &IDiffmap::getImageWidth, &IDiffmap::getImageHeight, &IDiffmap::getHBlocks,
+        &IDiffmap::getVBlocks, &IDiffmap::getBlockWidth, &IDiffmap::getBlockHeight, &IDiffmap::getData,
+        &IDiffmap::getSize, &IDiffmap::getDiffmapReserved);
 }
 
 TEST(PaletteFacade, ForwardsItsOperationsInSlotOrder) {
-    ForwardingCheck<WPalette, IPalette> check;
-    check.next(&IPalette::init);
-    check.next(&IPalette::resize);
-    check.next(&IPalette::convert);
-    check.next(&IPalette::changeFormat);
-    check.next(&IPalette::getNumOfIndices);
-    check.next(&IPalette::getData);
-    check.next(&IPalette::getSize);
-    check.next(&IPalette::getFormat);
-    check.next(&IPalette::getPaletteReserved);
+    expectForwarded<WPalette, IPalette>(&IPalette::init, &IPalette::resize, &IPalette::convert, &IPalette::changeFormat,
+                                        &IPalette::getNumOfIndices, &IPalette::getData, &IPalette::getSize,
+                                        &IPalette::getFormat, &IPalette::getPaletteReserved);
 }
 
 TEST(JpegFormatInfoFacade, ForwardsItsOperationsInSlotOrder) {
-    ForwardingCheck<WJpegFormatInfo, IJpegFormatInfo> check;
-    check.next(&IJpegFormatInfo::getFormatName);
-    check.next(&IJpegFormatInfo::setFormatName);
-    check.next(&IJpegFormatInfo::getDataFormatInfoReserved);
-    check.next(&IJpegFormatInfo::getAccessType);
-    check.next(&IJpegFormatInfo::setAccessType);
-    check.next(&IJpegFormatInfo::getFilePath);
-    check.next(&IJpegFormatInfo::setFilePath);
-    check.next(&IJpegFormatInfo::isReadOnly);
-    check.next(&IJpegFormatInfo::setReadOnly);
-    check.next(&IJpegFormatInfo::getOriginalFile);
-    check.next(&IJpegFormatInfo::getMutableOriginalFile);
-    check.next(&IJpegFormatInfo::setOriginalFile);
-    check.next(&IJpegFormatInfo::getNativeFormatInfoReserved);
-    check.next(&IJpegFormatInfo::getQuality);
-    check.next(&IJpegFormatInfo::setQuality);
-    check.next(&IJpegFormatInfo::isProgressive);
-    check.next(&IJpegFormatInfo::setProgressive);
-    check.next(&IJpegFormatInfo::getJpegFormatInfoReserved);
+    expectForwarded<WJpegFormatInfo, IJpegFormatInfo>(
+        &IJpegFormatInfo::getFormatName, &IJpegFormatInfo::setFormatName, &IJpegFormatInfo::getDataFormatInfoReserved,
+        &IJpegFormatInfo::getAccessType, &IJpegFormatInfo::setAccessType, &IJpegFormatInfo::getFilePath,
+        &IJpegFormatInfo::setFilePath, &IJpegFormatInfo::isReadOnly, &IJpegFormatInfo::setReadOnly,
+        &IJpegFormatInfo::getOriginalFile, &IJpegFormatInfo::getMutableOriginalFile, &IJpegFormatInfo::setOriginalFile,
+        &IJpegFormatInfo::getNativeFormatInfoReserved, &IJpegFormatInfo::getQuality, &IJpegFormatInfo::setQuality,
+        &IJpegFormatInfo::isProgressive, &IJpegFormatInfo::setProgressive, &IJpegFormatInfo::getJpegFormatInfoReserved);
 }
 
 TEST(ReadbackContextFacade, ForwardsItsOperationsInSlotOrder) {
-    ForwardingCheck<WReadbackContext, IReadbackContext> check;
-    check.next(&IReadbackContext::getAdapterID);
-    check.next(&IReadbackContext::initialize);
-    check.next(&IReadbackContext::getReadbackContextReserved);
+    expectForwarded<WReadbackContext, IReadbackContext>(&IReadbackContext::getAdapterID, &IReadbackContext::initialize,
+                                                        &IReadbackContext::getReadbackContextReserved);
 }
 
 TEST(SharedTextureFacade, ForwardsItsOperationsInSlotOrder) {
-    ForwardingCheck<WSharedTexture, ISharedTexture> check;
-    check.next(&ISharedTexture::getWidth);
-    check.next(&ISharedTexture::getHeight);
-    check.next(&ISharedTexture::getFormat);
-    check.next(&ISharedTexture::getReadbackContext);
-    check.next(&ISharedTexture::setReadbackContext);
-    check.next(&ISharedTexture::getOriginalTexture);
-    check.next(&ISharedTexture::setOriginalTexture);
-    check.next(&ISharedTexture::getSharedHandle);
-    check.next(&ISharedTexture::setSharedHandle);
-    check.next(&ISharedTexture::copyToSystemMemory);
-    check.next(&ISharedTexture::getDeviceInfo);
-    check.next(&ISharedTexture::getSharedTextureReserved);
+    expectForwarded<WSharedTexture, ISharedTexture>(
+        &ISharedTexture::getWidth, &ISharedTexture::getHeight, &ISharedTexture::getFormat,
+        &ISharedTexture::getReadbackContext, &ISharedTexture::setReadbackContext, &ISharedTexture::getOriginalTexture,
+        &ISharedTexture::setOriginalTexture, &ISharedTexture::getSharedHandle, &ISharedTexture::setSharedHandle,
+        &ISharedTexture::copyToSystemMemory, &ISharedTexture::getDeviceInfo, &ISharedTexture::getSharedTextureReserved);
 }
 
 template <class Interface> static void expectIdentity(const char* p_guid, const char* p_name, const char* p_assertion) {

@@ -1,10 +1,12 @@
 /// An object without a class: each slot of its table records that it was called. It stands behind a facade to show that
 /// an operation of the facade calls the slot that separately built modules expect, with the same arguments, and gives
-/// its result back.
+/// its result back. Operations have any number of arguments, of any kind.
 ///
 ///     SlotSpy spy;
 ///     WImage* facade = spy.makeFacade<WImage>();
 ///     spy.expectForwarded(facade, &IImage::getWidth, 67);
+///     spy.expectForwardedInOrder(facade, 67, &IImage::getWidth, &IImage::getHeight);
+///     facade->release();
 ///
 /// Link zyr_test_slot_spy: the check that an object is of the class that it is used as has to be off.
 #pragma once
@@ -15,7 +17,8 @@
 #include <array>
 #include <cstring>
 #include <gtest/gtest.h>
-#include <tuple>
+#include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -24,12 +27,11 @@ namespace zyr {
 class SlotSpy {
 public:
     static constexpr size_t NUM_OF_SLOTS = 120;
-    static constexpr size_t MAX_ARGUMENTS = 5;
 
     struct Call {
         const void* m_object;
         size_t m_slot;
-        uint64_t m_arguments[MAX_ARGUMENTS];
+        bool m_hasItsArguments; // as expectForwarded() gave them
     };
 
     SlotSpy() : m_table(getTable(std::make_index_sequence<NUM_OF_SLOTS>()).data() + 2) { s_calls.clear(); }
@@ -51,23 +53,39 @@ public:
     }
 
     /// Calls the operation of the facade with small made-up arguments.
-    template <class Interface, typename Result, typename... Arguments>
-    void expectForwarded(Interface* p_facade, Result (Interface::*p_operation)(Arguments...), size_t p_slot) {
-        check<Result>(p_facade, p_operation, p_slot, arguments<Arguments...>());
+    template <class Interface, class Owner, typename Result, typename... Arguments>
+    void expectForwarded(Interface* p_facade, Result (Owner::*p_operation)(Arguments...), size_t p_slot) {
+        check<Result, Arguments...>(p_facade, p_operation, p_slot);
     }
-    template <class Interface, typename Result, typename... Arguments>
-    void expectForwarded(Interface* p_facade, Result (Interface::*p_operation)(Arguments...) const, size_t p_slot) {
-        check<Result>(p_facade, p_operation, p_slot, arguments<Arguments...>());
+    template <class Interface, class Owner, typename Result, typename... Arguments>
+    void expectForwarded(Interface* p_facade, Result (Owner::*p_operation)(Arguments...) const, size_t p_slot) {
+        check<Result, Arguments...>(p_facade, p_operation, p_slot);
     }
 
-    /// What the slot gives: a number that is an address too.
-    static uint64_t getResult(size_t p_slot) { return reinterpret_cast<uint64_t>(&s_results[p_slot]); }
+    /// The same for operations whose slots follow each other.
+    template <class Interface, typename... Operations>
+    void expectForwardedInOrder(Interface* p_facade, size_t p_firstSlot, Operations... p_operations) {
+        (expectForwarded(p_facade, p_operations, p_firstSlot++), ...);
+    }
 
 private:
-    template <size_t Slot>
-    static uint64_t record(const void* p_object, uint64_t p_1, uint64_t p_2, uint64_t p_3, uint64_t p_4, uint64_t p_5) {
-        s_calls.push_back({p_object, Slot, {p_1, p_2, p_3, p_4, p_5}});
-        return getResult(Slot);
+    // What any slot does: it says that it was called.
+    template <size_t Slot> static const void* record(const void* p_object) {
+        s_calls.push_back({p_object, Slot, false});
+        return getPlace(0);
+    }
+
+    // What the slot under test does. It is called as the operation is, so that each argument is where the compiler puts
+    // it.
+    template <typename Result, typename... Arguments>
+    static Result recordArguments(const void* p_object, Arguments... p_arguments) {
+        size_t index = 0;
+        bool areTheSame = true;
+        ((areTheSame = isArgument<Arguments>(p_arguments, ++index) && areTheSame), ...);
+        s_calls.push_back({p_object, s_slot, areTheSame});
+        if constexpr (!std::is_void_v<Result>) {
+            return argument<Result>(0);
+        }
     }
 
     // In front of the slots stand the offset to the top of the object and the type information.
@@ -77,56 +95,58 @@ private:
         return table;
     }
 
-    // The i-th argument: the number i + 3, or something at a known place.
-    template <typename Argument> static Argument argument(size_t p_index) {
-        if constexpr (std::is_reference_v<Argument>) {
-            return *reinterpret_cast<std::remove_reference_t<Argument>*>(s_places + p_index * PLACE_SIZE);
-        } else if constexpr (std::is_pointer_v<Argument>) {
-            return reinterpret_cast<Argument>(s_places + p_index * PLACE_SIZE);
+    // Made-up values, all different: the result is number 0, the arguments follow. What is pointed at has its own
+    // place.
+    template <typename Value> static Value argument(size_t p_index) {
+        if constexpr (std::is_reference_v<Value>) {
+            return *reinterpret_cast<std::remove_reference_t<Value>*>(getPlace(p_index));
+        } else if constexpr (std::is_pointer_v<Value>) {
+            return reinterpret_cast<Value>(getPlace(p_index));
         } else {
-            return static_cast<Argument>(p_index + 3);
+            return static_cast<Value>(p_index + 3);
         }
     }
-    template <typename Argument> static bool isArgument(uint64_t p_value, size_t p_index) {
-        if constexpr (std::is_reference_v<Argument> || std::is_pointer_v<Argument>) {
-            return p_value == reinterpret_cast<uint64_t>(s_places + p_index * PLACE_SIZE);
+    template <typename Value> static bool isArgument(const std::remove_reference_t<Value>& p_value, size_t p_index) {
+        if constexpr (std::is_reference_v<Value>) {
+            return &p_value == static_cast<const void*>(getPlace(p_index));
         } else {
-            Argument value;
-            memcpy(&value, &p_value, sizeof(value)); // The rest of the register isn't defined.
-            return value == static_cast<Argument>(p_index + 3);
+            return p_value == argument<Value>(p_index);
         }
     }
+    static unsigned char* getPlace(size_t p_index) { return s_places + p_index * PLACE_SIZE; }
 
-    template <typename... Arguments> static std::tuple<Arguments...>* arguments() { return nullptr; }
-
-    template <typename Result, class Interface, typename Operation, typename... Arguments>
-    void check(Interface* p_facade, Operation p_operation, size_t p_slot, std::tuple<Arguments...>*) {
+    template <typename Result, typename... Arguments, class Interface, typename Operation>
+    void check(Interface* p_facade, Operation p_operation, size_t p_slot) {
         SCOPED_TRACE("slot " + std::to_string(p_slot));
-        EXPECT_EQ(getSlot(p_operation), p_slot);
+        static_assert(sizeof...(Arguments) < NUM_OF_PLACES);
+        ASSERT_LT(p_slot, NUM_OF_SLOTS);
+        ASSERT_EQ(getSlot(p_operation), p_slot);
         takeCalls();
+        s_slot = p_slot;
+        void* const usual =
+            std::exchange(m_table[p_slot], reinterpret_cast<void*>(&recordArguments<Result, Arguments...>));
         [&]<size_t... Indexes>(std::index_sequence<Indexes...>) {
             if constexpr (std::is_void_v<Result>) {
-                (p_facade->*p_operation)(argument<Arguments>(Indexes)...);
-            } else if constexpr (std::is_reference_v<Result>) {
-                EXPECT_EQ(reinterpret_cast<uint64_t>(&(p_facade->*p_operation)(argument<Arguments>(Indexes)...)),
-                          getResult(p_slot));
+                (p_facade->*p_operation)(argument<Arguments>(Indexes + 1)...);
             } else {
-                EXPECT_EQ((p_facade->*p_operation)(argument<Arguments>(Indexes)...), (Result)getResult(p_slot));
+                EXPECT_TRUE(isArgument<Result>((p_facade->*p_operation)(argument<Arguments>(Indexes + 1)...), 0));
             }
-            const std::vector<Call> calls = takeCalls();
-            ASSERT_EQ(calls.size(), 1u);
-            EXPECT_EQ(calls[0].m_object, this);
-            EXPECT_EQ(calls[0].m_slot, p_slot);
-            EXPECT_TRUE((isArgument<Arguments>(calls[0].m_arguments[Indexes], Indexes) && ...));
         }
         (std::make_index_sequence<sizeof...(Arguments)>());
+        m_table[p_slot] = usual;
+        const std::vector<Call> calls = takeCalls();
+        ASSERT_EQ(calls.size(), 1u);
+        EXPECT_EQ(calls[0].m_object, this);
+        EXPECT_EQ(calls[0].m_slot, p_slot);
+        EXPECT_TRUE(calls[0].m_hasItsArguments);
     }
 
     static constexpr size_t PLACE_SIZE = 512;
+    static constexpr size_t NUM_OF_PLACES = 32;
 
     inline static std::vector<Call> s_calls;
-    inline static unsigned char s_results[NUM_OF_SLOTS];
-    alignas(16) inline static unsigned char s_places[MAX_ARGUMENTS * PLACE_SIZE];
+    inline static size_t s_slot = 0;
+    alignas(16) inline static unsigned char s_places[NUM_OF_PLACES * PLACE_SIZE];
 
     // The only member stands where an object has the pointer to its table.
     void** m_table;
