@@ -33,36 +33,6 @@ std::string nameOf(const FrameCodecRequest& p_request) {
     return "decoder " + toText(p_request.codecImplementation) + (hardware.empty() ? "" : " (" + hardware + ")");
 }
 
-struct Feature {
-    const char* m_name;
-    ProposalTypeEnum m_offered;
-    RequestTypeEnum m_wanted;
-    bool m_yuv;
-};
-
-/// The first feature on which the pair breaks, or a missing common one.
-template <size_t COUNT>
-std::string explainGroup(const Feature (&p_features)[COUNT], const char* p_group, bool p_needsYuv, bool p_needsAny) {
-    bool any = false;
-    bool yuv = false;
-    for (const Feature& feature : p_features) {
-        if (feature.m_wanted == 0 && feature.m_offered == 2) {
-            return std::string("the encoder insists on ") + feature.m_name + ", which the decoder does not mention";
-        }
-        if (feature.m_wanted != 0 && feature.m_offered == 0 && zyr_isRequestMandatory(feature.m_wanted)) {
-            return std::string("the decoder insists on ") + feature.m_name + ", which the encoder does not offer";
-        }
-        if (feature.m_wanted != 0 && feature.m_offered != 0) {
-            any = true;
-            yuv = yuv || feature.m_yuv;
-        }
-    }
-    if (p_needsYuv && !yuv) {
-        return std::string("no common YUV ") + p_group;
-    }
-    return p_needsAny && !any ? std::string("no common ") + p_group : std::string();
-}
-
 } // namespace
 
 Market openMarket(Framework& p_framework) {
@@ -86,48 +56,24 @@ Market openMarket(Framework& p_framework) {
     return market;
 }
 
-std::string explainMismatch(const FrameCodecProposal& p, const FrameCodecRequest& r) {
-    if (p.codecName != r.codecName) {
+std::string explainMismatch(const FrameCodecProposal& p_proposal, const FrameCodecRequest& p_request) {
+    const CodecMismatch mismatch = p_proposal.findMismatch(p_request);
+    const std::string feature = mismatch.m_feature;
+    switch (mismatch.m_kind) {
+    case CodecMismatch::ANOTHER_CODEC:
         return "another codec";
+    case CodecMismatch::ENCODER_INSISTS:
+        return "the encoder insists on " + feature + ", which the decoder does not mention";
+    case CodecMismatch::DECODER_INSISTS:
+        return "the decoder insists on " + feature + ", which the encoder does not offer";
+    case CodecMismatch::NO_COMMON_YUV:
+        return "no common YUV " + feature;
+    case CodecMismatch::NO_COMMON:
+        return "no common " + feature;
+    case CodecMismatch::NOTHING:
+        break;
     }
-    const Feature planes[] = {{"planesModelSingle", p.planesModelSingle, r.planesModelSingle, false},
-                              {"planesModel420", p.planesModel420, r.planesModel420, true},
-                              {"planesModel410", p.planesModel410, r.planesModel410, true},
-                              {"planesModel411", p.planesModel411, r.planesModel411, true},
-                              {"planesModel422", p.planesModel422, r.planesModel422, true},
-                              {"planesModel444", p.planesModel444, r.planesModel444, true}};
-    const Feature colors[] = {
-        {"colorSpaceRGB", p.colorSpaceRGB, r.colorSpaceRGB, false},
-        {"colorSpaceBT601", p.colorSpaceBT601, r.colorSpaceBT601, true},
-        {"colorSpaceBT601FullRange", p.colorSpaceBT601FullRange, r.colorSpaceBT601FullRange, true},
-        {"colorSpaceBT709", p.colorSpaceBT709, r.colorSpaceBT709, true},
-        {"colorSpaceBT709FullRange", p.colorSpaceBT709FullRange, r.colorSpaceBT709FullRange, true}};
-    const Feature profiles[] = {{"codecProfileBaseline", p.codecProfileBaseline, r.codecProfileBaseline, false},
-                                {"codecProfileMain", p.codecProfileMain, r.codecProfileMain, false},
-                                {"codecProfileHigh", p.codecProfileHigh, r.codecProfileHigh, false}};
-    const Feature flags[] = {{"variableQuality", p.variableQuality, r.variableQuality, false},
-                             {"video", p.video, r.video, false},
-                             {"lossless", p.lossless, r.lossless, false},
-                             {"packedBlocks", p.packedBlocks, r.packedBlocks, false},
-                             {"multiSlice", p.multiSlice, r.multiSlice, false}};
-    const Feature compressions[] = {{"compressionRle", p.compressionRle, r.compressionRle, false},
-                                    {"compressionLz4", p.compressionLz4, r.compressionLz4, false},
-                                    {"compressionZip", p.compressionZip, r.compressionZip, false}};
-    std::string reason =
-        explainGroup(planes, "planes model", p.planesModelYUV || r.planesModelYUV, p.planesModel || r.planesModel);
-    if (reason.empty()) {
-        reason = explainGroup(colors, "color space", p.colorSpaceYUV || r.colorSpaceYUV, p.colorSpace || r.colorSpace);
-    }
-    if (reason.empty()) {
-        reason = explainGroup(profiles, "profile", false, p.codecProfile || r.codecProfile);
-    }
-    if (reason.empty()) {
-        reason = explainGroup(flags, "feature", false, false);
-    }
-    if (reason.empty()) {
-        reason = explainGroup(compressions, "compression", false, p.compression || r.compression);
-    }
-    return reason;
+    return "";
 }
 
 std::vector<std::unique_ptr<Match>> judge(const Market& p_market, const Choice& p_choice,

@@ -11,6 +11,7 @@ namespace {
 
 /// A feature that is ranked: both sides' fields and the value that stands for it in the agreed set.
 struct RankedFeature {
+    const char* m_name;
     uint32_t m_value;
     bool m_isYUV;
     RequestTypeEnum FrameCodecRequest::*m_request;
@@ -19,6 +20,7 @@ struct RankedFeature {
 
 /// Ranked features that share a set. The flags may be missing.
 struct FeatureGroup {
+    const char* m_name;
     const RankedFeature* m_features;
     uint32_t m_numOfFeatures;
     bool_t FrameCodecRequest::*m_requestYUV;
@@ -31,6 +33,7 @@ struct FeatureGroup {
 
 /// A feature that is either agreed or not.
 struct FlagFeature {
+    const char* m_name;
     RequestTypeEnum FrameCodecRequest::*m_request;
     ProposalTypeEnum FrameCodecProposal::*m_proposal;
     bool_t FrameCodecInfo::*m_agreed;
@@ -44,134 +47,177 @@ template <auto Set, typename E> bool_t isIn(const FrameCodecInfo& p_codecInfo, u
     return (p_codecInfo.*Set).check(static_cast<E>(p_value));
 }
 
-constexpr RankedFeature planesFeatures[] = {
-    {ZYR_PLANES_MODEL_SINGLE, false, &FrameCodecRequest::planesModelSingle, &FrameCodecProposal::planesModelSingle},
-    {ZYR_PLANES_MODEL_I420, true, &FrameCodecRequest::planesModel420, &FrameCodecProposal::planesModel420},
-    {ZYR_PLANES_MODEL_I410, true, &FrameCodecRequest::planesModel410, &FrameCodecProposal::planesModel410},
-    {ZYR_PLANES_MODEL_I411, true, &FrameCodecRequest::planesModel411, &FrameCodecProposal::planesModel411},
-    {ZYR_PLANES_MODEL_I422, true, &FrameCodecRequest::planesModel422, &FrameCodecProposal::planesModel422},
-    {ZYR_PLANES_MODEL_I444, true, &FrameCodecRequest::planesModel444, &FrameCodecProposal::planesModel444}};
+constexpr RankedFeature planesFeatures[] = {{"planesModelSingle", ZYR_PLANES_MODEL_SINGLE, false,
+                                             &FrameCodecRequest::planesModelSingle,
+                                             &FrameCodecProposal::planesModelSingle},
+                                            {"planesModel420", ZYR_PLANES_MODEL_I420, true,
+                                             &FrameCodecRequest::planesModel420, &FrameCodecProposal::planesModel420},
+                                            {"planesModel410", ZYR_PLANES_MODEL_I410, true,
+                                             &FrameCodecRequest::planesModel410, &FrameCodecProposal::planesModel410},
+                                            {"planesModel411", ZYR_PLANES_MODEL_I411, true,
+                                             &FrameCodecRequest::planesModel411, &FrameCodecProposal::planesModel411},
+                                            {"planesModel422", ZYR_PLANES_MODEL_I422, true,
+                                             &FrameCodecRequest::planesModel422, &FrameCodecProposal::planesModel422},
+                                            {"planesModel444", ZYR_PLANES_MODEL_I444, true,
+                                             &FrameCodecRequest::planesModel444, &FrameCodecProposal::planesModel444}};
 
 constexpr RankedFeature colorFeatures[] = {
-    {ZYR_COLOR_SPACE_RGB, false, &FrameCodecRequest::colorSpaceRGB, &FrameCodecProposal::colorSpaceRGB},
-    {ZYR_COLOR_SPACE_BT_601, true, &FrameCodecRequest::colorSpaceBT601, &FrameCodecProposal::colorSpaceBT601},
-    {ZYR_COLOR_SPACE_BT_601_FR, true, &FrameCodecRequest::colorSpaceBT601FullRange,
+    {"colorSpaceRGB", ZYR_COLOR_SPACE_RGB, false, &FrameCodecRequest::colorSpaceRGB,
+     &FrameCodecProposal::colorSpaceRGB},
+    {"colorSpaceBT601", ZYR_COLOR_SPACE_BT_601, true, &FrameCodecRequest::colorSpaceBT601,
+     &FrameCodecProposal::colorSpaceBT601},
+    {"colorSpaceBT601FullRange", ZYR_COLOR_SPACE_BT_601_FR, true, &FrameCodecRequest::colorSpaceBT601FullRange,
      &FrameCodecProposal::colorSpaceBT601FullRange},
-    {ZYR_COLOR_SPACE_BT_709, true, &FrameCodecRequest::colorSpaceBT709, &FrameCodecProposal::colorSpaceBT709},
-    {ZYR_COLOR_SPACE_BT_709_FR, true, &FrameCodecRequest::colorSpaceBT709FullRange,
+    {"colorSpaceBT709", ZYR_COLOR_SPACE_BT_709, true, &FrameCodecRequest::colorSpaceBT709,
+     &FrameCodecProposal::colorSpaceBT709},
+    {"colorSpaceBT709FullRange", ZYR_COLOR_SPACE_BT_709_FR, true, &FrameCodecRequest::colorSpaceBT709FullRange,
      &FrameCodecProposal::colorSpaceBT709FullRange}};
 
 constexpr RankedFeature profileFeatures[] = {
-    {ZYR_CODEC_PROFILE_BASELINE, false, &FrameCodecRequest::codecProfileBaseline,
+    {"codecProfileBaseline", ZYR_CODEC_PROFILE_BASELINE, false, &FrameCodecRequest::codecProfileBaseline,
      &FrameCodecProposal::codecProfileBaseline},
-    {ZYR_CODEC_PROFILE_MAIN, false, &FrameCodecRequest::codecProfileMain, &FrameCodecProposal::codecProfileMain},
-    {ZYR_CODEC_PROFILE_HIGH, false, &FrameCodecRequest::codecProfileHigh, &FrameCodecProposal::codecProfileHigh}};
+    {"codecProfileMain", ZYR_CODEC_PROFILE_MAIN, false, &FrameCodecRequest::codecProfileMain,
+     &FrameCodecProposal::codecProfileMain},
+    {"codecProfileHigh", ZYR_CODEC_PROFILE_HIGH, false, &FrameCodecRequest::codecProfileHigh,
+     &FrameCodecProposal::codecProfileHigh}};
 
 constexpr RankedFeature compressionFeatures[] = {
-    {ZYR_COMPRESSION_RLE, false, &FrameCodecRequest::compressionRle, &FrameCodecProposal::compressionRle},
-    {ZYR_COMPRESSION_LZ4, false, &FrameCodecRequest::compressionLz4, &FrameCodecProposal::compressionLz4},
-    {ZYR_COMPRESSION_ZIP, false, &FrameCodecRequest::compressionZip, &FrameCodecProposal::compressionZip}};
+    {"compressionRle", ZYR_COMPRESSION_RLE, false, &FrameCodecRequest::compressionRle,
+     &FrameCodecProposal::compressionRle},
+    {"compressionLz4", ZYR_COMPRESSION_LZ4, false, &FrameCodecRequest::compressionLz4,
+     &FrameCodecProposal::compressionLz4},
+    {"compressionZip", ZYR_COMPRESSION_ZIP, false, &FrameCodecRequest::compressionZip,
+     &FrameCodecProposal::compressionZip}};
 
 constexpr FlagFeature flagFeatures[] = {
-    {&FrameCodecRequest::variableQuality, &FrameCodecProposal::variableQuality, &FrameCodecInfo::variableQuality},
-    {&FrameCodecRequest::video, &FrameCodecProposal::video, &FrameCodecInfo::video},
-    {&FrameCodecRequest::lossless, &FrameCodecProposal::lossless, &FrameCodecInfo::lossless},
-    {&FrameCodecRequest::packedBlocks, &FrameCodecProposal::packedBlocks, &FrameCodecInfo::packedBlocks},
-    {&FrameCodecRequest::multiSlice, &FrameCodecProposal::multiSlice, &FrameCodecInfo::multiSlice}};
+    {"variableQuality", &FrameCodecRequest::variableQuality, &FrameCodecProposal::variableQuality,
+     &FrameCodecInfo::variableQuality},
+    {"video", &FrameCodecRequest::video, &FrameCodecProposal::video, &FrameCodecInfo::video},
+    {"lossless", &FrameCodecRequest::lossless, &FrameCodecProposal::lossless, &FrameCodecInfo::lossless},
+    {"packedBlocks", &FrameCodecRequest::packedBlocks, &FrameCodecProposal::packedBlocks,
+     &FrameCodecInfo::packedBlocks},
+    {"multiSlice", &FrameCodecRequest::multiSlice, &FrameCodecProposal::multiSlice, &FrameCodecInfo::multiSlice}};
 
 constexpr uint32_t numOfGroups = 4;
 /// The flags are dealt with in front of this group.
 constexpr uint32_t compressionGroup = 3;
 
 constexpr FeatureGroup featureGroups[numOfGroups] = {
-    {planesFeatures, 6, &FrameCodecRequest::planesModelYUV, &FrameCodecProposal::planesModelYUV,
+    {"planes model", planesFeatures, 6, &FrameCodecRequest::planesModelYUV, &FrameCodecProposal::planesModelYUV,
      &FrameCodecRequest::planesModel, &FrameCodecProposal::planesModel,
      &insertInto<&FrameCodecInfo::planesModels, PixelPlanesModelEnum>,
      &isIn<&FrameCodecInfo::planesModels, PixelPlanesModelEnum>},
-    {colorFeatures, 5, &FrameCodecRequest::colorSpaceYUV, &FrameCodecProposal::colorSpaceYUV,
+    {"color space", colorFeatures, 5, &FrameCodecRequest::colorSpaceYUV, &FrameCodecProposal::colorSpaceYUV,
      &FrameCodecRequest::colorSpace, &FrameCodecProposal::colorSpace,
      &insertInto<&FrameCodecInfo::colorSpaces, ColorSpaceEnum>, &isIn<&FrameCodecInfo::colorSpaces, ColorSpaceEnum>},
-    {profileFeatures, 3, nullptr, nullptr, &FrameCodecRequest::codecProfile, &FrameCodecProposal::codecProfile,
-     &insertInto<&FrameCodecInfo::codecProfiles, FrameCodecProfileEnum>,
+    {"profile", profileFeatures, 3, nullptr, nullptr, &FrameCodecRequest::codecProfile,
+     &FrameCodecProposal::codecProfile, &insertInto<&FrameCodecInfo::codecProfiles, FrameCodecProfileEnum>,
      &isIn<&FrameCodecInfo::codecProfiles, FrameCodecProfileEnum>},
-    {compressionFeatures, 3, nullptr, nullptr, &FrameCodecRequest::compression, &FrameCodecProposal::compression,
-     &insertInto<&FrameCodecInfo::compressions, CompressionTypeEnum>,
+    {"compression", compressionFeatures, 3, nullptr, nullptr, &FrameCodecRequest::compression,
+     &FrameCodecProposal::compression, &insertInto<&FrameCodecInfo::compressions, CompressionTypeEnum>,
      &isIn<&FrameCodecInfo::compressions, CompressionTypeEnum>}};
 
 constexpr uint32_t numOfRanks = 17;
 
-bool matchFlags(const FrameCodecProposal& p_proposal, const FrameCodecRequest& p_request, FrameCodecInfo& p_codecInfo) {
+/// What one side's insisting means for a feature.
+CodecMismatch findInsisting(const char* p_name, RequestTypeEnum p_wanted, ProposalTypeEnum p_offered) {
+    if (p_wanted == ZYR_REQUEST_NONE) {
+        return {p_offered == ZYR_PROPOSAL_MANDATORY ? CodecMismatch::ENCODER_INSISTS : CodecMismatch::NOTHING, p_name};
+    }
+    const bool breaks = p_offered == ZYR_PROPOSAL_NONE && zyr_isRequestMandatory(p_wanted);
+    return {breaks ? CodecMismatch::DECODER_INSISTS : CodecMismatch::NOTHING, p_name};
+}
+
+CodecMismatch matchFlags(const FrameCodecProposal& p_proposal, const FrameCodecRequest& p_request,
+                         FrameCodecInfo& p_codecInfo) {
     for (const FlagFeature& flag : flagFeatures) {
         const RequestTypeEnum wanted = p_request.*flag.m_request;
         const ProposalTypeEnum offered = p_proposal.*flag.m_proposal;
+        const CodecMismatch mismatch = findInsisting(flag.m_name, wanted, offered);
+        if (mismatch.m_kind != CodecMismatch::NOTHING) {
+            return mismatch;
+        }
         if (wanted != ZYR_REQUEST_NONE) {
-            if (zyr_isRequestMandatory(wanted) && offered == ZYR_PROPOSAL_NONE) {
-                return false;
-            }
             p_codecInfo.*flag.m_agreed = offered != ZYR_PROPOSAL_NONE;
-        } else if (offered == ZYR_PROPOSAL_MANDATORY) {
-            return false;
         }
     }
-    return true;
+    return {};
+}
+
+CodecMismatch matchGroup(const FeatureGroup& p_group, const FrameCodecProposal& p_proposal,
+                         const FrameCodecRequest& p_request, FrameCodecInfo& p_codecInfo) {
+    List<uint32_t> ranks[numOfRanks];
+    bool hasYUV = false;
+    bool hasAny = false;
+    for (uint32_t i = 0; i < p_group.m_numOfFeatures; ++i) {
+        const RankedFeature& feature = p_group.m_features[i];
+        const RequestTypeEnum wanted = p_request.*feature.m_request;
+        const ProposalTypeEnum offered = p_proposal.*feature.m_proposal;
+        const CodecMismatch mismatch = findInsisting(feature.m_name, wanted, offered);
+        if (mismatch.m_kind != CodecMismatch::NOTHING) {
+            return mismatch;
+        }
+        if (wanted != ZYR_REQUEST_NONE && offered != ZYR_PROPOSAL_NONE) {
+            const uint32_t priority = zyr_getRequestPriority(wanted);
+            // One more than there are ranks; the bound is relied upon, and no request reaches it.
+            ZYR_ASSERT(priority <= 17);
+            ranks[priority].pushBack(feature.m_value);
+            hasAny = true;
+            hasYUV = hasYUV || feature.m_isYUV;
+        }
+    }
+    if (p_group.m_requestYUV != nullptr && (p_request.*p_group.m_requestYUV || p_proposal.*p_group.m_proposalYUV) &&
+        !hasYUV) {
+        return {CodecMismatch::NO_COMMON_YUV, p_group.m_name};
+    }
+    if ((p_request.*p_group.m_requestAny || p_proposal.*p_group.m_proposalAny) && !hasAny) {
+        return {CodecMismatch::NO_COMMON, p_group.m_name};
+    }
+    for (const List<uint32_t>& rank : ranks) {
+        for (const uint32_t value : rank) {
+            p_group.m_insert(p_codecInfo, value);
+        }
+    }
+    return {};
+}
+
+/// The whole match: what agrees is written down group by group, up to what breaks it.
+CodecMismatch match(const FrameCodecProposal& p_proposal, const FrameCodecRequest& p_request,
+                    FrameCodecInfo& p_codecInfo) {
+    if (p_proposal.codecName != p_request.codecName) {
+        return {CodecMismatch::ANOTHER_CODEC, "codecName"};
+    }
+    p_codecInfo.codecName = p_proposal.codecName;
+    p_codecInfo.codecImplementation = p_proposal.codecImplementation;
+    p_codecInfo.codecOptions = p_proposal.codecOptions;
+    p_codecInfo.hardwareDeviceName = p_proposal.hardwareDeviceName;
+    p_codecInfo.rating = p_proposal.rating;
+    p_codecInfo.adapterID = p_proposal.adapterID;
+    for (uint32_t g = 0; g < numOfGroups; ++g) {
+        CodecMismatch mismatch;
+        if (g == compressionGroup) {
+            mismatch = matchFlags(p_proposal, p_request, p_codecInfo);
+        }
+        if (mismatch.m_kind == CodecMismatch::NOTHING) {
+            mismatch = matchGroup(featureGroups[g], p_proposal, p_request, p_codecInfo);
+        }
+        if (mismatch.m_kind != CodecMismatch::NOTHING) {
+            return mismatch;
+        }
+    }
+    return {};
 }
 
 } // namespace
 
 bool_t FrameCodecProposal::matchWithCodecRequest(const FrameCodecRequest& p_request,
                                                  FrameCodecInfo& p_codecInfo) const {
-    if (codecName != p_request.codecName) {
-        return 0;
-    }
-    p_codecInfo.codecName = codecName;
-    p_codecInfo.codecImplementation = codecImplementation;
-    p_codecInfo.codecOptions = codecOptions;
-    p_codecInfo.hardwareDeviceName = hardwareDeviceName;
-    p_codecInfo.rating = rating;
-    p_codecInfo.adapterID = adapterID;
+    return match(*this, p_request, p_codecInfo).m_kind == CodecMismatch::NOTHING;
+}
 
-    List<uint32_t> ranks[numOfGroups][numOfRanks];
-    for (uint32_t g = 0; g < numOfGroups; ++g) {
-        if (g == compressionGroup && !matchFlags(*this, p_request, p_codecInfo)) {
-            return 0;
-        }
-        const FeatureGroup& group = featureGroups[g];
-        bool hasYUV = false;
-        bool hasAny = false;
-        for (uint32_t i = 0; i < group.m_numOfFeatures; ++i) {
-            const RankedFeature& feature = group.m_features[i];
-            const RequestTypeEnum wanted = p_request.*feature.m_request;
-            const ProposalTypeEnum offered = this->*feature.m_proposal;
-            if (wanted == ZYR_REQUEST_NONE) {
-                if (offered == ZYR_PROPOSAL_MANDATORY) {
-                    return 0;
-                }
-            } else if (offered == ZYR_PROPOSAL_NONE) {
-                if (zyr_isRequestMandatory(wanted)) {
-                    return 0;
-                }
-            } else {
-                const uint32_t priority = zyr_getRequestPriority(wanted);
-                // One more than there are ranks; the bound is relied upon, and no request reaches it.
-                ZYR_ASSERT(priority <= 17);
-                ranks[g][priority].pushBack(feature.m_value);
-                hasAny = true;
-                hasYUV = hasYUV || feature.m_isYUV;
-            }
-        }
-        if (group.m_requestYUV != nullptr && (p_request.*group.m_requestYUV || this->*group.m_proposalYUV) && !hasYUV) {
-            return 0;
-        }
-        if ((p_request.*group.m_requestAny || this->*group.m_proposalAny) && !hasAny) {
-            return 0;
-        }
-        for (const List<uint32_t>& rank : ranks[g]) {
-            for (const uint32_t value : rank) {
-                group.m_insert(p_codecInfo, value);
-            }
-        }
-    }
-    return 1;
+CodecMismatch FrameCodecProposal::findMismatch(const FrameCodecRequest& p_request) const {
+    FrameCodecInfo codecInfo;
+    return match(*this, p_request, codecInfo);
 }
 
 bool_t FrameCodecRequest::filterWithCodecInfo(const FrameCodecInfo& p_codecInfo, FrameCodecRequest& p_out) const {

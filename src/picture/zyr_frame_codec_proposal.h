@@ -13,6 +13,20 @@ namespace zyr {
 class FrameCodecInfo;
 class FrameCodecRequest;
 
+/// What keeps a proposal and a request from each other.
+struct CodecMismatch {
+    enum Kind {
+        NOTHING,         ///< They match.
+        ANOTHER_CODEC,   ///< The codec names differ.
+        ENCODER_INSISTS, ///< On a feature that the request does not mention.
+        DECODER_INSISTS, ///< On a feature that the proposal does not offer.
+        NO_COMMON_YUV,   ///< A YUV member of the group is asked for, and none is shared.
+        NO_COMMON        ///< A member of the group is asked for, and none is shared.
+    };
+    Kind m_kind = NOTHING;
+    const char* m_feature = ""; ///< The field ("planesModel420"), or the group ("planes model"). Lives forever.
+};
+
 #pragma pack(push, 1)
 
 /// One way of encoding, with how the encoder treats each feature. All fields are empty, 0 or false at first.
@@ -73,6 +87,9 @@ public:
     /// set is the choice, the others are alternatives in falling order. Only the codec names must be equal, the
     /// implementations need not be. On false `p_codecInfo` may be partly filled. Refusing is not logged.
     virtual bool_t matchWithCodecRequest(const FrameCodecRequest& p_request, FrameCodecInfo& p_codecInfo) const;
+
+    /// The first thing on which `matchWithCodecRequest` breaks with the same request, for people to read.
+    CodecMismatch findMismatch(const FrameCodecRequest& p_request) const;
 
     static constexpr const char* c_typeName = "FrameCodecProposal";
     static constexpr auto fields() {

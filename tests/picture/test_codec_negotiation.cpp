@@ -346,6 +346,41 @@ TEST(CodecMatch, SetsThatHoldElementsAreNotEmptied) {
     EXPECT_THAT(values(info.planesModels), ElementsAre(4, 2));
 }
 
+void expectMismatch(const FrameCodecProposal& p_proposal, const FrameCodecRequest& p_request,
+                    CodecMismatch::Kind p_kind, const char* p_feature) {
+    const CodecMismatch mismatch = p_proposal.findMismatch(p_request);
+    EXPECT_EQ(mismatch.m_kind, p_kind);
+    EXPECT_STREQ(mismatch.m_feature, p_feature);
+    FrameCodecInfo info;
+    EXPECT_EQ(p_proposal.matchWithCodecRequest(p_request, info), p_kind == CodecMismatch::NOTHING);
+}
+
+TEST(CodecMismatch, IsNothingWhereBothMatch) {
+    expectMismatch(makeProposal(), makeRequest(), CodecMismatch::NOTHING, "");
+}
+
+TEST(CodecMismatch, NamesTheFieldOnWhichOneSideInsists) {
+    FrameCodecRequest request = makeRequest();
+    FrameCodecProposal proposal = makeProposal();
+    request.lossless = ZYR_REQUEST_MANDATORY;
+    expectMismatch(proposal, request, CodecMismatch::DECODER_INSISTS, "lossless");
+    proposal.codecProfileHigh = ZYR_PROPOSAL_MANDATORY;
+    request.codecProfileHigh = ZYR_REQUEST_NONE;
+    expectMismatch(proposal, request, CodecMismatch::ENCODER_INSISTS, "codecProfileHigh");
+    request.codecName = "h264";
+    expectMismatch(proposal, request, CodecMismatch::ANOTHER_CODEC, "codecName");
+}
+
+TEST(CodecMismatch, NamesTheGroupWithNothingInCommon) {
+    FrameCodecRequest request = makeRequest();
+    FrameCodecProposal proposal = makeProposal();
+    proposal.compression = 1;
+    expectMismatch(proposal, request, CodecMismatch::NO_COMMON, "compression");
+    proposal.colorSpaceBT601 = ZYR_PROPOSAL_NONE;
+    proposal.colorSpaceBT601FullRange = ZYR_PROPOSAL_NONE;
+    expectMismatch(proposal, request, CodecMismatch::NO_COMMON_YUV, "color space");
+}
+
 TEST(CodecFilter, KeepsWhatTheInfoHolds) {
     FrameCodecInfo info;
     ASSERT_EQ(makeProposal().matchWithCodecRequest(makeRequest(), info), 1);
