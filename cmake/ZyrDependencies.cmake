@@ -6,9 +6,9 @@
 #   ZYR::lz4      ZYR::xxhash  ZYR::miniz                     compressors and hashes
 #   ZYR::pam      ZYR::systemd                                authentication, login sessions
 #   ZYR::yuv                                                  libyuv, pixel conversions
-#   ZYR::cli11    ZYR::json    ZYR::png   ZYR::turbojpeg  ZYR::pugixml
-#   ZYR::vpx      ZYR::va      ZYR::drm                       for the VA driver of the tests
-#   GTest::gtest_main  GTest::gmock                           with ZYR_BUILD_TESTS
+#   ZYR::cli11    ZYR::json    ZYR::png                       command line, JSON and PNG of the host
+#   GTest::gtest_main  GTest::gmock  ZYR::pugixml             with ZYR_BUILD_TESTS
+#   ZYR::vpx      ZYR::va      ZYR::drm                       with ZYR_BUILD_TESTS, for the VA driver of the tests
 #   benchmark::benchmark                                      with ZYR_BUILD_BENCH
 #   Threads::Threads
 find_package(PkgConfig REQUIRED)
@@ -77,11 +77,6 @@ zyr_pkg(systemd "libsystemd-dev" libsystemd)
 zyr_pkg(json "nlohmann-json3-dev" nlohmann_json)
 zyr_pkg(cli11 "libcli11-dev" CLI11)
 zyr_pkg(png "libpng-dev" libpng)
-zyr_pkg(turbojpeg "libturbojpeg0-dev" libturbojpeg)
-zyr_pkg(pugixml "libpugixml-dev" pugixml)
-zyr_pkg(vpx "libvpx-dev" vpx)
-zyr_pkg(va "libva-dev" libva)
-zyr_pkg(drm "libdrm-dev" libdrm)
 
 # ---- libraries by their files ------------------------------------------------------------------------------------------
 # zyr_library(name "Debian package" header library): the target ZYR::<name>.
@@ -119,6 +114,10 @@ endif()
 # ---- tests and benchmarks ----------------------------------------------------------------------------------------------
 if(ZYR_BUILD_TESTS)
     find_package(GTest REQUIRED)
+    zyr_pkg(pugixml "libpugixml-dev" pugixml)
+    zyr_pkg(vpx "libvpx-dev" vpx)
+    zyr_pkg(va "libva-dev" libva)
+    zyr_pkg(drm "libdrm-dev" libdrm)
     # Known leaks of libraries. A leak inside FFmpeg can only be told by its function where FFmpeg keeps names and frame
     # pointers, as the one that scripts/deps.sh builds does; of another one, all is ignored.
     file(READ "${PROJECT_SOURCE_DIR}/tests/support/lsan.supp" knownLeaks)

@@ -106,7 +106,7 @@ candidate() { apt-cache policy "$1" 2>/dev/null | sed -n 's/^ *Candidate: *//p' 
 
 tools=(ca-certificates cmake g++ gcc make ninja-build ccache pkg-config nasm xz-utils tar git file binutils)
 libraries=(libvpx-dev libva-dev libdrm-dev libx11-dev libxext-dev libxv-dev zlib1g-dev libpam0g-dev libsystemd-dev liblz4-dev libxxhash-dev
-    libyuv-dev libpng-dev libturbojpeg0-dev libpugixml-dev libgtest-dev libgmock-dev libbenchmark-dev)
+    libyuv-dev libpng-dev libpugixml-dev libgtest-dev libgmock-dev libbenchmark-dev)
 headers=(libcli11-dev nlohmann-json3-dev)
 
 suffix=""
