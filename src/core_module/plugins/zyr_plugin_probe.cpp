@@ -1,6 +1,7 @@
 #include "core_module/plugins/zyr_plugin_probe.h"
 
-#include "core_module/plugins/zyr_plugin_exports.h"
+#include "core_module/plugins/zyr_plugin_rehearsal.h"
+#include "zyr_common/application/zyr_application_data.h"
 
 #include <cerrno>
 #include <csignal>
@@ -9,6 +10,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -25,7 +27,7 @@ struct ProbeVerdict {
     char m_reason[MAX_REASON_SIZE];
 };
 
-static bool_t tryPlugin(const char* p_path, String& p_reason) {
+static bool_t tryPlugin(const char* p_path, RehearsalStep& p_step, String& p_reason) {
     void* handle = dlopen(p_path, RTLD_NOW | RTLD_LOCAL);
     if (handle == nullptr) {
         const char* error = dlerror();
@@ -43,10 +45,16 @@ static bool_t tryPlugin(const char* p_path, String& p_reason) {
         p_reason = "it doesn't tell its identity";
         return 0;
     }
+    ApplicationData* applicationData = zyr_getApplicationData();
+    if (applicationData != nullptr) {
+        // The real start logs the same again.
+        applicationData->setLogLevel(static_cast<LogLevelEnum>(0));
+        rehearsePlugin(exports, *applicationData, p_step);
+    }
     return 1;
 }
 
-[[noreturn]] static void runProbe(const char* p_path, int p_pipe, pid_t p_parent) {
+[[noreturn]] static void runProbe(const char* p_path, RehearsalStep& p_step, int p_pipe, pid_t p_parent) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (getppid() != p_parent) {
         _exit(1);
@@ -64,7 +72,7 @@ static bool_t tryPlugin(const char* p_path, String& p_reason) {
     }
     String reason;
     ProbeVerdict verdict = {};
-    verdict.m_usable = tryPlugin(p_path, reason);
+    verdict.m_usable = tryPlugin(p_path, p_step, reason);
     strncpy(verdict.m_reason, reason.getData(), sizeof(verdict.m_reason) - 1);
     // Smaller than PIPE_BUF: it arrives whole or not at all.
     const ssize_t written = write(p_pipe, &verdict, sizeof(verdict));
@@ -99,23 +107,29 @@ static bool readVerdict(int p_pipe, uint32_t p_milliseconds, ProbeVerdict& p_ver
     }
 }
 
-// Waits for the end of the child and tells how it came about.
-static void describeEnd(pid_t p_child, bool p_timedOut, uint32_t p_milliseconds, String& p_reason) {
-    char text[128];
+// Waits for the end of the child and tells how it came about, and in which call.
+static void describeEnd(pid_t p_child, bool p_timedOut, uint32_t p_milliseconds, const RehearsalStep& p_step,
+                        String& p_reason) {
+    char text[512];
     int status = 0;
     pid_t ended;
     do {
         ended = waitpid(p_child, &status, 0);
     } while (ended < 0 && errno == EINTR);
+    const char* step = p_step.m_text;
+    const char* in = *step != 0 ? " in " : "";
     if (p_timedOut) {
-        snprintf(text, sizeof(text), "it doesn't answer within %u ms", p_milliseconds);
+        snprintf(text, sizeof(text), "it doesn't answer within %u ms%s%s", p_milliseconds, in, step);
+    } else if (ended == p_child && WIFSIGNALED(status) && *step != 0) {
+        snprintf(text, sizeof(text), "it crashed in %s (SIG%s)", step, sigabbrev_np(WTERMSIG(status)));
     } else if (ended == p_child && WIFSIGNALED(status)) {
         snprintf(text, sizeof(text), "loading it ends the process with signal %d (%s)", WTERMSIG(status),
                  strsignal(WTERMSIG(status)));
     } else if (ended == p_child) {
-        snprintf(text, sizeof(text), "loading it ends the process with status %d", WEXITSTATUS(status));
-    } else {
-        snprintf(text, sizeof(text), "loading it ends the process"); // Somebody else has reaped the child.
+        snprintf(text, sizeof(text), "%s ends the process with status %d%s%s", *step != 0 ? "it" : "loading it",
+                 WEXITSTATUS(status), in, step);
+    } else { // Somebody else has reaped the child.
+        snprintf(text, sizeof(text), "%s ends the process%s%s", *step != 0 ? "it" : "loading it", in, step);
     }
     p_reason = text;
 }
@@ -127,6 +141,17 @@ bool_t probePlugin(const String& p_path, String& p_reason, uint32_t p_millisecon
         p_reason += strerror(errno);
         return 0;
     }
+    void* shared = mmap(nullptr, sizeof(RehearsalStep), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    if (shared == MAP_FAILED) {
+        p_reason = "no memory to try it: ";
+        p_reason += strerror(errno);
+        close(pipes[0]);
+        close(pipes[1]);
+        return 0;
+    }
+    RehearsalStep& step = *static_cast<RehearsalStep*>(shared);
+    // A module that calls exit() must not write out once more what this process has yet to write.
+    fflush(nullptr);
     const pid_t parent = getpid();
     const pid_t child = fork();
     if (child < 0) {
@@ -134,11 +159,12 @@ bool_t probePlugin(const String& p_path, String& p_reason, uint32_t p_millisecon
         p_reason += strerror(errno);
         close(pipes[0]);
         close(pipes[1]);
+        munmap(shared, sizeof(RehearsalStep));
         return 0;
     }
     if (child == 0) {
         close(pipes[0]);
-        runProbe(p_path.getData(), pipes[1], parent);
+        runProbe(p_path.getData(), step, pipes[1], parent);
     }
     close(pipes[1]);
     ProbeVerdict verdict;
@@ -149,7 +175,8 @@ bool_t probePlugin(const String& p_path, String& p_reason, uint32_t p_millisecon
         kill(child, SIGKILL);
     }
     String end;
-    describeEnd(child, timedOut, p_milliseconds, end);
+    describeEnd(child, timedOut, p_milliseconds, step, end);
+    munmap(shared, sizeof(RehearsalStep));
     if (!answered) {
         p_reason = end;
         return 0;

@@ -5,8 +5,9 @@
 
 namespace zyr {
 
-/// Loads the module in a child process, looks its entry points up and asks it for its identity, so that a module that
-/// ends or hangs its process does so there. Gives false and the reason if the module is not usable.
+/// Loads the module in a child process, looks its entry points up, asks it for its identity, initializes it, makes its
+/// objects and asks its encoders and decoders what they offer, so that a module that ends or hangs its process does so
+/// there. Gives false and the reason, with the call, if the module is not usable.
 ///
 /// The child is a fork of this process: call this before other threads are busy in the dynamic loader.
 /// @param p_milliseconds  how long the module may take

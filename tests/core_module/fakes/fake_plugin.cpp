@@ -69,6 +69,9 @@ FAKE_EXPORT const char* zyr_plugin_getDependenciesPluginModules() {
     return FAKE_PLUGINS;
 }
 FAKE_EXPORT uint8_t zyr_plugin_initialize(void*) {
+#ifdef FAKE_CRASHES_LATE
+    raise(SIGSEGV);
+#endif
     const char* before = getenv("ZYR_FAKE_ORDER");
     setenv("ZYR_FAKE_ORDER", (std::string(before != nullptr ? before : "") + FAKE_NAME " ").c_str(), 1);
     return FAKE_INITIALIZED;

@@ -1,9 +1,11 @@
 #include "core_module/plugins/zyr_plugin_probe.h"
 
 #include "core_module/plugins/plugin_directory.h"
+#include "support/zyr_logged_application.h"
 
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <dlfcn.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -58,6 +60,20 @@ TEST(PluginProbe, RefusesAModuleWithoutIdentity) {
 TEST(PluginProbe, ReportsAModuleThatCrashes) {
     EXPECT_THAT(reasonOf(fake("crashing")),
                 StartsWith("loading it ends the process with signal " + std::to_string(SIGSEGV) + " ("));
+}
+
+TEST(PluginProbe, NamesTheCallInWhichAModuleCrashes) {
+    const LoggedApplication application;
+    EXPECT_EQ(reasonOf(fake("crashing_late")), "it crashed in initialize (SIGSEGV)");
+}
+
+TEST(PluginProbe, InitializesModulesInTheChildAlone) {
+    const LoggedApplication application;
+    unsetenv("ZYR_FAKE_ORDER");
+    String reason;
+    EXPECT_TRUE(probePlugin(fake("base").c_str(), reason));
+    EXPECT_TRUE(probePlugin(fake("failing").c_str(), reason));
+    EXPECT_EQ(getenv("ZYR_FAKE_ORDER"), nullptr);
 }
 
 TEST(PluginProbe, ReportsAModuleThatExits) {
