@@ -1,92 +1,62 @@
 #include "host/zyr_command_line.h"
+#include "host/zyr_launch_signals.h"
 
 #include "zyr_common/platform/zyr_process_identity.h"
 #include "zyr_common/process/zyr_login_session.h"
 #include "zyr_common/process/zyr_user_process_launch.h"
 
-#include <algorithm>
-#include <atomic>
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <cstring>
-#include <sys/wait.h>
+#include <filesystem>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace zyr::host {
 
 namespace {
 
-// What the signal handler knows. A signal that comes before the program runs is kept until it does.
-constexpr int NOT_YET = 0;
-constexpr int ENDED = -1;
-std::atomic<int> s_group{NOT_YET};
-std::atomic<bool> s_terminateEarly{false};
-std::atomic<bool> s_interruptEarly{false};
-static_assert(std::atomic<int>::is_always_lock_free && std::atomic<bool>::is_always_lock_free);
-
-void forwardSignal(int p_signal) {
-    const int error = errno;
-    const int group = s_group;
-    if (group > 0) {
-        kill(-group, p_signal);
-    } else if (group == NOT_YET) {
-        (p_signal == SIGTERM ? s_terminateEarly : s_interruptEarly) = true;
-    }
-    errno = error;
+/// Whether a program of that path could be run: directories may be entered, which looks the same.
+bool isProgram(const std::string& p_path) {
+    struct stat status {};
+    return stat(p_path.c_str(), &status) == 0 && S_ISREG(status.st_mode) && access(p_path.c_str(), X_OK) == 0;
 }
 
-void installForwarding() {
-    struct sigaction action = {};
-    action.sa_handler = forwardSignal;
-    action.sa_flags = SA_RESTART;
-    sigemptyset(&action.sa_mask);
-    sigaction(SIGTERM, &action, nullptr);
-    sigaction(SIGINT, &action, nullptr);
-    // An ignored SIGCHLD, which a caller may leave behind, would swallow the program's status.
-    signal(SIGCHLD, SIG_DFL);
-}
-
-/// Waits for the end of the program and gives its exit status as a shell does: 128 and the signal that ended it.
-int waitForProgram(uint32_t p_processId) {
-    s_group = static_cast<int>(p_processId);
-    if (s_terminateEarly.exchange(false)) {
-        forwardSignal(SIGTERM);
-    }
-    if (s_interruptEarly.exchange(false)) {
-        forwardSignal(SIGINT);
-    }
-    // Until it is waited for, its number can't be that of another group.
-    siginfo_t info;
-    while (waitid(P_PID, p_processId, &info, WEXITED | WNOWAIT) != 0 && errno == EINTR) {
-    }
-    s_group = ENDED;
-    int status = 0;
-    while (waitpid(static_cast<pid_t>(p_processId), &status, 0) < 0 && errno == EINTR) {
-    }
-    return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
-}
-
-/// The path of a program that is named without a slash, by the PATH of its own environment; else the name as it is.
-String findProgram(const std::string& p_name, const List<String>& p_environment) {
+/// The path of a program that is named without a slash, by the PATH of its own environment; else the name as it is. An
+/// empty element is the current directory, and what does not begin at the root stands in it.
+std::string findProgram(const std::string& p_name, const List<String>& p_environment) {
     if (p_name.find('/') != std::string::npos) {
-        return String(p_name);
+        return p_name;
     }
-    std::string path;
+    const char* path = nullptr;
     for (const String& entry : p_environment) {
         if (strncmp(entry.getData(), "PATH=", 5) == 0) {
             path = entry.getData() + 5;
         }
     }
-    for (size_t start = 0; start < path.size();) {
-        const size_t end = std::min(path.find(':', start), path.size());
-        const std::string candidate = path.substr(start, end - start) + "/" + p_name;
-        if (candidate[0] == '/' && access(candidate.c_str(), X_OK) == 0) {
-            return String(candidate);
+    for (const char* start = path; start != nullptr;) {
+        const char* end = strchrnul(start, ':');
+        std::error_code error;
+        const std::filesystem::path candidate = std::filesystem::path(std::string(start, end)) / p_name;
+        const std::string absolute = std::filesystem::absolute(candidate, error).string();
+        if (!error && isProgram(absolute)) {
+            return absolute;
         }
-        start = end + 1;
+        start = *end == ':' ? end + 1 : nullptr;
     }
-    return String(p_name);
+    return p_name;
+}
+
+/// The child gives one error number for all of its steps; a working directory that is not there is told as such.
+String explainFailure(const LaunchOptions& p_options, const String& p_error) {
+    struct stat status {};
+    const char* directory = p_options.m_directory.c_str();
+    const bool isMissing = *directory != 0 && stat(directory, &status) != 0;
+    if (isMissing || (*directory != 0 && !S_ISDIR(status.st_mode))) {
+        return String("the working directory '" + p_options.m_directory +
+                      "' cannot be entered: " + strerror(isMissing ? errno : ENOTDIR));
+    }
+    return p_error;
 }
 
 int fail(const String& p_reason) {
@@ -97,6 +67,12 @@ int fail(const String& p_reason) {
 } // namespace
 
 int runLaunch(const LaunchOptions& p_options) {
+    if (p_options.m_command[0].empty()) {
+        fprintf(stderr, "zyr-host: the name of the program is empty\n");
+        return EXIT_USAGE;
+    }
+    // Before a session is opened: from here on no signal ends this process and leaves the session standing.
+    installForwarding();
     UserProcessOptions options;
     options.userName = String(p_options.m_user);
     options.workingDirectory = String(p_options.m_directory);
@@ -120,12 +96,16 @@ int runLaunch(const LaunchOptions& p_options) {
         }
         session.getEnvironment(options.environment);
     }
-    options.executablePath = findProgram(p_options.m_command[0], options.environment);
-
-    installForwarding();
+    options.executablePath = String(findProgram(p_options.m_command[0], options.environment));
+    if (const int signal = getKeptSignal(); signal != 0) {
+        return 128 + signal;
+    }
     // On the main thread, which lives as long as the process: the program ends with the thread that launched it.
     const uint32_t processId = launchUserProcess(options, error);
-    return processId != 0 ? waitForProgram(processId) : fail(error);
+    if (processId == 0) {
+        return fail(explainFailure(p_options, error));
+    }
+    return waitForProgram(static_cast<int>(processId));
 }
 
 } // namespace zyr::host

@@ -79,6 +79,35 @@ TEST_F(LaunchCommand, LooksForAPlainNameInThePathOfTheEnvironment) {
     expectFailure({"--", "bin/true"}, "Executable is unavailable: bin/true");
 }
 
+TEST_F(LaunchCommand, PassesDirectoriesOfTheProgramsNameBy) {
+    const std::string path = getenv("PATH");
+    std::filesystem::create_directories(m_directory.getPath() + "first/true");
+    setenv("PATH", (m_directory.getPath() + "first:" + path).c_str(), 1);
+    EXPECT_EQ(launch({"--", "true"}).m_exitCode, 0);
+    setenv("PATH", path.c_str(), 1);
+}
+
+TEST_F(LaunchCommand, ReadsAnEmptyElementOfThePathAsTheCurrentDirectory) {
+    const std::string path = getenv("PATH");
+    const auto directory = std::filesystem::current_path();
+    std::filesystem::create_symlink("/bin/true", m_directory.getPath() + "zyr-plain-name");
+    std::filesystem::current_path(m_directory.getPath());
+    for (const char* value : {":/nowhere", "/nowhere:", "/nowhere::/none", ""}) {
+        setenv("PATH", value, 1);
+        EXPECT_EQ(launch({"--", "zyr-plain-name"}).m_exitCode, 0) << value;
+    }
+    setenv("PATH", "/nowhere", 1);
+    EXPECT_EQ(launch({"--", "zyr-plain-name"}).m_exitCode, 1);
+    setenv("PATH", path.c_str(), 1);
+    std::filesystem::current_path(directory);
+}
+
+TEST_F(LaunchCommand, RefusesAnEmptyName) {
+    const ProgramRun run = launch({"--", ""});
+    EXPECT_EQ(run.m_exitCode, 2);
+    EXPECT_EQ(run.m_err, "zyr-host: the name of the program is empty\n");
+}
+
 TEST_F(LaunchCommand, GivesTheCallersEnvironmentAndDirectoryByDefault) {
     // The report has a line for each variable, so variables of several lines (exported shell functions) stay out.
     std::vector<std::string> ofSeveralLines;
@@ -106,7 +135,9 @@ TEST_F(LaunchCommand, GivesTheCallersEnvironmentAndDirectoryByDefault) {
 TEST_F(LaunchCommand, ChangesTheDirectory) {
     EXPECT_EQ(probe({"--cwd", "/usr"}).getOnly("cwd"), "/usr");
     expectFailure({"--cwd", "/nowhere/at/all", "--", "/bin/true"},
-                  std::string("Unable to launch /bin/true: ") + strerror(ENOENT));
+                  "the working directory '/nowhere/at/all' cannot be entered: No such file or directory");
+    expectFailure({"--cwd", "/dev/null", "--", "/bin/true"},
+                  "the working directory '/dev/null' cannot be entered: Not a directory");
 }
 
 TEST_F(LaunchCommand, IsWrongUsageWithoutAProgram) {
@@ -174,8 +205,8 @@ TEST_F(LaunchCommand, StandsInAPamSessionUntilTheProgramHasEnded) {
 }
 
 TEST_F(LaunchCommand, ForwardsSignalsToTheProgramsGroup) {
-    for (int number : {SIGTERM, SIGINT}) {
-        const std::string name = number == SIGTERM ? "TERM" : "INT";
+    for (int number : {SIGTERM, SIGINT, SIGHUP}) {
+        const std::string name = number == SIGTERM ? "TERM" : number == SIGINT ? "INT" : "HUP";
         const std::string handler = "trap 'exit 41' " + name + "; echo ready >&2; while :; do sleep 0.02; done";
         EXPECT_EQ(launch({"--", "/bin/sh", "-c", handler}, [number](int p) { kill(p, number); }).m_exitCode, 41);
     }
@@ -183,6 +214,35 @@ TEST_F(LaunchCommand, ForwardsSignalsToTheProgramsGroup) {
     EXPECT_EQ(
         launch({"--", "/bin/sh", "-c", "sleep 600 & echo ready >&2; wait"}, [](int p) { kill(p, SIGTERM); }).m_exitCode,
         128 + SIGTERM);
+}
+
+TEST_F(LaunchCommand, ContinuesAStoppedProgramThatIsToEnd) {
+    // The last word comes from the program that is about to stop.
+    for (const int number : {SIGTERM, SIGHUP}) {
+        const ProgramRun run =
+            launch({"--", "/bin/sh", "-c", "trap 'exit 42' TERM HUP; echo ready >&2; kill -STOP $$; sleep 600"},
+                   [number](int p) { kill(p, number); });
+        EXPECT_EQ(run.m_exitCode, 42);
+    }
+}
+
+TEST_F(LaunchCommand, ClosesThePamSessionOfASignalThatComesWhileItIsOpened) {
+    ZYR_NEEDS_PRIVATE_SYSTEM();
+    runInChild([this] {
+        addAccount();
+        ASSERT_EQ(mount("tmpfs", "/etc/pam.d", "tmpfs", 0, nullptr), 0);
+        const std::string log = m_directory.getPath() + "calls";
+        const std::string module = std::string(" required " ZYR_TEST_PAM_MODULE " log=") + log;
+        const std::string script = m_directory.getPath() + "hang-up";
+        std::ofstream(script) << "#!/bin/sh\nkill -HUP $PPID\n";
+        std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+        std::ofstream("/etc/pam.d/zyr-launch") << "auth" << module << "\naccount" << module << "\nsession" << module
+                                               << "\nsession required pam_exec.so " << script << "\n";
+        const ProgramRun run = launch({"--user", "zyr-first", "--pam", "zyr-launch", "--", "/bin/sleep", "600"});
+        EXPECT_EQ(run.m_exitCode, 128 + SIGHUP) << run.m_err;
+        const std::string calls = TemporaryDirectory::readFile(log);
+        EXPECT_NE(calls.find("close_session"), std::string::npos) << calls;
+    });
 }
 
 TEST_F(LaunchCommand, LosesNoSignalBeforeTheProgramRuns) {
