@@ -1,4 +1,5 @@
 #include "host/zyr_command_line.h"
+#include "host/zyr_plugin_guard.h"
 #include "host/zyr_video_source.h"
 #include "zyr_common/platform/zyr_version.h"
 
@@ -6,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <exception>
 
@@ -34,8 +36,10 @@ void addFrameworkOptions(CLI::App& p_command, FrameworkOptions& p_options) {
     p_command.add_option("--modules", p_options.m_moduleDirectory,
                          "Directory of zyr_core.so and zyr_picture.so (default: found beside the program)");
     p_command.add_option("--plugins", p_options.m_pluginDirectories,
-                         "Directory of plug-ins, may be given more than once (default: plugins/ in the module "
-                         "directory)");
+                         "Directory of plug-ins besides plugins/ in the module directory, may be given more than "
+                         "once");
+    p_command.add_flag("!--no-default-plugins", p_options.m_defaultPlugins,
+                       "Leave plugins/ in the module directory out");
     addLogOptions(p_command, p_options);
 }
 
@@ -57,6 +61,12 @@ bool parseResize(const std::string& p_text, ResizeStep& p_step) {
 std::string checkResize(const std::string& p_text) {
     ResizeStep step{};
     return parseResize(p_text, step) ? "" : "'" + p_text + "' is not of the form FRAME:WIDTHxHEIGHT";
+}
+
+std::string checkScale(const std::string& p_text) {
+    // What is no number at all is told by the conversion.
+    const double scale = strtod(p_text.c_str(), nullptr);
+    return scale >= 0.0001 && scale <= 1000 ? "" : "'" + p_text + "' is not a number from 0.0001 to 1000";
 }
 
 struct Program {
@@ -86,9 +96,11 @@ struct Program {
     void addInspect() {
         CLI::App* command = m_app.add_subcommand(
             "inspect", "List modules, classes and what each encoder and decoder offers on this machine");
+        command->add_option("codec", m_inspect.m_codec, "Show this codec in full (vp9, h264, mpeg1video...)");
         addFrameworkOptions(*command, m_inspect.m_framework);
         command->add_flag("--json", m_inspect.m_json, "Print JSON on the standard output");
-        command->add_flag("--why", m_inspect.m_why, "Tell why the other codecs are not available");
+        command->add_flag("--why", m_inspect.m_why,
+                          "Tell for each codec what was tried, what failed and what would help");
         command->callback([this] { m_result = runInspect(m_inspect); });
     }
 
@@ -137,6 +149,7 @@ struct Program {
                 parseResize(text, step);
                 m_stream.m_resizes.push_back(step);
             }
+            const PluginGuard guard;
             m_result = runStream(m_stream);
         });
     }
@@ -187,7 +200,7 @@ struct Program {
         command->add_option("--svg", m_layout.m_svgPath,
                             "Draw the result into this SVG file; - prints it in place of the JSON");
         command->add_option("--scale", m_layout.m_scale, "Pixels of the drawing for each unit")
-            ->check(CLI::Range(0.0001, 1000.0))
+            ->check(checkScale)
             ->capture_default_str();
         command->add_option("--view", m_layout.m_view, "Which axes of boxes are drawn, to the right and down")
             ->check(CLI::IsMember({"xy", "xz", "zy"}));

@@ -20,6 +20,7 @@ enum ExitCode : int {
 
 struct InspectOptions {
     FrameworkOptions m_framework;
+    std::string m_codec; ///< Only this one, in full. Empty: a list of all.
     bool m_json = false;
     bool m_why = false;
 };

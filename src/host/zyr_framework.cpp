@@ -1,5 +1,7 @@
 #include "host/zyr_framework.h"
 
+#include "host/zyr_guarded_codecs.h"
+#include "host/zyr_log_place.h"
 #include "zyr_common/object/zyr_factories.h"
 #include "zyr_common/object_containers/zyr_list_of_objects.h"
 #include "zyr_common/platform/zyr_library.h"
@@ -13,21 +15,15 @@ namespace zyr::host {
 
 namespace {
 
+/// As the manual says.
+constexpr size_t MAX_LOG_FILES = 32;
+
 String toString(const std::string& p_text) {
     return String(p_text);
 }
 
 /// A module's prepare function, by which it leaves its initializer in the application data.
 typedef void (*prepare_FUNC)(ApplicationData*);
-
-std::string stateDirectory() {
-    const char* state = getenv("XDG_STATE_HOME");
-    if (state != nullptr && state[0] == '/') {
-        return std::string(state) + "/";
-    }
-    const char* home = getenv("HOME");
-    return home != nullptr && home[0] != 0 ? std::string(home) + "/.local/state/" : "/tmp/";
-}
 
 /// The modules stand beside the program in a build tree, and in a folder of their own when installed.
 std::string findModuleDirectory() {
@@ -49,13 +45,13 @@ std::string withSlash(const std::string& p_directory) {
     return p_directory.empty() || p_directory.back() == '/' ? p_directory : p_directory + "/";
 }
 
-template <typename Interface> std::vector<ObjectHandle<Interface>> createAll(const char* p_parentGUID) {
+template <typename Interface, typename Guard> std::vector<ObjectHandle<Interface>> createAll(Guard&& p_guard) {
     std::vector<ObjectHandle<Interface>> objects;
     GUID_t parent;
-    GUID_t_fromString(parent, p_parentGUID);
+    GUID_t_fromString(parent, InterfaceTraits<Interface>::c_guidText);
     ObjectHandle<IListOfObjects> list(zyr_createObjectsFromParentGUID(parent));
     for (List<IObject*>::iterator it = list->begin(); it != list->end(); ++it) {
-        objects.emplace_back(static_cast<Interface*>((*it)->addRef()));
+        objects.push_back(p_guard(static_cast<Interface*>((*it)->addRef())));
     }
     return objects;
 }
@@ -84,6 +80,15 @@ std::string toText(const GUID_t& p_guid) {
 }
 
 HostApplicationData::HostApplicationData() : ApplicationData(1, 0) {}
+
+void HostApplicationData::openLogFile(const String& p_prefix, const String& p_name) {
+    // The caller holds the log's lock.
+    if (m_logDirectory.isEmpty()) {
+        m_logFile = fopen("/dev/null", "we");
+        return;
+    }
+    ApplicationData::openLogFile(p_prefix, p_name);
+}
 
 void HostApplicationData::printStringOnLogFile(const String& p_text) {
     {
@@ -141,16 +146,13 @@ bool parseLogLine(const std::string& p_line, LogLine& p_parts) {
 
 CommonLibrary::CommonLibrary(const FrameworkOptions& p_options) : m_data(new HostApplicationData) {
     m_data->prepareAndSetEssentialDirectories();
-    std::string directory = withSlash(p_options.m_logDirectory);
-    if (directory.empty()) {
-        directory = stateDirectory() + "zyr-host/log/";
-    }
-    std::error_code ignored; // A log that cannot be opened goes to the standard output, as the log itself tells.
-    std::filesystem::create_directories(directory, ignored);
+    const std::string directory = prepareLogDirectory(p_options.m_logDirectory);
     m_data->setLogDirectory(toString(directory));
     m_data->setLogLevel(p_options.m_logLevel);
-    m_data->setLogMaxNumOfFiles(32);
-    m_data->setLogRotation(1);
+    if (!directory.empty()) {
+        // The log's own rotation counts files of one second as one, and a script starts many hosts in a second.
+        pruneLogFiles(directory, MAX_LOG_FILES - 1);
+    }
     if (!m_data->commonInitialize()) {
         throw ModuleError("the common library did not start (see the log)");
     }
@@ -167,8 +169,10 @@ Framework::Framework(const FrameworkOptions& p_options)
         m_moduleDirectory = findModuleDirectory();
     }
     m_pluginDirectories = p_options.m_pluginDirectories;
-    if (m_pluginDirectories.empty()) {
-        m_pluginDirectories.push_back(m_moduleDirectory + "plugins");
+    const std::string defaultPlugins = m_moduleDirectory + "plugins";
+    // Where others are named, the default directory need not be there.
+    if (p_options.m_defaultPlugins && (m_pluginDirectories.empty() || std::filesystem::exists(defaultPlugins))) {
+        m_pluginDirectories.insert(m_pluginDirectories.begin(), defaultPlugins);
     }
     loadComponent("core", "zyr_core_prepare");
     m_data->startListening();
@@ -221,11 +225,11 @@ void Framework::loadComponent(const char* p_name, const char* p_prepareName) {
 }
 
 std::vector<ObjectHandle<IFrameEncoder>> Framework::createEncoders() {
-    return createAll<IFrameEncoder>(InterfaceTraits<IFrameEncoder>::c_guidText);
+    return createAll<IFrameEncoder>(guardEncoder);
 }
 
 std::vector<ObjectHandle<IFrameDecoder>> Framework::createDecoders() {
-    return createAll<IFrameDecoder>(InterfaceTraits<IFrameDecoder>::c_guidText);
+    return createAll<IFrameDecoder>(guardDecoder);
 }
 
 namespace {

@@ -21,7 +21,8 @@ public:
 /// Where the host looks for modules and what it logs.
 struct FrameworkOptions {
     std::string m_moduleDirectory; ///< Holds zyr_core.so and zyr_picture.so. Empty: found beside the program.
-    std::vector<std::string> m_pluginDirectories; ///< Empty: "plugins" in the module directory.
+    std::vector<std::string> m_pluginDirectories; ///< Besides the default one.
+    bool m_defaultPlugins = true;                 ///< Loads "plugins" in the module directory, too, and first.
     std::string m_logDirectory;                   ///< Empty: the user's state directory.
     LogLevelEnum m_logLevel = ZYR_LOG_LEVEL_DEBUG;
     bool m_coreOnly = false; ///< Loads the core module and nothing else.
@@ -34,6 +35,8 @@ public:
     HostApplicationData();
 
     void printStringOnLogFile(const String& p_text) override;
+    /// Without a directory the log is dropped; its lines can be listened to all the same.
+    void openLogFile(const String& p_prefix, const String& p_name) override;
 
     /// Starts to keep lines, dropping those kept before.
     void startListening();

@@ -1,6 +1,8 @@
+#include "host/zyr_codec_roads.h"
 #include "host/zyr_command_line.h"
 #include "host/zyr_ffmpeg_handles.h"
-#include "host/zyr_negotiation.h"
+#include "host/zyr_guarded_codecs.h"
+#include "host/zyr_standard_output.h"
 
 #include "zyr_common/object_containers/zyr_list_of_objects.h"
 #include "zyr_common/plugins/zyr_plugin_modules.h"
@@ -16,6 +18,8 @@ extern "C" {
 
 #include <algorithm>
 #include <cstdio>
+#include <dlfcn.h>
+#include <link.h>
 
 namespace zyr::host {
 
@@ -35,6 +39,13 @@ template <typename Fill> std::string filled(Fill&& p_fill) {
     return toText(text);
 }
 
+/// Where a plug-in was loaded from.
+std::string fileOf(const IPluginModule& p_plugin) {
+    const link_map* map = nullptr;
+    void* handle = p_plugin.getLibraryHandle();
+    return handle != nullptr && dlinfo(handle, RTLD_DI_LINKMAP, &map) == 0 ? map->l_name : "";
+}
+
 json listPlugins(Framework& p_framework) {
     json plugins = json::array();
     const IListOfObjects* modules = p_framework.getApplicationData().getPluginModules(0);
@@ -52,6 +63,7 @@ json listPlugins(Framework& p_framework) {
             names.push_back(toText(*name));
         }
         plugins.push_back({{"name", filled([&](String& p_out) { plugin->getName(p_out); })},
+                           {"file", fileOf(*plugin)},
                            {"long_name", filled([&](String& p_out) { plugin->getLongName(p_out); })},
                            {"version", versionText(plugin->getVersion())},
                            {"guid", toText(guid)},
@@ -135,6 +147,7 @@ json listOffers(const Market& p_market) {
     for (const Offer& offer : p_market.m_offers) {
         json entry = describeCommon(*offer.m_proposal);
         entry["class"] = toText(p_market.m_encoders[offer.m_encoder]->getClassName());
+        entry["file"] = findModuleFile(*p_market.m_encoders[offer.m_encoder]);
         entry["adapter"] = offer.m_proposal->adapterID;
         entry["features"] = describeFeatures(*offer.m_proposal, proposalText);
         offers.push_back(entry);
@@ -147,6 +160,7 @@ json listWishes(const Market& p_market) {
     for (const Wish& wish : p_market.m_wishes) {
         json entry = describeCommon(*wish.m_request);
         entry["class"] = toText(p_market.m_decoders[wish.m_decoder]->getClassName());
+        entry["file"] = findModuleFile(*p_market.m_decoders[wish.m_decoder]);
         entry["features"] = describeFeatures(*wish.m_request, requestText);
         wishes.push_back(entry);
     }
@@ -182,57 +196,135 @@ json probeHardware() {
         {{{"device", "vaapi"}, {"usable", result >= 0}, {"reason", result >= 0 ? std::string() : errorText(result)}}});
 }
 
-std::string textOf(const json& p_value) {
-    return p_value.get<std::string>();
+json listRoads(const Market& p_market) {
+    json roads = json::array();
+    for (const CodecRoad& road : explainRoads(p_market)) {
+        roads.push_back({{"kind", road.m_isEncoder ? "encoder" : "decoder"},
+                         {"codec", road.m_codec},
+                         {"implementation", road.m_implementation},
+                         {"hardware", road.m_hardware},
+                         {"usable", road.m_usable},
+                         {"tried", road.m_tried},
+                         {"failed", road.m_failed},
+                         {"cure", road.m_cure}});
+    }
+    return roads;
 }
 
-void printRecords(const char* p_title, const json& p_records) {
-    printf("\n%s\n", p_title);
+std::string textOf(const json& p_value) {
+    return maskControls(p_value.get<std::string>());
+}
+
+std::string padded(const std::string& p_text, size_t p_width) {
+    std::string text = p_text;
+    text.resize(std::max(text.size(), p_width), ' ');
+    return text + " ";
+}
+
+std::string roadOf(const json& p_record) {
+    const std::string hardware = textOf(p_record["hardware"]);
+    return hardware.empty() ? "software" : hardware;
+}
+
+std::string makeRecords(const char* p_title, const json& p_records) {
+    std::string text = "\n" + std::string(p_title) + "\n";
     if (p_records.empty()) {
-        printf("  none\n");
+        text += "  none\n";
     }
     for (const json& record : p_records) {
-        const std::string hardware = textOf(record["hardware"]);
         const std::string options = textOf(record["options"]);
-        printf("  %-11s %-13s %-11s %s%s%s\n", textOf(record["codec"]).c_str(),
-               textOf(record["implementation"]).c_str(), textOf(record["rating"]).c_str(),
-               hardware.empty() ? "software" : hardware.c_str(), options.empty() ? "" : "  ", options.c_str());
+        text += "  " + padded(textOf(record["codec"]), 11) + padded(textOf(record["implementation"]), 13) +
+                padded(textOf(record["rating"]), 11) + roadOf(record) + (options.empty() ? "" : "  " + options) + "\n";
     }
+    return text;
 }
 
-void printText(const json& p_all) {
-    printf("framework %s, modules in %s\n", textOf(p_all["framework_version"]).c_str(),
-           textOf(p_all["module_directory"]).c_str());
-    printf("\nplug-ins\n");
+/// Everything that a record says.
+std::string makeRecordInFull(const char* p_kind, const json& p_record) {
+    std::string text = std::string(p_kind) + " " + textOf(p_record["implementation"]) + ", " + roadOf(p_record) + ", " +
+                       textOf(p_record["rating"]) + "\n  " + textOf(p_record["class"]) + " in " +
+                       textOf(p_record["file"]) + "\n";
+    if (!textOf(p_record["options"]).empty()) {
+        text += "  options " + textOf(p_record["options"]) + "\n";
+    }
+    for (const auto& [name, value] : p_record["features"].items()) {
+        text += "  " + padded(name, 26) + textOf(value) + "\n";
+    }
+    return text;
+}
+
+std::string makeRoads(const json& p_roads) {
+    std::string text;
+    for (const json& road : p_roads) {
+        text += "  " + textOf(road["codec"]) + " " + textOf(road["kind"]) + " " + textOf(road["implementation"]) +
+                " (" + roadOf(road) + "): " + (road["usable"].get<bool>() ? "usable" : "not usable") +
+                "\n    tried   " + textOf(road["tried"]) + "\n";
+        if (!road["usable"].get<bool>()) {
+            text += "    failed  " + textOf(road["failed"]) + "\n";
+        }
+        if (!textOf(road["cure"]).empty()) {
+            text += "    cure    " + textOf(road["cure"]) + "\n";
+        }
+    }
+    return text;
+}
+
+std::string makeReasons(const json& p_all) {
+    std::string text = "\nwhat was tried\n" + makeRoads(p_all["roads"]);
+    text += "\nwhat the attempts logged\n";
+    for (const json& reason : p_all["why"]) {
+        const uint32_t times = reason["times"].get<uint32_t>();
+        text += "  " + textOf(reason["level"]) + ": " + textOf(reason["message"]) +
+                (times > 1 ? " (" + std::to_string(times) + " times)" : "") + "\n";
+    }
+    for (const json& device : p_all["hardware"]) {
+        text += "  hardware " + textOf(device["device"]) + ", for encoders and decoders alike: " +
+                (device["usable"].get<bool>() ? "usable" : "cannot be opened: ") + textOf(device["reason"]) + "\n";
+    }
+    return text;
+}
+
+std::string makeText(const json& p_all) {
+    std::string text = "framework " + textOf(p_all["framework_version"]) + ", modules in " +
+                       textOf(p_all["module_directory"]) + "\n\nplug-ins\n";
     for (const json& plugin : p_all["plugins"]) {
-        printf("  %s %s  %s\n    %s\n", textOf(plugin["name"]).c_str(), textOf(plugin["version"]).c_str(),
-               textOf(plugin["guid"]).c_str(), textOf(plugin["description"]).c_str());
+        text += "  " + textOf(plugin["name"]) + " " + textOf(plugin["version"]) + "  " + textOf(plugin["guid"]) +
+                "\n    " + textOf(plugin["description"]) + "\n    " + textOf(plugin["file"]) + "\n";
     }
     for (const json& refusal : p_all["refused"]) {
-        printf("  refused: %s\n", textOf(refusal).c_str());
+        text += "  refused: " + textOf(refusal) + "\n";
     }
-    printf("\nclasses\n");
+    text += "\nclasses\n";
     for (const json& entry : p_all["classes"]) {
-        printf("  %-28s %s\n", textOf(entry["name"]).c_str(), textOf(entry["guid"]).c_str());
+        text += "  " + padded(textOf(entry["name"]), 28) + textOf(entry["guid"]) + "\n";
     }
-    printRecords("encoders offer", p_all["proposals"]);
-    printRecords("decoders ask for", p_all["requests"]);
-    if (p_all.contains("why")) {
-        printf("\nwhy the others are not available\n");
-        for (const json& reason : p_all["why"]) {
-            printf("  %s: %s", textOf(reason["level"]).c_str(), textOf(reason["message"]).c_str());
-            const uint32_t times = reason["times"].get<uint32_t>();
-            if (times > 1) {
-                printf(" (%u times)", times);
+    return text + makeRecords("encoders offer", p_all["proposals"]) +
+           makeRecords("decoders ask for", p_all["requests"]);
+}
+
+/// Only what concerns one codec.
+json selectCodec(const json& p_all, const std::string& p_codec) {
+    json selected = {{"codec", p_codec}};
+    for (const char* list : {"proposals", "requests", "roads"}) {
+        selected[list] = json::array();
+        for (const json& entry : p_all[list]) {
+            if (entry["codec"] == p_codec) {
+                selected[list].push_back(entry);
             }
-            printf("\n");
-        }
-        for (const json& device : p_all["hardware"]) {
-            const bool usable = device["usable"].get<bool>();
-            printf("  hardware %s, for encoders and decoders alike: %s%s\n", textOf(device["device"]).c_str(),
-                   usable ? "usable" : "cannot be opened: ", textOf(device["reason"]).c_str());
         }
     }
+    return selected;
+}
+
+std::string makeCodecText(const json& p_codec) {
+    std::string text = textOf(p_codec["codec"]) + "\n";
+    for (const json& record : p_codec["proposals"]) {
+        text += "\n" + makeRecordInFull("encoder", record);
+    }
+    for (const json& record : p_codec["requests"]) {
+        text += "\n" + makeRecordInFull("decoder", record);
+    }
+    return text + "\nwhat was tried\n" + makeRoads(p_codec["roads"]);
 }
 
 } // namespace
@@ -252,6 +344,7 @@ std::string colorSpaceText(ColorSpaceEnum p_space) {
 }
 
 int runInspect(const InspectOptions& p_options) {
+    claimStandardOutput();
     Framework framework(p_options.m_framework);
     if (p_options.m_why) {
         framework.getApplicationData().setLogLevel(std::max(p_options.m_framework.m_logLevel, ZYR_LOG_LEVEL_DEBUG));
@@ -268,19 +361,29 @@ int runInspect(const InspectOptions& p_options) {
                 {"classes", listClasses(framework)},
                 {"proposals", listOffers(market)},
                 {"requests", listWishes(market)}};
+    if (p_options.m_why || !p_options.m_codec.empty()) {
+        all["roads"] = listRoads(market);
+    }
     if (p_options.m_why) {
         all["why"] = listReasons(lines, framework.getApplicationData().m_logRepeatCount);
         all["hardware"] = probeHardware();
     }
-    if (p_options.m_json) {
-        printf("%s\n", all.dump(2).c_str());
+    int result = EXIT_DONE;
+    std::string text;
+    if (!p_options.m_codec.empty()) {
+        const json selected = selectCodec(all, p_options.m_codec);
+        text = p_options.m_json ? selected.dump(2, ' ', false, json::error_handler_t::replace) + "\n"
+                                : makeCodecText(selected);
+        if (selected["proposals"].empty() && selected["requests"].empty()) {
+            fprintf(stderr, "zyr-host: codec '%s' is not usable here\n", maskControls(p_options.m_codec).c_str());
+            result = EXIT_CODEC_NOT_USABLE;
+        }
+    } else if (p_options.m_json) {
+        text = all.dump(2, ' ', false, json::error_handler_t::replace) + "\n";
     } else {
-        printText(all);
+        text = makeText(all) + (p_options.m_why ? makeReasons(all) : "");
     }
-    if (fflush(stdout) != 0) {
-        return EXIT_RUN_FAILED;
-    }
-    return EXIT_DONE;
+    return printText(text) ? result : EXIT_RUN_FAILED;
 }
 
 } // namespace zyr::host

@@ -3,9 +3,9 @@
 #include "host/zyr_layout_reader.h"
 #include "host/zyr_layout_report.h"
 #include "host/zyr_layout_solver.h"
+#include "host/zyr_standard_output.h"
 #include "host/zyr_text_files.h"
 
-#include <algorithm>
 #include <cstdio>
 
 namespace zyr::host {
@@ -13,12 +13,9 @@ namespace zyr::host {
 namespace {
 
 /// The reason may quote the file, so what a terminal would act on is left out.
-int fail(const LayoutOptions& p_options, std::string p_reason) {
-    std::replace_if(
-        p_reason.begin(), p_reason.end(),
-        [](char p_byte) { return static_cast<unsigned char>(p_byte) < 0x20 || p_byte == 0x7F; }, '?');
-    const char* const file = p_options.m_file == "-" ? "standard input" : p_options.m_file.c_str();
-    fprintf(stderr, "zyr-host: %s: %s\n", file, p_reason.c_str());
+int fail(const LayoutOptions& p_options, const std::string& p_reason) {
+    const std::string file = p_options.m_file == "-" ? "standard input" : p_options.m_file;
+    fprintf(stderr, "zyr-host: %s: %s\n", maskControls(file).c_str(), maskControls(p_reason).c_str());
     return EXIT_RUN_FAILED;
 }
 
@@ -53,6 +50,7 @@ template <typename T> int solveFile(const LayoutOptions& p_options, const nlohma
 } // namespace
 
 int runLayout(const LayoutOptions& p_options) {
+    claimStandardOutput();
     CommonLibrary library(p_options.m_framework);
     std::string text;
     if (!readText(p_options.m_file, text)) {

@@ -75,8 +75,17 @@ template <typename T> T readNumber(const Value& p_value) {
     p_value.mustBe(number.is_number(), "a number");
     if constexpr (std::is_integral_v<T>) {
         constexpr const char* type = sizeof(T) == 4 ? "int32" : "int64";
-        if (!number.is_number_integer()) {
-            p_value.fail(number.dump() + " must be a whole number, since the layout's type is " + type);
+        if (number.is_number_float()) {
+            // 100.0 and 1e3 are whole numbers too, and so are those that are too large for an integer.
+            const double value = number.get<double>();
+            if (value != std::trunc(value)) {
+                p_value.fail(number.dump() + " must be a whole number, since the layout's type is " + type);
+            }
+            constexpr double limit = -double(std::numeric_limits<T>::min());
+            if (value < -limit || value >= limit) {
+                failRange(p_value, type);
+            }
+            return static_cast<T>(value);
         }
         if (number.is_number_unsigned() ? number.get<uint64_t>() > uint64_t(std::numeric_limits<T>::max())
                                         : number.get<int64_t>() < std::numeric_limits<T>::min()) {
@@ -93,8 +102,11 @@ template <typename T> T readNumber(const Value& p_value) {
 }
 
 uint8_t readAnchor(const Value& p_value, std::span<const EnumerationEntry> p_texts) {
-    if (p_value.m_json.is_number_unsigned() && p_value.m_json.get<uint64_t>() <= 255) {
-        return p_value.m_json.get<uint8_t>();
+    if (p_value.m_json.is_number()) {
+        const double value = p_value.m_json.get<double>();
+        if (value >= 0 && value <= 255 && value == std::trunc(value)) {
+            return static_cast<uint8_t>(value);
+        }
     }
     p_value.mustBe(p_value.m_json.is_string(), "an anchor's name, or its number from 0 to 255");
     const std::string text = p_value.getText();
@@ -404,7 +416,7 @@ private:
     const Value m_file;
     LayoutNode<T> m_defaults;
     size_t m_axisCount = 2;
-    size_t m_nodes = 0;
+    size_t m_nodes = 1; ///< The root is one.
     bool m_box = false;
 };
 

@@ -1,12 +1,14 @@
 #include "host/zyr_path_check.h"
 
 #include "host/zyr_framework.h"
+#include "host/zyr_standard_output.h"
 #include "zyr_common/documents/zyr_svg_path.h"
 #include "zyr_common/object/zyr_factories.h"
 #include "zyr_common/text/zyr_number_text.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 
 namespace zyr::host {
 
@@ -14,6 +16,19 @@ namespace {
 
 std::string toText(const WrappedString& p_text) {
     return std::string(p_text.getData(), p_text.getSize());
+}
+
+/// Of a wrong text so many bytes are shown, and of its line so many before and behind the place.
+constexpr size_t MAX_SHOWN = 40;
+constexpr size_t MAX_LINE_SIDE = 60;
+
+/// The start of a text as it may go to a terminal, cut before a character that would not be whole.
+std::string showStart(const std::string& p_text) {
+    size_t size = std::min(p_text.size(), MAX_SHOWN);
+    while (size > 0 && size < p_text.size() && (static_cast<unsigned char>(p_text[size]) & 0xC0) == 0x80) {
+        size--;
+    }
+    return maskControls(p_text.substr(0, size)) + (size < p_text.size() ? "..." : "");
 }
 
 bool isNumber(const Token& p_token) {
@@ -31,6 +46,9 @@ public:
         m_data.bindFixedSizeData(const_cast<char*>(m_text.data()), m_text.size());
         m_lexer->setInputData(&m_data);
     }
+
+    /// What a reader may not expect, by line and column.
+    const std::vector<std::string>& getWarnings() const { return m_warnings; }
 
     void check() {
         for (bool reading = next(); reading;) {
@@ -64,6 +82,9 @@ private:
             for (uint32_t i = 0; i < size; ++i) {
                 const Found found = checkNumber(i);
                 if (found == FOUND_NUMBER) {
+                    if (!first && i == 0 && (m_letter == 'M' || m_letter == 'm')) {
+                        warnOfMove();
+                    }
                     continue;
                 }
                 if (i != 0 || first) {
@@ -99,7 +120,8 @@ private:
     }
 
     void checkSize() const {
-        if (!std::isfinite(zyr_convertStringToDouble(String(m_token.m_text).getData()))) {
+        // The library reads some of these as the largest number.
+        if (!std::isfinite(strtod(toText(m_token.m_text).c_str(), nullptr))) {
             fail(shown() + " is too large a number");
         }
     }
@@ -128,23 +150,57 @@ private:
             snprintf(code, sizeof(code), "byte 0x%02X", first);
             return code;
         }
-        return "'" + text + "'";
+        return "'" + showStart(text) + "'";
     }
 
-    /// The line of the token, with a mark below it. Tabs are shown as blanks, so that the mark stands where it should.
+    std::string getPlace() const {
+        return "line " + std::to_string(std::max<size_t>(m_token.m_cursor.m_line, 1)) + ", column " +
+               std::to_string(std::max<size_t>(m_token.m_cursor.m_column, 1));
+    }
+
+    /// Once for each path: the pairs behind the first are what differs from SVG.
+    void warnOfMove() {
+        if (m_warnings.empty()) {
+            m_warnings.push_back(getPlace() + ": further pairs behind " + m_letter + " are moves here, not lines");
+        }
+    }
+
+    /// The line of the token, with a mark below it.
     [[noreturn]] void fail(const std::string& p_reason) const {
         const StringCursor& cursor = m_token.m_cursor;
         const size_t place = cursor.m_current != nullptr ? static_cast<size_t>(cursor.m_current - m_text.data()) : 0;
-        const size_t before = place == 0 ? std::string::npos : m_text.find_last_of("\r\n", place - 1);
-        const size_t begin = before == std::string::npos ? 0 : before + 1;
+        const size_t lineEnd = place == 0 ? std::string::npos : m_text.find_last_of("\r\n", place - 1);
+        const size_t begin = lineEnd == std::string::npos ? 0 : lineEnd + 1;
         const size_t end = std::min(m_text.find_first_of("\r\n", place), m_text.size());
-        std::string line = m_text.substr(begin, end - begin);
+        // Of a long line only the surroundings are shown. Bytes inside a character are no place to cut.
+        size_t left = place - begin > MAX_LINE_SIDE ? place - MAX_LINE_SIDE : begin;
+        size_t right = end - place > MAX_LINE_SIDE ? place + MAX_LINE_SIDE : end;
+        const auto isInside = [this](size_t p_place) {
+            return p_place < m_text.size() && (static_cast<unsigned char>(m_text[p_place]) & 0xC0) == 0x80;
+        };
+        while (left > begin && isInside(left)) {
+            left--;
+        }
+        while (right < end && isInside(right)) {
+            right++;
+        }
+        const std::string before = (left > begin ? "..." : "") + blankControls(m_text.substr(left, place - left));
+        const std::string behind = blankControls(m_text.substr(place, right - place)) + (right < end ? "..." : "");
+        throw PathError(getPlace() + ": " + p_reason + "\n  " + before + behind + "\n  " +
+                        std::string(countCharacters(before), ' ') + "^");
+    }
+
+    /// Tabs and other controls as blanks, so that the mark stands where it should.
+    static std::string blankControls(std::string p_text) {
         std::replace_if(
-            line.begin(), line.end(), [](char p_byte) { return static_cast<unsigned char>(p_byte) < 0x20; }, ' ');
-        const size_t column = std::max<size_t>(cursor.m_column, 1);
-        throw PathError("line " + std::to_string(std::max<size_t>(cursor.m_line, 1)) + ", column " +
-                        std::to_string(column) + ": " + p_reason + "\n  " + line + "\n  " +
-                        std::string(column - 1, ' ') + "^");
+            p_text.begin(), p_text.end(), [](char p_byte) { return static_cast<unsigned char>(p_byte) < 0x20; }, ' ');
+        return maskControls(p_text);
+    }
+
+    static size_t countCharacters(const std::string& p_text) {
+        return static_cast<size_t>(std::count_if(p_text.begin(), p_text.end(), [](char p_byte) {
+            return (static_cast<unsigned char>(p_byte) & 0xC0) != 0x80;
+        }));
     }
 
     const std::string& m_text;
@@ -152,12 +208,15 @@ private:
     Array<unsigned char> m_data;
     Token m_token;
     char m_letter = 0;
+    std::vector<std::string> m_warnings;
 };
 
 } // namespace
 
-void checkPath(const std::string& p_text) {
-    PathChecker(p_text).check();
+std::vector<std::string> checkPath(const std::string& p_text) {
+    PathChecker checker(p_text);
+    checker.check();
+    return checker.getWarnings();
 }
 
 } // namespace zyr::host

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace zyr::host {
 
@@ -14,7 +15,8 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// Throws PathError for a text that Path2D::pushBackSVGPath would not read whole. Needs the core module.
-void checkPath(const std::string& p_text);
+/// Throws PathError for a text that Path2D::pushBackSVGPath would not read whole. Gives what is read otherwise than by
+/// SVG, with the place of the first one. Needs the core module.
+std::vector<std::string> checkPath(const std::string& p_text);
 
 } // namespace zyr::host

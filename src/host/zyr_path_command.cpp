@@ -1,13 +1,12 @@
 #include "host/zyr_command_line.h"
 #include "host/zyr_path_check.h"
 #include "host/zyr_path_outline.h"
+#include "host/zyr_standard_output.h"
 #include "host/zyr_text_files.h"
 
 #include <nlohmann/json.hpp>
 
 #include <cstdio>
-#include <iostream>
-#include <iterator>
 
 namespace zyr::host {
 
@@ -69,15 +68,21 @@ json showCommand(const Path2DCommand<double>& p_command) {
 } // namespace
 
 int runPath(const PathOptions& p_options) {
+    claimStandardOutput();
     FrameworkOptions options = p_options.m_framework;
     options.m_coreOnly = true;
     Framework framework(options);
     std::string text = p_options.m_text;
     if (text == "-") {
-        text.assign(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
+        text.clear();
+        if (!readText("-", text)) {
+            return EXIT_RUN_FAILED;
+        }
     }
     try {
-        checkPath(text);
+        for (const std::string& warning : checkPath(text)) {
+            fprintf(stderr, "zyr-host: path, %s\n", warning.c_str());
+        }
     } catch (const PathError& error) {
         fprintf(stderr, "zyr-host: path, %s\n", error.what());
         return EXIT_RUN_FAILED;

@@ -1,4 +1,5 @@
 #include "host/zyr_command_line.h"
+#include "host/zyr_standard_output.h"
 
 #include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/platform/zyr_process_identity.h"
@@ -8,6 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -189,37 +191,49 @@ std::string noneText(const json& p_entry) {
     return "none: " + p_entry["reason"].get<std::string>();
 }
 
-void printText(const json& p_all) {
+/// One line of the text form. What others chose, a process's environment above all, must not act on a terminal.
+std::string makeLine(const char* p_name, size_t p_width, const std::string& p_text) {
+    std::string name = p_name;
+    name.resize(std::max(name.size(), p_width), ' ');
+    return name + maskControls(p_text) + "\n";
+}
+
+std::string makeText(const json& p_all) {
     const json& console = p_all["console"];
     const json& manager = p_all["display_manager"];
     const json& environment = p_all["environment"];
     const json& output = p_all["amd_output"];
-    printf("console user      %s\n",
-           (console["user"].is_null() ? noneText(console)
-                                      : userText(console["user"]) + ", from the " + console["from"].get<std::string>())
-               .c_str());
-    printf("display manager   %s\n",
-           (manager["account"].is_null() ? noneText(manager) : userText(manager["account"])).c_str());
-    printf("AMD output        %s\n",
-           (output["connector"].is_null() ? noneText(output) : output["connector"].get<std::string>()).c_str());
-    printf("environment of    %s\n",
-           (environment["user"].is_null() ? noneText(environment) : userText(environment["user"])).c_str());
+    std::string text;
+    text += makeLine("console user", 18,
+                     console["user"].is_null()
+                         ? noneText(console)
+                         : userText(console["user"]) + ", from the " + console["from"].get<std::string>());
+    text += makeLine("display manager", 18,
+                     manager["account"].is_null() ? noneText(manager) : userText(manager["account"]));
+    text += makeLine("AMD output", 18,
+                     output["connector"].is_null() ? noneText(output) : output["connector"].get<std::string>());
+    text += makeLine("environment of", 18,
+                     environment["user"].is_null() ? noneText(environment) : userText(environment["user"]));
     for (const json& entry : environment["variables"]) {
         const bool found = !entry["value"].is_null();
-        std::string text = found ? entry["value"].get<std::string>() : noneText(entry);
+        std::string value = found ? entry["value"].get<std::string>() : noneText(entry);
         if (entry.contains("process")) {
-            text += " (process " + std::to_string(entry["process"].get<int>()) + ")";
+            value += " (process " + std::to_string(entry["process"].get<int>()) + ")";
         }
         if (entry["launch"] != entry["value"]) {
-            text += "; a launch sets " + entry["launch"].get<std::string>();
+            value += "; a launch sets " + entry["launch"].get<std::string>();
         }
-        printf("  %-26s %s\n", entry["name"].get<std::string>().c_str(), text.c_str());
+        text += makeLine(("  " + entry["name"].get<std::string>()).c_str(), 29, value);
     }
+    return text;
 }
 
 } // namespace
 
 int runSession(const SessionOptions& p_options) {
+    claimStandardOutput();
+    // Where it is ignored, which a caller may leave behind, no program's answer is seen and no display manager found.
+    signal(SIGCHLD, SIG_DFL);
     CommonLibrary library(p_options.m_framework);
     HostApplicationData& data = library.getApplicationData();
     // What the look-ups come across is told by their messages.
@@ -231,7 +245,7 @@ int runSession(const SessionOptions& p_options) {
         String identity;
         long uid = -1;
         if (!zyr_getUserAccountIdentity(String(p_options.m_user), identity, uid)) {
-            fprintf(stderr, "zyr-host: there is no account %s\n", p_options.m_user.c_str());
+            fprintf(stderr, "zyr-host: there is no account %s\n", maskControls(p_options.m_user).c_str());
             return EXIT_RUN_FAILED;
         }
         environment["user"] = makeUser(static_cast<uid_t>(uid));
@@ -247,12 +261,9 @@ int runSession(const SessionOptions& p_options) {
                       {"display_manager", findDisplayManager()},
                       {"environment", environment},
                       {"amd_output", findOutput()}};
-    if (p_options.m_json) {
-        printf("%s\n", all.dump(2, ' ', false, json::error_handler_t::replace).c_str());
-    } else {
-        printText(all);
-    }
-    return fflush(stdout) == 0 ? EXIT_DONE : EXIT_RUN_FAILED;
+    const std::string text =
+        p_options.m_json ? all.dump(2, ' ', true, json::error_handler_t::replace) + "\n" : makeText(all);
+    return printText(text) ? EXIT_DONE : EXIT_RUN_FAILED;
 }
 
 } // namespace zyr::host

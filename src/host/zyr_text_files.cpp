@@ -39,13 +39,4 @@ bool writeText(const std::string& p_path, const std::string& p_text) {
     return done;
 }
 
-bool printText(const std::string& p_text) {
-    const bool written = fwrite(p_text.data(), 1, p_text.size(), stdout) == p_text.size();
-    const bool done = fflush(stdout) == 0 && written;
-    if (!done) {
-        fprintf(stderr, "zyr-host: cannot write to the standard output: %s\n", strerror(errno));
-    }
-    return done;
-}
-
 } // namespace zyr::host

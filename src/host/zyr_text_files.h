@@ -11,7 +11,4 @@ bool readText(const std::string& p_path, std::string& p_text);
 /// Writes a file, replacing what it held. False after a message on the standard error.
 bool writeText(const std::string& p_path, const std::string& p_text);
 
-/// Writes to the standard output. False after a message on the standard error.
-bool printText(const std::string& p_text);
-
 } // namespace zyr::host

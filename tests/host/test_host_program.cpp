@@ -137,7 +137,7 @@ TEST_F(HostProgram, InspectTellsWhyHardwareIsMissing) {
 
 TEST_F(HostProgram, InspectGoesOnWithAnEmptyPluginDirectory) {
     mkdir(path("empty").c_str(), 0755);
-    const ProgramRun run = host({"inspect", "--json", "--plugins", path("empty")});
+    const ProgramRun run = host({"inspect", "--json", "--no-default-plugins", "--plugins", path("empty")});
     ASSERT_EQ(run.m_exitCode, 0);
     EXPECT_TRUE(jsonOf(run)["plugins"].empty());
     EXPECT_TRUE(jsonOf(run)["proposals"].empty());
@@ -145,7 +145,7 @@ TEST_F(HostProgram, InspectGoesOnWithAnEmptyPluginDirectory) {
 
 TEST_F(HostProgram, StreamWithoutPluginsTellsThatNoCodecIsUsable) {
     mkdir(path("empty").c_str(), 0755);
-    const ProgramRun run = host({"stream", "generate:16x16", "--plugins", path("empty")});
+    const ProgramRun run = host({"stream", "generate:16x16", "--no-default-plugins", "--plugins", path("empty")});
     EXPECT_EQ(run.m_exitCode, 3);
     EXPECT_THAT(run.m_err, HasSubstr("no usable pair of encoder and decoder"));
 }
@@ -161,7 +161,7 @@ TEST_F(HostProgram, FilesThatAreNoPluginsAreReportedAndTheRestLoads) {
     ASSERT_EQ(symlink("/nowhere/at/all.so", path("mixed/dangling.so").c_str()), 0);
     ASSERT_EQ(symlink(ZYR_MODULE_DIRECTORY "/zyr_core.so", path("mixed/other.so").c_str()), 0);
     ASSERT_EQ(symlink(ZYR_MODULE_DIRECTORY "/zyr_ffmpeg.so", path("mixed/zyr_ffmpeg.so").c_str()), 0);
-    const ProgramRun run = host({"inspect", "--json", "--plugins", path("mixed")});
+    const ProgramRun run = host({"inspect", "--json", "--no-default-plugins", "--plugins", path("mixed")});
     ASSERT_EQ(run.m_exitCode, 0) << run.m_err;
     const json all = jsonOf(run);
     ASSERT_EQ(all["plugins"].size(), 1u);

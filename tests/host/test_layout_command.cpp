@@ -203,9 +203,20 @@ TEST_F(LayoutCommand, RefusesNumbersOutsideTheirType) {
     refuse("int32", "-2147483649", "/root/width: -2147483649 is outside the range of int32");
     refuse("int64", "9223372036854775808", "/root/width: 9223372036854775808 is outside the range of int64");
     refuse("int32", "1.5", "/root/width: 1.5 must be a whole number, since the layout's type is int32");
-    refuse("int64", "1e3", "/root/width: 1000.0 must be a whole number, since the layout's type is int64");
+    refuse("int64", "1000.25", "/root/width: 1000.25 must be a whole number, since the layout's type is int64");
     refuse("float", "1e39", "/root/width: 1e+39 is outside the range of float");
     refuse("double", "1e309", "line 1, column 42: number overflow parsing '1e309'");
+}
+
+TEST_F(LayoutCommand, TakesWholeNumbersInEverySpelling) {
+    for (const char* type : {"int32", "int64"}) {
+        for (const char* number : {"100", "100.0", "1e2", "10000e-2"}) {
+            const json child = {{"width", json::parse(number)}, {"height", 1}};
+            EXPECT_EQ(solveOne(child, {}, type), json({0, 0, 100, 1})) << number;
+        }
+    }
+    expectRefused(R"({"type": "int32", "root": {"width": 3e9, "height": 1}})",
+                  "/root/width: 3000000000.0 is outside the range of int32");
 }
 
 // ---- order ----------------------------------------------------------------------------------------------------------

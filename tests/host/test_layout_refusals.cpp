@@ -149,7 +149,7 @@ TEST_F(LayoutRefusals, RefusesWhatIsTooLarge) {
     }
     expectRefused(json{{"root", root}}.dump(), place + ": nested more than 32 levels deep");
 
-    root["children"] = json(10000, json::object());
+    root["children"] = json(9999, json::object()); // With the root, 10000.
     EXPECT_EQ(run(json{{"root", root}}).m_exitCode, 0);
     root["children"].push_back(json::object());
     expectRefused(json{{"root", root}}.dump(), "/root/children: more than 10000 nodes");
@@ -186,7 +186,9 @@ TEST_F(LayoutRefusals, TellsThatTheOutputCannotBeWritten) {
 TEST_F(LayoutRefusals, RefusesWrongUsage) {
     const json layout = {{"root", {{"width", 1}, {"height", 1}}}};
     EXPECT_EQ(runProgram(ZYR_HOST_PROGRAM, {"layout"}).m_exitCode, 2);
-    EXPECT_EQ(run(layout, {"--scale", "0"}).m_exitCode, 2);
+    for (const char* scale : {"0", "-1", "1001", "nan", "inf", "1x", ""}) {
+        EXPECT_EQ(run(layout, {"--scale", scale}).m_exitCode, 2) << scale;
+    }
     EXPECT_EQ(run(layout, {"--view", "yz"}).m_exitCode, 2);
     EXPECT_EQ(run(layout, {"--svg"}).m_exitCode, 2);
     const ProgramRun flat = run(layout, {"--view", "xz"});

@@ -82,6 +82,39 @@ TEST_F(PathCommand, RefusesNumbersThatAreTooLarge) {
     expectRefused("M-9e308 0", "line 1, column 3: '9e308' is too large a number");
 }
 
+TEST_F(PathCommand, RefusesNumbersBeyondTheRangeInEverySpelling) {
+    for (const std::string& number :
+         {std::string("1e400"), std::string("1E400"), std::string("1e+400"), std::string(".1e400"),
+          std::string("1e99999999999"), "1" + std::string(400, '0'), "1" + std::string(400, '0') + ".5"}) {
+        const ProgramRun result = run({"M " + number + " 0"});
+        EXPECT_EQ(result.m_exitCode, 1) << number;
+        EXPECT_THAT(result.m_err, HasSubstr(" is too large a number\n")) << number;
+        EXPECT_EQ(result.m_out, "") << number;
+    }
+    EXPECT_EQ(run({"M 1e-400 1e308"}).m_exitCode, 0);
+}
+
+TEST_F(PathCommand, CutsLongTexts) {
+    const ProgramRun result = run({"M 0 0 L " + std::string(5000, '1') + "e400 1 " + std::string(3000, '2')});
+    EXPECT_THAT(result.m_err, HasSubstr("'" + std::string(40, '1') + "...' is too large a number"));
+    EXPECT_LT(result.m_err.size(), 400u);
+}
+
+TEST_F(PathCommand, MasksWhatATerminalWouldActOn) {
+    const ProgramRun result = run({"M 0 0 \xc2\x9b\xff 1"});
+    EXPECT_EQ(result.m_exitCode, 1);
+    EXPECT_EQ(result.m_err.find('\x9b'), std::string::npos);
+    EXPECT_EQ(result.m_err.find('\xff'), std::string::npos);
+    EXPECT_THAT(result.m_err, HasSubstr("M 0 0 ?"));
+}
+
+TEST_F(PathCommand, WarnsOfPairsBehindAMoveThatAreNoLines) {
+    const ProgramRun result = run({"M 0 0 5 5 m 1 1 2 2"});
+    EXPECT_EQ(result.m_exitCode, 0);
+    EXPECT_EQ(result.m_err, "zyr-host: path, line 1, column 7: further pairs behind M are moves here, not lines\n");
+    EXPECT_EQ(run({"M 0 0 L 5 5 6 6"}).m_err, "");
+}
+
 TEST_F(PathCommand, TellsThatPointsLeaveTheRangeOfNumbers) {
     for (const auto& [text, message] :
          {std::pair("m1e308 0m1e308 0", "the path leads beyond the range of numbers"),

@@ -105,6 +105,27 @@ protected:
 
 } // namespace
 
+TEST_F(SessionCommand, SendsNoControlCharactersOfOthersToTheTerminal) {
+    const UserProcess process({"DISPLAY=\x1b[2J\xc2\x9b!\xff:7\u00e4"});
+    ASSERT_TRUE(process.m_runs);
+    const ProgramRun result = run({"--user", "alice"});
+    EXPECT_EQ(result.m_exitCode, 0);
+    EXPECT_NE(result.m_out.find("?[2J?!?:7\u00e4"), std::string::npos) << result.m_out;
+    EXPECT_EQ(result.m_out.find('\x1b'), std::string::npos);
+    const ProgramRun asJson = run({"--user", "alice", "--json"});
+    for (const char byte : asJson.m_out) {
+        EXPECT_TRUE(byte == '\n' || (byte >= 0x20 && byte < 0x7F)) << int(byte);
+    }
+}
+
+TEST_F(SessionCommand, FindsTheDisplayManagerWhereChildrenAreIgnored) {
+    m_pidof.setRunning("sddm");
+    signal(SIGCHLD, SIG_IGN);
+    const json all = runForJson();
+    signal(SIGCHLD, SIG_DFL);
+    EXPECT_EQ(all["display_manager"]["account"]["name"], "sddm");
+}
+
 TEST_F(SessionCommand, ShowsWhatThereIs) {
     m_files->showUser(USER);
     m_pidof.setRunning("sddm");

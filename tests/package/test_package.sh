@@ -34,7 +34,7 @@ expect "frames" 5 "$(grep -c '^frame [0-4]: [0-9]* bytes, difference [0-9.]*$' <
 ! "$host" "$modules" "$work/build/plugins" vp9 2>"$work/errors" || fail "minimal_host found a codec that is not there"
 expect "the reason" "no encoder and decoder agree" "$(cat "$work/errors")"
 
-report=$("$work/prefix/bin/zyr-host" stream generate:128x96:4 --plugins "$work/build/plugins" --json) ||
+report=$("$work/prefix/bin/zyr-host" stream generate:128x96:4 --no-default-plugins --plugins "$work/build/plugins" --json) ||
     fail "zyr-host with the example's plug-in"
 expect "the codec of zyr-host" '"codec": "lossless"' "$(grep -o '"codec": "[a-z0-9]*"' <<<"$report" | head -n 1)"
 echo "OK"
