@@ -1,6 +1,8 @@
 /// Whole texts in and out of files.
 #pragma once
 
+#include "host/zyr_standard_output.h"
+
 #include <string>
 
 namespace zyr::host {
