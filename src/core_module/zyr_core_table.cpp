@@ -41,14 +41,13 @@ template <size_t... Entries> void fillMissing(CoreModuleTable& p_table, std::ind
 } // namespace
 
 void fillCoreTable(CoreModuleTable& p_table) {
-    p_table.m_lock.writeLock();
+    const ScopedWriteLock lock(p_table.m_lock);
     fillMissing(p_table, std::make_index_sequence<CoreModuleTable::NUM_OF_ENTRIES>());
     for (const CoreClass& coreClass : coreClasses) {
         const int32_t entry = findCoreEntry(coreClass.m_typeName, nullptr);
         ZYR_ASSERT(entry >= 0);
         p_table.m_entries[entry] = reinterpret_cast<moduleEntry_FUNC>(coreClass.m_make);
     }
-    p_table.m_lock.unlock();
 }
 
 void registerCoreClasses(ApplicationData& p_applicationData) {

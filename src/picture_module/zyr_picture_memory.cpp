@@ -47,28 +47,26 @@ public:
     }
 
     PictureBlock take(size_t p_capacity) {
-        PictureBlock block;
-        m_mutex.lock();
+        const ScopedLock lock(m_mutex);
         for (size_t i = m_count; i-- > 0;) { // the last one used is the likeliest to be in the cache
             if (m_blocks[i].m_capacity == p_capacity) {
-                block = removeAt(i);
-                break;
+                return removeAt(i);
             }
         }
-        m_mutex.unlock();
-        return block;
+        return PictureBlock();
     }
 
     void keep(const PictureBlock& p_block) {
         PictureBlock displaced[mostBlocks];
         size_t numOfDisplaced = 0;
-        m_mutex.lock();
-        while (m_count == mostBlocks || (m_count != 0 && m_bytes + p_block.m_capacity > mostBytes)) {
-            displaced[numOfDisplaced++] = removeAt(0);
+        {
+            const ScopedLock lock(m_mutex);
+            while (m_count == mostBlocks || (m_count != 0 && m_bytes + p_block.m_capacity > mostBytes)) {
+                displaced[numOfDisplaced++] = removeAt(0);
+            }
+            m_blocks[m_count++] = p_block;
+            m_bytes += p_block.m_capacity;
         }
-        m_blocks[m_count++] = p_block;
-        m_bytes += p_block.m_capacity;
-        m_mutex.unlock();
         for (size_t i = 0; i < numOfDisplaced; ++i) {
             freeBlock(displaced[i]);
         }

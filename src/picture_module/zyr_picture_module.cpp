@@ -36,10 +36,11 @@ static bool_t initializePictureModule(ApplicationData* p_applicationData, uint32
     zyr_setApplicationData(p_applicationData);
     restrictYuvLibrary();
     PictureModuleTable& table = *p_applicationData->m_picture;
-    table.m_lock.writeLock();
-    table.m_convertRGBToYUV = &convertRGBToYUV;
-    table.m_convertYUVToRGB = &convertYUVToRGB;
-    table.m_lock.unlock();
+    {
+        const ScopedWriteLock lock(table.m_lock);
+        table.m_convertRGBToYUV = &convertRGBToYUV;
+        table.m_convertYUVToRGB = &convertYUVToRGB;
+    }
     registerPictureClasses();
     return 1;
 }

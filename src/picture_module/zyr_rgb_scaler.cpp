@@ -33,26 +33,28 @@ public:
 
     /// A scaler of that kind, which the caller gives back, or null.
     SwsContext* take(const ScalerKind& p_kind) {
-        m_mutex.lock();
-        for (Slot& slot : m_slots) {
-            if (slot.m_scaler != nullptr && slot.m_kind == p_kind) {
-                SwsContext* scaler = slot.m_scaler;
-                slot.m_scaler = nullptr;
-                m_mutex.unlock();
-                return scaler;
+        {
+            const ScopedLock lock(m_mutex);
+            for (Slot& slot : m_slots) {
+                if (slot.m_scaler != nullptr && slot.m_kind == p_kind) {
+                    SwsContext* scaler = slot.m_scaler;
+                    slot.m_scaler = nullptr;
+                    return scaler;
+                }
             }
         }
-        m_mutex.unlock();
         return make(p_kind);
     }
 
     void giveBack(const ScalerKind& p_kind, SwsContext* p_scaler) {
-        m_mutex.lock();
-        Slot& slot = m_slots[m_next];
-        m_next = (m_next + 1) % numOfSlots;
-        SwsContext* displaced = slot.m_scaler;
-        slot = {p_kind, p_scaler};
-        m_mutex.unlock();
+        SwsContext* displaced = nullptr;
+        {
+            const ScopedLock lock(m_mutex);
+            Slot& slot = m_slots[m_next];
+            m_next = (m_next + 1) % numOfSlots;
+            displaced = slot.m_scaler;
+            slot = {p_kind, p_scaler};
+        }
         sws_freeContext(displaced);
     }
 

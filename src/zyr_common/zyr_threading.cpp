@@ -145,6 +145,13 @@ Semaphore::~Semaphore() {
 int Semaphore::wait() {
     return sem_wait(m_semaphore);
 }
+int Semaphore::waitThroughSignals() {
+    int result = wait();
+    while (result != 0 && errno == EINTR) {
+        result = wait();
+    }
+    return result;
+}
 int Semaphore::signal() {
     return sem_post(m_semaphore);
 }
@@ -260,9 +267,7 @@ void Thread::start(uint32_t (*p_function)(void*), void* p_argument, bool_t p_det
         ZYR_LOG_WARN("Unable to start new thread, create failed");
         return;
     }
-    while (start.m_handleStored.wait() != 0) {
-        // A signal handler interrupted the wait.
-    }
+    start.m_handleStored.waitThroughSignals();
 }
 
 void* Thread::runThread(void* p_start) {

@@ -5,11 +5,12 @@
 /// thread; destroying a primitive that is locked or waited for is the caller's fault and isn't checked.
 ///
 ///     Mutex mutex;
-///     mutex.lock();
 ///     ...
-///     mutex.unlock();
+///     const ScopedLock lock(mutex);
+///     ...
 #pragma once
 
+#include "zyr_common/memory/zyr_counter_cells.h"
 #include "zyr_common/zyr_types.h"
 
 #include <cstdlib>
@@ -68,19 +69,23 @@ template <typename T> class Atomic;
 
 #pragma pack(push, 1)
 
-/// A 32-bit cell on the C heap. Write it with the zyr_interlocked functions on m_value; read it with get().
+/// A 32-bit cell on the heap. Write it with the zyr_interlocked functions on m_value; read it with get().
 template <> class Atomic<unsigned int> {
 public:
     Atomic() : Atomic(0) {}
-    Atomic(uint32_t p_value)
-        : m_value(static_cast<volatile unsigned int*>(::malloc(sizeof(unsigned int)))), m_freeFunction(::free) {
-        if (__builtin_expect(m_value == nullptr, 0)) {
+    Atomic(uint32_t p_value) {
+        FreeCounterCell freeFunction;
+        CounterCell* const cell = takeCounterCell(freeFunction);
+        if (__builtin_expect(cell == nullptr, 0)) {
             failAssertion("m_value != NULL", "../../../src/zyr_common/zyr_threading.h", 364,
                           "zyr::Atomic<unsigned int>::Atomic(uint32_t)");
         }
+        m_value = &cell->m_value;
+        m_freeFunction = freeFunction;
         *m_value = p_value;
     }
-    ~Atomic() { m_freeFunction(const_cast<unsigned int*>(m_value)); }
+    // The cell may come from another module, which may have been built with another source of cells.
+    ~Atomic() { giveCounterCell(reinterpret_cast<CounterCell*>(const_cast<unsigned int*>(m_value)), m_freeFunction); }
     Atomic(const Atomic&) = delete;
     Atomic& operator=(const Atomic&) = delete;
 
@@ -134,6 +139,42 @@ private:
 
 #pragma pack(pop)
 
+/// Holds a mutex, recursive or not, as long as it lives.
+template <typename AnyMutex> class [[nodiscard]] ScopedLock {
+public:
+    explicit ScopedLock(AnyMutex& p_mutex) : m_mutex(p_mutex) { m_mutex.lock(); }
+    ~ScopedLock() { m_mutex.unlock(); }
+    ScopedLock(const ScopedLock&) = delete;
+    ScopedLock& operator=(const ScopedLock&) = delete;
+
+private:
+    AnyMutex& m_mutex;
+};
+
+/// Holds the read side of a lock as long as it lives.
+class [[nodiscard]] ScopedReadLock {
+public:
+    explicit ScopedReadLock(RWLock& p_lock) : m_lock(p_lock) { m_lock.readLock(); }
+    ~ScopedReadLock() { m_lock.unlock(); }
+    ScopedReadLock(const ScopedReadLock&) = delete;
+    ScopedReadLock& operator=(const ScopedReadLock&) = delete;
+
+private:
+    RWLock& m_lock;
+};
+
+/// Holds the write side of a lock as long as it lives.
+class [[nodiscard]] ScopedWriteLock {
+public:
+    explicit ScopedWriteLock(RWLock& p_lock) : m_lock(p_lock) { m_lock.writeLock(); }
+    ~ScopedWriteLock() { m_lock.unlock(); }
+    ScopedWriteLock(const ScopedWriteLock&) = delete;
+    ScopedWriteLock& operator=(const ScopedWriteLock&) = delete;
+
+private:
+    RWLock& m_lock;
+};
+
 static_assert(sizeof(Atomic<unsigned int>) == 16 && alignof(Atomic<unsigned int>) == 1);
 static_assert(sizeof(Mutex) == 16 && alignof(Mutex) == 1);
 static_assert(sizeof(RWLock) == 16 && alignof(RWLock) == 1);
@@ -165,6 +206,8 @@ public:
     Semaphore& operator=(const Semaphore&) = delete;
 
     int wait();
+    /// The same, but goes on waiting when a signal's handler interrupts it.
+    int waitThroughSignals();
     int signal();
     /// Makes one timed wait; true when a count was taken. 0 milliseconds is one immediate attempt. The deadline is on
     /// the real-time clock, so a change of the system's time moves it. An interrupted wait gives false.

@@ -1,3 +1,4 @@
+#include "support/zyr_signal_thread.h"
 #include "zyr_common/memory/zyr_ref_counted_data.h"
 #include "zyr_common/zyr_threading.h"
 
@@ -26,6 +27,45 @@ using ExclusiveLockTypes = testing::Types<Mutex, RecursiveMutex>;
 TYPED_TEST_SUITE(ExclusiveLock, ExclusiveLockTypes);
 
 } // namespace
+
+TYPED_TEST(ExclusiveLock, IsHeldByAScope) {
+    TypeParam mutex;
+    {
+        const ScopedLock lock(mutex);
+        runOnThread([&] { EXPECT_FALSE(mutex.tryLock()); });
+    }
+    runOnThread([&] {
+        EXPECT_TRUE(mutex.tryLock());
+        mutex.unlock();
+    });
+}
+
+TEST(ScopedReadLock, LetsReadersInAndKeepsWritersOut) {
+    RWLock lock;
+    {
+        const ScopedReadLock scope(lock);
+        runOnThread([&] {
+            EXPECT_TRUE(lock.tryReadLock());
+            lock.unlock();
+            EXPECT_FALSE(lock.tryWriteLock());
+        });
+    }
+    EXPECT_TRUE(lock.tryWriteLock());
+    lock.unlock();
+}
+
+TEST(ScopedWriteLock, KeepsReadersAndWritersOut) {
+    RWLock lock;
+    {
+        const ScopedWriteLock scope(lock);
+        runOnThread([&] {
+            EXPECT_FALSE(lock.tryReadLock());
+            EXPECT_FALSE(lock.tryWriteLock());
+        });
+    }
+    EXPECT_TRUE(lock.tryWriteLock());
+    lock.unlock();
+}
 
 TYPED_TEST(ExclusiveLock, LocksOutOtherThreads) {
     TypeParam mutex;
@@ -143,6 +183,35 @@ TEST(Semaphore, TryWaitEndsAtItsDeadline) {
     clock_gettime(CLOCK_REALTIME, &after);
     const int64_t waited = (after.tv_sec - before.tv_sec) * 1000000000ll + after.tv_nsec - before.tv_nsec;
     EXPECT_GE(waited, 999000000);
+}
+
+TEST(Semaphore, AWaitThroughSignalsEndsAtACountOnly) {
+    struct Waiter {
+        Semaphore m_semaphore{0};
+        Event m_began;
+        pid_t m_thread = 0;
+        std::atomic<bool> m_ended{false};
+        int m_result = -1;
+    } waiter;
+    Thread thread;
+    thread.start(
+        [](void* p_argument) -> uint32_t {
+            Waiter* self = static_cast<Waiter*>(p_argument);
+            self->m_thread = static_cast<pid_t>(zyr_getCurrentThreadId());
+            self->m_began.signal();
+            self->m_result = self->m_semaphore.waitThroughSignals();
+            self->m_ended = true;
+            return 0;
+        },
+        &waiter, 0);
+    waiter.m_began.wait();
+    InterruptingSignal signal;
+    signal.interrupt(waiter.m_thread);
+    signal.interrupt(waiter.m_thread);
+    EXPECT_FALSE(waiter.m_ended);
+    waiter.m_semaphore.signal();
+    EXPECT_TRUE(thread.join(nullptr));
+    EXPECT_EQ(waiter.m_result, 0);
 }
 
 TEST(Semaphore, WakesAWaiter) {

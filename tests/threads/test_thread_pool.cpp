@@ -1,9 +1,12 @@
+#include "support/zyr_signal_thread.h"
 #include "zyr_common/threads/zyr_thread_pool.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <cstring>
+#include <filesystem>
+#include <set>
 #include <string>
 #include <thread>
 
@@ -53,6 +56,33 @@ template <typename Call> std::string linesOf(Call&& p_call) {
 }
 
 } // namespace
+
+/// The ids of all threads of the process.
+std::set<pid_t> getThreads() {
+    std::set<pid_t> threads;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/task")) {
+        threads.insert(std::stoi(entry.path().filename().string()));
+    }
+    return threads;
+}
+
+TEST(ThreadPool, WorkersAndDispatcherGoOnWaitingAfterASignal) {
+    const std::set<pid_t> others = getThreads();
+    ThreadPool pool(2);
+    pool.start();
+    Counter counter;
+    pool.pushBackNewTask(count, &counter, 0);
+    EXPECT_TRUE(pool.wait(LONG, 0));
+    InterruptingSignal signal;
+    for (pid_t thread : getThreads()) {
+        if (others.count(thread) == 0) {
+            signal.interrupt(thread);
+        }
+    }
+    pool.pushBackNewTask(count, &counter, 0);
+    EXPECT_TRUE(pool.wait(LONG, 1));
+    EXPECT_EQ(counter.m_runs, 2);
+}
 
 TEST(ThreadPool, WaitBeforeStartLogsAndGivesFalse) {
     ThreadPool pool(1);

@@ -22,68 +22,55 @@ int32_t ApplicationData::readLogLevelUnlocked() const {
 }
 
 LogLevelEnum ApplicationData::getLogLevel() {
-    m_logMutex.lock();
-    LogLevelEnum level = m_logLevel;
-    m_logMutex.unlock();
-    return level;
+    const ScopedLock lock(m_logMutex);
+    return m_logLevel;
 }
 
 void ApplicationData::setLogLevel(LogLevelEnum p_level) {
-    m_logMutex.lock();
+    const ScopedLock lock(m_logMutex);
     __atomic_store_n(reinterpret_cast<int32_t*>(&m_logLevel), static_cast<int32_t>(p_level), __ATOMIC_RELAXED);
-    m_logMutex.unlock();
 }
 
 void ApplicationData::getLogDirectory(String& p_directory) {
-    m_logMutex.lock();
+    const ScopedLock lock(m_logMutex);
     p_directory = m_logDirectory;
-    m_logMutex.unlock();
 }
 
 void ApplicationData::setLogDirectory(const String& p_directory) {
-    m_logMutex.lock();
+    const ScopedLock lock(m_logMutex);
     m_logDirectory = p_directory;
-    m_logMutex.unlock();
 }
 
 bool_t ApplicationData::hasLogRotation() {
-    m_logMutex.lock();
-    bool_t rotation = m_logRotation;
-    m_logMutex.unlock();
-    return rotation;
+    const ScopedLock lock(m_logMutex);
+    return m_logRotation;
 }
 
 void ApplicationData::setLogRotation(bool_t p_rotation) {
-    m_logMutex.lock();
+    const ScopedLock lock(m_logMutex);
     m_logRotation = p_rotation;
-    m_logMutex.unlock();
 }
 
 uint32_t ApplicationData::getLogMaxNumOfFiles() {
-    m_logMutex.lock();
-    uint32_t maxNumOfFiles = m_logMaxNumOfFiles;
-    m_logMutex.unlock();
-    return maxNumOfFiles;
+    const ScopedLock lock(m_logMutex);
+    return m_logMaxNumOfFiles;
 }
 
 void ApplicationData::setLogMaxNumOfFiles(uint32_t p_maxNumOfFiles) {
-    m_logMutex.lock();
+    const ScopedLock lock(m_logMutex);
     m_logMaxNumOfFiles = p_maxNumOfFiles;
-    m_logMutex.unlock();
 }
 
 void ApplicationData::getLogFilePath(String& p_path) {
-    m_logMutex.lock();
+    const ScopedLock lock(m_logMutex);
     p_path = m_logFilePath;
-    m_logMutex.unlock();
 }
 
 void ApplicationData::cleanupLogFiles() {
-    m_logMutex.lock();
+    const ScopedLock lock(m_logMutex);
     if (m_logRotation && m_logMaxNumOfFiles != 0) {
         applyLogRotation();
     }
-    m_logMutex.unlock();
 }
 
 void ApplicationData::openLogFile(const String& p_prefix, const String& p_name) {
@@ -127,7 +114,7 @@ bool_t ApplicationData::isLogFileStdout() {
 }
 
 void ApplicationData::printStringOnLogFile(const String& p_text) {
-    m_logMutex.lock();
+    const ScopedLock lock(m_logMutex);
     if (hasOpenLogStream()) {
         fwrite(p_text.getData(), 1, p_text.getLengthInBytes(), m_logFile);
         fflush(m_logFile);
@@ -137,7 +124,6 @@ void ApplicationData::printStringOnLogFile(const String& p_text) {
             m_lastLogSyncTime = now;
         }
     }
-    m_logMutex.unlock();
 }
 
 void ApplicationData::applyLogRotation() {

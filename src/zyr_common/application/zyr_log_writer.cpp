@@ -67,12 +67,13 @@ void zyr_printLog(const char* p_module, bool_t p_echoToStdout, LogLevelEnum p_le
         return;
     }
 
-    data->m_logMutex.lock();
-    if (!data->m_logFileOpened) {
-        openLogFileOfProcess(data);
-        data->m_logFileOpened = 1;
+    {
+        const ScopedLock lock(data->m_logMutex);
+        if (!data->m_logFileOpened) {
+            openLogFileOfProcess(data);
+            data->m_logFileOpened = 1;
+        }
     }
-    data->m_logMutex.unlock();
 
     uint32_t processId = zyr_getCurrentProcessId();
     uint32_t threadId = zyr_getCurrentThreadId();
@@ -91,9 +92,10 @@ void zyr_printLog(const char* p_module, bool_t p_echoToStdout, LogLevelEnum p_le
     va_end(arguments);
 
     String out;
-    data->m_logMutex.lock();
-    foldLine(data, time, line, out);
-    data->m_logMutex.unlock();
+    {
+        const ScopedLock lock(data->m_logMutex);
+        foldLine(data, time, line, out);
+    }
     if (!out.isEmpty()) {
         data->printStringOnLogFile(out);
     }

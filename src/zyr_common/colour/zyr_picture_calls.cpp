@@ -21,9 +21,11 @@ Function findCall(Function PictureModuleTable::*p_member, const char* p_name, co
         zyr_printLog(ZYR_MODULE_WORD, 1, ZYR_LOG_LEVEL_ERROR, p_caller, "assert(%s)", "appData->m_picture != NULL");
         exit(0);
     }
-    appData->m_picture->m_lock.readLock();
-    const Function function = appData->m_picture->*p_member;
-    appData->m_picture->m_lock.unlock();
+    Function function = nullptr;
+    {
+        const ScopedReadLock lock(appData->m_picture->m_lock);
+        function = appData->m_picture->*p_member;
+    }
     if (function == nullptr) {
         zyr_printLog(ZYR_MODULE_WORD, 0, ZYR_LOG_LEVEL_WARN, p_caller,
                      "Function pointer %s is NULL, unable to execute. Return FALSE", p_name);

@@ -3,8 +3,8 @@
 namespace zyr {
 
 Allocator* getAllocator() {
-    static Allocator* const allocator = new Allocator{zyr_malloc, zyr_realloc, zyr_free};
-    return allocator;
+    static constinit Allocator allocator = {zyr_malloc, zyr_realloc, zyr_free};
+    return &allocator;
 }
 
 } // namespace zyr

@@ -8,7 +8,7 @@ IListOfObjects* zyr_createObjectsFromParentGUID(const GUID_t& p_parent) {
     IListOfObjects* rtnList = zyr_createObject<IListOfObjects>();
     ZYR_ASSERT(rtnList != NULL);
     ApplicationData* appData = zyr_getApplicationData();
-    appData->m_objectAllocatorLock.readLock();
+    const ScopedReadLock lock(appData->m_objectAllocatorLock);
     auto end = appData->m_objectAllocatorsByGUID.end();
     for (auto it = appData->m_objectAllocatorsByGUID.begin(); it != end; ++it) {
         ZYR_ASSERT(it->m_second != NULL);
@@ -19,7 +19,6 @@ IListOfObjects* zyr_createObjectsFromParentGUID(const GUID_t& p_parent) {
         }
         rtnObject->release();
     }
-    appData->m_objectAllocatorLock.unlock();
     return rtnList;
 }
 

@@ -13,10 +13,8 @@ static bool_t canCallPluginModulesHandlerEntry() {
     if (data == nullptr || data->m_core == nullptr) {
         return 1;
     }
-    data->m_core->m_lock.readLock();
-    const bool_t filled = data->m_core->m_entries[coreTableEntry<IPluginModulesHandler>] != nullptr;
-    data->m_core->m_lock.unlock();
-    return filled;
+    const ScopedReadLock lock(data->m_core->m_lock);
+    return data->m_core->m_entries[coreTableEntry<IPluginModulesHandler>] != nullptr;
 }
 
 bool_t ApplicationData::pluginModulesInitialize(const List<String>& p_directories) {

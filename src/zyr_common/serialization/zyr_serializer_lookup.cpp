@@ -40,7 +40,7 @@ ISerializer* zyr_getSerializerFromFileFormat(const String& p_format) {
         return nullptr;
     }
     ISerializer* serializer = nullptr;
-    data->m_formatLock.readLock();
+    const ScopedReadLock lock(data->m_formatLock);
     auto it = data->m_serializerFileFormats.find(p_format);
     if (it == data->m_serializerFileFormats.end()) {
         ZYR_LOG_WARN("Serializer not found for file format: %s", p_format.getData());
@@ -49,7 +49,6 @@ ISerializer* zyr_getSerializerFromFileFormat(const String& p_format) {
     } else {
         ZYR_LOG_WARN("Unable to find serializer (%s) for format: %s", it->m_second.getData(), p_format.getData());
     }
-    data->m_formatLock.unlock();
     return serializer;
 }
 
@@ -60,7 +59,7 @@ IDeserializer* zyr_getDeserializerFromFileFormat(const String& p_format) {
         return nullptr;
     }
     IDeserializer* deserializer = nullptr;
-    data->m_formatLock.readLock();
+    const ScopedReadLock lock(data->m_formatLock);
     auto it = data->m_serializerFileFormats.find(p_format);
     if (it == data->m_serializerFileFormats.end()) {
         ZYR_LOG_WARN("Deserializer not found for file format: %s", p_format.getData());
@@ -69,7 +68,6 @@ IDeserializer* zyr_getDeserializerFromFileFormat(const String& p_format) {
     } else {
         ZYR_LOG_WARN("Unable to find deserializer (%s) for format: %s", it->m_second.getData(), p_format.getData());
     }
-    data->m_formatLock.unlock();
     return deserializer;
 }
 

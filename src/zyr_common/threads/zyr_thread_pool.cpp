@@ -61,32 +61,29 @@ ThreadPool::~ThreadPool() {
         delete *it;
     }
     m_workingThreads.clear();
-    m_tasksMutex.lock();
+    const ScopedLock lock(m_tasksMutex);
     for (List<ThreadTask*>::iterator it2 = m_tasks.begin(); it2 != m_tasks.end(); ++it2) {
         ZYR_ASSERT(*it2 != NULL);
         (*it2)->release();
     }
     m_tasks.clear();
-    m_tasksMutex.unlock();
 }
 
 /// Back to "work outstanding"; a post that nobody has taken is taken back.
 void ThreadPool::forgetFinished() {
-    m_stateMutex.lock();
+    const ScopedLock lock(m_stateMutex);
     if (m_state == STATE_FINISHED_POSTED) {
         m_finishedSemaphore.tryWait(0);
     }
     m_state = STATE_WORK_OUTSTANDING;
-    m_stateMutex.unlock();
 }
 
 void ThreadPool::pushBack(ThreadTask* p_task) {
     forgetFinished();
-    m_tasksMutex.lock();
+    const ScopedLock lock(m_tasksMutex);
     p_task->addRef();
     m_tasks.pushBack(p_task);
     m_tasksSemaphore.signal();
-    m_tasksMutex.unlock();
 }
 
 void ThreadPool::pushBackNewTask(void (*p_function)(ThreadData*, ThreadPool*), ThreadData* p_data,
@@ -121,23 +118,24 @@ bool_t ThreadPool::stop() {
     return 1;
 }
 
+bool ThreadPool::isFinishTaken() {
+    const ScopedLock lock(m_stateMutex);
+    return m_state == STATE_FINISHED_TAKEN;
+}
+
 bool_t ThreadPool::wait(uint32_t p_milliseconds, bool_t p_stopAfterwards) {
     if (m_mainThread == nullptr) {
         ZYR_LOG_WARN("ThreadPool is not started yet");
         return 0;
     }
-    m_stateMutex.lock();
-    const bool taken = m_state == STATE_FINISHED_TAKEN;
-    m_stateMutex.unlock();
-    if (!taken) {
+    if (!isFinishTaken()) {
         if (!m_finishedSemaphore.tryWait(p_milliseconds)) {
             return 0;
         }
-        m_stateMutex.lock();
+        const ScopedLock lock(m_stateMutex);
         if (m_state == STATE_FINISHED_POSTED) {
             m_state = STATE_FINISHED_TAKEN;
         }
-        m_stateMutex.unlock();
     }
     if (p_stopAfterwards) {
         stop();
@@ -157,16 +155,16 @@ uint32_t ThreadPool::mainThreadFunction(void* p_arg) {
     ZYR_ASSERT(p_arg != NULL);
     ThreadPool* pool = static_cast<ThreadPool*>(p_arg);
     while (pool->m_quit.get() == 0) {
-        pool->m_tasksSemaphore.wait();
+        pool->m_tasksSemaphore.waitThroughSignals();
         if (pool->m_quit.get() == 1) {
             return 1;
         }
-        pool->m_tasksMutex.lock();
+        const ScopedLock tasksLock(pool->m_tasksMutex);
         for (List<WorkingThreadData*>::iterator it = pool->m_workingThreads.begin(); it != pool->m_workingThreads.end();
              ++it) {
             ZYR_ASSERT(*it != NULL);
             WorkingThreadData* data = *it;
-            data->m_mutex.lock();
+            const ScopedLock lock(data->m_mutex);
             if (data->m_task == nullptr && !pool->m_tasks.isEmpty()) {
                 ThreadTask* task = pool->m_tasks.front();
                 ZYR_ASSERT(task != NULL);
@@ -177,9 +175,7 @@ uint32_t ThreadPool::mainThreadFunction(void* p_arg) {
                 data->m_task = task;
                 data->m_semaphore.signal();
             }
-            data->m_mutex.unlock();
         }
-        pool->m_tasksMutex.unlock();
     }
     return 1;
 }
@@ -191,33 +187,35 @@ uint32_t ThreadPool::threadFunction(void* p_arg) {
     ZYR_ASSERT(data->m_thread != NULL);
     ThreadPool* pool = data->m_threadPool;
     while (data->m_quit.get() == 0) {
-        data->m_semaphore.wait();
+        data->m_semaphore.waitThroughSignals();
         if (data->m_quit.get() == 1) {
-            data->m_mutex.lock();
+            const ScopedLock lock(data->m_mutex);
             if (data->m_task != nullptr) {
                 data->m_task->release();
                 data->m_task = nullptr;
             }
-            data->m_mutex.unlock();
             return 1;
         }
-        data->m_mutex.lock();
-        ZYR_ASSERT(data->m_task != NULL);
-        ThreadTask* task = data->m_task;
-        data->m_mutex.unlock();
-        task->m_function(task->m_data, pool);
-        data->m_mutex.lock();
-        data->m_task->release();
-        data->m_task = nullptr;
-        data->m_mutex.unlock();
-        pool->m_tasksMutex.lock();
-        pool->m_stateMutex.lock();
-        if (pool->m_tasks.getSize() == 0 && pool->m_state == STATE_WORK_OUTSTANDING) {
-            pool->m_state = STATE_FINISHED_POSTED;
-            pool->m_finishedSemaphore.signal();
+        ThreadTask* task = nullptr;
+        {
+            const ScopedLock lock(data->m_mutex);
+            ZYR_ASSERT(data->m_task != NULL);
+            task = data->m_task;
         }
-        pool->m_stateMutex.unlock();
-        pool->m_tasksMutex.unlock();
+        task->m_function(task->m_data, pool);
+        {
+            const ScopedLock lock(data->m_mutex);
+            data->m_task->release();
+            data->m_task = nullptr;
+        }
+        {
+            const ScopedLock tasksLock(pool->m_tasksMutex);
+            const ScopedLock stateLock(pool->m_stateMutex);
+            if (pool->m_tasks.getSize() == 0 && pool->m_state == STATE_WORK_OUTSTANDING) {
+                pool->m_state = STATE_FINISHED_POSTED;
+                pool->m_finishedSemaphore.signal();
+            }
+        }
         pool->m_capacitySemaphore.signal();
     }
     return 1;

@@ -88,6 +88,7 @@ private:
     static uint32_t mainThreadFunction(void* p_arg);
     static uint32_t threadFunction(void* p_arg);
     void forgetFinished();
+    bool isFinishTaken();
 
     Thread* m_mainThread;
     Atomic<unsigned int> m_quit;
