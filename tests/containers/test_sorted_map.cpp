@@ -284,6 +284,38 @@ TEST(SortedMap, ASubclassMayDefineTheOrder) {
     EXPECT_EQ(getKeys(map), (Numbers{21, 57, 19}));
 }
 
+void expectSameTree(const Map::Node* p_left, const Map::Node* p_right) {
+    ASSERT_EQ(p_left == nullptr, p_right == nullptr);
+    if (p_left != nullptr) {
+        EXPECT_EQ(p_left->m_key, p_right->m_key);
+        EXPECT_EQ(p_left->m_value, p_right->m_value);
+        EXPECT_EQ(p_left->m_balance, p_right->m_balance);
+        expectSameTree(p_left->m_left, p_right->m_left);
+        expectSameTree(p_left->m_right, p_right->m_right);
+    }
+}
+
+TEST(SortedMap, ACopyKeepsTheOrderAndTheShapeThatASubclassGave) {
+    LastDigitMap map;
+    for (int key : {19, 21, 35, 57, 8, 2, 90}) {
+        map.insert(key, key + 1);
+    }
+    map.remove(21);
+    LastDigitMap copy(map);
+    EXPECT_EQ(getKeys(copy), (Numbers{90, 2, 35, 57, 8, 19}));
+    expectSameTree(getRoot(copy), getRoot(map));
+    EXPECT_EQ(copy.getSize(), 6u);
+    EXPECT_EQ(copy.find(7), 58);
+    LastDigitMap assigned;
+    assigned.insert(4, 0);
+    assigned = map;
+    expectSameTree(getRoot(assigned), getRoot(map));
+    assigned.insert(44, 0);
+    EXPECT_EQ(getKeys(assigned), (Numbers{90, 2, 44, 35, 57, 8, 19}));
+    const Map plain(map);
+    expectSameTree(getRoot(plain), getRoot(map));
+}
+
 TEST(SortedMap, TakesNodesFromItsAllocator) {
     g_counts = AllocatorCounts();
     Map map;

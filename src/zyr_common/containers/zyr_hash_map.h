@@ -16,8 +16,12 @@ namespace zyr {
 
 /// One key with its value. The key must not be changed while the entry is in a map.
 template <typename K, typename V> struct HashMapEntry {
+    typedef K Key;
+    typedef V Item;
+
     HashMapEntry(uint32_t p_hash, const K& p_key, const V& p_value)
         : m_first(p_key), m_second(p_value), m_hash(p_hash), m_prev(nullptr), m_next(nullptr) {}
+    V& getItem() { return m_second; }
 
     K m_first;
     V m_second;
@@ -32,11 +36,12 @@ template <typename K, typename V> struct HashMapEntry {
 /// `p_existing` is not null, store the address of the present value there. Keys and values handed in may lie in the
 /// map itself. The order of the virtual operations and of the fields is a contract between separately built modules.
 template <typename K, typename V, typename H, typename E>
-class HashMapBase : public HashTable<HashMapEntry<K, V>, K, H, E> {
+class HashMapBase : public HashTable<HashMapBase<K, V, H, E>, HashMapEntry<K, V>, H, E> {
 public:
     typedef HashMapEntry<K, V> Entry;
-    typedef HashIterator<HashMapBase, Entry> iterator;
-    typedef HashIterator<const HashMapBase, const Entry> const_iterator;
+    typedef HashTable<HashMapBase, Entry, H, E> Table;
+    typedef typename Table::iterator iterator;
+    typedef typename Table::const_iterator const_iterator;
 
     HashMapBase() : m_allocator(getAllocator()) {}
     /// A deep copy with the default allocator.
@@ -45,42 +50,17 @@ public:
         copy(p_other);
         return *this;
     }
-    ~HashMapBase() override { this->clearEntries(m_allocator); }
-
-    /// Sets the source of entries and buckets and nothing else; present ones must be compatible with it. Null means the
-    /// zyr_ functions.
-    virtual void setAllocatorUnsafe(Allocator* p_allocator) { m_allocator = p_allocator; }
-
-    virtual iterator begin() { return iterator(this, this->m_head, nullptr); }
-    virtual const_iterator beginConst() const { return const_iterator(this, this->m_head, nullptr); }
-    /// Behind the last entry; stepping back from here gives the last entry.
-    virtual iterator end() { return iterator(this, nullptr, this->getLastEntry()); }
-    virtual const_iterator endConst() const { return const_iterator(this, nullptr, this->getLastEntry()); }
-    const_iterator begin() const { return beginConst(); }
-    const_iterator end() const { return endConst(); }
-
-    virtual bool isEmpty() const { return this->m_size == 0; }
-    virtual size_t getSize() const { return this->m_size; }
-
-    /// The first value; a value of no map when the map is empty.
-    virtual V& front() { return this->m_head != nullptr ? this->m_head->m_second : getDummy(); }
-    virtual const V& frontConst() const { return this->m_head != nullptr ? this->m_head->m_second : getDummy(); }
-    /// The last value; a value of no map when the map is empty.
-    virtual V& back() { return this->m_head != nullptr ? this->getLastEntry()->m_second : getDummy(); }
-    virtual const V& backConst() const { return this->m_head != nullptr ? this->getLastEntry()->m_second : getDummy(); }
+    ~HashMapBase() override { this->clearEntries(); }
 
     /// Adds an entry in front of the others.
     virtual bool pushFront(const K& p_key, const V& p_value, V** p_existing) {
-        return add(p_key, p_value, p_existing, this->m_head);
+        return this->addUnlessPresent(p_existing, this->m_head, p_key, p_value);
     }
     /// Removes the first entry; nothing happens on an empty map.
-    virtual void popFront() {
-        iterator position(this, this->m_head, nullptr);
-        removeByPosition(position);
-    }
+    virtual void popFront() { this->popEntry(this->m_head); }
     /// Adds an entry behind the others.
     virtual bool pushBack(const K& p_key, const V& p_value, V** p_existing) {
-        return add(p_key, p_value, p_existing, nullptr);
+        return this->addUnlessPresent(p_existing, nullptr, p_key, p_value);
     }
     /// Adds an entry before the position, at the end when that is behind the end. With `p_after` the position is
     /// stepped first.
@@ -88,51 +68,24 @@ public:
         if (p_after) {
             ++p_position;
         }
-        if (!add(p_key, p_value, p_existing, p_position.m_entry)) {
+        if (!this->addUnlessPresent(p_existing, p_position.m_entry, p_key, p_value)) {
             return false;
         }
-        p_position.m_previous = p_position.m_entry != nullptr ? p_position.m_entry->m_prev : this->getLastEntry();
+        p_position.m_previous = this->getPosition(p_position.m_entry).m_previous;
         return true;
     }
     /// Removes the last entry; nothing happens on an empty map.
-    virtual void popBack() {
-        iterator position(this, this->getLastEntry(), nullptr);
-        removeByPosition(position);
-    }
+    virtual void popBack() { this->popEntry(this->getLastEntry()); }
 
     /// Removes the entry at the position, which moves on to the entry behind it. Behind the end nothing happens.
-    virtual void removeByPosition(iterator& p_position) {
-        if (p_position.m_entry != nullptr) {
-            const iterator following(this, p_position.m_entry->m_next, p_position.m_entry->m_prev);
-            remove(p_position.m_entry->m_first);
-            p_position = following;
-        }
-    }
+    virtual void removeByPosition(iterator& p_position) { this->removeAt(p_position); }
     /// True when an entry was removed. The last removal gives the buckets back; there is no other shrinking.
-    virtual bool remove(const K& p_key) {
-        Entry* entry = this->takeEntry(p_key, m_allocator);
-        if (entry == nullptr) {
-            return false;
-        }
-        this->destroyEntry(entry, m_allocator);
-        return true;
-    }
+    virtual bool remove(const K& p_key) { return this->removeKey(p_key); }
     /// Removes from the first position up to but not including the last. Both then stand at the last one's entry.
-    virtual void removeRange(iterator& p_first, iterator& p_last) {
-        while (p_first.m_entry != nullptr && p_first.m_entry != p_last.m_entry) {
-            iterator position = p_first;
-            ++p_first;
-            removeByPosition(position);
-            p_first.m_previous = position.m_previous;
-        }
-        p_last.m_previous = p_first.m_previous;
-    }
+    virtual void removeRange(iterator& p_first, iterator& p_last) { this->removeBetween(p_first, p_last); }
 
     /// Exchanges entries, buckets and allocator.
-    virtual void swap(HashMapBase& p_other) {
-        this->swapEntries(p_other);
-        std::swap(m_allocator, p_other.m_allocator);
-    }
+    virtual void swap(HashMapBase& p_other) { this->swapEntries(p_other); }
     /// Becomes a deep copy in the same order, with a bucket count of its own; the allocator stays.
     virtual void copy(const HashMapBase& p_source) {
         if (&p_source == this) {
@@ -144,17 +97,12 @@ public:
         }
     }
     /// Removes all entries; the allocator stays.
-    virtual void clear() { this->clearEntries(m_allocator); }
+    virtual void clear() { this->clearEntries(); }
 
     /// The place of a key; end() when it is absent.
-    virtual iterator find(const K& p_key) {
-        Entry* entry = this->findEntry(p_key);
-        return entry != nullptr ? iterator(this, entry, entry->m_prev) : iterator(this, nullptr, this->getLastEntry());
-    }
+    virtual iterator find(const K& p_key) { return this->getPosition(this->findEntry(p_key)); }
     virtual const_iterator findConst(const K& p_key) const {
-        const Entry* entry = this->findEntry(p_key);
-        return entry != nullptr ? const_iterator(this, entry, entry->m_prev)
-                                : const_iterator(this, nullptr, this->getLastEntry());
+        return this->getPosition(static_cast<const Entry*>(this->findEntry(p_key)));
     }
     /// 1 when the key is present, else 0.
     virtual size_t count(const K& p_key) const { return this->findEntry(p_key) != nullptr ? 1 : 0; }
@@ -166,23 +114,7 @@ public:
     }
 
 private:
-    static V& getDummy() {
-        static V dummyT;
-        return dummyT;
-    }
-
-    bool add(const K& p_key, const V& p_value, V** p_existing, Entry* p_before) {
-        const uint32_t hash = this->m_hashFunction(p_key);
-        Entry* present = this->findEntry(p_key, hash);
-        if (present == nullptr) {
-            this->addEntry(m_allocator, p_before, hash, p_key, p_value);
-            return true;
-        }
-        if (p_existing != nullptr) {
-            *p_existing = &present->m_second;
-        }
-        return false;
-    }
+    friend Table;
 
     Allocator* m_allocator;
 };

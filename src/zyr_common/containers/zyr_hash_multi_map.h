@@ -18,8 +18,12 @@ namespace zyr {
 
 /// One key with its values in the order of insertion. The key must not be changed while the entry is in a map.
 template <typename K, typename V> struct HashMultiMapEntry {
+    typedef K Key;
+    typedef Array<V> Item;
+
     HashMultiMapEntry(uint32_t p_hash, const K& p_key)
         : m_first(p_key), m_hash(p_hash), m_prev(nullptr), m_next(nullptr) {}
+    Array<V>& getItem() { return m_second; }
 
     K m_first;
     Array<V> m_second;
@@ -35,11 +39,12 @@ template <typename K, typename V> struct HashMultiMapEntry {
 /// may lie in the map itself. The order of the virtual operations and of the fields is a contract between separately
 /// built modules.
 template <typename K, typename V, typename H, typename E>
-class HashMultiMapBase : public HashTable<HashMultiMapEntry<K, V>, K, H, E> {
+class HashMultiMapBase : public HashTable<HashMultiMapBase<K, V, H, E>, HashMultiMapEntry<K, V>, H, E> {
 public:
     typedef HashMultiMapEntry<K, V> Entry;
-    typedef HashIterator<HashMultiMapBase, Entry> iterator;
-    typedef HashIterator<const HashMultiMapBase, const Entry> const_iterator;
+    typedef HashTable<HashMultiMapBase, Entry, H, E> Table;
+    typedef typename Table::iterator iterator;
+    typedef typename Table::const_iterator const_iterator;
 
     HashMultiMapBase() : m_lastEntry(nullptr), m_allocator(getAllocator()) {}
     /// A deep copy with the default allocator.
@@ -48,39 +53,12 @@ public:
         copy(p_other);
         return *this;
     }
-    ~HashMultiMapBase() override { this->clearEntries(m_allocator); }
-
-    /// Sets the source of entries and buckets and nothing else; present ones must be compatible with it. Null means the
-    /// zyr_ functions.
-    virtual void setAllocatorUnsafe(Allocator* p_allocator) { m_allocator = p_allocator; }
-
-    virtual iterator begin() { return iterator(this, this->m_head, nullptr); }
-    virtual const_iterator beginConst() const { return const_iterator(this, this->m_head, nullptr); }
-    /// Behind the last entry; stepping back from here gives the last entry.
-    virtual iterator end() { return iterator(this, nullptr, this->getLastEntry()); }
-    virtual const_iterator endConst() const { return const_iterator(this, nullptr, this->getLastEntry()); }
-    const_iterator begin() const { return beginConst(); }
-    const_iterator end() const { return endConst(); }
-
-    virtual bool isEmpty() const { return this->m_size == 0; }
-    virtual size_t getSize() const { return this->m_size; }
-
-    /// The values of the first key; an array of no map when the map is empty.
-    virtual Array<V>& front() { return this->m_head != nullptr ? this->m_head->m_second : getDummy(); }
-    virtual const Array<V>& frontConst() const { return this->m_head != nullptr ? this->m_head->m_second : getDummy(); }
-    /// The values of the last key; an array of no map when the map is empty.
-    virtual Array<V>& back() { return this->m_head != nullptr ? this->getLastEntry()->m_second : getDummy(); }
-    virtual const Array<V>& backConst() const {
-        return this->m_head != nullptr ? this->getLastEntry()->m_second : getDummy();
-    }
+    ~HashMultiMapBase() override { this->clearEntries(); }
 
     /// Adds a value; a new key goes in front of the others.
     virtual Array<V>* pushFront(const K& p_key, const V& p_value) { return add(p_key, p_value, this->m_head); }
     /// Removes the first key with all its values; nothing happens on an empty map.
-    virtual void popFront() {
-        iterator position(this, this->m_head, nullptr);
-        removeByPosition(position);
-    }
+    virtual void popFront() { this->popEntry(this->m_head); }
     /// Adds a value; a new key goes behind the others.
     virtual Array<V>* pushBack(const K& p_key, const V& p_value) { return add(p_key, p_value, nullptr); }
     /// Adds a value; a new key goes before the position, at the end when that is behind the end. With `p_after` the
@@ -90,51 +68,33 @@ public:
             ++p_position;
         }
         Array<V>* values = add(p_key, p_value, p_position.m_entry);
-        p_position.m_previous = p_position.m_entry != nullptr ? p_position.m_entry->m_prev : this->getLastEntry();
+        p_position.m_previous = this->getPosition(p_position.m_entry).m_previous;
         return values;
     }
     /// Removes the last key with all its values; nothing happens on an empty map.
-    virtual void popBack() {
-        iterator position(this, this->getLastEntry(), nullptr);
-        removeByPosition(position);
-    }
+    virtual void popBack() { this->popEntry(this->getLastEntry()); }
 
     /// Removes the entry at the position, which moves on to the entry behind it. Behind the end nothing happens.
-    virtual void removeByPosition(iterator& p_position) {
-        if (p_position.m_entry != nullptr) {
-            const iterator following(this, p_position.m_entry->m_next, p_position.m_entry->m_prev);
-            remove(p_position.m_entry->m_first);
-            p_position = following;
-        }
-    }
+    virtual void removeByPosition(iterator& p_position) { this->removeAt(p_position); }
     /// True when an entry was removed. The last removal gives the buckets back; there is no other shrinking.
     virtual bool remove(const K& p_key) {
-        Entry* entry = this->takeEntry(p_key, m_allocator);
+        Entry* entry = this->takeEntry(p_key);
         if (entry == nullptr) {
             return false;
         }
         if (entry == m_lastEntry) {
             m_lastEntry = nullptr;
         }
-        this->destroyEntry(entry, m_allocator);
+        this->destroyEntry(entry);
         return true;
     }
     /// Removes from the first position up to but not including the last. Both then stand at the last one's entry.
-    virtual void removeRange(iterator& p_first, iterator& p_last) {
-        while (p_first.m_entry != nullptr && p_first.m_entry != p_last.m_entry) {
-            iterator position = p_first;
-            ++p_first;
-            removeByPosition(position);
-            p_first.m_previous = position.m_previous;
-        }
-        p_last.m_previous = p_first.m_previous;
-    }
+    virtual void removeRange(iterator& p_first, iterator& p_last) { this->removeBetween(p_first, p_last); }
 
     /// Exchanges entries, buckets and allocator.
     virtual void swap(HashMultiMapBase& p_other) {
         this->swapEntries(p_other);
         std::swap(m_lastEntry, p_other.m_lastEntry);
-        std::swap(m_allocator, p_other.m_allocator);
     }
     /// Becomes a deep copy in the same order, with a bucket count of its own; the allocator stays.
     virtual void copy(const HashMultiMapBase& p_source) {
@@ -143,25 +103,20 @@ public:
         }
         clear();
         for (const Entry* entry = p_source.m_head; entry != nullptr; entry = entry->m_next) {
-            m_lastEntry = this->addEntry(m_allocator, nullptr, entry->m_hash, entry->m_first);
+            m_lastEntry = this->addEntry(nullptr, entry->m_hash, entry->m_first);
             m_lastEntry->m_second = entry->m_second;
         }
     }
     /// Removes all entries; the allocator stays.
     virtual void clear() {
         m_lastEntry = nullptr;
-        this->clearEntries(m_allocator);
+        this->clearEntries();
     }
 
     /// The place of a key; end() when it is absent.
-    virtual iterator find(const K& p_key) {
-        Entry* entry = this->findEntry(p_key);
-        return entry != nullptr ? iterator(this, entry, entry->m_prev) : iterator(this, nullptr, this->getLastEntry());
-    }
+    virtual iterator find(const K& p_key) { return this->getPosition(this->findEntry(p_key)); }
     virtual const_iterator findConst(const K& p_key) const {
-        const Entry* entry = this->findEntry(p_key);
-        return entry != nullptr ? const_iterator(this, entry, entry->m_prev)
-                                : const_iterator(this, nullptr, this->getLastEntry());
+        return this->getPosition(static_cast<const Entry*>(this->findEntry(p_key)));
     }
     /// The number of values of the key, 0 when it is absent.
     virtual size_t count(const K& p_key) const {
@@ -170,16 +125,13 @@ public:
     }
 
 private:
-    static Array<V>& getDummy() {
-        static Array<V> dummyT;
-        return dummyT;
-    }
+    friend Table;
 
     Array<V>* add(const K& p_key, const V& p_value, Entry* p_before) {
         if (m_lastEntry == nullptr || !this->m_equalFunction(m_lastEntry->m_first, p_key)) {
             const uint32_t hash = this->m_hashFunction(p_key);
             Entry* entry = this->findEntry(p_key, hash);
-            m_lastEntry = entry != nullptr ? entry : this->addEntry(m_allocator, p_before, hash, p_key);
+            m_lastEntry = entry != nullptr ? entry : this->addEntry(p_before, hash, p_key);
         }
         m_lastEntry->m_second.pushBack(p_value);
         return &m_lastEntry->m_second;

@@ -1,4 +1,5 @@
-/// What HashMap, HashSet and HashMultiMap share: the ordered chain of entries and the buckets over it.
+/// What HashMap, HashSet and HashMultiMap share: the ordered chain of entries, the buckets over it, and the operations
+/// that are the same for all three.
 #pragma once
 
 #include "zyr_common/containers/zyr_hash.h"
@@ -45,9 +46,43 @@ public:
 
 #pragma pack(push, 1)
 
-/// The fields up to the functors, and what is done with them. The number of buckets is 0 while there is no entry, and
-/// else 8 times a power of two. Derived classes hold the allocator, since one of them has a field in front of it.
-template <typename Entry, typename K, typename H, typename E> class HashTable : public RefCountedData {
+/// The fields up to the functors, what is done with them, and the first of the virtual operations. Container is the
+/// derived class. It holds the allocator, since one of the three has a field in front of it. An item is what front()
+/// gives: the value, or the key of a set.
+///
+/// The number of buckets is 0 while there is no entry, and else 8 times a power of two. The order of the virtual
+/// operations and of the fields is a contract between separately built modules.
+template <class Container, typename Entry, typename H, typename E> class HashTable : public RefCountedData {
+    typedef typename Entry::Key K;
+    typedef typename Entry::Item Item;
+
+public:
+    typedef HashIterator<Container, Entry> iterator;
+    typedef HashIterator<const Container, const Entry> const_iterator;
+
+    /// Sets the source of entries and buckets and nothing else; present ones must be compatible with it. Null means the
+    /// zyr_ functions.
+    virtual void setAllocatorUnsafe(Allocator* p_allocator) { self().m_allocator = p_allocator; }
+
+    virtual iterator begin() { return iterator(&self(), m_head, nullptr); }
+    virtual const_iterator beginConst() const { return const_iterator(&self(), m_head, nullptr); }
+    /// Behind the last entry; stepping back from here gives the last entry.
+    virtual iterator end() { return iterator(&self(), nullptr, getLastEntry()); }
+    virtual const_iterator endConst() const { return const_iterator(&self(), nullptr, getLastEntry()); }
+    const_iterator begin() const { return beginConst(); }
+    const_iterator end() const { return endConst(); }
+
+    virtual bool isEmpty() const { return m_size == 0; }
+    /// The number of keys.
+    virtual size_t getSize() const { return m_size; }
+
+    /// The first item; an item of no container when this one is empty.
+    virtual Item& front() { return getItem(m_head); }
+    virtual const Item& frontConst() const { return getItem(m_head); }
+    /// The last item; an item of no container when this one is empty.
+    virtual Item& back() { return getItem(getLastEntry()); }
+    virtual const Item& backConst() const { return getItem(getLastEntry()); }
+
 protected:
     typedef List<Entry*> Bucket;
     typedef typename Bucket::Node BucketNode;
@@ -56,9 +91,11 @@ protected:
 
     Entry* getLastEntry() const { return getChainEnd(m_head, m_tail); }
 
-    Bucket& getBucket(uint32_t p_hash) const {
-        // The number of buckets is a power of two, so this is the remainder.
-        return m_buckets[p_hash & (m_numOfBuckets - 1)];
+    iterator getPosition(Entry* p_entry) {
+        return iterator(&self(), p_entry, p_entry != nullptr ? p_entry->m_prev : getLastEntry());
+    }
+    const_iterator getPosition(const Entry* p_entry) const {
+        return const_iterator(&self(), p_entry, p_entry != nullptr ? p_entry->m_prev : getLastEntry());
     }
 
     /// The entry of that hash whose key the predicate accepts, or null.
@@ -84,121 +121,196 @@ protected:
     /// Adds an entry for a key that is not there, in front of `p_before` or at the end of the chain. The rest of the
     /// arguments goes to the entry's constructor.
     template <typename... Arguments>
-    Entry* addEntry(Allocator* p_allocator, Entry* p_before, uint32_t p_hash, const Arguments&... p_arguments) {
+    Entry* addEntry(Entry* p_before, uint32_t p_hash, const Arguments&... p_arguments) {
         if (m_size == 0) {
-            createBuckets(8, p_allocator);
+            m_buckets = static_cast<Bucket*>(allocArray(getMemory(), 8 * sizeof(Bucket)));
+            constructBuckets(8);
         }
         if (m_size + 1 > m_numOfBuckets * 7 / 10) {
-            doubleBuckets(p_allocator);
+            doubleBuckets();
         }
-        Entry* entry = new (allocArray(p_allocator, sizeof(Entry))) Entry(p_hash, p_arguments...);
+        Entry* entry = new (allocArray(getMemory(), sizeof(Entry))) Entry(p_hash, p_arguments...);
         linkIntoChain(m_head, m_tail, entry, p_before);
         getBucket(p_hash).addNode(entry, nullptr);
         m_size++;
         return entry;
     }
 
-    /// Takes the entry of a key out of chain and bucket, without destroying it. Null when there is none.
-    Entry* takeEntry(const K& p_key, Allocator* p_allocator) {
-        if (m_size == 0) {
-            return nullptr;
-        }
+    /// Adds an entry unless its key is there; see the containers for the result and `p_existing`.
+    template <typename... Values>
+    bool addUnlessPresent(Item** p_existing, Entry* p_before, const K& p_key, const Values&... p_values) {
         const uint32_t hash = m_hashFunction(p_key);
-        Bucket& bucket = getBucket(hash);
-        for (BucketNode* node = bucket.m_head; node != nullptr; node = node->m_next) {
-            Entry* entry = node->m_item;
-            if (entry->m_hash == hash && m_equalFunction(entry->m_first, p_key)) {
-                typename Bucket::iterator position(&bucket, node, node->m_prev);
-                bucket.Bucket::remove(position);
-                unlinkFromChain(m_head, m_tail, entry);
-                m_size--;
-                if (m_size == 0) {
-                    destroyBuckets(p_allocator);
-                }
-                return entry;
+        Entry* present = findEntry(p_key, hash);
+        if (present == nullptr) {
+            addEntry(p_before, hash, p_key, p_values...);
+            return true;
+        }
+        if (p_existing != nullptr) {
+            *p_existing = &present->getItem();
+        }
+        return false;
+    }
+
+    /// Takes the entry of a key out of chain and bucket, without destroying it. Null when there is none.
+    Entry* takeEntry(const K& p_key) {
+        Entry* entry = findEntry(p_key);
+        if (entry != nullptr) {
+            Bucket& bucket = getBucket(entry->m_hash);
+            bucket.freeNode(takeNode(bucket, entry));
+            unlinkFromChain(m_head, m_tail, entry);
+            m_size--;
+            if (m_size == 0) {
+                destroyBuckets(m_buckets, m_numOfBuckets);
+                m_buckets = nullptr;
+                m_numOfBuckets = 0;
             }
         }
-        return nullptr;
+        return entry;
     }
 
-    static void destroyEntry(Entry* p_entry, Allocator* p_allocator) {
+    void destroyEntry(Entry* p_entry) {
         p_entry->~Entry();
-        freeArray(p_allocator, p_entry);
+        freeArray(getMemory(), p_entry);
     }
 
-    void clearEntries(Allocator* p_allocator) {
+    /// Removes the entry of a key and gives whether there was one.
+    bool removeKey(const K& p_key) {
+        Entry* entry = takeEntry(p_key);
+        if (entry != nullptr) {
+            destroyEntry(entry);
+        }
+        return entry != nullptr;
+    }
+
+    /// Removes an entry, or nothing for null, through the operations that a subclass may have changed.
+    void popEntry(Entry* p_entry) {
+        iterator position(&self(), p_entry, nullptr);
+        self().removeByPosition(position);
+    }
+
+    void removeAt(iterator& p_position) {
+        if (p_position.m_entry != nullptr) {
+            const iterator following(&self(), p_position.m_entry->m_next, p_position.m_entry->m_prev);
+            self().remove(p_position.m_entry->m_first);
+            p_position = following;
+        }
+    }
+
+    void removeBetween(iterator& p_first, iterator& p_last) {
+        while (p_first.m_entry != nullptr && p_first.m_entry != p_last.m_entry) {
+            iterator position = p_first;
+            ++p_first;
+            self().removeByPosition(position);
+            p_first.m_previous = position.m_previous;
+        }
+        p_last.m_previous = p_first.m_previous;
+    }
+
+    /// Entries and nodes were made in the order of the chain, for the most part, and are freed in it.
+    void clearEntries() {
+        Bucket* buckets = m_buckets;
+        const size_t numOfBuckets = m_numOfBuckets;
         Entry* entry = m_head;
         m_head = nullptr;
         m_tail = nullptr;
         m_size = 0;
-        destroyBuckets(p_allocator);
+        m_buckets = nullptr;
+        m_numOfBuckets = 0;
+        Entry* ahead = getAhead(entry);
         while (entry != nullptr) {
             Entry* next = entry->m_next;
-            destroyEntry(entry, p_allocator);
+            if (ahead != nullptr) {
+                __builtin_prefetch(&buckets[ahead->m_hash & (numOfBuckets - 1)].m_head, 1);
+                ahead = ahead->m_next;
+            }
+            Bucket& bucket = buckets[entry->m_hash & (numOfBuckets - 1)];
+            bucket.freeNode(takeNode(bucket, entry));
+            destroyEntry(entry);
             entry = next;
         }
+        destroyBuckets(buckets, numOfBuckets);
     }
 
-    void swapEntries(HashTable& p_other) {
+    void swapEntries(Container& p_other) {
         std::swap(m_head, p_other.m_head);
         std::swap(m_tail, p_other.m_tail);
         std::swap(m_size, p_other.m_size);
         std::swap(m_buckets, p_other.m_buckets);
         std::swap(m_numOfBuckets, p_other.m_numOfBuckets);
+        std::swap(self().m_allocator, p_other.m_allocator);
     }
 
 private:
-    void createBuckets(size_t p_numOfBuckets, Allocator* p_allocator) {
-        m_buckets = static_cast<Bucket*>(allocArray(p_allocator, p_numOfBuckets * sizeof(Bucket)));
-        constructBuckets(p_numOfBuckets, p_allocator);
+    Container& self() { return static_cast<Container&>(*this); }
+    const Container& self() const { return static_cast<const Container&>(*this); }
+    Allocator* getMemory() const { return self().m_allocator; }
+
+    static Item& getDummy() {
+        static Item dummyT;
+        return dummyT;
+    }
+    static Item& getItem(Entry* p_entry) { return p_entry != nullptr ? p_entry->getItem() : getDummy(); }
+
+    Bucket& getBucket(uint32_t p_hash) const {
+        // The number of buckets is a power of two, so this is the remainder.
+        return m_buckets[p_hash & (m_numOfBuckets - 1)];
+    }
+
+    /// So far in front of an entry that its bucket is in the cache when the walk over the chain comes there.
+    static Entry* getAhead(Entry* p_entry) {
+        for (int i = 0; i < 12 && p_entry != nullptr; i++) {
+            p_entry = p_entry->m_next;
+        }
+        return p_entry;
+    }
+
+    /// Unlinks the node of an entry from its bucket.
+    static BucketNode* takeNode(Bucket& p_bucket, const Entry* p_entry) {
+        BucketNode* node = p_bucket.m_head;
+        while (node->m_item != p_entry) {
+            node = node->m_next;
+        }
+        unlinkFromChain(p_bucket.m_head, p_bucket.m_tail, node);
+        return node;
     }
 
     /// Constructs the buckets from the present number up to another one.
-    void constructBuckets(size_t p_numOfBuckets, Allocator* p_allocator) {
+    void constructBuckets(size_t p_numOfBuckets) {
         for (; m_numOfBuckets < p_numOfBuckets; m_numOfBuckets++) {
-            Bucket* bucket = new (&m_buckets[m_numOfBuckets]) Bucket();
-            bucket->m_allocator = p_allocator;
+            new (&m_buckets[m_numOfBuckets]) Bucket(getMemory());
         }
     }
 
-    void destroyBuckets(Allocator* p_allocator) {
-        for (size_t i = 0; i < m_numOfBuckets; i++) {
-            m_buckets[i].Bucket::~Bucket();
+    void destroyBuckets(Bucket* p_buckets, size_t p_numOfBuckets) {
+        for (size_t i = 0; i < p_numOfBuckets; i++) {
+            p_buckets[i].Bucket::~Bucket();
         }
-        if (m_buckets != nullptr) {
-            freeArray(p_allocator, m_buckets);
+        if (p_buckets != nullptr) {
+            freeArray(getMemory(), p_buckets);
         }
-        m_buckets = nullptr;
+    }
+
+    /// Puts each entry into its bucket among twice as many, in the order of the chain. Nodes go on serving the entry
+    /// that they were made for, which lies next to them.
+    void doubleBuckets() {
+        Bucket* const old = m_buckets;
+        const size_t oldMask = m_numOfBuckets - 1;
+        m_buckets = static_cast<Bucket*>(allocArray(getMemory(), 2 * m_numOfBuckets * sizeof(Bucket)));
+        const size_t mask = 2 * m_numOfBuckets - 1;
         m_numOfBuckets = 0;
-    }
-
-    /// Keeps the present buckets and the nodes in them, so that growth allocates nothing for what is there.
-    void doubleBuckets(Allocator* p_allocator) {
-        BucketNode* spareNodes = nullptr;
-        for (size_t i = 0; i < m_numOfBuckets; i++) {
-            Bucket& bucket = m_buckets[i];
-            if (bucket.m_head != nullptr) {
-                getChainEnd(bucket.m_head, bucket.m_tail)->m_next = spareNodes;
-                spareNodes = bucket.m_head;
-                bucket.m_head = nullptr;
-                bucket.m_tail = nullptr;
-            }
-        }
-        // Nothing points at a bucket, so it may move as bytes.
-        m_buckets = static_cast<Bucket*>(reallocArray(p_allocator, m_buckets, m_numOfBuckets * 2 * sizeof(Bucket)));
-        constructBuckets(m_numOfBuckets * 2, p_allocator);
-        reorderBuckets(spareNodes);
-    }
-
-    /// Puts each entry into the bucket of its stored hash, in the order of the chain. There is one node for each.
-    void reorderBuckets(BucketNode* p_spareNodes) {
+        constructBuckets(mask + 1);
+        Entry* ahead = getAhead(m_head);
         for (Entry* entry = m_head; entry != nullptr; entry = entry->m_next) {
-            BucketNode* node = p_spareNodes;
-            p_spareNodes = node->m_next;
-            node->m_item = entry;
-            Bucket& bucket = getBucket(entry->m_hash);
+            if (ahead != nullptr) {
+                __builtin_prefetch(&old[ahead->m_hash & oldMask].m_head, 1);
+                __builtin_prefetch(&m_buckets[ahead->m_hash & mask].m_head, 1);
+                ahead = ahead->m_next;
+            }
+            BucketNode* node = takeNode(old[entry->m_hash & oldMask], entry);
+            Bucket& bucket = m_buckets[entry->m_hash & mask];
             linkIntoChain(bucket.m_head, bucket.m_tail, node, static_cast<BucketNode*>(nullptr));
         }
+        destroyBuckets(old, oldMask + 1);
     }
 
 protected:

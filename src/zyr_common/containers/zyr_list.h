@@ -220,7 +220,9 @@ public:
 
 private:
     // Its buckets are lists, whose nodes it moves.
-    template <typename Entry, typename K, typename H, typename E> friend class HashTable;
+    template <class Container, typename Entry, typename H, typename E> friend class HashTable;
+
+    explicit List(Allocator* p_allocator) : m_head(nullptr), m_tail(nullptr), m_allocator(p_allocator) {}
 
     static T& getDummy() {
         static T dummyT;

@@ -317,14 +317,23 @@ private:
         p_slot = pivot;
     }
 
-    void copyNodes(const SortedMap& p_source) { addCopies(p_source.m_root); }
+    /// Takes over the shape of the tree as it is: the order may be that of a subclass, which does not exist yet while
+    /// this copy is made.
+    void copyNodes(const SortedMap& p_source) {
+        m_root = copyTree(p_source.m_root);
+        m_size = p_source.m_size;
+    }
 
-    void addCopies(const Node* p_node) {
-        if (p_node != nullptr) {
-            addCopies(p_node->m_left);
-            insert(p_node->m_key, p_node->m_value);
-            addCopies(p_node->m_right);
+    Node* copyTree(const Node* p_source) {
+        if (p_source == nullptr) {
+            return nullptr;
         }
+        Node* node = new (allocArray(m_allocator, sizeof(Node))) Node(p_source->m_key);
+        node->m_value = p_source->m_value;
+        node->m_balance = p_source->m_balance;
+        node->m_left = copyTree(p_source->m_left);
+        node->m_right = copyTree(p_source->m_right);
+        return node;
     }
 
     static void mapNodes(const Node* p_node, void (*p_function)(K, V)) {
