@@ -103,9 +103,16 @@ TEST(StringCharacters, PreviousPositionWalksOverContinuationBytes) {
     EXPECT_EQ(text.getPrevCharacterPositionInBytes(0), 0u);
 }
 
+TEST(StringCharacters, PreviousPositionTakesADigitOrTheStartForTheFirstByteOfASequence) {
+    EXPECT_EQ(String("1\x80").getPrevCharacterPositionInBytes(2), 0u);
+    EXPECT_EQ(String("\n\x80").getPrevCharacterPositionInBytes(2), 0u);
+    EXPECT_EQ(String("\x80\x80").getPrevCharacterPositionInBytes(2), 0u);
+    EXPECT_EQ(String("\x80").getPrevCharacterPositionInBytes(1), 0u);
+}
+
 TEST(StringCharacters, PreviousPositionStaysInMalformedText) {
     EXPECT_EQ(String("a\xC3").getPrevCharacterPositionInBytes(2), 2u);
     EXPECT_EQ(String("a\x80").getPrevCharacterPositionInBytes(2), 2u);
-    EXPECT_EQ(String("\x80\x80").getPrevCharacterPositionInBytes(2), 2u);
+    EXPECT_EQ(String("@\x80").getPrevCharacterPositionInBytes(2), 2u);
     EXPECT_EQ(String("ab").getPrevCharacterPositionInBytes(3), 3u);
 }

@@ -1,5 +1,6 @@
 #include "zyr_common/platform/zyr_environment.h"
 
+#include "zyr_common/text/zyr_c_locale.h"
 #include "zyr_common/text/zyr_number_text.h"
 #include "zyr_common/text/zyr_string.h"
 
@@ -17,7 +18,7 @@ bool_t zyr_getEnvironmentVariableUInt32(const String& p_name, uint32_t& p_value)
     if (text == nullptr) {
         return 0;
     }
-    p_value = static_cast<uint32_t>(strtol(text, nullptr, 10));
+    p_value = static_cast<uint32_t>(strtol_l(text, nullptr, 10, getCLocale()));
     return 1;
 }
 
@@ -32,7 +33,7 @@ bool_t zyr_getEnvironmentVariableUInt64(const String& p_name, uint64_t& p_value)
     if (text == nullptr) {
         return 0;
     }
-    int32_t narrow = static_cast<int32_t>(strtol(text, nullptr, 10));
+    int32_t narrow = static_cast<int32_t>(strtol_l(text, nullptr, 10, getCLocale()));
     p_value = static_cast<uint64_t>(static_cast<int64_t>(narrow));
     return 1;
 }

@@ -2,6 +2,7 @@
 
 #include "zyr_common/containers/zyr_array.h"
 #include "zyr_common/memory/zyr_numeric.h"
+#include "zyr_common/text/zyr_c_locale.h"
 
 #include <cmath>
 #include <cstdio>
@@ -104,6 +105,7 @@ void zyr_convertDoubleToCharacters(char* p_buffer, size_t, double p_value, uint3
     const uint32_t precision = p_precision < LARGEST_PRECISION ? p_precision : LARGEST_PRECISION;
     const double magnitude = p_value < 0 ? -p_value : p_value;
     if (magnitude > 2147483647.0) {
+        const ScopedCLocale locale;
         sprintf(p_buffer, "%e", p_value);
         return;
     }

@@ -1,5 +1,6 @@
 #include "zyr_common/text/zyr_string.h"
 
+#include "zyr_common/memory/zyr_permanent.h"
 #include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/text/zyr_unicode.h"
 
@@ -80,13 +81,13 @@ void String::freeBuffer(char* p_buffer) {
 }
 
 const String& String::getConstEmpty() {
-    static const String* const text = new String();
-    return *text;
+    static const String& text = makePermanent<String>();
+    return text;
 }
 
 const String& String::getConstNull() {
-    static const String* const text = new String("null");
-    return *text;
+    static const String& text = makePermanent<String>("null");
+    return text;
 }
 
 String& String::operator=(const char* p_text) {
@@ -155,14 +156,6 @@ void String::assignUnicode32SubString(const wchar_t* p_text, size_t p_length) {
     }
 }
 
-void String::pushBackAsciiCharacter(char p_character) {
-    ZYR_ASSERT(m_size != 0);
-    const size_t length = m_size - 1;
-    resize(m_size + 1);
-    m_data[length] = p_character;
-    m_data[length + 1] = 0;
-}
-
 namespace {
 
 /// A unit of 16-bit text as a sequence; the sign decides, so 0x8000 and above take the one-byte path.
@@ -209,16 +202,12 @@ void String::pushBackUnicode32Character(wchar_t p_character) {
     pushBackUTF8SubString(sequence, encodeUnit(p_character, sequence));
 }
 
-void String::pushBackUTF8String(const char* p_text) {
-    if (p_text == nullptr || *p_text == 0) {
-        return;
+void String::appendAndGrow(const char* p_caller, const char* p_text, size_t p_length) {
+    if (m_size == 0) {
+        // As ZYR_ASSERT does, but in the name of the caller.
+        zyr_printLog(ZYR_MODULE_WORD, 1, ZYR_LOG_LEVEL_ERROR, p_caller, "assert(%s)", "m_size != 0");
+        ::exit(0);
     }
-    ZYR_ASSERT(m_size != 0);
-    pushBackUTF8SubString(p_text, strlen(p_text));
-}
-
-void String::pushBackUTF8SubString(const char* p_text, size_t p_length) {
-    ZYR_ASSERT(m_size != 0);
     if (p_text == nullptr || p_length == 0) {
         return;
     }
@@ -258,16 +247,6 @@ void String::pushBackUnicode32SubString(const wchar_t* p_text, size_t p_length) 
     }
     resize(m_size + getEncodedSize(p_text, p_length));
     encodeUnits(p_text, p_length, m_data + length);
-}
-
-String& String::operator+=(const String& p_text) {
-    pushBackUTF8SubString(p_text.m_data, p_text.getLengthInBytes());
-    return *this;
-}
-
-String& String::operator+=(const char* p_text) {
-    pushBackUTF8String(p_text);
-    return *this;
 }
 
 String& String::operator+=(const short* p_text) {
@@ -433,12 +412,14 @@ size_t String::getPrevCharacterPositionInBytes(size_t p_position) const {
     if ((m_data[position] & 0x80) == 0) {
         return position;
     }
+    if ((m_data[position] & 0xC0) != 0x80) {
+        return p_position;
+    }
     while (position > 0 && (m_data[position] & 0xC0) == 0x80) {
         position--;
     }
-    // Continuation bytes must have led back to the first byte of a sequence.
-    const bool continued = position < p_position - 1;
-    return continued && (m_data[position] & 0xC0) == 0xC0 ? position : p_position;
+    // Relied upon: of what can't begin a sequence, only the bytes of letters refuse the walk.
+    return (m_data[position] & 0xC0) == 0x40 ? p_position : position;
 }
 
 } // namespace zyr

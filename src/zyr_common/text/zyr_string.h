@@ -17,6 +17,7 @@
 #include <cstdarg>
 #include <cstddef>
 #include <string>
+#include <typeinfo>
 
 namespace zyr {
 
@@ -99,20 +100,38 @@ public:
 
     // Append. Null appends nothing.
 
-    void pushBackAsciiCharacter(char p_character);
+    void pushBackAsciiCharacter(char p_character) {
+        if (fits(1)) {
+            m_data[m_size - 1] = p_character;
+            m_data[m_size] = 0;
+            m_size++;
+        } else {
+            appendAndGrow(__PRETTY_FUNCTION__, &p_character, 1);
+        }
+    }
     /// 16-bit text is UCS-2 below 0x8000, and relied upon as such: a unit from 0x8000 on gives its low byte, and
     /// surrogates are not combined.
     void pushBackUnicode16Character(short p_character);
     /// Values above 0x10FFFF are dropped; surrogate values are not.
     void pushBackUnicode32Character(wchar_t p_character);
-    void pushBackUTF8String(const char* p_text);
-    void pushBackUTF8SubString(const char* p_text, size_t p_length);
+    void pushBackUTF8String(const char* p_text) {
+        if (p_text != nullptr && *p_text != 0) {
+            append(__PRETTY_FUNCTION__, p_text, strlen(p_text));
+        }
+    }
+    void pushBackUTF8SubString(const char* p_text, size_t p_length) { append(__PRETTY_FUNCTION__, p_text, p_length); }
     void pushBackUnicode16String(const short* p_text);
     void pushBackUnicode16SubString(const short* p_text, size_t p_length);
     void pushBackUnicode32String(const wchar_t* p_text);
     void pushBackUnicode32SubString(const wchar_t* p_text, size_t p_length);
-    String& operator+=(const String& p_text);
-    String& operator+=(const char* p_text);
+    String& operator+=(const String& p_text) {
+        pushBackUTF8SubString(p_text.m_data, p_text.getLengthInBytes());
+        return *this;
+    }
+    String& operator+=(const char* p_text) {
+        pushBackUTF8String(p_text);
+        return *this;
+    }
     String& operator+=(const short* p_text);
     String& operator+=(const wchar_t* p_text);
     String operator+(const String& p_text) const;
@@ -269,6 +288,22 @@ private:
         m_allocatedSize = INLINE_SIZE;
         m_internalBuffer[0] = 0;
     }
+    /// Whether so many more bytes, at least one, can be written behind the text without asking the virtual operations.
+    /// A subclass may have changed how a string grows.
+    bool fits(size_t p_length) const {
+        return m_size != 0 && p_length - 1 < m_allocatedSize - m_size && typeid(*this) == typeid(String);
+    }
+    void append(const char* p_caller, const char* p_text, size_t p_length) {
+        if (p_text != nullptr && fits(p_length)) {
+            memmove(m_data + m_size - 1, p_text, p_length);
+            m_size += p_length;
+            m_data[m_size - 1] = 0;
+        } else {
+            appendAndGrow(p_caller, p_text, p_length);
+        }
+    }
+    /// `p_caller` is the function that reports a string without a terminator.
+    void appendAndGrow(const char* p_caller, const char* p_text, size_t p_length);
     void initCopy(const char* p_text, size_t p_length);
     void insertBytes(const char* p_text, size_t p_length, size_t p_position);
     void assignSeparated(size_t p_leftLength, size_t p_rightPosition, String* p_left, String* p_right) const;

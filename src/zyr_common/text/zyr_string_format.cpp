@@ -1,5 +1,6 @@
 /// Formatted text and wide output.
 #include "zyr_common/containers/zyr_array.h"
+#include "zyr_common/text/zyr_c_locale.h"
 #include "zyr_common/text/zyr_string.h"
 #include "zyr_common/text/zyr_unicode.h"
 
@@ -11,6 +12,7 @@ namespace zyr {
 void String::newArgList(String& p_target, const char* p_format, va_list p_arguments) {
     // Most texts are short: the measuring call already holds the result then.
     char buffer[256];
+    const ScopedCLocale locale;
     va_list arguments;
     va_copy(arguments, p_arguments);
     const int length = vsnprintf(buffer, sizeof(buffer), p_format, arguments);
@@ -37,6 +39,7 @@ void String::newArgList(String& p_target, const wchar_t* p_format, va_list p_arg
     constexpr int ATTEMPTS = 10;
     wchar_t buffer[FIRST_CAPACITY];
     size_t capacity = FIRST_CAPACITY;
+    const ScopedCLocale locale;
     for (int attempt = 0; attempt < ATTEMPTS; attempt++, capacity *= 2) {
         wchar_t* const text = attempt == 0 ? buffer : static_cast<wchar_t*>(zyr_malloc(capacity * sizeof(wchar_t)));
         va_list arguments;

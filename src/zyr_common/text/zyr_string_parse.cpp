@@ -2,6 +2,7 @@
 #include "zyr_common/containers/zyr_hash_map.h"
 #include "zyr_common/containers/zyr_list.h"
 #include "zyr_common/containers/zyr_pair.h"
+#include "zyr_common/text/zyr_c_locale.h"
 #include "zyr_common/text/zyr_string.h"
 
 #include <cstdlib>
@@ -12,7 +13,7 @@ namespace {
 
 /// Numbers wrap into 32 bits, as the casts of the system do.
 uint32_t readUInt32(const char* p_text) {
-    return static_cast<uint32_t>(strtol(p_text, nullptr, 10));
+    return static_cast<uint32_t>(strtol_l(p_text, nullptr, 10, getCLocale()));
 }
 
 } // namespace
