@@ -8,7 +8,7 @@ namespace zyr {
 template class RecordWalker<NativeFormatInfoState>;
 
 static const String& getOriginalFileKey() {
-    static const String key("originalFile");
+    static const String& key = makePermanent<String>("originalFile");
     return key;
 }
 

@@ -23,7 +23,7 @@ public:
     }
 
     const String& getClassName() const override {
-        static const String name(Class::c_className);
+        static const String& name = makePermanent<String>(Class::c_className);
         return name;
     }
     const GUID_t& getClassGUID() const override { return getStaticClassGUID(); }

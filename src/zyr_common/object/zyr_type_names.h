@@ -4,6 +4,7 @@
 /// template adds the word of its argument in braces: "Path2DCommand{float}", "HashMapOfObjects{int32}".
 #pragma once
 
+#include "zyr_common/memory/zyr_permanent.h"
 #include "zyr_common/object/zyr_interface_traits.h"
 #include "zyr_common/text/zyr_string.h"
 
@@ -40,13 +41,14 @@ template <class Interface> const String& zyr_getTemplateTypeName() {
 /// The canonical name of T. The pointer only carries the type and may be null.
 template <typename T> const String& zyr_getNameAssociatedToType(const T*) {
     if constexpr (std::is_same_v<T, IObject*>) {
-        static const String name("ObjectPtr");
+        static const String& name = makePermanent<String>("ObjectPtr");
         return name;
     } else if constexpr (requires { InterfaceTraits<T>::c_typeName; }) {
-        static const String name = joinTypeName(InterfaceTraits<T>::c_typeName, templateArgumentWord<T>);
+        static const String& name =
+            makePermanent<String>(joinTypeName(InterfaceTraits<T>::c_typeName, templateArgumentWord<T>));
         return name;
     } else {
-        static const String name = joinTypeName(T::c_typeName, templateArgumentWord<T>);
+        static const String& name = makePermanent<String>(joinTypeName(T::c_typeName, templateArgumentWord<T>));
         return name;
     }
 }

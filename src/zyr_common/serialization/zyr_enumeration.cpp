@@ -23,8 +23,9 @@ struct EnumerationTexts::Maps {
 };
 
 void EnumerationTexts::Maps::build() {
-    m_numbersLock.writeLock();
-    m_textsLock.writeLock();
+    const ScopedWriteLock numbersLock(m_numbersLock);
+    const ScopedWriteLock textsLock(m_textsLock);
+    const PermanentScope scope;
     if (!m_built.load(std::memory_order_relaxed)) {
         for (size_t i = 0; i < m_count; ++i) {
             String text(m_entries[i].m_text);
@@ -33,39 +34,31 @@ void EnumerationTexts::Maps::build() {
         }
         m_built.store(true, std::memory_order_release);
     }
-    m_textsLock.unlock();
-    m_numbersLock.unlock();
 }
 
 bool_t EnumerationTexts::Maps::findNumber(const String& p_text, uint32_t& p_number) {
-    m_numbersLock.readLock();
+    const ScopedReadLock lock(m_numbersLock);
     HashMap<String, uint32_t>::const_iterator found = m_numbers.findConst(p_text);
     bool_t known = found != m_numbers.endConst();
     if (known) {
         p_number = found->m_second;
     }
-    m_numbersLock.unlock();
     return known;
 }
 
 bool_t EnumerationTexts::Maps::findText(uint32_t p_number, String& p_text) {
-    m_textsLock.readLock();
+    const ScopedReadLock lock(m_textsLock);
     HashMap<uint32_t, String>::const_iterator found = m_texts.findConst(p_number);
     bool_t known = found != m_texts.endConst();
     if (known) {
         p_text = found->m_second;
     }
-    m_textsLock.unlock();
     return known;
 }
 
 EnumerationTexts::EnumerationTexts(const EnumerationEntry* p_entries, size_t p_count) : m_maps(new Maps) {
     m_maps->m_entries = p_entries;
     m_maps->m_count = p_count;
-}
-
-EnumerationTexts::~EnumerationTexts() {
-    delete m_maps;
 }
 
 bool_t EnumerationTexts::convert(String& p_text, uint32_t& p_number, bool_t p_textToNumber) {

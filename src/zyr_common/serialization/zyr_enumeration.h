@@ -14,6 +14,7 @@
 /// Thread safe: the converter's maps are built at its first call under their locks and only read afterwards.
 #pragma once
 
+#include "zyr_common/memory/zyr_permanent.h"
 #include "zyr_common/zyr_types.h"
 
 #include <type_traits>
@@ -56,12 +57,11 @@ template <EnumerationWithTexts E> constexpr const char* zyr_getEnumerationText(E
 }
 
 /// The working half of a converter: two maps, each under a reader-writer lock of its own. One static object for each
-/// enumeration; see zyr_convertEnumeration.
+/// enumeration, which is never destroyed; see zyr_convertEnumeration.
 class EnumerationTexts {
 public:
     /// p_entries must outlive the object. Builds nothing yet.
     EnumerationTexts(const EnumerationEntry* p_entries, size_t p_count);
-    ~EnumerationTexts();
     EnumerationTexts(const EnumerationTexts&) = delete;
     EnumerationTexts& operator=(const EnumerationTexts&) = delete;
 
@@ -76,7 +76,8 @@ private:
 /// The converter of the enumeration E; its address is an EnumerationConverter.
 template <EnumerationWithTexts E>
 bool_t zyr_convertEnumeration(String& p_text, uint32_t& p_number, bool_t p_textToNumber) {
-    static EnumerationTexts texts(EnumerationTable<E>::c_entries, c_enumerationSize<E>);
+    static EnumerationTexts& texts = makePermanent<EnumerationTexts>(
+        static_cast<const EnumerationEntry*>(EnumerationTable<E>::c_entries), c_enumerationSize<E>);
     return texts.convert(p_text, p_number, p_textToNumber);
 }
 

@@ -78,20 +78,37 @@ template <typename Owner, typename M> struct RecordField {
     EnumerationConverter m_converter;
     bool m_element;
     bool m_attribute;
+    bool m_declared;
 
     /// The value that init_This gives to a number or enumeration; 0 without it.
     constexpr RecordField withDefault(RecordFieldDefault<M> p_default) const {
-        return {m_key, m_member, p_default, m_converter, m_element, m_attribute};
+        RecordField field = *this;
+        field.m_default = p_default;
+        return field;
     }
     /// A converter that shows certain values of an integer as words, or one that differs from the enumeration's own.
     constexpr RecordField withConverter(EnumerationConverter p_converter) const {
-        return {m_key, m_member, m_default, p_converter, m_element, m_attribute};
+        RecordField field = *this;
+        field.m_converter = p_converter;
+        return field;
     }
     /// A long text: a text format writes it as an element and not as an attribute.
-    constexpr RecordField asElement() const { return {m_key, m_member, m_default, m_converter, true, false}; }
+    constexpr RecordField asElement() const {
+        RecordField field = withoutAttributeMark();
+        field.m_element = true;
+        return field;
+    }
     /// Written with the attributes, but without the mark of one, which readers of such fields rely upon.
     constexpr RecordField withoutAttributeMark() const {
-        return {m_key, m_member, m_default, m_converter, m_element, false};
+        RecordField field = *this;
+        field.m_attribute = false;
+        return field;
+    }
+    /// Written and read, but left out of the header section.
+    constexpr RecordField withoutDeclaration() const {
+        RecordField field = *this;
+        field.m_declared = false;
+        return field;
     }
 };
 
@@ -106,7 +123,7 @@ template <typename M> constexpr EnumerationConverter zyr_fieldConverter() {
 
 /// A field with its key, which is also its word in paths. The key is a literal.
 template <typename Owner, typename M> constexpr RecordField<Owner, M> zyr_field(const char* p_key, M Owner::*p_member) {
-    return {p_key, p_member, RecordFieldDefault<M>{}, zyr_fieldConverter<M>(), false, true};
+    return {p_key, p_member, RecordFieldDefault<M>{}, zyr_fieldConverter<M>(), false, true, true};
 }
 
 /// The field list of one level.

@@ -52,12 +52,9 @@ struct RecordPath {
     WrappedString m_rest;
 };
 
-/// Owns the map from the words of one level to their places in the field list.
+/// The map from the words of one level to their places in the field list.
 struct RecordWords {
-    explicit RecordWords(HashMap<String, uint32_t>* p_map) : m_map(p_map) {}
-    ~RecordWords() { delete m_map; }
-    RecordWords(const RecordWords&) = delete;
-    RecordWords& operator=(const RecordWords&) = delete;
+    explicit RecordWords(HashMap<String, uint32_t>* (*p_make)()) : m_map(p_make()) {}
 
     /// What String::getCaseFromString gives for the first word of the path; no key has an index in brackets.
     uint32_t find(const RecordPath& p_path) const {
@@ -82,7 +79,7 @@ template <class Self> const String& RecordWalker<Self>::name() {
 }
 
 template <class Self> template <size_t I> const String& RecordWalker<Self>::key() {
-    static const String text(std::get<I>(c_recordFields<Self>).m_key);
+    static const String& text = makePermanent<String>(std::get<I>(c_recordFields<Self>).m_key);
     return text;
 }
 
@@ -104,7 +101,7 @@ bool_t RecordWalker<Self>::writeField(Self& p_record, ISerializer* p_serializer,
     constexpr bool element = IO::c_element || field.m_element;
     if (p_headerPass) {
         bool_t result = 1;
-        return IO::declare(p_serializer, key<I>(), p_record.*field.m_member, result);
+        return !field.m_declared || IO::declare(p_serializer, key<I>(), p_record.*field.m_member, result);
     }
     if (!p_serializer->isBinaryFormat() && (element ? p_firstPass : !p_firstPass)) {
         return 1;
@@ -165,7 +162,7 @@ bool_t RecordWalker<Self>::writeWhole(Self& p_record, ISerializer* p_serializer,
 
 template <class Self>
 VariableReference* RecordWalker<Self>::findField(Self& p_record, const String& p_path, bool_t& p_known) {
-    static const RecordWords words(zyr_makeRecordWords<Self>());
+    static const RecordWords& words = makePermanent<RecordWords>(zyr_makeRecordWords<Self>);
     const RecordPath path(p_path);
     const uint32_t word = words.find(path);
     p_known = word < c_recordFieldCount<Self>;

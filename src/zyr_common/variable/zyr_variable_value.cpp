@@ -92,17 +92,17 @@ using StoredNumber =
     Scalar<std::conditional_t<sizeof(T) >= 4, T, std::conditional_t<std::is_signed_v<T>, int32_t, uint32_t>>>;
 
 const String& nameKey() {
-    static const String key("name");
+    static const String& key = makePermanent<String>("name");
     return key;
 }
 
 const String& typeKey() {
-    static const String key("type");
+    static const String& key = makePermanent<String>("type");
     return key;
 }
 
 template <VariableTypeEnum row> const String& valueKey() {
-    static const String key(c_variableTypeRows[row].m_key);
+    static const String& key = makePermanent<String>(c_variableTypeRows[row].m_key);
     return key;
 }
 
@@ -188,7 +188,7 @@ void* VariableValue::getTarget() {
             return *load<const type*>();                                                                               \
         }                                                                                                              \
         ZYR_LOG_WARN("Value is not a %s", accessorTypeName(row));                                                      \
-        static const type other;                                                                                       \
+        static const type& other = makePermanent<type>();                                                              \
         return other;                                                                                                  \
     }
 #include "zyr_common/variable/zyr_variable_accessors.inl"
@@ -199,7 +199,7 @@ void* VariableValue::getTarget() {
             return *load<type*>();                                                                                     \
         }                                                                                                              \
         ZYR_LOG_WARN("Value is not a %s", accessorTypeName(row));                                                      \
-        static type other;                                                                                             \
+        static type& other = makePermanent<type>();                                                                    \
         return other;                                                                                                  \
     }
 #include "zyr_common/variable/zyr_variable_accessors.inl"
