@@ -4,6 +4,7 @@
 #include "zyr_common/containers/zyr_hash_map.h"
 #include "zyr_common/text/zyr_string.h"
 #include "zyr_common/variable/zyr_variable_reference.h"
+#include "zyr_common/variable/zyr_variable_value.h"
 
 #include <gtest/gtest.h>
 
@@ -241,6 +242,25 @@ TEST(ReferenceConversions, RowsBehindTheNamedOnesPrintAsUnknown) {
     LogCapture capture;
     EXPECT_EQ(reference->changeValueInt32(1), 0);
     EXPECT_EQ(getOnlyMessage(capture), "Unable to convert int32_t to type:Unknown");
+}
+
+TEST(VariableReference, ATruthValueIsPassedOnAsZeroOrOneWhateverByteItHolds) {
+    uint8_t byte = 9;
+    Reference(ZYR_VARIABLE_UINT8, &byte)->changeValueBool(5);
+    EXPECT_EQ(byte, 1);
+    Reference(ZYR_VARIABLE_BOOL, &byte)->changeValueBool(200);
+    EXPECT_EQ(byte, 1);
+    double real = 9;
+    Reference(ZYR_VARIABLE_DOUBLE, &real)->changeValueBool(255);
+    EXPECT_EQ(real, 1.0);
+    int64_t number = 9;
+    VariableValue truth(ZYR_VARIABLE_BOOL);
+    truth.setValueBool(200);
+    EXPECT_TRUE(zyr_applyVariableValue(&truth, new VariableReference(ZYR_VARIABLE_INT64, &number)));
+    EXPECT_EQ(number, 1);
+    truth.setValueBool(0);
+    EXPECT_TRUE(zyr_applyVariableValue(&truth, new VariableReference(ZYR_VARIABLE_INT64, &number)));
+    EXPECT_EQ(number, 0);
 }
 
 } // namespace zyr

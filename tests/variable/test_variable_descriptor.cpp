@@ -167,7 +167,7 @@ TEST(VariableDescriptor, DeclaresEachKey) {
     bool_t result = 0;
     EXPECT_EQ(descriptor.writeSerialized(&serializer, 1, result), 1);
     EXPECT_EQ(serializer.m_calls, (Calls{"declareString name", "declareEnum type", "declareEnum category",
-                                         "declareBool temporary", "declareStringArray propagationPaths"}));
+                                         "declareStringArray propagationPaths"}));
 }
 
 TEST(VariableDescriptor, ReadsItsKeysInOrderAndReplacesThePaths) {

@@ -62,7 +62,7 @@ public:
         return zyr_fields(zyr_field("name", &VariableDescriptor::m_name),
                           zyr_field("type", &VariableDescriptor::m_type),
                           zyr_field("category", &VariableDescriptor::m_category).withoutAttributeMark(),
-                          zyr_field("temporary", &VariableDescriptor::m_temporary),
+                          zyr_field("temporary", &VariableDescriptor::m_temporary).withoutDeclaration(),
                           zyr_field("propagationPaths", &VariableDescriptor::m_propagationPaths));
     }
 

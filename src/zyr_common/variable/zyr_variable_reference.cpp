@@ -137,7 +137,8 @@ template <typename Color> bool_t VariableReference::storeColor(const Color& p_va
 #define ZYR_CHANGE_RECORD(suffix, type)                                                                                \
     ZYR_CHANGE_VALUE(suffix, const type&, storeRecord(zyr_getVariableTypeEnum<type>(), p_value), #type)
 
-ZYR_CHANGE_NUMBER(Bool, bool_t)
+// Whatever byte a truth value holds, it is passed on as 0 or 1.
+ZYR_CHANGE_VALUE(Bool, bool_t, storeNumber<bool_t>(p_value != 0), "bool_t")
 ZYR_CHANGE_NUMBER(UInt8, uint8_t)
 ZYR_CHANGE_NUMBER(Int8, int8_t)
 ZYR_CHANGE_NUMBER(UInt16, uint16_t)
