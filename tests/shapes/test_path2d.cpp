@@ -323,6 +323,23 @@ TEST_F(Path2DStream, ReadsABaseCommandForTheNameOfTheOtherNumberType) {
     EXPECT_EQ(idsRead(root), (std::vector<uint32_t>{0}));
 }
 
+/// A record that is no command, and one whose making is counted.
+struct Impostor {
+    static constexpr const char* c_typeName = "Impostor{double}";
+    static inline int s_made = 0;
+    Impostor() { s_made++; }
+};
+
+TEST_F(Path2DStream, ReadsABaseCommandForTheNameOfAnotherRegisteredRecord) {
+    zyr_addUnknownVariableAllocator<Impostor>();
+    test::SerializedNode root;
+    addElement(root, "Impostor{double}");
+    addElement(root, "Path2DCommand{double}");
+    EXPECT_EQ(idsRead(root), (std::vector<uint32_t>{0, 0}));
+    EXPECT_EQ(Impostor::s_made, 0);
+    EXPECT_NE(zyr_createUnknownVariableFromName("Impostor{double}"), nullptr) << "it is registered";
+}
+
 TEST_F(Path2DStream, SkipsNullElements) {
     test::SerializedNode root;
     addElement(root, "");

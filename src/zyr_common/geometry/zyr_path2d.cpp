@@ -7,7 +7,7 @@
 namespace zyr {
 
 static const String& getCommandsKey() {
-    static const String key("commands");
+    static const String& key = makePermanent<String>("commands");
     return key;
 }
 
@@ -103,7 +103,7 @@ bool_t Path2D<T>::writeSerialized_This(ISerializer* p_serializer, bool_t p_first
 
 /// The elements are declared as pointers to the base command.
 template <typename T> bool_t Path2D<T>::declareCommands(ISerializer* p_serializer) {
-    static const String typeName = Path2DCommand<T>::getRecordName() + "*";
+    static const String& typeName = makePermanent<String>(Path2DCommand<T>::getRecordName() + "*");
     Path2DCommand<T> sample;
     bool_t result = 1;
     return p_serializer->beginHeaderStructure(Path2DCommand<T>::getRecordName()) &&
@@ -134,13 +134,17 @@ template <typename T> bool_t Path2D<T>::readSerialized_This(IDeserializer* p_des
     return Level::readSerialized_This(p_deserializer) && readCommands(p_deserializer);
 }
 
-/// A new command of the stored class; the base command for a class that isn't registered. A record that is named for
-/// the other number type is laid out otherwise, and counts as such a class too.
+template <typename... Commands> static bool isNameOfOneOf(const String& p_typeName) {
+    return ((p_typeName == Commands::getRecordName()) || ...);
+}
+
+/// A new command of the stored class; the base command for any other name: what is registered under that one may be a
+/// record of any kind, or a command of the other number type.
 template <typename T> static Path2DCommand<T>* createCommand(const String& p_typeName) {
-    const String suffix = String("{") + typeWord<T> + "}";
-    size_t brace = 0;
     void* command = nullptr;
-    if (!p_typeName.searchCharacter('{', 1, 0, brace) || suffix == p_typeName.getData() + brace) {
+    if (isNameOfOneOf<Path2DCommand<T>, MoveToPath2DCommand<T>, LineToPath2DCommand<T>, CurveToPath2DCommand<T>,
+                      SmoothPath2DCommand<T>, QuadCurveToPath2DCommand<T>, QuadSmoothPath2DCommand<T>,
+                      ArcPath2DCommand<T>, ClosePath2DCommand<T>>(p_typeName)) {
         command = zyr_createUnknownVariableFromName(p_typeName);
     }
     return command != nullptr ? static_cast<Path2DCommand<T>*>(command) : new Path2DCommand<T>;
