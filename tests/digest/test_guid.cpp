@@ -56,6 +56,26 @@ TEST(Guid, KeepsTheBytesThatAMalformedTextDoesNotReach) {
     EXPECT_EQ(getText(guid), "12345678-9a0b-eeee-eeee-eeeeeeeeeeee");
 }
 
+TEST(Guid, TakesWhatTheCLibraryTakesOfOtherForms) {
+    const char* texts[] = {"12345678-9abc-4def-8f01-23456789abc",   "12345678-9abc-4def-8f01-23456789abcdef",
+                           " 12345678-9abc-4def-8f01-23456789abcd", "1 345678-9abc-4def-8f01-23456789abcd",
+                           "12345678x9abc-4def-8f01-23456789abcd",  "12345678-9abc-4deg-8f01-23456789abcd",
+                           "-1345678-9abc-4def-8f01-23456789abcd",  "1"};
+    for (const char* text : texts) {
+        GUID_t guid;
+        GUID_t expected;
+        memset(guid.m_data, 0xEE, 16);
+        memset(expected.m_data, 0xEE, 16);
+        uint8_t* data = expected.m_data;
+        sscanf(text,
+               "%02hhx%02hhx%02hhx%02hhx-%02hhx%02hhx-%02hhx%02hhx-%02hhx%02hhx-%02hhx%02hhx%02hhx%02hhx%02hhx%02hhx",
+               &data[0], &data[1], &data[2], &data[3], &data[4], &data[5], &data[6], &data[7], &data[8], &data[9],
+               &data[10], &data[11], &data[12], &data[13], &data[14], &data[15]);
+        guid.fromString(text);
+        EXPECT_EQ(getText(guid), getText(expected)) << text;
+    }
+}
+
 TEST(Guid, BothFormsOfReadingAgree) {
     GUID_t member;
     member.fromString("12345678-9abc-4def-8f01-23456789abcd");
