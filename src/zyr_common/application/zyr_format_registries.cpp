@@ -3,7 +3,7 @@
 #include "zyr_common/application/zyr_application_data.h"
 #include "zyr_common/containers/zyr_array.h"
 #include "zyr_common/memory/zyr_report.h"
-#include "zyr_common/platform/zyr_process_identity.h"
+#include "zyr_common/platform/zyr_base_path.h"
 
 namespace zyr {
 
@@ -24,7 +24,7 @@ void addCallback(ApplicationData* p_data, Map& p_map, const String& p_formats, C
                  const GUID&... p_guid) {
     List<String> formats;
     p_formats.parseCsvString(',', formats);
-    p_data->m_formatLock.writeLock();
+    const ScopedWriteLock lock(p_data->m_formatLock);
     for (const String& format : formats) {
         List<Callback>* callbacks = nullptr;
         auto it = p_map.find(makeKey(p_guid..., format));
@@ -36,30 +36,22 @@ void addCallback(ApplicationData* p_data, Map& p_map, const String& p_formats, C
         }
         callbacks->pushFront(p_callback);
     }
-    p_data->m_formatLock.unlock();
 }
 
 // Gives the callback in use; false when there is none.
 template <typename Map, typename Key, typename Callback>
 bool_t findCallback(ApplicationData* p_data, const Map& p_map, const Key& p_key, Callback& p_callback) {
-    p_data->m_formatLock.readLock();
+    const ScopedReadLock lock(p_data->m_formatLock);
     auto it = p_map.findConst(p_key);
     bool_t found = it != p_map.endConst() && !it->m_second->isEmpty();
     if (found) {
         p_callback = it->m_second->front();
     }
-    p_data->m_formatLock.unlock();
     return found;
 }
 
 String makeAbsolutePath(const String& p_path) {
-    String path = p_path;
-    if (!path.isAbsolutePath()) {
-        zyr_getCurrentWorkingDirectory(path);
-        path += p_path;
-    }
-    path.setCoherentPathSlashes();
-    return path;
+    return zyr_resolvePath(p_path, p_path.isAbsolutePath() ? String() : zyr_getBaseDirectoryOrCurrent(String()));
 }
 
 } // namespace
@@ -126,9 +118,8 @@ void zyr_addSerializerFileFormat(const String& p_format, const String& p_seriali
                      p_format.getData());
         return;
     }
-    data->m_formatLock.writeLock();
+    const ScopedWriteLock lock(data->m_formatLock);
     data->m_serializerFileFormats.pushBack(p_format, p_serializer, nullptr);
-    data->m_formatLock.unlock();
 }
 
 size_t zyr_compressData(const String& p_format, const void* p_data, size_t p_size, Array<unsigned char>& p_output,

@@ -183,7 +183,7 @@ IObject* zyr_loadFromFile(const String& p_path, const String& p_format, const St
         return nullptr;
     }
     const String directory = zyr_getBaseDirectoryOrCurrent(p_directory);
-    const String path = zyr_resolveStoredPath(p_path, directory);
+    const String path = zyr_resolvePath(p_path, directory);
     const LoadNesting nesting(path.getData());
     if (nesting.getObstacle() != nullptr) {
         ZYR_LOG_WARN("Unable to deserialize file: %s. %s", path.getData(), nesting.getObstacle());

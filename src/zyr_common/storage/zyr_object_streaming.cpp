@@ -47,7 +47,7 @@ template <class T> bool_t declareObject(ISerializer* p_serializer, T* p_object) 
 bool_t saveDeferredObject(const ISerializer* p_serializer, IObject* p_object, String* p_deferredFile) {
     p_deferredFile->addRef();
     p_object->setDeferredFile(String::getConstEmpty());
-    const String path = zyr_resolveStoredPath(*p_deferredFile, p_serializer->getBaseDirectory());
+    const String path = zyr_resolvePath(*p_deferredFile, p_serializer->getBaseDirectory());
     const bool_t saved = zyr_saveToFile(p_object, path, String(), 1, path.getDirectoryPath());
     p_object->setDeferredFile(*p_deferredFile);
     p_deferredFile->release();
@@ -102,7 +102,7 @@ template <class T> T* createStoredObject(const IDeserializer* p_deserializer, co
 /// Replaces a stand-in by the object in its file. Null on failure.
 template <class T> bool_t loadDeferredObject(const IDeserializer* p_deserializer, T** p_object) {
     IDeferredFileObject* standIn = static_cast<IDeferredFileObject*>(static_cast<IObject*>(*p_object));
-    const String path = zyr_resolveStoredPath(standIn->getFilePath(), p_deserializer->getBaseDirectory());
+    const String path = zyr_resolvePath(standIn->getFilePath(), p_deserializer->getBaseDirectory());
     IObject* loaded = zyr_loadFromFile(path, String(), path.getDirectoryPath());
     if (loaded != nullptr && !isA<T>(loaded)) {
         loaded->release();

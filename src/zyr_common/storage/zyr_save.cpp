@@ -109,7 +109,7 @@ bool_t zyr_saveToFile(IObject* p_object, const String& p_path, const String& p_f
         return 0;
     }
     const String directory = zyr_getBaseDirectoryOrCurrent(p_directory);
-    const String path = zyr_resolveStoredPath(p_path, directory);
+    const String path = zyr_resolvePath(p_path, directory);
     const String format = p_format.isEmpty() ? zyr_getFormatFromPath(path) : p_format;
     SaveRun save;
     switch (save.run(p_object, format, p_writeDeferredFiles, directory)) {
