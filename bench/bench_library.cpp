@@ -1,5 +1,6 @@
 // The common library beside what it stands in for: String and HashMap beside the standard ones, the digest and
 // compression fronts beside the bare libraries. Both sides use this program's heap.
+#include "bench_versus.h"
 #include "zyr_common/colour/zyr_color.h"
 #include "zyr_common/colour/zyr_pixel_format.h"
 #include "zyr_common/containers/zyr_hash_map.h"
@@ -65,6 +66,64 @@ template <typename Text> static void copyLong(benchmark::State& p_state) {
 }
 BENCHMARK_TEMPLATE(copyLong, String);
 BENCHMARK_TEMPLATE(copyLong, std::string);
+
+/// The share of the standard string's speed, both in one run.
+static void appendCharacterVersus(benchmark::State& p_state) {
+    const size_t count = size_t(p_state.range(0));
+    bench::compareSides(p_state, count,
+                        {{"zyr",
+                          [count] {
+                              String text;
+                              for (size_t i = 0; i < count; i++) {
+                                  text.pushBackAsciiCharacter(char('a' + (i & 15)));
+                              }
+                              benchmark::DoNotOptimize(text);
+                          }},
+                         {"std", [count] {
+                              std::string text;
+                              for (size_t i = 0; i < count; i++) {
+                                  text.push_back(char('a' + (i & 15)));
+                              }
+                              benchmark::DoNotOptimize(text);
+                          }}});
+}
+BENCHMARK(appendCharacterVersus)->Arg(40)->Arg(1000)->Arg(1000000);
+
+static void appendTextVersus(benchmark::State& p_state) {
+    bench::compareSides(p_state, 1000,
+                        {{"zyr",
+                          [] {
+                              String text;
+                              for (int i = 0; i < 1000; i++) {
+                                  text += "key=\"value\" ";
+                              }
+                              benchmark::DoNotOptimize(text);
+                          }},
+                         {"std", [] {
+                              std::string text;
+                              for (int i = 0; i < 1000; i++) {
+                                  text += "key=\"value\" ";
+                              }
+                              benchmark::DoNotOptimize(text);
+                          }}});
+}
+BENCHMARK(appendTextVersus);
+
+static void copyLongVersus(benchmark::State& p_state) {
+    const std::string long_text = p_state.range(0) == 0 ? LONG_TEXT : std::string(size_t(p_state.range(0)), 'x');
+    const String source(long_text);
+    bench::compareSides(p_state, 1,
+                        {{"zyr",
+                          [&] {
+                              String text(source);
+                              benchmark::DoNotOptimize(text);
+                          }},
+                         {"std", [&] {
+                              std::string text(long_text);
+                              benchmark::DoNotOptimize(text);
+                          }}});
+}
+BENCHMARK(copyLongVersus)->Arg(0)->Arg(1000)->Arg(100000);
 
 template <typename Text> static void append(benchmark::State& p_state) {
     for (auto _ : p_state) {
@@ -165,6 +224,60 @@ BENCHMARK_TEMPLATE(findInMap, TextMap, String)->Arg(10)->Arg(1000)->Arg(100000);
 BENCHMARK_TEMPLATE(findInMap, StdTextMap, std::string)->Arg(10)->Arg(1000)->Arg(100000);
 BENCHMARK_TEMPLATE(findInMap, NumberMap, unsigned int)->Arg(10)->Arg(1000)->Arg(100000);
 BENCHMARK_TEMPLATE(findInMap, StdNumberMap, unsigned int)->Arg(10)->Arg(1000)->Arg(100000);
+
+template <typename K> static void fillVersus(benchmark::State& p_state) {
+    std::vector<K> keys;
+    makeKeysOf(size_t(p_state.range(0)), keys);
+    typedef std::conditional_t<std::is_same_v<K, String>, std::string, K> StdKey;
+    std::vector<StdKey> stdKeys;
+    makeKeysOf(size_t(p_state.range(0)), stdKeys);
+    bench::compareSides(p_state, keys.size(),
+                        {{"zyr",
+                          [&] {
+                              HashMap<K, size_t> map;
+                              for (size_t i = 0; i < keys.size(); i++) {
+                                  map.pushBack(keys[i], i, nullptr);
+                              }
+                              benchmark::DoNotOptimize(map);
+                          }},
+                         {"std", [&] {
+                              std::unordered_map<StdKey, size_t> map;
+                              for (size_t i = 0; i < stdKeys.size(); i++) {
+                                  map.emplace(stdKeys[i], i);
+                              }
+                              benchmark::DoNotOptimize(map);
+                          }}});
+}
+BENCHMARK_TEMPLATE(fillVersus, unsigned int)->Arg(10)->Arg(1000)->Arg(100000);
+BENCHMARK_TEMPLATE(fillVersus, String)->Arg(10)->Arg(1000)->Arg(100000);
+
+template <typename K> static void findVersus(benchmark::State& p_state) {
+    std::vector<K> keys;
+    makeKeysOf(size_t(p_state.range(0)), keys);
+    typedef std::conditional_t<std::is_same_v<K, String>, std::string, K> StdKey;
+    std::vector<StdKey> stdKeys;
+    makeKeysOf(size_t(p_state.range(0)), stdKeys);
+    HashMap<K, size_t> map;
+    std::unordered_map<StdKey, size_t> stdMap;
+    for (size_t i = 0; i < keys.size(); i++) {
+        map.pushBack(keys[i], i, nullptr);
+        stdMap.emplace(stdKeys[i], i);
+    }
+    bench::compareSides(p_state, keys.size(),
+                        {{"zyr",
+                          [&] {
+                              for (const K& key : keys) {
+                                  benchmark::DoNotOptimize(map.find(key));
+                              }
+                          }},
+                         {"std", [&] {
+                              for (const StdKey& key : stdKeys) {
+                                  benchmark::DoNotOptimize(stdMap.find(key));
+                              }
+                          }}});
+}
+BENCHMARK_TEMPLATE(findVersus, unsigned int)->Arg(10)->Arg(1000)->Arg(100000);
+BENCHMARK_TEMPLATE(findVersus, String)->Arg(10)->Arg(1000)->Arg(100000);
 
 template <typename Map, typename K> static void iterateMap(benchmark::State& p_state) {
     std::vector<K> keys;

@@ -11,19 +11,19 @@ namespace zyr {
 /// for, so it has the two first ones. A lexer has no fields in a stream.
 class LexerLevel : public UnstoredLevel<ObjectLevel<ILexer>, ILexer> {
 public:
-    using Words = TokenReader::Words;
+    using Words = WordTable::Words;
 
-    const Words* getKeywords() const override { return &m_reader.m_keywords; }
-    void pushBackKeywords(const String& p_words) override { TokenReader::addWords(m_reader.m_keywords, p_words); }
-    void setKeywords(const Words& p_words) override { m_reader.m_keywords = p_words; }
+    const Words* getKeywords() const override { return &m_reader.m_keywords.get(); }
+    void pushBackKeywords(const String& p_words) override { m_reader.m_keywords.addAll(p_words); }
+    void setKeywords(const Words& p_words) override { m_reader.m_keywords.set(p_words); }
     void clearKeywords() override { m_reader.m_keywords.clear(); }
-    const Words* getPunctuators() const override { return &m_reader.m_punctuators; }
-    void pushBackPunctuators(const String& p_words) override { TokenReader::addWords(m_reader.m_punctuators, p_words); }
-    void setPunctuators(const Words& p_words) override { m_reader.m_punctuators = p_words; }
+    const Words* getPunctuators() const override { return &m_reader.m_punctuators.get(); }
+    void pushBackPunctuators(const String& p_words) override { m_reader.m_punctuators.addAll(p_words); }
+    void setPunctuators(const Words& p_words) override { m_reader.m_punctuators.set(p_words); }
     void clearPunctuators() override { m_reader.m_punctuators.clear(); }
-    const Words* getFillers() const override { return &m_reader.m_fillers; }
-    void pushBackFiller(const String& p_filler) override { m_reader.m_fillers.pushBack(p_filler, 1, nullptr); }
-    void setFillers(const Words& p_fillers) override { m_reader.m_fillers = p_fillers; }
+    const Words* getFillers() const override { return &m_reader.m_fillers.get(); }
+    void pushBackFiller(const String& p_filler) override { m_reader.m_fillers.add(p_filler); }
+    void setFillers(const Words& p_fillers) override { m_reader.m_fillers.set(p_fillers); }
     void clearFillers() override { m_reader.m_fillers.clear(); }
     const String& getInlineCommentWord() const override { return m_reader.m_inlineCommentWord; }
     void setInlineCommentWord(const String& p_word) override { m_reader.m_inlineCommentWord = p_word; }

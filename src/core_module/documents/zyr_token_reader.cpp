@@ -22,6 +22,26 @@ bool isIdentifierByte(unsigned char p_byte) {
     return getDigit(p_byte) != NO_DIGIT || p_byte == '_';
 }
 
+/// Whether a literal of the type can begin with this byte.
+bool mayBeginWith(const LiteralTypeDescriptor& p_type, unsigned char p_byte) {
+    if (!p_type.m_begin.isEmpty()) {
+        return p_type.m_type == ZYR_TOKEN_TYPE_REAL_LITERAL ||
+               static_cast<unsigned char>(p_type.m_begin.getData()[0]) == p_byte;
+    }
+    return p_type.m_type != ZYR_TOKEN_TYPE_STRING_LITERAL && (p_byte == '.' || getDigit(p_byte) != NO_DIGIT);
+}
+
+/// The number needs a terminator, and what follows in the input is none.
+double toDouble(const char* p_text, size_t p_length) {
+    char buffer[64];
+    if (p_length >= sizeof(buffer)) {
+        return zyr_convertStringToDouble(String(p_text, p_length).getData());
+    }
+    memcpy(buffer, p_text, p_length);
+    buffer[p_length] = 0;
+    return zyr_convertStringToDouble(buffer);
+}
+
 /// The bytes of the character that begins with this one.
 size_t getCharacterSize(unsigned char p_byte) {
     return p_byte >= 0xF0 ? 4 : p_byte >= 0xE0 ? 3 : p_byte >= 0xC0 ? 2 : 1;
@@ -44,24 +64,18 @@ void TokenReader::clear() {
 
 void TokenReader::setInput(Array<unsigned char>* p_data) {
     m_data = p_data;
+    m_bytes = nullptr;
+    m_size = 0;
     m_position = 0;
     m_line = 1;
     m_column = 1;
 }
 
-void TokenReader::addWords(Words& p_words, const String& p_text) {
-    for (const char* word = p_text.getData(); *word != 0;) {
-        const size_t length = strcspn(word, " ");
-        if (length != 0) {
-            p_words.pushBack(String(word, length), 1, nullptr);
-        }
-        word += length + (word[length] != 0);
-    }
-}
-
 bool_t TokenReader::read(Token& p_token, const char*& p_reason) {
     p_token.clear();
     p_reason = nullptr;
+    m_bytes = m_data != nullptr ? m_data->getData() : nullptr;
+    m_size = m_data != nullptr ? m_data->getSize() : 0;
     if (!skip(p_reason)) {
         place(p_token, ZYR_TOKEN_TYPE_NONE, size() - m_position);
         return 0;
@@ -131,6 +145,10 @@ bool TokenReader::skip(const char*& p_reason) {
 void TokenReader::advance(size_t p_size) {
     for (size_t i = 0; i < p_size; ++i, ++m_position) {
         const unsigned char byte = *at(m_position);
+        if (byte >= ' ' && byte < 0x80) {
+            ++m_column;
+            continue;
+        }
         if (byte == '\n' && m_position != 0 && *at(m_position - 1) == '\r') {
             continue; // The second half of a line end.
         }
@@ -146,18 +164,6 @@ void TokenReader::advance(size_t p_size) {
 bool TokenReader::isAt(size_t p_position, const String& p_word) const {
     const size_t length = p_word.getLengthInBytes();
     return length <= size() - p_position && memcmp(at(p_position), p_word.getData(), length) == 0;
-}
-
-/// The length of the longest of the words that stand at the place, 0 without any.
-size_t TokenReader::findLongest(const Words& p_words) const {
-    size_t longest = 0;
-    for (const auto& entry : p_words) {
-        const size_t length = entry.m_first.getLengthInBytes();
-        if (length > longest && isAt(m_position, entry.m_first)) {
-            longest = length;
-        }
-    }
-    return longest;
 }
 
 bool TokenReader::find(const String& p_word, size_t p_from, size_t& p_position) const {
@@ -185,6 +191,9 @@ TokenReader::Literal TokenReader::findLiteral(bool& p_open) const {
     Literal longest;
     for (size_t i = 0; i < m_literalTypes.getSize(); ++i) {
         const LiteralTypeDescriptor& type = m_literalTypes[i];
+        if (!mayBeginWith(type, *at(m_position))) {
+            continue;
+        }
         Literal literal;
         if (type.m_type == ZYR_TOKEN_TYPE_INTEGER_LITERAL) {
             literal = matchInteger(type);
@@ -213,7 +222,13 @@ TokenReader::Literal TokenReader::matchInteger(const LiteralTypeDescriptor& p_ty
         return literal;
     }
     uint64_t value = 0;
-    for (size_t i = 0; i < count && !literal.m_scalar.m_saturated; ++i) {
+    size_t i = 0;
+    // So many digits fit in any radix.
+    const size_t safe = p_type.m_radix <= MAX_RADIX ? 12 : 0;
+    for (; i < count && i < safe; ++i) {
+        value = value * p_type.m_radix + getDigit(*at(first + i));
+    }
+    for (; i < count && !literal.m_scalar.m_saturated; ++i) {
         const uint64_t digit = getDigit(*at(first + i));
         if (value > (UINT64_MAX - digit) / p_type.m_radix) {
             literal.m_scalar.m_saturated = 1;
@@ -254,8 +269,7 @@ TokenReader::Literal TokenReader::matchReal() const {
         return literal;
     }
     literal.m_size = position - m_position;
-    const String text(reinterpret_cast<const char*>(at(m_position)), literal.m_size);
-    const double value = zyr_convertStringToDouble(text.getData());
+    const double value = toDouble(reinterpret_cast<const char*>(at(m_position)), literal.m_size);
     literal.m_scalar.m_valueType = ZYR_VARIABLE_DOUBLE;
     uint64_t bits;
     memcpy(&bits, &value, sizeof(bits));
@@ -269,8 +283,13 @@ TokenReader::Literal TokenReader::matchString(const LiteralTypeDescriptor& p_typ
         return literal;
     }
     const size_t first = m_position + p_type.m_begin.getLengthInBytes();
+    const unsigned char endByte = static_cast<unsigned char>(p_type.m_end.getData()[0]);
+    const unsigned char escapeByte =
+        p_type.m_escape.isEmpty() ? endByte : static_cast<unsigned char>(p_type.m_escape.getData()[0]);
     for (size_t position = first; position < size();) {
-        if (!p_type.m_escape.isEmpty() && isAt(position, p_type.m_escape)) {
+        if (*at(position) != endByte && *at(position) != escapeByte) {
+            ++position;
+        } else if (!p_type.m_escape.isEmpty() && isAt(position, p_type.m_escape)) {
             literal.m_scalar.m_escaped = 1;
             position += p_type.m_escape.getLengthInBytes() + 1;
         } else if (isAt(position, p_type.m_end)) {

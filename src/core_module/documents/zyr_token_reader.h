@@ -1,8 +1,7 @@
 /// The working half of the lexer.
 #pragma once
 
-#include "zyr_common/containers/zyr_array.h"
-#include "zyr_common/containers/zyr_hash_map.h"
+#include "core_module/documents/zyr_word_table.h"
 #include "zyr_common/documents/zyr_token.h"
 
 namespace zyr {
@@ -10,8 +9,6 @@ namespace zyr {
 /// The words of a language and a place in a text. See ILexer for what is read.
 class TokenReader {
 public:
-    using Words = HashMap<String, unsigned char>;
-
     TokenReader() { clear(); }
 
     /// Back to a new reader.
@@ -21,12 +18,9 @@ public:
     /// p_reason takes what is wrong where it fails before the end of the input, null at the end.
     bool_t read(Token& p_token, const char*& p_reason);
 
-    /// Adds the words of a text, which are separated by blanks.
-    static void addWords(Words& p_words, const String& p_text);
-
-    Words m_keywords;
-    Words m_punctuators;
-    Words m_fillers;
+    WordTable m_keywords;
+    WordTable m_punctuators;
+    WordTable m_fillers;
     String m_inlineCommentWord;
     String m_beginCommentWord;
     String m_endCommentWord;
@@ -42,10 +36,10 @@ private:
         TokenScalar m_scalar = {};
     };
 
-    const unsigned char* at(size_t p_position) const { return m_data->getData() + p_position; }
-    size_t size() const { return m_data != nullptr ? m_data->getSize() : 0; }
+    const unsigned char* at(size_t p_position) const { return m_bytes + p_position; }
+    size_t size() const { return m_size; }
     bool isAt(size_t p_position, const String& p_word) const;
-    size_t findLongest(const Words& p_words) const;
+    size_t findLongest(WordTable& p_words) const { return p_words.findLongest(at(m_position), size() - m_position); }
     bool find(const String& p_word, size_t p_from, size_t& p_position) const;
     size_t countDigits(size_t p_position, uint32_t p_radix) const;
 
@@ -59,6 +53,9 @@ private:
     void place(Token& p_token, TokenTypeEnum p_type, size_t p_size) const;
 
     Array<unsigned char>* m_data;
+    // What the array held when the present token was begun.
+    const unsigned char* m_bytes;
+    size_t m_size;
     size_t m_position;
     size_t m_line;
     size_t m_column;
