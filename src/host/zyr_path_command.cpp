@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include <cstdio>
+#include <string>
 
 namespace zyr::host {
 
@@ -65,6 +66,25 @@ json showCommand(const Path2DCommand<double>& p_command) {
     }
 }
 
+/// The commands and the outline as one JSON value. Its text is put together command by command: a tree of a long path's
+/// commands takes a hundred times the memory of the path.
+std::string showAll(const Path2D<double>& p_path, const PathOutline& p_outline) {
+    std::string text = "{\n  \"commands\": [";
+    const char* separator = "\n    ";
+    for (const Path2DCommand<double>* command : p_path.getCommands()) {
+        text += separator;
+        separator = ",\n    ";
+        for (const char letter : showCommand(*command).dump(2)) {
+            text += letter;
+            if (letter == '\n') {
+                text += "    ";
+            }
+        }
+    }
+    text += p_path.getCommands().isEmpty() ? "]" : "\n  ]";
+    return text + ",\n  \"outline\": " + json(p_outline.m_text).dump() + "\n}\n";
+}
+
 } // namespace
 
 int runPath(const PathOptions& p_options) {
@@ -102,11 +122,7 @@ int runPath(const PathOptions& p_options) {
     if (!p_options.m_svgPath.empty() && !writeText(p_options.m_svgPath, makeSVG(outline))) {
         return EXIT_RUN_FAILED;
     }
-    json all = {{"commands", json::array()}, {"outline", outline.m_text}};
-    for (const Path2DCommand<double>* command : path.getCommands()) {
-        all["commands"].push_back(showCommand(*command));
-    }
-    return printText(all.dump(2) + "\n") ? EXIT_DONE : EXIT_RUN_FAILED;
+    return printText(showAll(path, outline)) ? EXIT_DONE : EXIT_RUN_FAILED;
 }
 
 } // namespace zyr::host

@@ -1,8 +1,8 @@
 #include "host/zyr_path_outline.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <stdexcept>
 
 namespace zyr::host {
@@ -14,8 +14,15 @@ typedef Vector2<double> Point;
 std::string number(double p_value) {
     char text[32];
     // Adding 0 turns -0 into 0.
-    snprintf(text, sizeof(text), "%.9g", p_value + 0.0);
-    return text;
+    const auto end = std::to_chars(text, text + sizeof(text), p_value + 0.0, std::chars_format::general, 9).ptr;
+    return std::string(text, end);
+}
+
+void append(std::string& p_text, const Point& p_point) {
+    p_text += ' ';
+    p_text += number(p_point.x);
+    p_text += ' ';
+    p_text += number(p_point.y);
 }
 
 class OutlineBuilder {
@@ -113,7 +120,7 @@ private:
         }
         write(p_letter);
         for (const Point& point : p_points) {
-            m_outline.m_text += " " + number(point.x) + " " + number(point.y);
+            append(m_outline.m_text, point);
             cover(point);
         }
         m_current = *(p_points.end() - 1);
