@@ -78,12 +78,11 @@ json listPlugins(Framework& p_framework) {
 json listClasses(Framework& p_framework) {
     json classes = json::array();
     HostApplicationData& data = p_framework.getApplicationData();
-    data.m_objectAllocatorLock.readLock();
+    const ScopedReadLock lock(data.m_objectAllocatorLock);
     for (auto it = data.m_objectAllocatorsByName.begin(); it != data.m_objectAllocatorsByName.end(); ++it) {
         const ObjectHandle<IObject> object(it->m_second());
         classes.push_back({{"name", toText(it->m_first)}, {"guid", toText(object->getClassGUID())}});
     }
-    data.m_objectAllocatorLock.unlock();
     return classes;
 }
 

@@ -2,6 +2,7 @@
 
 #include "picture_module/zyr_image_state.h"
 #include "zyr_common/geometry/zyr_rect.h"
+#include "zyr_common/memory/zyr_permanent.h"
 #include "zyr_common/serialization/zyr_byte_stream.h"
 #include "zyr_common/serialization/zyr_record_walker.h"
 
@@ -18,7 +19,7 @@ namespace {
 constexpr uint64_t mostBlocks = uint64_t{1} << 30;
 
 const String& getMarksKey() {
-    static const String key("marks");
+    static const String& key = makePermanent<String>("marks");
     return key;
 }
 

@@ -4,6 +4,7 @@
 #include "picture_module/zyr_image_level.h"
 #include "picture_module/zyr_image_state.h"
 #include "picture_module/zyr_references.h"
+#include "zyr_common/memory/zyr_permanent.h"
 #include "zyr_common/serialization/zyr_byte_stream.h"
 #include "zyr_common/serialization/zyr_record_walker.h"
 
@@ -108,12 +109,12 @@ void PackedFrameDataLevel::copy_This(const IPackedFrameData* p_src) {
 }
 
 static const String& getPackedDataKey() {
-    static const String key("packedData");
+    static const String& key = makePermanent<String>("packedData");
     return key;
 }
 
 static const String& getDiffmapKey() {
-    static const String key("diffmap");
+    static const String& key = makePermanent<String>("diffmap");
     return key;
 }
 

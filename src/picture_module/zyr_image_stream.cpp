@@ -1,6 +1,7 @@
 #include "picture_module/zyr_image_level.h"
 #include "picture_module/zyr_image_state.h"
 #include "picture_module/zyr_palette_level.h"
+#include "zyr_common/memory/zyr_permanent.h"
 #include "zyr_common/serialization/zyr_byte_stream.h"
 #include "zyr_common/serialization/zyr_record_walker.h"
 
@@ -11,12 +12,12 @@ namespace zyr {
 template class RecordWalker<ImageState>;
 
 static const String& getPixelsKey() {
-    static const String key("pixels");
+    static const String& key = makePermanent<String>("pixels");
     return key;
 }
 
 static const String& getColorsKey() {
-    static const String key("colors");
+    static const String& key = makePermanent<String>("colors");
     return key;
 }
 

@@ -2,6 +2,7 @@
 
 #include "picture_module/zyr_image_state.h"
 #include "picture_module/zyr_pixel_area.h"
+#include "zyr_common/memory/zyr_permanent.h"
 #include "zyr_common/serialization/zyr_byte_stream.h"
 #include "zyr_common/serialization/zyr_record_walker.h"
 
@@ -17,7 +18,7 @@ namespace {
 constexpr uint32_t mostIndices = 65536;
 
 const String& getColorsKey() {
-    static const String key("colors");
+    static const String& key = makePermanent<String>("colors");
     return key;
 }
 

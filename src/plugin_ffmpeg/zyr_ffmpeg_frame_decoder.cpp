@@ -3,6 +3,7 @@
 #include "plugin_ffmpeg/zyr_ffmpeg_codec_opening.h"
 #include "plugin_ffmpeg/zyr_ffmpeg_frame_decoder_context.h"
 #include "plugin_ffmpeg/zyr_ffmpeg_vaapi.h"
+#include "zyr_common/memory/zyr_permanent.h"
 #include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/platform/zyr_version.h"
 
@@ -78,7 +79,7 @@ void FFmpegFrameDecoder::release_This() {
 }
 
 const String& FFmpegFrameDecoder::getLibName() const {
-    static const String name("ffmpeg");
+    static const String& name = makePermanent<String>("ffmpeg");
     return name;
 }
 

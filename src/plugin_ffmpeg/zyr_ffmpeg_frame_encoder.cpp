@@ -3,6 +3,7 @@
 #include "plugin_ffmpeg/zyr_ffmpeg_codec_opening.h"
 #include "plugin_ffmpeg/zyr_ffmpeg_frame_encoder_context.h"
 #include "plugin_ffmpeg/zyr_ffmpeg_vaapi.h"
+#include "zyr_common/memory/zyr_permanent.h"
 #include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/platform/zyr_version.h"
 
@@ -139,7 +140,7 @@ void FFmpegFrameEncoder::release_This() {
 }
 
 const String& FFmpegFrameEncoder::getLibName() const {
-    static const String name("ffmpeg");
+    static const String& name = makePermanent<String>("ffmpeg");
     return name;
 }
 

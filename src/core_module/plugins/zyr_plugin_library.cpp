@@ -50,7 +50,7 @@ bool_t PluginLibrary::initialize(ApplicationData* p_applicationData) {
     const size_t size = p_applicationData->m_objectAllocatorsByGUID.getSize();
     m_initialized = 1;
     const bool_t result = m_exports.m_initialize(p_applicationData);
-    p_applicationData->m_objectAllocatorLock.readLock();
+    const ScopedReadLock lock(p_applicationData->m_objectAllocatorLock);
     size_t index = 0;
     auto end = p_applicationData->m_objectAllocatorsByGUID.end();
     for (auto it = p_applicationData->m_objectAllocatorsByGUID.begin(); it != end; ++it, ++index) {
@@ -58,7 +58,6 @@ bool_t PluginLibrary::initialize(ApplicationData* p_applicationData) {
             m_classes.pushBack(it->m_first);
         }
     }
-    p_applicationData->m_objectAllocatorLock.unlock();
     return result;
 }
 

@@ -1,5 +1,6 @@
 #include "zyr_common/geometry/zyr_path2d.h"
 
+#include "zyr_common/memory/zyr_permanent.h"
 #include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/object/zyr_factories.h"
 #include "zyr_common/serialization/zyr_record_walker.h"

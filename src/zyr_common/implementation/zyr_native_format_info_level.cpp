@@ -1,5 +1,6 @@
 #include "zyr_common/implementation/zyr_native_format_info_level.h"
 
+#include "zyr_common/memory/zyr_permanent.h"
 #include "zyr_common/serialization/zyr_byte_stream.h"
 #include "zyr_common/serialization/zyr_record_walker.h"
 

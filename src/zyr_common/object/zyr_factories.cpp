@@ -22,10 +22,9 @@ void zyr_releaseObject(IObject* p_object) {
 
 void addObjectAllocator(ApplicationData& p_applicationData, const IObject* p_object, objectAllocator_FUNC p_allocator) {
     const Pair<GUID_t, String> key(zyr_getClassGUID(p_object), zyr_getClassTemplateTypeName(p_object));
-    p_applicationData.m_objectAllocatorLock.writeLock();
+    const ScopedWriteLock lock(p_applicationData.m_objectAllocatorLock);
     p_applicationData.m_objectAllocatorsByName.pushBack(zyr_getClassName(p_object), p_allocator, nullptr);
     p_applicationData.m_objectAllocatorsByGUID.pushBack(key, p_allocator, nullptr);
-    p_applicationData.m_objectAllocatorLock.unlock();
 }
 
 IObject* zyr_createObjectFromName(const String& p_name) {
@@ -34,16 +33,14 @@ IObject* zyr_createObjectFromName(const String& p_name) {
         ZYR_LOG_WARN("Application data is NULL, cannot create object from name %s. Return NULL", p_name.getData());
         return nullptr;
     }
-    appData->m_objectAllocatorLock.readLock();
+    const ScopedReadLock lock(appData->m_objectAllocatorLock);
     auto it = appData->m_objectAllocatorsByName.find(p_name);
     if (it == appData->m_objectAllocatorsByName.end()) {
-        appData->m_objectAllocatorLock.unlock();
         return nullptr;
     }
     ZYR_ASSERT(it->m_second != NULL);
     IObject* rtnObject = it->m_second();
     ZYR_ASSERT(rtnObject != NULL);
-    appData->m_objectAllocatorLock.unlock();
     return rtnObject;
 }
 
@@ -54,20 +51,18 @@ IObject* zyr_createObjectFromGUIDAndTypeName(const GUID_t& p_guid, const String&
                      String::newFromGUID(p_guid).getData());
         return nullptr;
     }
-    appData->m_objectAllocatorLock.readLock();
+    const ScopedReadLock lock(appData->m_objectAllocatorLock);
     // Frames are created this way all the time, and a key would need a copy of the name.
     const uint32_t hash = Hash<GUID_t>()(p_guid) + Hash<String>()(p_typeName);
     const auto* it = appData->m_objectAllocatorsByGUID.findByHash(hash, [&](const Pair<GUID_t, String>& p_key) {
         return p_key.m_first == p_guid && p_key.m_second == p_typeName;
     });
     if (it == nullptr) {
-        appData->m_objectAllocatorLock.unlock();
         return nullptr;
     }
     ZYR_ASSERT(it->m_second != NULL);
     IObject* rtnObject = it->m_second();
     ZYR_ASSERT(rtnObject != NULL);
-    appData->m_objectAllocatorLock.unlock();
     return rtnObject;
 }
 
@@ -77,16 +72,14 @@ void* zyr_createUnknownVariableFromName(const String& p_name) {
         ZYR_LOG_WARN("Application data is NULL, cannot create variable from name %s. Return NULL", p_name.getData());
         return nullptr;
     }
-    appData->m_unknownVariableLock.readLock();
+    const ScopedReadLock lock(appData->m_unknownVariableLock);
     auto it = appData->m_unknownVariableAllocators.find(p_name);
     if (it == appData->m_unknownVariableAllocators.end()) {
-        appData->m_unknownVariableLock.unlock();
         return nullptr;
     }
     ZYR_ASSERT(it->m_second != NULL);
     void* rtnVar = it->m_second();
     ZYR_ASSERT(rtnVar != NULL);
-    appData->m_unknownVariableLock.unlock();
     return rtnVar;
 }
 

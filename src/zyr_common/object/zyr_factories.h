@@ -55,9 +55,11 @@ template <class Interface> Interface* zyr_createObject() {
         return nullptr;
     }
     ZYR_ASSERT(appData->m_core != NULL);
-    appData->m_core->m_lock.readLock();
-    moduleEntry_FUNC entry = appData->m_core->m_entries[coreTableEntry<Interface>];
-    appData->m_core->m_lock.unlock();
+    moduleEntry_FUNC entry = nullptr;
+    {
+        const ScopedReadLock lock(appData->m_core->m_lock);
+        entry = appData->m_core->m_entries[coreTableEntry<Interface>];
+    }
     return static_cast<Interface*>(reinterpret_cast<objectAllocator_FUNC>(entry)());
 }
 
@@ -108,9 +110,8 @@ template <class T> void zyr_addUnknownVariableAllocator() {
         ZYR_LOG_WARN("Application data is NULL, cannot allocate variable from name %s", typeName.getData());
         return;
     }
-    appData->m_unknownVariableLock.writeLock();
+    const ScopedWriteLock lock(appData->m_unknownVariableLock);
     appData->m_unknownVariableAllocators.pushBack(typeName, &zyr_unknownVariableAllocator<T>, nullptr);
-    appData->m_unknownVariableLock.unlock();
 }
 
 } // namespace zyr

@@ -1,6 +1,7 @@
 /// The shape of a class that extends a facade.
 #pragma once
 
+#include "zyr_common/memory/zyr_permanent.h"
 #include "zyr_common/object/zyr_object.h"
 #include "zyr_common/text/zyr_string.h"
 

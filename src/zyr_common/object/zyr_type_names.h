@@ -33,7 +33,7 @@ template <class Interface> const String& zyr_getTemplateTypeName() {
     if constexpr (templateArgumentWord<Interface> == nullptr) {
         return String::getConstEmpty();
     } else {
-        static const String name(templateArgumentWord<Interface>);
+        static const String& name = makePermanent<String>(templateArgumentWord<Interface>);
         return name;
     }
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "zyr_common/containers/zyr_hash_map.h"
+#include "zyr_common/memory/zyr_permanent.h"
 #include "zyr_common/object/zyr_type_names.h"
 #include "zyr_common/serialization/zyr_record.h"
 #include "zyr_common/serialization/zyr_record_fields.h"

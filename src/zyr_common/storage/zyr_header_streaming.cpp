@@ -1,4 +1,5 @@
 // The parts of ISerializer and IDeserializer that write and read the records in front of a saved object.
+#include "zyr_common/memory/zyr_permanent.h"
 #include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/serialization/zyr_serializer.h"
 #include "zyr_common/storage/zyr_file_format_header.h"
@@ -8,15 +9,15 @@ namespace zyr {
 namespace {
 
 const String& getXmlKey() {
-    static const String key("xml");
+    static const String& key = makePermanent<String>("xml");
     return key;
 }
 const String& getHeaderKey() {
-    static const String key("fileHeader");
+    static const String& key = makePermanent<String>("fileHeader");
     return key;
 }
 const String& getObjectKey() {
-    static const String key("fileObject");
+    static const String& key = makePermanent<String>("fileObject");
     return key;
 }
 

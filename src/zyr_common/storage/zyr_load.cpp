@@ -2,6 +2,7 @@
 #include "zyr_common/application/zyr_format_registries.h"
 #include "zyr_common/containers/zyr_array.h"
 #include "zyr_common/memory/zyr_memory.h"
+#include "zyr_common/memory/zyr_permanent.h"
 #include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/object/zyr_factories.h"
 #include "zyr_common/serialization/zyr_serializer.h"
@@ -145,7 +146,7 @@ LoadFailure LoadRun::readWrappedPayload(LoadSource& p_source) {
 }
 
 LoadFailure LoadRun::run(LoadSource& p_source, const String& p_format, const String& p_directory) {
-    static const String objectKey("fileObject");
+    static const String& objectKey = makePermanent<String>("fileObject");
     const LoadFailure failure = readPayload(p_source);
     if (failure != LoadFailure::NONE) {
         return failure;

@@ -8,6 +8,7 @@
 #include "zyr_common/geometry/zyr_ext_rect.h"
 #include "zyr_common/geometry/zyr_matrix.h"
 #include "zyr_common/geometry/zyr_scalar.h"
+#include "zyr_common/memory/zyr_permanent.h"
 #include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/object/zyr_object.h"
 #include "zyr_common/object/zyr_type_names.h"
