@@ -66,23 +66,35 @@ json showCommand(const Path2DCommand<double>& p_command) {
     }
 }
 
-/// The commands and the outline as one JSON value. Its text is put together command by command: a tree of a long path's
-/// commands takes a hundred times the memory of the path.
-std::string showAll(const Path2D<double>& p_path, const PathOutline& p_outline) {
+/// Appends a text whose lines but the first are moved to the right.
+void appendIndented(std::string& p_text, const std::string& p_lines) {
+    size_t begin = 0;
+    for (size_t end = p_lines.find('\n'); end != std::string::npos; end = p_lines.find('\n', begin)) {
+        p_text.append(p_lines, begin, end + 1 - begin).append("    ");
+        begin = end + 1;
+    }
+    p_text.append(p_lines, begin);
+}
+
+/// Prints the commands and the outline as one JSON value, a part at a time: a tree of a long path's commands takes a
+/// hundred times the memory of the path.
+bool printAll(const Path2D<double>& p_path, const PathOutline& p_outline) {
+    constexpr size_t PART = 1 << 16;
     std::string text = "{\n  \"commands\": [";
     const char* separator = "\n    ";
     for (const Path2DCommand<double>* command : p_path.getCommands()) {
         text += separator;
         separator = ",\n    ";
-        for (const char letter : showCommand(*command).dump(2)) {
-            text += letter;
-            if (letter == '\n') {
-                text += "    ";
+        appendIndented(text, showCommand(*command).dump(2));
+        if (text.size() > PART) {
+            if (!printText(text)) {
+                return false;
             }
+            text.clear();
         }
     }
     text += p_path.getCommands().isEmpty() ? "]" : "\n  ]";
-    return text + ",\n  \"outline\": " + json(p_outline.m_text).dump() + "\n}\n";
+    return printText(text + ",\n  \"outline\": " + json(p_outline.m_text).dump() + "\n}\n");
 }
 
 } // namespace
@@ -122,7 +134,7 @@ int runPath(const PathOptions& p_options) {
     if (!p_options.m_svgPath.empty() && !writeText(p_options.m_svgPath, makeSVG(outline))) {
         return EXIT_RUN_FAILED;
     }
-    return printText(showAll(path, outline)) ? EXIT_DONE : EXIT_RUN_FAILED;
+    return printAll(path, outline) ? EXIT_DONE : EXIT_RUN_FAILED;
 }
 
 } // namespace zyr::host

@@ -73,16 +73,19 @@ template <typename T> class Atomic;
 template <> class Atomic<unsigned int> {
 public:
     Atomic() : Atomic(0) {}
-    Atomic(uint32_t p_value) {
+    Atomic(uint32_t p_value)
+        : m_value(static_cast<volatile unsigned int*>(::malloc(sizeof(unsigned int)))), m_freeFunction(::free) {
+        checkCell();
+        *m_value = p_value;
+    }
+    /// 0 in a cell of the pool, for what is made and destroyed all the time.
+    explicit Atomic(PooledCounterCell) {
         FreeCounterCell freeFunction;
         CounterCell* const cell = takeCounterCell(freeFunction);
-        if (__builtin_expect(cell == nullptr, 0)) {
-            failAssertion("m_value != NULL", "../../../src/zyr_common/zyr_threading.h", 364,
-                          "zyr::Atomic<unsigned int>::Atomic(uint32_t)");
-        }
-        m_value = &cell->m_value;
+        m_value = reinterpret_cast<volatile unsigned int*>(cell);
         m_freeFunction = freeFunction;
-        *m_value = p_value;
+        checkCell();
+        *m_value = 0;
     }
     // The cell may come from another module, which may have been built with another source of cells.
     ~Atomic() { giveCounterCell(reinterpret_cast<CounterCell*>(const_cast<unsigned int*>(m_value)), m_freeFunction); }
@@ -95,6 +98,13 @@ public:
     volatile unsigned int* m_value;
 
 private:
+    void checkCell() const {
+        if (__builtin_expect(m_value == nullptr, 0)) {
+            failAssertion("m_value != NULL", "../../../src/zyr_common/zyr_threading.h", 364,
+                          "zyr::Atomic<unsigned int>::Atomic(uint32_t)");
+        }
+    }
+
     void (*m_freeFunction)(void*);
 };
 

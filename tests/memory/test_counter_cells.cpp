@@ -12,7 +12,10 @@ using namespace zyr;
 
 namespace {
 
-typedef Atomic<unsigned int> Counter;
+class Counter : public Atomic<unsigned int> {
+public:
+    explicit Counter(uint32_t p_value = 0) : Atomic(PooledCounterCell()) { *m_value = p_value; }
+};
 
 /// More than one thread keeps for itself.
 constexpr size_t MANY = 20000;

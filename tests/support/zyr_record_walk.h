@@ -41,7 +41,7 @@ struct RecordLeaf {
 struct RecordKind {
     std::string m_name;
     std::vector<RecordLeaf> m_leaves;
-    /// The keys in the order in which they are stored: on each level the base's first.
+    /// The keys that are declared, in their order: on each level the base's first.
     Calls m_keys;
     void* (*m_create)();
     void (*m_destroy)(void* p_record);
@@ -152,7 +152,7 @@ template <class Level> void collectKeys(Calls& p_keys) {
         using Member = typename std::decay_t<decltype(p_field)>::Member;
         if constexpr (RecordLevel<Member>) {
             collectKeys<Member>(p_keys);
-        } else {
+        } else if (p_field.m_declared) {
             p_keys.push_back(p_field.m_key);
         }
     });

@@ -31,6 +31,9 @@ union CounterCell {
 
 typedef void (*FreeCounterCell)(void* p_cell);
 
+/// Asks for a cell of the pool.
+struct PooledCounterCell {};
+
 /// The ways through the heap or the cells of all threads. Null when there is no memory.
 CounterCell* fetchCounterCell(FreeCounterCell& p_free);
 void freeCounterCell(void* p_cell);

@@ -14,9 +14,9 @@ namespace zyr {
 /// contract between separately built modules.
 class RefCountedData {
 public:
-    RefCountedData() {}
+    RefCountedData() : m_refCounter(PooledCounterCell()) {}
     /// A copy is a new object: it starts with a count of its own.
-    RefCountedData(const RefCountedData&) : m_refCounter() {}
+    RefCountedData(const RefCountedData&) : RefCountedData() {}
     RefCountedData& operator=(const RefCountedData&) { return *this; }
     virtual ~RefCountedData() {}
 
