@@ -33,8 +33,8 @@ public:
     void setEndCommentWord(const String& p_word) override { m_reader.m_endCommentWord = p_word; }
     Array<unsigned char>* getInputData() const override { return m_reader.getInput(); }
     void setInputData(Array<unsigned char>* p_data) override { m_reader.setInput(p_data); }
-    void pushBackLiteralType(const LiteralTypeDescriptor& p_type) override { m_reader.m_literalTypes.pushBack(p_type); }
-    void clearLiteralTypes() override { m_reader.m_literalTypes.clear(); }
+    void pushBackLiteralType(const LiteralTypeDescriptor& p_type) override { m_reader.addLiteralType(p_type); }
+    void clearLiteralTypes() override { m_reader.clearLiteralTypes(); }
     bool_t readToken(Token& p_token) override;
     ILevelReserved* getLexerReserved() const override { return &m_lexerReserved; }
 

@@ -8,6 +8,8 @@ namespace {
 
 constexpr uint32_t MAX_RADIX = 36;
 constexpr uint32_t NO_DIGIT = MAX_RADIX;
+/// Literal types beyond these are tried at each token.
+constexpr size_t NUM_OF_START_BITS = 32;
 
 /// The value of a digit of any radix.
 uint32_t getDigit(unsigned char p_byte) {
@@ -56,10 +58,25 @@ void TokenReader::clear() {
     m_inlineCommentWord.clear();
     m_beginCommentWord.clear();
     m_endCommentWord.clear();
-    m_literalTypes.clear();
-    m_literalTypes.pushBack(LiteralTypeDescriptor::makeInteger());
-    m_literalTypes.pushBack(LiteralTypeDescriptor::makeReal());
+    clearLiteralTypes();
+    addLiteralType(LiteralTypeDescriptor::makeInteger());
+    addLiteralType(LiteralTypeDescriptor::makeReal());
     setInput(nullptr);
+}
+
+void TokenReader::addLiteralType(const LiteralTypeDescriptor& p_type) {
+    const size_t place = m_literalTypes.getSize();
+    m_literalTypes.pushBack(p_type);
+    for (size_t byte = 0; byte < 256 && place < NUM_OF_START_BITS; ++byte) {
+        if (mayBeginWith(p_type, static_cast<unsigned char>(byte))) {
+            m_literalStarts[byte] |= 1u << place;
+        }
+    }
+}
+
+void TokenReader::clearLiteralTypes() {
+    m_literalTypes.clear();
+    memset(m_literalStarts, 0, sizeof(m_literalStarts));
 }
 
 void TokenReader::setInput(Array<unsigned char>* p_data) {
@@ -121,7 +138,10 @@ bool TokenReader::skip(const char*& p_reason) {
     while (m_position < size()) {
         const size_t filler = findLongest(m_fillers);
         size_t end = 0;
-        if (filler != 0) {
+        if (filler == 1 && *at(m_position) == ' ') {
+            ++m_position;
+            ++m_column;
+        } else if (filler != 0) {
             advance(filler);
         } else if (!m_inlineCommentWord.isEmpty() && isAt(m_position, m_inlineCommentWord)) {
             end = m_position + m_inlineCommentWord.getLengthInBytes();
@@ -189,9 +209,13 @@ size_t TokenReader::countDigits(size_t p_position, uint32_t p_radix) const {
 
 TokenReader::Literal TokenReader::findLiteral(bool& p_open) const {
     Literal longest;
+    const uint32_t starts = m_literalStarts[*at(m_position)];
+    if (starts == 0 && m_literalTypes.getSize() <= NUM_OF_START_BITS) {
+        return longest;
+    }
     for (size_t i = 0; i < m_literalTypes.getSize(); ++i) {
         const LiteralTypeDescriptor& type = m_literalTypes[i];
-        if (!mayBeginWith(type, *at(m_position))) {
+        if (i < NUM_OF_START_BITS && (starts >> i & 1) == 0) {
             continue;
         }
         Literal literal;

@@ -24,7 +24,9 @@ public:
     String m_inlineCommentWord;
     String m_beginCommentWord;
     String m_endCommentWord;
-    Array<LiteralTypeDescriptor> m_literalTypes;
+
+    void addLiteralType(const LiteralTypeDescriptor& p_type);
+    void clearLiteralTypes();
 
 private:
     /// What one of the literal types makes of the bytes at a place. A size of 0 means that it doesn't match.
@@ -52,6 +54,9 @@ private:
     size_t countIdentifier() const;
     void place(Token& p_token, TokenTypeEnum p_type, size_t p_size) const;
 
+    Array<LiteralTypeDescriptor> m_literalTypes;
+    /// For each first byte of a literal a bit for each of the first types that it can be.
+    uint32_t m_literalStarts[256];
     Array<unsigned char>* m_data;
     // What the array held when the present token was begun.
     const unsigned char* m_bytes;

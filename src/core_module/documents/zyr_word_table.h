@@ -28,7 +28,8 @@ public:
         }
         for (size_t i = m_firsts[p_bytes[0]]; i < m_firsts[p_bytes[0] + 1]; ++i) {
             const Word& word = m_sorted[i];
-            if (word.m_length <= p_size && memcmp(word.m_bytes, p_bytes, word.m_length) == 0) {
+            // Most fillers and punctuators are one byte, which is compared already.
+            if (word.m_length == 1 || (word.m_length <= p_size && memcmp(word.m_bytes, p_bytes, word.m_length) == 0)) {
                 return word.m_length;
             }
         }

@@ -198,6 +198,37 @@ TEST_F(LexerTest, ReadsStringsBetweenTheirDelimiters) {
     EXPECT_FALSE(m_lexer->readToken(token));
 }
 
+TEST_F(LexerTest, TriesEachOfManyTypesOfLiterals) {
+    for (char c = 'A'; c <= 'Z'; ++c) {
+        const String begin = String("<") + String(&c, 1);
+        m_lexer->pushBackLiteralType(LiteralTypeDescriptor::makeString(begin, ">", ""));
+        m_lexer->pushBackLiteralType(LiteralTypeDescriptor::makeString(String("(") + String(&c, 1), ")", ""));
+    }
+    setText("(Aa)<Zz>(Zz)");
+    Token token;
+    for (const auto& [type, content] : {std::pair(3u, "a"), std::pair(52u, "z"), std::pair(53u, "z")}) {
+        ASSERT_TRUE(m_lexer->readToken(token));
+        EXPECT_EQ(token.m_scalar.m_literalType, type);
+        EXPECT_EQ(show(token.m_content), content);
+    }
+    m_lexer->clearLiteralTypes();
+    EXPECT_THAT(read("1"), ElementsAre("none 1"));
+}
+
+TEST_F(LexerTest, FindsWordsThatWereAddedOrTakenAwayBetweenTokens) {
+    m_lexer->pushBackKeywords("ab");
+    setText("abcabcabc");
+    Token token;
+    ASSERT_TRUE(m_lexer->readToken(token));
+    EXPECT_EQ(show(token), "keyword ab");
+    m_lexer->pushBackKeywords("c cab");
+    ASSERT_TRUE(m_lexer->readToken(token));
+    EXPECT_EQ(show(token), "keyword cab");
+    m_lexer->clearKeywords();
+    ASSERT_TRUE(m_lexer->readToken(token));
+    EXPECT_EQ(show(token), "identifier cabc");
+}
+
 TEST_F(LexerTest, ReportsAStringWithoutEnd) {
     m_lexer->pushBackLiteralType(LiteralTypeDescriptor::makeString("\"", "\"", "\\"));
     EXPECT_THAT(read("1 \"ab"), ElementsAre("integer 1", "none \"ab"));
