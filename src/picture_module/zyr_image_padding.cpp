@@ -50,7 +50,7 @@ void ImageLevel::fillPadding() const {
     const uint32_t evenHeight = (m_height + 1) & ~1u;
     // Two streams may read one picture: the second one finds everything in place and writes nothing below the first.
     static Mutex mutex;
-    mutex.lock();
+    const ScopedLock lock(mutex);
     if (evenHeight != m_height) {
         copyWhereDifferent(data + size_t{m_height} * m_pitch, data + size_t{m_height - 1} * m_pitch, rowSize);
     }
@@ -62,7 +62,6 @@ void ImageLevel::fillPadding() const {
             copyWhereDifferent(end, end - pixelSize, pixelSize);
         }
     }
-    mutex.unlock();
 }
 
 } // namespace zyr
