@@ -105,7 +105,7 @@ public:
     /// Sets the executable, application, libraries, resources and plug-ins directories to that of the executable.
     virtual void prepareAndSetEssentialDirectories();
 
-    /// Makes the user data directory and remembers it: <base><first>/<second>/, where an empty base stands for the
+    /// Makes the user data directory and remembers it: `<base><first>/<second>/`, where an empty base stands for the
     /// user's configuration directory and an empty second for the process name. With local data directories and an
     /// empty base it is the application directory, and nothing is made. A failure to make it is ignored.
     virtual void prepareAndSetUserDataDirectory(const String& p_base, const String& p_first, const String& p_second,

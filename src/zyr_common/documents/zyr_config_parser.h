@@ -15,9 +15,9 @@
 namespace zyr {
 
 /// A name is what stands in front of the first "=", a value what stands behind it, both without the blanks around them.
-/// A value between double quotes keeps its blanks and knows the escapes \\ \" \n \r and \t. A value that is not quoted
-/// and reads as a number (decimal, with or without sign, point and exponent, or hexadecimal behind 0x) is marked as
-/// numeric. A section that is begun twice goes on where it was, and a name may occur more than once in it.
+/// A value between double quotes keeps its blanks and knows the escapes `\\ \" \n \r` and `\t`. A value that is not
+/// quoted and reads as a number (decimal, with or without sign, point and exponent, or hexadecimal behind 0x) is marked
+/// as numeric. A section that is begun twice goes on where it was, and a name may occur more than once in it.
 ///
 /// All faulty lines are reported, up to ten; then there are no sections.
 class IConfigParser : public ITextParser {

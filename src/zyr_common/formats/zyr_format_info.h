@@ -23,6 +23,7 @@ enum NativeFormatAccessTypeEnum : uint32_t {
 /// The name of a format.
 class IDataFormatInfo : public IObject {
 public:
+    /// The word that stands for the format in files. The text belongs to this object.
     virtual const String& getFormatName() const = 0;
     virtual void setFormatName(const String& p_formatName) = 0;
     virtual ILevelReserved* getDataFormatInfoReserved() const = 0;
@@ -46,14 +47,18 @@ using WDataFormatInfo = DataFormatInfoFacade<IDataFormatInfo>;
 /// A format that another program's files have, with access to the original file.
 class INativeFormatInfo : public IDataFormatInfo {
 public:
+    /// Where the original is found; NONE at first.
     virtual NativeFormatAccessTypeEnum getAccessType() const = 0;
     virtual void setAccessType(NativeFormatAccessTypeEnum p_accessType) = 0;
+    /// The file that the object was read from, UTF-8; empty where there is none. Kept as it is given.
     virtual const String& getFilePath() const = 0;
     virtual void setFilePath(const String& p_filePath) = 0;
+    /// A mark for whoever saves the object: the original is not to be written over.
     virtual bool_t isReadOnly() const = 0;
     virtual void setReadOnly(bool_t p_readOnly) = 0;
     /// The bytes of the original file; empty unless the access type is MEMORY. Owned by this object.
     virtual const Array<unsigned char>* getOriginalFile() const = 0;
+    /// The same to be changed; owned by this object.
     virtual Array<unsigned char>* getMutableOriginalFile() = 0;
     /// Copies the bytes.
     virtual void setOriginalFile(const Array<unsigned char>& p_originalFile) = 0;
@@ -91,6 +96,7 @@ class ICompressionInfo : public IDataFormatInfo {
 public:
     /// Size of the uncompressed bytes.
     virtual uint64_t getDecompressSize() const = 0;
+    /// Bytes; only remembered, nothing is compressed by setting it.
     virtual void setDecompressSize(uint64_t p_decompressSize) = 0;
     virtual ILevelReserved* getCompressionInfoReserved() const = 0;
 };

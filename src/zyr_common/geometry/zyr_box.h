@@ -11,6 +11,7 @@ namespace zyr {
 
 #pragma pack(push, 1)
 
+/// Width, height and depth. A new one is empty.
 template <typename T> class BoxSize : public Record<BoxSize<T>> {
 public:
     T width;
@@ -27,6 +28,7 @@ public:
     }
 };
 
+/// A box by its near corner and its size along the axes.
 template <typename T> class Box : public Record<Box<T>> {
 public:
     T x;

@@ -32,6 +32,7 @@ public:
     void rephase(T p_angle);
     /// Negates the imaginary part.
     void conjugate();
+    /// r * r + i * i of both, as for vectors.
     T dotProduct(const Complex& p_other) const;
 
     static constexpr const char* c_typeName = "Complex";

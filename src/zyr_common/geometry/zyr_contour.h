@@ -43,6 +43,7 @@ public:
     }
 };
 
+/// A triangle of the plane, by the indices of its corners.
 template <typename T> class PolyTriangle2D : public Record<PolyTriangle2D<T>> {
 public:
     uint32_t indices[3];
@@ -54,6 +55,7 @@ public:
     static constexpr auto fields() { return zyr_fields(zyr_field("indices", &PolyTriangle2D::indices)); }
 };
 
+/// A quadrangle of the plane, by the indices of its corners.
 template <typename T> class PolyQuad2D : public Record<PolyQuad2D<T>> {
 public:
     uint32_t indices[4];
@@ -65,6 +67,7 @@ public:
     static constexpr auto fields() { return zyr_fields(zyr_field("indices", &PolyQuad2D::indices)); }
 };
 
+/// A triangle in space with the normal of its face.
 template <typename T> class PolyTriangle3D : public Record<PolyTriangle3D<T>> {
 public:
     uint32_t indices[3];
@@ -80,6 +83,7 @@ public:
     }
 };
 
+/// A quadrangle in space with the normal of its face.
 template <typename T> class PolyQuad3D : public Record<PolyQuad3D<T>> {
 public:
     uint32_t indices[4];

@@ -10,6 +10,7 @@ namespace zyr {
 
 #pragma pack(push, 1)
 
+/// A width, or the right edge that gives it.
 template <typename T> class ExtDimensionWidth : public Record<ExtDimensionWidth<T>> {
 public:
     T width;
@@ -25,6 +26,7 @@ public:
     }
 };
 
+/// A height, or the lower edge that gives it.
 template <typename T> class ExtDimensionHeight : public Record<ExtDimensionHeight<T>> {
 public:
     T height;
@@ -42,6 +44,7 @@ public:
     }
 };
 
+/// A depth, or the far edge that gives it.
 template <typename T> class ExtDimensionDepth : public Record<ExtDimensionDepth<T>> {
 public:
     T depth;

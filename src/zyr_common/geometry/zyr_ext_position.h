@@ -11,6 +11,7 @@ namespace zyr {
 
 #pragma pack(push, 1)
 
+/// A horizontal place: pixels or percent from the edge that the anchor names.
 template <typename T> class ExtPositionX : public Record<ExtPositionX<T>> {
 public:
     T x;
@@ -29,6 +30,7 @@ public:
     }
 };
 
+/// A vertical place: pixels or percent from the edge that the anchor names.
 template <typename T> class ExtPositionY : public Record<ExtPositionY<T>> {
 public:
     T y;

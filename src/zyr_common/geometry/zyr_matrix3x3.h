@@ -20,13 +20,16 @@ namespace zyr {
 
 #pragma pack(push, 1)
 
+/// A transform of the plane, and what is done with it.
 template <typename T> class Matrix3x3 : public Record<Matrix3x3<T>> {
 public:
     Matrix3x3() { setIdentity(); }
 
+    /// Sum and difference are value by value; the product takes the right one first.
     Matrix3x3 operator+(const Matrix3x3& p_other) const;
     Matrix3x3 operator-(const Matrix3x3& p_other) const;
     Matrix3x3 operator*(const Matrix3x3& p_other) const;
+    /// Every value by the number.
     Matrix3x3 operator*(T p_value) const;
     Matrix3x3 operator/(T p_value) const;
     /// Component j is the sum over k of value[3 k + j] * vector[k]. An affine matrix (values 2, 5 and 8 are 0, 0 and 1)
@@ -35,24 +38,31 @@ public:
 
     /// By place in the flat array, 0 to 8.
     void setValue(uint32_t p_index, T p_value) { m_values[p_index] = p_value; }
+    /// By place in the flat array, 0 to 8; the index is not checked.
     T getValue(uint32_t p_index) const { return m_values[p_index]; }
+    /// Rows and columns count from 0; the index is not checked.
     Vector3<T> getRow(uint32_t p_row) const;
     Vector3<T> getColumn(uint32_t p_column) const;
 
     void setIdentity();
     void setZero();
 
+    /// Writes the values of the translation and leaves the others as they are.
     void setTranslationPart(const Vector2<T>& p_translation);
+    /// Writes the values of the scale along the axes and leaves the others as they are.
     void setScalePart(const Vector2<T>& p_scale);
+    /// The same scale on all axes.
     void setUniformScalePart(T p_scale);
     /// Turns from y toward x, the other way round than Vector2::rotate, which is relied upon.
     void setRotationPart(T p_degrees);
 
+    /// The identity with this part in it; what the matrix held before is gone.
     void setTranslation(const Vector2<T>& p_translation);
     void setScale(const Vector2<T>& p_scale);
     void setUniformScale(T p_scale);
     void setRotation(T p_degrees);
 
+    /// Multiply this matrix on the right, so that the new step acts on a point first.
     void translate(const Vector2<T>& p_translation);
     void scale(const Vector2<T>& p_scale);
     void uniformScale(T p_scale);
@@ -63,12 +73,15 @@ public:
     /// Reads where the axes go: the image of the origin, the angle of the x axis and the lengths of both axes.
     void decompose(Vector2<T>& p_translation, T& p_rotation, Vector2<T>& p_scale) const;
 
+    /// Mirrors the values at the diagonal.
     void transpose();
     /// A matrix whose determinant is 0 stays as it is, transposed by inverse.
     void inverse();
+    /// What normals of a surface are transformed with. A determinant of 0 changes nothing.
     void transposedInverse();
     /// The inverse of a matrix of rotation and translation alone.
     void affineInverse();
+    /// The same, transposed.
     void affineTransposedInverse();
 
     /// A new matrix is the identity.

@@ -23,13 +23,16 @@ inline bool zyr_invertWide(void*, bool) {
 
 #pragma pack(push, 1)
 
+/// A transform of space, and what is done with it.
 template <typename T> class Matrix4x4 : public Record<Matrix4x4<T>> {
 public:
     Matrix4x4() { setIdentity(); }
 
+    /// Sum and difference are value by value; the product takes the right one first.
     Matrix4x4 operator+(const Matrix4x4& p_other) const;
     Matrix4x4 operator-(const Matrix4x4& p_other) const;
     Matrix4x4 operator*(const Matrix4x4& p_other) const;
+    /// Every value by the number.
     Matrix4x4 operator*(T p_value) const;
     Matrix4x4 operator/(T p_value) const;
     /// Component j is the sum over k of value[4 k + j] * vector[k].
@@ -37,24 +40,31 @@ public:
 
     /// By place in the flat array, 0 to 15.
     void setValue(uint32_t p_index, T p_value) { m_values[p_index] = p_value; }
+    /// By place in the flat array, 0 to 15; the index is not checked.
     T getValue(uint32_t p_index) const { return m_values[p_index]; }
+    /// Rows and columns count from 0; the index is not checked.
     Vector4<T> getRow(uint32_t p_row) const;
     Vector4<T> getColumn(uint32_t p_column) const;
 
     void setIdentity();
     void setZero();
 
+    /// Writes the values of the translation and leaves the others as they are.
     void setTranslationPart(const Vector3<T>& p_translation);
+    /// Writes the values of the scale along the axes and leaves the others as they are.
     void setScalePart(const Vector3<T>& p_scale);
+    /// The same scale on all axes.
     void setUniformScalePart(T p_scale);
     /// The axis goes through the origin and may have any length.
     void setRotationAxisPart(T p_degrees, const Vector3<T>& p_axis);
+    /// Turn about one axis.
     void setRotationXPart(T p_degrees);
     void setRotationYPart(T p_degrees);
     void setRotationZPart(T p_degrees);
     /// First about x, then about y, then about z.
     void setRotationEulerPart(T p_x, T p_y, T p_z);
 
+    /// The identity with this part in it; what the matrix held before is gone.
     void setTranslation(const Vector3<T>& p_translation);
     void setScale(const Vector3<T>& p_scale);
     void setUniformScale(T p_scale);
@@ -76,6 +86,7 @@ public:
     /// A parallel projection.
     void setOrtho(T p_left, T p_right, T p_bottom, T p_top, T p_near, T p_far);
 
+    /// Multiply this matrix on the right, so that the new step acts on a point first.
     void translate(const Vector3<T>& p_translation);
     void scale(const Vector3<T>& p_scale);
     void uniformScale(T p_scale);
@@ -97,12 +108,15 @@ public:
     /// A full composition is built with translate, rotateEuler and scale.
     void compose(const Vector3<T>& p_translation, const Vector3<T>& p_rotation, const Vector3<T>& p_scale);
 
+    /// Mirrors the values at the diagonal.
     void transpose();
     /// A matrix whose determinant is 0 stays as it is, transposed by inverse.
     void inverse();
+    /// What normals of a surface are transformed with. A determinant of 0 changes nothing.
     void transposedInverse();
     /// The inverse of a matrix of rotation and translation alone.
     void affineInverse();
+    /// The same, transposed.
     void affineTransposedInverse();
 
     /// A new matrix is the identity.

@@ -11,6 +11,7 @@ namespace zyr {
 
 #pragma pack(push, 1)
 
+/// Width and height. A new one is empty.
 template <typename T> class RectSize : public Record<RectSize<T>> {
 public:
     T width;
@@ -42,6 +43,7 @@ public:
     bool_t checkIntersection(const Rect& p_other) const;
     /// The area of the overlap; 0 without one.
     T getIntersectionArea(const Rect& p_other) const;
+    /// Whether the point lies inside or on an edge.
     bool_t pointInRect(const Vector2<T>& p_point) const;
     /// Shrinks this rectangle to the overlap. Without one, width or height becomes negative.
     void intersect(const Rect& p_other);

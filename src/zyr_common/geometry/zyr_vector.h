@@ -12,6 +12,7 @@ namespace zyr {
 
 #pragma pack(push, 1)
 
+/// A point, a direction or a distance in the plane. A new one is zero.
 template <typename T> class Vector2 : public ArithmeticRecord<Vector2<T>, T> {
 public:
     T x;
@@ -20,9 +21,13 @@ public:
     Vector2() { this->init_This(); }
     Vector2(T p_x, T p_y) : x(p_x), y(p_y) {}
 
+    /// The length.
     T getModule() const;
+    /// The length squared, without a square root.
     T getModuleSquare() const;
+    /// The length of the difference.
     T distance(const Vector2& p_other) const;
+    /// The sum of the products axis by axis.
     T dotProduct(const Vector2& p_other) const;
     /// Brings the module to 1. A zero vector, and one of module 1, stays as it is.
     void normalize();
@@ -38,6 +43,7 @@ public:
     static constexpr auto fields() { return zyr_fields(zyr_field("x", &Vector2::x), zyr_field("y", &Vector2::y)); }
 };
 
+/// A point, a direction or a distance in space. A new one is zero.
 template <typename T> class Vector3 : public ArithmeticRecord<Vector3<T>, T> {
 public:
     T x;
@@ -47,10 +53,15 @@ public:
     Vector3() { this->init_This(); }
     Vector3(T p_x, T p_y, T p_z) : x(p_x), y(p_y), z(p_z) {}
 
+    /// The length.
     T getModule() const;
+    /// The length squared, without a square root.
     T getModuleSquare() const;
+    /// The length of the difference.
     T distance(const Vector3& p_other) const;
+    /// The sum of the products axis by axis.
     T dotProduct(const Vector3& p_other) const;
+    /// Upright on both, in the order of a right-handed system; zero where both lie on one line.
     Vector3 crossProduct(const Vector3& p_other) const;
     /// See Vector2.
     void normalize();
@@ -70,6 +81,7 @@ public:
     }
 };
 
+/// Four numbers: a point of space with its weight, or a quaternion (x, y, z, w). A new one is zero.
 template <typename T> class Vector4 : public ArithmeticRecord<Vector4<T>, T> {
 public:
     T x;
@@ -80,9 +92,13 @@ public:
     Vector4() { this->init_This(); }
     Vector4(T p_x, T p_y, T p_z, T p_w) : x(p_x), y(p_y), z(p_z), w(p_w) {}
 
+    /// The length.
     T getModule() const;
+    /// The length squared, without a square root.
     T getModuleSquare() const;
+    /// The length of the difference.
     T distance(const Vector4& p_other) const;
+    /// The sum of the products axis by axis.
     T dotProduct(const Vector4& p_other) const;
     /// See Vector2 and Vector3. The rotations leave w alone.
     void normalize();

@@ -5,8 +5,8 @@
 
 namespace zyr {
 
-/// The lock of all objects with one name, in this and other processes: an advisory lock on the file /tmp/<name>.lock. A
-/// holder that dies gives it up. The file is made where it is missing and is never deleted.
+/// The lock of all objects with one name, in this and other processes: an advisory lock on the file `/tmp/<name>.lock`.
+/// A holder that dies gives it up. The file is made where it is missing and is never deleted.
 ///
 ///     InterprocessMutex mutex("updater");
 ///     if (mutex.tryLock()) { ... mutex.unlock(); }
