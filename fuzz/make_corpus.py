@@ -25,6 +25,32 @@ LEXER = {
     "not-utf8": (31, b"\xff\xfe \xc3\x28 \xe2\x82"),
 }
 
+# The first byte of a seed of documents chooses the reader, see fuzz_documents.cpp.
+DOCUMENTS = {
+    "json-kinds": (0, b'\xef\xbb\xbf {"a": [1, -2.5e+3, "t", true, false, null, {"b": {}}, []], "c": "d"}'),
+    "json-escapes": (0, b'["\\u00e4\\ud834\\udd1e\\"\\\\\\/\\b\\f\\n\\r\\t", "\\u0000"]'),
+    "json-equal-keys": (0, b'{"a":1,"a":{"b":1},"a":{"b":2},"a":3}'),
+    "json-lone-surrogate": (0, b'["\\ud800"]'),
+    "json-cut-short": (0, b'{"a": [1, "\\'),
+    "json-faulty-number": (0, b"[01]"),
+    "json-not-utf8": (0, b'["\xc3"]'),
+    "json-too-deep": (0, b"[" * 1001),
+    "xml-kinds": (1, b"<?xml version='1.0' encoding='utf-8'?><!DOCTYPE a [<!ENTITY b 'c'>]><!-- d -->"
+                     b"<a b='c&lt;\r\n' e=\"f\">g&#65;<h/><![CDATA[<i>\r]]>\r\n<?j k?><l>m</l></a><?n?>"),
+    "xml-bomb": (1, b"<!DOCTYPE a [<!ENTITY b 'lol'><!ENTITY c '&b;&b;&b;&b;'>]><a>&c;&c;</a>"),
+    "xml-numeric-references": (1, b"<a>&#0;&#x110000;&#99999999999999999999;</a>"),
+    "xml-cut-short": (1, b"<a><![CDATA[b]]"),
+    "xml-open-type": (1, b"<!DOCTYPE a ['"),
+    "xml-wrong-end": (1, b"<a><b></a></b>"),
+    "xml-attribute-twice": (1, b"<a b='' b=''/>"),
+    "xml-too-deep": (1, b"<a>" * 1001),
+    "config-kinds": (2, b'# a\nb = 1 ; c\r\n[d e]\nf = "g \\"h\\\\ \\n" # i\n[d e]\nj=\n'),
+    "config-faults": (2, b'a\n=b\n[c\n[]\nd="e\nf="\\q"\ng="h" i'),
+    "binary-blocks": (3, b"\x00\x21\x02\x03\x39\x04\0\0\x02\0\0\0\0\0\0\0\x01\x02"),
+    "binary-numbers": (3, b"\x36\x25\x47\x08\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff\x02"),
+    "binary-huge-block": (3, b"\x00\xff\xff\xff\xff\xff\xff\xff\xff\x11"),
+}
+
 SVG_PATH = {
     "every-letter": b"M10,20L30 40H5V6C1 2 3 4 5 6S7 8 9 10Q1 2 3 4T5 6A10 20 30 0 1 40 50Z",
     "relative": b"m1-2l3-4h5v-6c1 2 3 4 5 6s7 8 9 10q1 2 3 4t5 6a1 2 3 1 0 4 5z",
@@ -144,6 +170,7 @@ def write(name, seeds):
 if len(sys.argv) != 2:
     sys.exit(__doc__)
 write("lexer", {name: bytes([words]) + text for name, (words, text) in LEXER.items()})
+write("documents", {name: bytes([reader]) + text for name, (reader, text) in DOCUMENTS.items()})
 write("svg_path", SVG_PATH)
 write("layout", LAYOUT)
 write("text", TEXT)
