@@ -9,3 +9,7 @@
     IObject* make##Class() {                                                                                           \
         return new Class;                                                                                              \
     }
+
+/// The same for the class of one key: an instance of the function template make<Class>(), of which a family's source
+/// has one for each key.
+#define ZYR_DEFINE_CORE_CLASS_FOR(Class, Key) template IObject* make##Class<Key>();

@@ -1,7 +1,20 @@
 // The classes of the core module in the order of its table. A row is the name of a class whose source ends with
 // ZYR_DEFINE_CORE_CLASS; a family of containers has the rows of its keys.
 //
-// The includer defines ZYR_CORE_CLASS(Name), which is undefined behind the list.
+// The includer defines
+//
+//     ZYR_CORE_CLASS(Name)                  a class
+//     ZYR_CORE_FAMILY(Name)                 a family, in front of the rows of its keys; nothing unless it is defined
+//     ZYR_CORE_CLASS_FOR(Name, key, word)   the class of one key; nothing unless it is defined
+//
+// and all are undefined behind the list.
+
+#ifndef ZYR_CORE_FAMILY
+#define ZYR_CORE_FAMILY(Name)
+#endif
+#ifndef ZYR_CORE_CLASS_FOR
+#define ZYR_CORE_CLASS_FOR(Name, key, word)
+#endif
 
 ZYR_CORE_CLASS(Object)
 ZYR_CORE_CLASS(DataFormatInfo)
@@ -9,7 +22,30 @@ ZYR_CORE_CLASS(NativeFormatInfo)
 ZYR_CORE_CLASS(CompressionInfo)
 ZYR_CORE_CLASS(Lz4CompressionInfo)
 ZYR_CORE_CLASS(ZipCompressionInfo)
+ZYR_CORE_CLASS(ArrayOfObjects)
+ZYR_CORE_CLASS(TreeNodeArrayOfObjects)
 ZYR_CORE_CLASS(ListOfObjects)
+ZYR_CORE_CLASS(TreeNodeListOfObjects)
+ZYR_CORE_FAMILY(HashMapOfObjects)
+#define ZYR_KEY(type, word) ZYR_CORE_CLASS_FOR(HashMapOfObjects, type, word)
+#define ZYR_GUID_KEY ZYR_KEY
+#include "zyr_common/object/zyr_object_keys.inl"
+ZYR_CORE_FAMILY(TreeNodeHashMapOfObjects)
+#define ZYR_KEY(type, word) ZYR_CORE_CLASS_FOR(TreeNodeHashMapOfObjects, type, word)
+#include "zyr_common/object/zyr_object_keys.inl"
+ZYR_CORE_FAMILY(HashMultiMapOfObjects)
+#define ZYR_KEY(type, word) ZYR_CORE_CLASS_FOR(HashMultiMapOfObjects, type, word)
+#include "zyr_common/object/zyr_object_keys.inl"
+ZYR_CORE_FAMILY(TreeNodeHashMultiMapOfObjects)
+#define ZYR_KEY(type, word) ZYR_CORE_CLASS_FOR(TreeNodeHashMultiMapOfObjects, type, word)
+#include "zyr_common/object/zyr_object_keys.inl"
+ZYR_CORE_FAMILY(SortedMapOfObjects)
+#define ZYR_KEY(type, word) ZYR_CORE_CLASS_FOR(SortedMapOfObjects, type, word)
+#define ZYR_GUID_KEY ZYR_KEY
+#include "zyr_common/object/zyr_object_keys.inl"
+ZYR_CORE_FAMILY(TreeNodeSortedMapOfObjects)
+#define ZYR_KEY(type, word) ZYR_CORE_CLASS_FOR(TreeNodeSortedMapOfObjects, type, word)
+#include "zyr_common/object/zyr_object_keys.inl"
 ZYR_CORE_CLASS(Lexer)
 ZYR_CORE_CLASS(Reader)
 ZYR_CORE_CLASS(BinaryReader)
@@ -27,3 +63,5 @@ ZYR_CORE_CLASS(PluginModule)
 ZYR_CORE_CLASS(PluginModulesHandler)
 
 #undef ZYR_CORE_CLASS
+#undef ZYR_CORE_FAMILY
+#undef ZYR_CORE_CLASS_FOR

@@ -11,6 +11,7 @@
 namespace zyr {
 
 #define ZYR_CORE_CLASS(Name) IObject* make##Name();
+#define ZYR_CORE_FAMILY(Name) template <typename K> IObject* make##Name();
 #include "core_module/zyr_core_classes.inl"
 
 namespace {
@@ -22,6 +23,7 @@ struct CoreClass {
 
 constexpr CoreClass coreClasses[] = {
 #define ZYR_CORE_CLASS(Name) {#Name, &make##Name},
+#define ZYR_CORE_CLASS_FOR(Name, key, word) {#Name "{" word "}", &make##Name<key>},
 #include "core_module/zyr_core_classes.inl"
 };
 

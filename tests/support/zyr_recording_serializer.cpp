@@ -96,10 +96,16 @@ bool_t RecordingSerializer::endStructure() {
 }
 
 bool_t RecordingSerializer::beginObject(const String& p_name, const String& p_className, const String& p_guidText) {
+    auto& object = m_path.back()->m_objects[toText(p_name)];
+    object = std::make_shared<SerializedNode>();
+    object->m_className = toText(p_className);
+    object->m_guidText = toText(p_guidText);
+    m_path.push_back(object.get());
     return record("beginObject " + toText(p_name) + " " + toText(p_className) + " " + toText(p_guidText));
 }
 
 bool_t RecordingSerializer::endObject() {
+    m_path.pop_back();
     return record("endObject");
 }
 
@@ -341,11 +347,18 @@ bool_t RecordingDeserializer::leaveGroup() {
 }
 
 bool_t RecordingDeserializer::enterObject(const String& p_name, bool_t& p_found) {
-    p_found = 0;
+    const auto object = m_path.back()->m_objects.find(toText(p_name));
+    p_found = object != m_path.back()->m_objects.end();
+    if (p_found) {
+        m_path.push_back(object->second.get());
+        m_className = object->second->m_className.c_str();
+        m_guidText = object->second->m_guidText.c_str();
+    }
     return record("enterObject " + toText(p_name));
 }
 
 bool_t RecordingDeserializer::leaveObject() {
+    m_path.pop_back();
     return record("leaveObject");
 }
 

@@ -35,6 +35,10 @@ struct SerializedNode {
     std::map<std::string, Value> m_values;
     std::map<std::string, std::shared_ptr<SerializedNode>> m_groups;
     std::map<std::string, std::vector<std::pair<std::string, std::shared_ptr<SerializedNode>>>> m_arrays;
+    std::map<std::string, std::shared_ptr<SerializedNode>> m_objects;
+    // Of an object.
+    std::string m_className;
+    std::string m_guidText;
 };
 
 /// Writes into m_root. A call fails when its text is in m_failures, or the text up to the first blank behind the key.
@@ -154,8 +158,8 @@ public:
     bool_t leaveArray(uint32_t p_marker) override;
     bool_t enterArrayElement(uint32_t p_index, String& p_typeName) override;
     bool_t leaveArrayElement() override;
-    const String& getCurrentObjectTypeName() const override { return String::getConstEmpty(); }
-    const String& getCurrentObjectGUIDText() const override { return String::getConstEmpty(); }
+    const String& getCurrentObjectTypeName() const override { return m_className; }
+    const String& getCurrentObjectGUIDText() const override { return m_guidText; }
     uint32_t getArraySize() const override;
     bool_t isBinaryFormat() const override { return 1; }
     const String& getBaseDirectory() const override { return m_baseDirectory; }
@@ -200,6 +204,8 @@ private:
     bool_t readItems(const char* p_operation, const String& p_name, uint32_t& p_cache, Array<T>& p_value);
 
     String m_baseDirectory;
+    String m_className;
+    String m_guidText;
     const SerializedNode m_root;
     std::vector<const SerializedNode*> m_path;
     std::vector<std::string> m_arrays;

@@ -15,9 +15,7 @@ static bool_t checkListElement(const IObject* p_object) {
 void ListOfObjectsLevel::setItems(const IListOfObjects* p_src, bool_t p_share) {
     // The source may be this list.
     List<IObject*> items;
-    for (const_iterator it = p_src->beginConst(); it != p_src->endConst(); ++it) {
-        items.pushBack(takeElement(*it, p_share));
-    }
+    copyItems(items, p_src->beginConst(), p_src->endConst(), p_share);
     useItems(items);
 }
 

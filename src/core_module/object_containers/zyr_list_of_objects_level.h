@@ -41,6 +41,10 @@ public:
     void copy_This(const IListOfObjects* p_src) { setItems(p_src, 0); }
 
 private:
+    bool_t acceptElement(const List<IObject*>&, const NoKey&, IObject* p_element) override {
+        return p_element != nullptr;
+    }
+
     mutable ContainerReserved<ListOfObjectsLevel> m_listOfObjectsReserved{this};
 };
 

@@ -1,30 +1,19 @@
 /// The level of a container of objects: it holds the elements, so that a family of containers adds its operations.
 #pragma once
 
+#include "zyr_common/implementation/zyr_container_stream.h"
 #include "zyr_common/implementation/zyr_implementation.h"
 #include "zyr_common/object/zyr_container_facade.h"
 
 namespace zyr {
 
-/// The element of an item: the item itself, or the value of an entry.
-inline IObject* getElement(IObject* p_item) {
-    return p_item;
-}
-template <class Entry> IObject* getElement(const Entry& p_entry) {
-    return p_entry.m_second;
-}
-
-/// A further reference on the element, or a clone of it. All of these take null as well.
-IObject* takeElement(IObject* p_element, bool_t p_share);
-IObject* addElementReference(IObject* p_element);
-void releaseElement(IObject* p_element);
-
-/// `Container` holds `IObject*`, or entries whose m_second is one; an element may be null. The container has one
-/// reference on each element.
+/// `Container` is a plain container over `IObject*` (see zyr_container_items.h); an element may be null. The container
+/// has one reference on each element. Keys are values: what they point to, or view, is somebody else's, so that a
+/// container with such keys can only be stored while it is empty.
 ///
 /// A family derives from this, implements the operations of its interface over m_items, and defines copy_This by
-/// setItems; its reserved object is a ContainerReserved. Elements are only released when they have left m_items, since
-/// a release can run any code.
+/// setItems; its reserved object is a ContainerReserved. One that overrides letGo calls release_This in its destructor.
+/// Elements are only released when they have left m_items, since a release can run any code.
 template <class LevelInterfaceType, class Container> class ContainerLevel : public ObjectLevel<LevelInterfaceType> {
     using Base = ObjectLevel<LevelInterfaceType>;
 
@@ -64,35 +53,138 @@ public:
         Container items;
         useItems(items);
     }
-    bool_t readSerialized_This(IDeserializer*) { return 1; }
-    bool_t writeSerialized_This(ISerializer*, bool_t, bool_t, bool_t& p_result) {
-        p_result = m_items.getSize() == 0;
-        if (!p_result) {
-            ZYR_LOG_WARN("Unable to store %s: elements cannot be stored yet", this->getClassName().getData());
+    bool_t readSerialized_This(IDeserializer* p_deserializer) {
+        if constexpr (isStoredKey<Key>) {
+            return readItems(p_deserializer);
+        } else {
+            return 1;
+        }
+    }
+    bool_t writeSerialized_This(ISerializer* p_serializer, bool_t p_firstPass, bool_t p_headerPass, bool_t& p_result) {
+        if constexpr (isStoredKey<Key>) {
+            p_result = p_headerPass ? declareItems(p_serializer) : p_firstPass || writeItems(p_serializer);
+        } else {
+            p_result = m_items.isEmpty();
+            if (!p_result) {
+                ZYR_LOG_WARN("Unable to store %s: its keys belong to somebody else", this->getClassName().getData());
+            }
         }
         return p_result;
     }
 
 protected:
+    using Key = typename ContainerKey<Container>::Type;
+
     /// Takes the items, which come with a reference on each element, and gives the present ones back.
     void useItems(Container& p_items) {
-        m_items.swap(p_items);
+        swapItems(m_items, p_items);
         for (const auto& item : p_items) {
-            releaseElement(getElement(item));
+            visitItem(item, [this](const Key&, IObject* p_element) { letGo(p_element); });
         }
     }
+
+    /// Adds the elements of the range to the items, shared or cloned.
+    template <class Iterator>
+    static void copyItems(Container& p_items, Iterator p_begin, Iterator p_end, bool_t p_share) {
+        for (; p_begin != p_end; ++p_begin) {
+            visitItem(*p_begin, [&](const Key& p_key, IObject* p_element) {
+                addItem(p_items, p_key, takeElement(p_element, p_share));
+            });
+        }
+    }
+
+    /// Gives the reference of an element that has left the items back; the element may be null.
+    virtual void letGo(IObject* p_element) { releaseElement(p_element); }
+
+    /// Whether an element that was read, and may be null, joins the items.
+    virtual bool_t acceptElement(const Container&, const Key&, IObject*) { return 1; }
 
     Container m_items;
 
 private:
+    bool_t declareItems(ISerializer* p_serializer) const {
+        bool_t done = ContainerStream::beginDeclaration(p_serializer);
+        bool_t hasKey = 0;
+        for (const auto& item : m_items) {
+            visitItem(item, [&](const Key& p_key, IObject* p_element) {
+                done = done && (hasKey || StoredKey<Key>::declare(p_serializer, p_key)) &&
+                       ContainerStream::declareElement(p_serializer, p_element);
+                hasKey = 1;
+            });
+        }
+        return done && ContainerStream::endDeclaration(p_serializer);
+    }
+
+    bool_t writeItems(ISerializer* p_serializer) const {
+        uint64_t count = 0;
+        for (const auto& item : m_items) {
+            visitItem(item, [&](const Key&, IObject*) { count++; });
+        }
+        bool_t done = ContainerStream::beginItems(p_serializer, count);
+        uint32_t index = 0;
+        for (const auto& item : m_items) {
+            visitItem(item, [&](const Key& p_key, IObject* p_element) {
+                done = done && writeItem(p_serializer, index++, p_key, p_element);
+            });
+        }
+        return done && ContainerStream::endItems(p_serializer);
+    }
+
+    static bool_t writeItem(ISerializer* p_serializer, uint32_t p_index, const Key& p_key, IObject* p_element) {
+        if (std::is_same_v<Key, NoKey> && p_element == nullptr) {
+            return ContainerStream::writeNullItem(p_serializer, p_index);
+        }
+        return ContainerStream::beginItem(p_serializer, p_index) && StoredKey<Key>::write(p_serializer, p_key) &&
+               ContainerStream::writeElement(p_serializer, p_element) && ContainerStream::endItem(p_serializer);
+    }
+
+    /// What was read replaces the items, also where the rest cannot be read.
+    bool_t readItems(IDeserializer* p_deserializer) {
+        bool_t found = 0;
+        uint32_t count = 0;
+        if (!ContainerStream::enterItems(p_deserializer, found, count)) {
+            return 0;
+        }
+        if (!found) {
+            return 1;
+        }
+        Container items;
+        bool_t done = 1;
+        for (uint32_t i = 0; i < count && done; i++) {
+            done = readItem(p_deserializer, i, items);
+        }
+        useItems(items);
+        return ContainerStream::leaveItems(p_deserializer) && done;
+    }
+
+    bool_t readItem(IDeserializer* p_deserializer, uint32_t p_index, Container& p_items) {
+        bool_t isNull = 0;
+        if (!ContainerStream::enterItem(p_deserializer, p_index, isNull)) {
+            return 0;
+        }
+        Key key = Key();
+        IObject* element = nullptr;
+        const bool_t done = isNull || (StoredKey<Key>::read(p_deserializer, key) &&
+                                       ContainerStream::readElement(p_deserializer, element));
+        const bool_t isKeyMissing = isNull && !std::is_same_v<Key, NoKey>;
+        if (!done || isKeyMissing || !acceptElement(p_items, key, element)) {
+            releaseElement(element);
+        } else {
+            releaseElement(addItem(p_items, key, element));
+        }
+        return ContainerStream::leaveItem(p_deserializer) && done;
+    }
+
     template <typename Function> void forEach(bool_t p_deep, Function p_function) const {
         if (!p_deep) {
             return;
         }
         for (const auto& item : m_items) {
-            if (IObject* element = getElement(item)) {
-                p_function(element);
-            }
+            visitItem(item, [&](const Key&, IObject* p_element) {
+                if (p_element != nullptr) {
+                    p_function(p_element);
+                }
+            });
         }
     }
 };

@@ -1,4 +1,6 @@
-#include "zyr_common/implementation/zyr_container_level.h"
+#include "zyr_common/implementation/zyr_container_items.h"
+
+#include "zyr_common/object/zyr_object.h"
 
 namespace zyr {
 
@@ -7,10 +9,6 @@ IObject* takeElement(IObject* p_element, bool_t p_share) {
         return nullptr;
     }
     return p_share ? p_element->addRef() : p_element->clone();
-}
-
-IObject* addElementReference(IObject* p_element) {
-    return takeElement(p_element, 1);
 }
 
 void releaseElement(IObject* p_element) {

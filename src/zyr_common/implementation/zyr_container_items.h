@@ -1,0 +1,77 @@
+/// The items of the plain containers that containers of objects stand on: what differs between them.
+#pragma once
+
+#include "zyr_common/containers/zyr_array.h"
+#include "zyr_common/containers/zyr_hash_map.h"
+#include "zyr_common/containers/zyr_hash_multi_map.h"
+#include "zyr_common/containers/zyr_list.h"
+#include "zyr_common/containers/zyr_sorted_map.h"
+
+namespace zyr {
+
+/// A further reference on the element, or a clone of it. Both of these take null as well.
+IObject* takeElement(IObject* p_element, bool_t p_share);
+void releaseElement(IObject* p_element);
+
+/// Stands for the key in a container without keys.
+struct NoKey {};
+
+/// The key type of a plain container over `IObject*`.
+template <class Container> struct ContainerKey { using Type = NoKey; };
+template <typename K> struct ContainerKey<HashMap<K, IObject*>> { using Type = K; };
+template <typename K> struct ContainerKey<HashMultiMap<K, IObject*>> { using Type = K; };
+template <typename K> struct ContainerKey<SortedMap<K, IObject*>> { using Type = K; };
+
+/// Call the function with the key of an item and each of its elements, which may be null.
+template <typename Function> void visitItem(IObject* p_item, Function p_function) {
+    p_function(NoKey(), p_item);
+}
+template <typename K, typename Function> void visitItem(const HashMapEntry<K, IObject*>& p_entry, Function p_function) {
+    p_function(p_entry.m_first, p_entry.m_second);
+}
+template <typename K, typename Function>
+void visitItem(const HashMultiMapEntry<K, IObject*>& p_entry, Function p_function) {
+    for (size_t i = 0; i < p_entry.m_second.getSize(); i++) {
+        p_function(p_entry.m_first, p_entry.m_second[i]);
+    }
+}
+template <class Node, typename Function> void visitItem(const Node& p_node, Function p_function) requires requires {
+    p_node.m_key;
+}
+{ p_function(p_node.m_key, p_node.m_value); }
+
+/// Add an element, whose reference becomes the container's, behind the others. They give what it displaced, whose
+/// reference becomes the caller's.
+inline IObject* addItem(Array<IObject*>& p_items, NoKey, IObject* p_element) {
+    p_items.pushBack(p_element);
+    return nullptr;
+}
+inline IObject* addItem(List<IObject*>& p_items, NoKey, IObject* p_element) {
+    p_items.pushBack(p_element);
+    return nullptr;
+}
+template <typename K> IObject* addItem(HashMap<K, IObject*>& p_items, const K& p_key, IObject* p_element) {
+    IObject** existing = nullptr;
+    return p_items.pushBack(p_key, p_element, &existing) ? nullptr : std::exchange(*existing, p_element);
+}
+template <typename K> IObject* addItem(HashMultiMap<K, IObject*>& p_items, const K& p_key, IObject* p_element) {
+    p_items.pushBack(p_key, p_element);
+    return nullptr;
+}
+template <typename K> IObject* addItem(SortedMap<K, IObject*>& p_items, const K& p_key, IObject* p_element) {
+    IObject* displaced = p_items.find(p_key);
+    p_items.insert(p_key, p_element);
+    return displaced;
+}
+
+/// Exchange the contents.
+template <class Container> void swapItems(Container& p_a, Container& p_b) {
+    p_a.swap(p_b);
+}
+template <typename K> void swapItems(SortedMap<K, IObject*>& p_a, SortedMap<K, IObject*>& p_b) {
+    const SortedMap<K, IObject*> items(p_a);
+    p_a = p_b;
+    p_b = items;
+}
+
+} // namespace zyr
