@@ -124,7 +124,7 @@ if $cross; then
     tools+=(gcc-aarch64-linux-gnu g++-aarch64-linux-gnu qemu-user-static)
 fi
 installPackages "${tools[@]}" "${headers[@]}" "${libraries[@]/%/$suffix}"
-wants test && installPackages ffmpeg xvfb xterm qemu-user-static locales
+wants test && installPackages ffmpeg python3-jsonschema xvfb xterm qemu-user-static locales
 wants lint && installPackages clang-format clang-tidy python3 shellcheck
 wants docs && installPackages doxygen
 wants bench && installPackages libspdlog-dev libtsl-ordered-map-dev libtbb-dev libeigen3-dev libglm-dev

@@ -1,11 +1,14 @@
 #include "host/zyr_command_line.h"
+#include "host/zyr_encoder_options.h"
 #include "host/zyr_plugin_guard.h"
 #include "host/zyr_video_source.h"
+#include "zyr_common/platform/zyr_time.h"
 #include "zyr_common/platform/zyr_version.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -69,6 +72,36 @@ std::string checkScale(const std::string& p_text) {
     return scale >= 0.0001 && scale <= 1000 ? "" : "'" + p_text + "' is not a number from 0.0001 to 1000";
 }
 
+std::string checkCount(const std::string& p_text) {
+    const bool number =
+        !p_text.empty() && p_text.size() < 20 && p_text.find_first_not_of("0123456789") == std::string::npos;
+    return number && p_text.find_first_not_of('0') != std::string::npos ? ""
+                                                                        : "'" + p_text + "' is not a number above 0";
+}
+
+bool parseBitrate(const std::string& p_text, uint64_t& p_bitrate) {
+    double number = 0;
+    const char* const end = p_text.data() + p_text.size();
+    const auto [stop, error] = std::from_chars(p_text.data(), end, number);
+    const std::string unit(stop, end);
+    const double factor = unit.empty() ? 1 : unit == "k" ? 1e3 : unit == "M" ? 1e6 : 0;
+    const double bits = number * factor;
+    if (error != std::errc() || !(bits >= 1000 && bits <= 1e9)) {
+        return false;
+    }
+    p_bitrate = uint64_t(bits);
+    return true;
+}
+
+std::string checkBitrate(const std::string& p_text) {
+    uint64_t bitrate = 0;
+    return parseBitrate(p_text, bitrate) ? "" : "'" + p_text + "' is not a bitrate such as 800k, from 1k to 1000M";
+}
+
+std::string checkEncoderOptions(const std::string& p_text) {
+    return EncoderOptions::isWellFormed(p_text) ? "" : "'" + p_text + "' is not of the form key=value,key=value";
+}
+
 struct Program {
     CLI::App m_app{"Host of the Zyrmont codec plug-ins: shows what works here and sends video through it.", "zyr-host"};
     InspectOptions m_inspect;
@@ -78,8 +111,10 @@ struct Program {
     PathOptions m_path;
     LayoutOptions m_layout;
     std::string m_size;
+    std::string m_bitrate;
     std::vector<std::string> m_resizes;
     int m_result = EXIT_DONE;
+    uint64_t m_startTime = zyr_getCurrentTime();
 
     Program() {
         m_app.set_version_flag("--version", "zyr-host " + std::string(zyr_getFrameworkVersionString()));
@@ -110,8 +145,8 @@ struct Program {
         StreamOptions& o = m_stream;
         command
             ->add_option("input", o.m_input,
-                         "Video file, image sequence pattern (frames/%04d.png) or "
-                         "generate:WIDTHxHEIGHT[@RATE][:COUNT]")
+                         "Video file, stored stream, - for the standard input, image sequence pattern "
+                         "(frames/%04d.png) or generate:WIDTHxHEIGHT[@RATE][:COUNT]")
             ->required();
         command->add_option("--codec", o.m_codec, "Codec by name: vp9, h264, mpeg1video");
         command->add_option("--encoder", o.m_encoder, "Encoder implementation, such as libvpx-vp9");
@@ -121,17 +156,31 @@ struct Program {
         command->add_option("--quality", o.m_quality, "0 (small) to 100 (good)")
             ->check(CLI::Range(0, 100))
             ->capture_default_str();
-        command->add_option("--frames", o.m_maxFrames, "Stop after this many frames (default: all)");
+        command->add_option("--encoder-options", o.m_encoderOptions, "key=value,... on top of the agreed options")
+            ->check(checkEncoderOptions);
+        command->add_option("--tune", o.m_tune, "screen: what helps contents of a screen")
+            ->check(CLI::IsMember({"screen"}));
+        command->add_option("--frames", o.m_maxFrames, "Stop after this many frames (default: all)")->check(checkCount);
+        command->add_option("--bitrate", m_bitrate, "Keep to so many bits per second, such as 800k or 2.5M")
+            ->check(checkBitrate);
         command->add_option("--size", m_size, "Scale the pictures to WIDTHxHEIGHT")->check(checkSize);
         command
             ->add_option("--resize-at", m_resizes,
                          "FRAME:WIDTHxHEIGHT, change the size from this frame on; may be given more than once")
             ->check(checkResize);
-        command->add_option("-o,--packets", o.m_packetPath, "Write the packets to this file (ivf, webm, mkv, mpg)");
+        command->add_option("-o,--packets", o.m_packetPath,
+                            "Write the packets to this file (ivf, webm, mkv, mp4, mpg, zyrs), or - for the standard "
+                            "output");
         command->add_option("--packets-format", o.m_packetFormat,
                             "Format of the packet file (default: by its extension)");
-        command->add_option("--pictures", o.m_picturePath, "Write the decoded pictures to name.y4m or frames/%04d.png");
-        command->add_option("--report", o.m_reportPath, "Write the report as JSON to this file as well");
+        command->add_option("--pictures", o.m_picturePath,
+                            "Write the decoded pictures to name.y4m, - or frames/%04d.png");
+        command->add_option("--source-pictures", o.m_sourcePicturePath,
+                            "Write the pictures that the encoder got, in the same forms");
+        command->add_option("--report", o.m_reportPath, "Write the report as JSON to this file as well, or to -");
+        command->add_option("--frames-log", o.m_framesLogPath,
+                            "Write a row of data for each frame: CSV, or JSON lines for name.jsonl");
+        command->add_flag("--tolerant", o.m_tolerant, "A damaged source or one that ends early is no failure");
         command->add_flag("--explain", o.m_explain, "Tell which pairs matched and why others did not");
         command->add_flag("--json", o.m_json, "Print the report as JSON");
         command->add_flag("!--no-progress", o.m_progress, "Show no progress on a terminal");
@@ -149,6 +198,10 @@ struct Program {
                 parseResize(text, step);
                 m_stream.m_resizes.push_back(step);
             }
+            if (!m_bitrate.empty()) {
+                parseBitrate(m_bitrate, m_stream.m_bitrate);
+            }
+            m_stream.m_startTime = m_startTime;
             const PluginGuard guard;
             m_result = runStream(m_stream);
         });
@@ -237,6 +290,9 @@ int main(int argc, char** argv) {
         return program.m_result;
     } catch (const CLI::ParseError& error) {
         return program.m_app.exit(error) == 0 ? EXIT_DONE : EXIT_USAGE;
+    } catch (const UsageError& error) {
+        fprintf(stderr, "zyr-host: %s\n", error.what());
+        return EXIT_USAGE;
     } catch (const ModuleError& error) {
         fprintf(stderr, "zyr-host: %s\n", error.what());
         return EXIT_MODULE_FAILED;

@@ -15,7 +15,8 @@ enum ExitCode : int {
     EXIT_RUN_FAILED = 1,
     EXIT_USAGE = 2,
     EXIT_CODEC_NOT_USABLE = 3,
-    EXIT_MODULE_FAILED = 4
+    EXIT_MODULE_FAILED = 4,
+    EXIT_BY_SIGNAL = 128 ///< Plus the number of the signal.
 };
 
 struct InspectOptions {
@@ -38,15 +39,22 @@ struct StreamOptions {
     std::string m_encoder;
     std::string m_decoder;
     std::string m_require;
-    std::string m_packetPath;
+    std::string m_encoderOptions; ///< On top of what was agreed.
+    std::string m_tune;           ///< "screen" or empty.
+    std::string m_packetPath;     ///< For this and the next four "-" is the standard output.
     std::string m_packetFormat;
     std::string m_picturePath;
+    std::string m_sourcePicturePath;
     std::string m_reportPath;
+    std::string m_framesLogPath;
     std::vector<ResizeStep> m_resizes;
     uint32_t m_width = 0;
     uint32_t m_height = 0;
-    uint64_t m_maxFrames = 0;
+    uint64_t m_maxFrames = 0; ///< 0: all.
+    uint64_t m_startTime = 0; ///< When the program was started, on zyr_getCurrentTime()'s clock.
+    uint64_t m_bitrate = 0;   ///< Target in bits per second, 0 for a constant quality.
     int m_quality = 60;
+    bool m_tolerant = false; ///< A damaged source is no failure.
     bool m_explain = false;
     bool m_json = false;
     bool m_progress = true;

@@ -56,6 +56,24 @@ template <typename Interface, typename Guard> std::vector<ObjectHandle<Interface
     return objects;
 }
 
+thread_local std::string t_lines;
+thread_local bool t_listening = false;
+
+/// Takes kept text apart, and empties it.
+std::vector<std::string> takeLines(std::string& p_text) {
+    std::vector<std::string> lines;
+    size_t start = 0;
+    while (start < p_text.size()) {
+        const size_t end = std::min(p_text.find('\n', start), p_text.size());
+        if (end > start) {
+            lines.push_back(p_text.substr(start, end - start));
+        }
+        start = end + 1;
+    }
+    p_text.clear();
+    return lines;
+}
+
 std::string lastWarning(const std::vector<std::string>& p_lines) {
     std::string message;
     for (const std::string& line : p_lines) {
@@ -91,6 +109,9 @@ void HostApplicationData::openLogFile(const String& p_prefix, const String& p_na
 }
 
 void HostApplicationData::printStringOnLogFile(const String& p_text) {
+    if (t_listening) {
+        t_lines.append(p_text.getData(), p_text.getLengthInBytes());
+    }
     {
         const std::lock_guard<std::mutex> guard(m_linesMutex);
         if (m_listening) {
@@ -109,17 +130,17 @@ void HostApplicationData::startListening() {
 std::vector<std::string> HostApplicationData::stopListening() {
     const std::lock_guard<std::mutex> guard(m_linesMutex);
     m_listening = false;
-    std::vector<std::string> lines;
-    size_t start = 0;
-    while (start < m_lines.size()) {
-        const size_t end = std::min(m_lines.find('\n', start), m_lines.size());
-        if (end > start) {
-            lines.push_back(m_lines.substr(start, end - start));
-        }
-        start = end + 1;
-    }
-    m_lines.clear();
-    return lines;
+    return takeLines(m_lines);
+}
+
+void HostApplicationData::startListeningHere() {
+    t_lines.clear();
+    t_listening = true;
+}
+
+std::vector<std::string> HostApplicationData::stopListeningHere() {
+    t_listening = false;
+    return takeLines(t_lines);
 }
 
 bool parseLogLine(const std::string& p_line, LogLine& p_parts) {
@@ -260,6 +281,10 @@ ObjectHandle<IUnpackedFrameData> createSourceFrame(uint32_t p_width, uint32_t p_
     reserved->setSystemMemory(image.get());
     p_image = image.get();
     return frame;
+}
+
+ObjectHandle<IPackedFrameData> createPackedFrame() {
+    return createByInterface<IPackedFrameData>();
 }
 
 } // namespace zyr::host

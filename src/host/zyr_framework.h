@@ -38,8 +38,14 @@ public:
     /// Without a directory the log is dropped; its lines can be listened to all the same.
     void openLogFile(const String& p_prefix, const String& p_name) override;
 
-    /// Starts to keep lines, dropping those kept before.
+    /// Starts to keep the lines of all threads, dropping those kept before.
     void startListening();
+
+    /// Starts to keep the calling thread's lines, for that thread alone. Does not meet startListening().
+    static void startListeningHere();
+
+    /// Stops what startListeningHere() began, and gives the lines without line feeds.
+    static std::vector<std::string> stopListeningHere();
 
     /// Stops, and gives the lines without line feeds.
     std::vector<std::string> stopListening();
@@ -118,6 +124,9 @@ private:
 
 /// A new picture frame around a new image of the given size in B,G,R,A. Null handles never come back.
 ObjectHandle<IUnpackedFrameData> createSourceFrame(uint32_t p_width, uint32_t p_height, IImage*& p_image);
+
+/// A new packed frame without contents. Null handles never come back.
+ObjectHandle<IPackedFrameData> createPackedFrame();
 
 std::string toText(const String& p_text);
 std::string toText(const GUID_t& p_guid);

@@ -121,8 +121,8 @@ std::vector<std::unique_ptr<Match>> judge(const Market& p_market, const Choice& 
     return matches;
 }
 
-const Match* chooseMatch(const std::vector<std::unique_ptr<Match>>& p_matches) {
-    const Match* best = nullptr;
+Match* chooseMatch(const std::vector<std::unique_ptr<Match>>& p_matches) {
+    Match* best = nullptr;
     for (const std::unique_ptr<Match>& match : p_matches) {
         if (best == nullptr ||
             (match->m_info.codecName == best->m_info.codecName && match->m_info.rating > best->m_info.rating)) {
@@ -130,6 +130,15 @@ const Match* chooseMatch(const std::vector<std::unique_ptr<Match>>& p_matches) {
         }
     }
     return best;
+}
+
+bool preferLimitedRange(Match& p_match) {
+    bool agreed = true;
+    for (FrameCodecInfo* info : {&p_match.m_info, &p_match.m_decoderInfo}) {
+        agreed = agreed && info->colorSpaces.remove(ZYR_COLOR_SPACE_BT_601) &&
+                 info->colorSpaces.pushFront(ZYR_COLOR_SPACE_BT_601, nullptr);
+    }
+    return agreed;
 }
 
 } // namespace zyr::host

@@ -61,10 +61,18 @@ std::vector<std::unique_ptr<Match>> judge(const Market& p_market, const Choice& 
 
 /// The match to use: among those of the first match's codec the best rated, and the earliest of equals. Null without
 /// matches.
-const Match* chooseMatch(const std::vector<std::unique_ptr<Match>>& p_matches);
+Match* chooseMatch(const std::vector<std::unique_ptr<Match>>& p_matches);
+
+/// Makes BT.601 of limited range the agreed colour space of both sides. False when it is not among those agreed.
+bool preferLimitedRange(Match& p_match);
 
 /// The first reason for which a proposal and a request don't go together; empty when they do.
 std::string explainMismatch(const FrameCodecProposal& p_proposal, const FrameCodecRequest& p_request);
+
+/// The agreed choice of a set of a record: its first element, or the value 0.
+template <typename Enumeration> Enumeration firstOf(const HashSet<Enumeration>& p_set) {
+    return p_set.isEmpty() ? Enumeration(0) : p_set.frontConst();
+}
 
 std::string ratingText(CodecRatingEnum p_rating);
 std::string colorSpaceText(ColorSpaceEnum p_space);

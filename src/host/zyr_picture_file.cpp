@@ -1,12 +1,12 @@
 #include "host/zyr_picture_file.h"
 
-#include "host/zyr_video_source.h"
+#include "host/zyr_output_file.h"
 
-#include <libyuv.h>
 #include <png.h>
 
 #include <cerrno>
 #include <cstring>
+#include <unistd.h>
 
 namespace zyr::host {
 
@@ -16,78 +16,64 @@ bool endsWith(const std::string& p_text, const std::string& p_end) {
     return p_text.size() >= p_end.size() && p_text.compare(p_text.size() - p_end.size(), p_end.size(), p_end) == 0;
 }
 
-[[noreturn]] void failWith(const std::string& p_path, int p_error) {
-    throw RunError("cannot write '" + p_path + "': " + std::strerror(p_error));
-}
-
-struct FileCloser {
-    void operator()(FILE* p_file) const { fclose(p_file); }
-};
-
 class Y4mFile : public PictureFile {
 public:
-    Y4mFile(const std::string& p_path, int p_rateNumerator, int p_rateDenominator)
-        : m_path(p_path), m_rateNumerator(p_rateNumerator), m_rateDenominator(p_rateDenominator) {}
-
-    void write(const uint8_t* p_pixels, uint32_t p_pitch, uint32_t p_width, uint32_t p_height, uint64_t) override {
-        if (!m_file || p_width != m_width || p_height != m_height) {
-            begin(p_width, p_height);
-        }
-        const int width = int(p_width);
-        const int height = int(p_height);
-        const int half = (width + 1) / 2;
-        const size_t luma = size_t(width) * height;
-        const size_t chroma = size_t(half) * ((height + 1) / 2);
-        m_planes.resize(luma + 2 * chroma);
-        // libyuv names pixels as little-endian words, so R,G,B,A in memory is its ABGR.
-        libyuv::ABGRToI420(p_pixels, int(p_pitch), m_planes.data(), width, m_planes.data() + luma, half,
-                           m_planes.data() + luma + chroma, half, width, height);
-        put("FRAME\n", 6);
-        put(m_planes.data(), m_planes.size());
+    Y4mFile(const std::string& p_path, Fraction p_rate, bool p_fullRange)
+        : m_path(p_path), m_rate(p_rate), m_fullRange(p_fullRange) {
+        open();
     }
 
-    void close() override {
-        if (m_file) {
-            if (fclose(m_file.release()) != 0) {
-                failWith(m_paths.back(), errno);
+    void write(const ShownPicture& p_picture, uint64_t) override {
+        const PlanePicture& planes = *p_picture.m_planes;
+        if (planes.getWidth() != m_width || planes.getHeight() != m_height) {
+            begin(planes.getWidth(), planes.getHeight());
+        }
+        m_bytes.assign("FRAME\n");
+        for (int i = 0; i < PlanePicture::NUM_OF_PLANES; i++) {
+            const char* row = reinterpret_cast<const char*>(planes.getPlane(i));
+            for (uint32_t y = 0; y < planes.getHeight(i); y++, row += planes.getPitch(i)) {
+                m_bytes.append(row, planes.getWidth(i));
             }
         }
+        m_file->write(m_bytes.data(), m_bytes.size());
     }
+
+    void close() override { m_file->close(); }
 
     std::vector<std::string> getPaths() const override { return m_paths; }
 
 private:
-    void begin(uint32_t p_width, uint32_t p_height) {
-        close();
+    void open() {
         std::string path = m_path;
         if (!m_paths.empty()) {
             path.insert(path.size() - 4, "-" + std::to_string(m_paths.size() + 1));
         }
-        m_file.reset(fopen(path.c_str(), "wb"));
-        if (!m_file) {
-            failWith(path, errno);
-        }
+        m_file = std::make_unique<OutputFile>(path);
         m_paths.push_back(path);
+    }
+
+    void begin(uint32_t p_width, uint32_t p_height) {
+        if (m_width != 0) {
+            if (m_path == "-") {
+                throw RunError("the pictures changed their size, which Y4M on the standard output cannot follow");
+            }
+            close();
+            open();
+        }
         m_width = p_width;
         m_height = p_height;
         const std::string header = "YUV4MPEG2 W" + std::to_string(p_width) + " H" + std::to_string(p_height) + " F" +
-                                   std::to_string(m_rateNumerator) + ":" + std::to_string(m_rateDenominator) +
-                                   " Ip A1:1 C420jpeg XCOLORRANGE=LIMITED\n";
-        put(header.data(), header.size());
-    }
-
-    void put(const void* p_data, size_t p_size) {
-        if (fwrite(p_data, 1, p_size, m_file.get()) != p_size || fflush(m_file.get()) != 0) {
-            failWith(m_paths.back(), errno);
-        }
+                                   std::to_string(m_rate.m_numerator) + ":" + std::to_string(m_rate.m_denominator) +
+                                   " Ip A1:1 C420jpeg XCOLORRANGE=" + (m_fullRange ? "FULL" : "LIMITED") + "\n";
+        m_file->write(header.data(), header.size());
     }
 
     std::string m_path;
+    std::string m_bytes;
     std::vector<std::string> m_paths;
-    std::vector<uint8_t> m_planes;
-    std::unique_ptr<FILE, FileCloser> m_file;
-    int m_rateNumerator;
-    int m_rateDenominator;
+    std::unique_ptr<OutputFile> m_file;
+    Fraction m_rate;
+    bool m_fullRange;
     uint32_t m_width = 0;
     uint32_t m_height = 0;
 };
@@ -96,10 +82,15 @@ class PngFiles : public PictureFile {
 public:
     /// The pattern holds one "%d" or "%0Nd"; anything else was refused before.
     PngFiles(const std::string& p_head, int p_digits, const std::string& p_tail)
-        : m_head(p_head), m_tail(p_tail), m_digits(p_digits) {}
+        : m_head(p_head), m_tail(p_tail), m_digits(p_digits) {
+        const size_t slash = p_head.rfind('/');
+        const std::string directory = slash == std::string::npos ? "." : p_head.substr(0, slash + 1);
+        if (access(directory.c_str(), W_OK | X_OK) != 0) {
+            throw RunError("cannot write into '" + directory + "': " + std::strerror(errno));
+        }
+    }
 
-    void write(const uint8_t* p_pixels, uint32_t p_pitch, uint32_t p_width, uint32_t p_height,
-               uint64_t p_index) override {
+    void write(const ShownPicture& p_picture, uint64_t p_index) override {
         std::string number = std::to_string(p_index);
         if (number.size() < size_t(m_digits)) {
             number.insert(0, size_t(m_digits) - number.size(), '0');
@@ -107,31 +98,35 @@ public:
         const std::string path = m_head + number + m_tail;
         png_image image{};
         image.version = PNG_IMAGE_VERSION;
-        image.width = p_width;
-        image.height = p_height;
-        image.format = PNG_FORMAT_RGBA;
+        image.width = p_picture.m_width;
+        image.height = p_picture.m_height;
+        image.format = p_picture.m_blueFirst ? PNG_FORMAT_BGRA : PNG_FORMAT_RGBA;
         image.flags = PNG_IMAGE_FLAG_FAST;
-        if (png_image_write_to_file(&image, path.c_str(), 0, p_pixels, png_int_32(p_pitch), nullptr) == 0) {
+        if (png_image_write_to_file(&image, path.c_str(), 0, p_picture.m_pixels, png_int_32(p_picture.m_pitch),
+                                    nullptr) == 0) {
             throw RunError("cannot write '" + path + "': " + image.message);
         }
-        m_paths.push_back(path);
+        m_count++;
     }
 
     void close() override {}
-    std::vector<std::string> getPaths() const override { return m_paths; }
+    std::vector<std::string> getPaths() const override {
+        const std::string digits = m_digits > 0 ? "%0" + std::to_string(m_digits) + "d" : "%d";
+        return m_count > 0 ? std::vector<std::string>{m_head + digits + m_tail} : std::vector<std::string>();
+    }
 
 private:
     std::string m_head;
     std::string m_tail;
-    std::vector<std::string> m_paths;
     int m_digits;
+    uint64_t m_count = 0;
 };
 
 } // namespace
 
-std::unique_ptr<PictureFile> openPictureFile(const std::string& p_path, int p_rateNumerator, int p_rateDenominator) {
-    if (endsWith(p_path, ".y4m") && p_path.size() > 4) {
-        return std::make_unique<Y4mFile>(p_path, p_rateNumerator, p_rateDenominator);
+std::unique_ptr<PictureFile> openPictureFile(const std::string& p_path, Fraction p_rate, bool p_fullRange) {
+    if (p_path == "-" || (endsWith(p_path, ".y4m") && p_path.size() > 4)) {
+        return std::make_unique<Y4mFile>(p_path, p_rate, p_fullRange);
     }
     const size_t percent = p_path.find('%');
     if (endsWith(p_path, ".png") && percent != std::string::npos &&

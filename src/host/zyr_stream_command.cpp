@@ -1,305 +1,18 @@
 #include "host/zyr_command_line.h"
-#include "host/zyr_negotiation.h"
-#include "host/zyr_packet_file.h"
-#include "host/zyr_picture_file.h"
-#include "host/zyr_stream_report.h"
-#include "host/zyr_video_source.h"
+#include "host/zyr_heap_tuning.h"
+#include "host/zyr_input_file.h"
+#include "host/zyr_interruption.h"
+#include "host/zyr_standard_output.h"
+#include "host/zyr_stored_stream.h"
+#include "host/zyr_stream_run.h"
 
-#include "zyr_common/platform/zyr_time.h"
-
-#include <libyuv.h>
 #include <nlohmann/json.hpp>
 
-#include <csignal>
 #include <cstdio>
-#include <fstream>
-#include <unistd.h>
 
 namespace zyr::host {
 
 namespace {
-
-/// So many failed frames in a row mean that the stream does not work at all.
-constexpr uint64_t MAX_FAILURES_IN_A_ROW = 30;
-
-volatile sig_atomic_t g_interrupted = 0;
-
-void onInterrupt(int) {
-    g_interrupted = 1;
-}
-
-/// Turns Ctrl-C into a flag for the time of a run, so that the files are completed. A second one ends the program.
-class InterruptGuard {
-public:
-    InterruptGuard() {
-        struct sigaction action {};
-        action.sa_handler = onInterrupt;
-        action.sa_flags = int(SA_RESETHAND);
-        g_interrupted = 0;
-        sigaction(SIGINT, &action, &m_interrupt);
-        sigaction(SIGTERM, &action, &m_terminate);
-    }
-    ~InterruptGuard() {
-        sigaction(SIGINT, &m_interrupt, nullptr);
-        sigaction(SIGTERM, &m_terminate, nullptr);
-    }
-    InterruptGuard(const InterruptGuard&) = delete;
-    InterruptGuard& operator=(const InterruptGuard&) = delete;
-
-private:
-    struct sigaction m_interrupt {};
-    struct sigaction m_terminate {};
-};
-
-/// A progress line on a terminal, at most ten times a second.
-class Progress {
-public:
-    Progress(bool p_wanted, uint64_t p_expected)
-        : m_expected(p_expected), m_shown(p_wanted && isatty(STDERR_FILENO)), m_start(zyr_getCurrentTime()) {}
-    ~Progress() {
-        if (m_shown && m_last != 0) {
-            fprintf(stderr, "\r\033[K");
-        }
-    }
-    Progress(const Progress&) = delete;
-    Progress& operator=(const Progress&) = delete;
-
-    void show(uint64_t p_frames) {
-        const uint64_t now = zyr_getCurrentTime();
-        if (!m_shown || now - m_last < 100000000) {
-            return;
-        }
-        m_last = now;
-        const double seconds = double(now - m_start) / 1e9;
-        char total[32] = "";
-        if (m_expected >= p_frames) {
-            snprintf(total, sizeof(total), "/%llu", static_cast<unsigned long long>(m_expected));
-        }
-        fprintf(stderr, "\r\033[Kframe %llu%s, %.1f fps", static_cast<unsigned long long>(p_frames), total,
-                seconds > 0 ? double(p_frames) / seconds : 0.0);
-    }
-
-private:
-    uint64_t m_expected;
-    bool m_shown;
-    uint64_t m_start;
-    uint64_t m_last = 0;
-};
-
-/// One run: source, contexts, sinks and what they measured.
-class Stream {
-public:
-    Stream(const StreamOptions& p_options, Framework& p_framework, const Match& p_match, const Market& p_market,
-           VideoSource& p_source)
-        : m_options(p_options),
-          m_source(p_source),
-          m_match(p_match),
-          m_encoder(*p_market.m_encoders[p_match.m_offer->m_encoder]),
-          m_decoder(*p_market.m_decoders[p_match.m_wish->m_decoder]),
-          m_data(p_framework.getApplicationData()) {}
-
-    void run();
-
-    StreamReport m_report;
-
-private:
-    void open();
-    void fillIdentity();
-    bool readPicture();
-    void codeOne();
-    void keep(IPackedFrameData& p_packet);
-    void show(IUnpackedFrameData& p_picture);
-    void noteFailure(const char* p_what, const std::vector<std::string>& p_lines);
-    void close();
-
-    const StreamOptions& m_options;
-    VideoSource& m_source;
-    const Match& m_match;
-    IFrameEncoder& m_encoder;
-    IFrameDecoder& m_decoder;
-    HostApplicationData& m_data;
-    ObjectHandle<IFrameEncoderContext> m_encoderContext;
-    ObjectHandle<IFrameDecoderContext> m_decoderContext;
-    ObjectHandle<IUnpackedFrameData> m_frame;
-    IImage* m_image = nullptr;
-    Picture m_picture;
-    Picture m_scaled;
-    const Picture* m_current = nullptr;
-    PacketFile m_packets;
-    std::unique_ptr<PictureFile> m_pictures;
-    uint32_t m_targetWidth = 0;
-    uint32_t m_targetHeight = 0;
-    uint64_t m_failuresInARow = 0;
-};
-
-void Stream::fillIdentity() {
-    const FrameCodecInfo& info = m_match.m_info;
-    m_report.m_source = m_source.describe();
-    m_report.m_codec = toText(info.codecName);
-    m_report.m_encoder = toText(info.codecImplementation);
-    m_report.m_decoder = toText(m_match.m_decoderInfo.codecImplementation);
-    m_report.m_hardware = toText(info.hardwareDeviceName);
-    m_report.m_colorSpace =
-        info.colorSpaces.isEmpty() ? "none" : colorSpaceText(HashSet<ColorSpaceEnum>(info.colorSpaces).front());
-    m_report.m_quality = uint32_t(m_options.m_quality);
-}
-
-void Stream::open() {
-    fillIdentity();
-    if (!m_encoder.initialize(m_match.m_info)) {
-        throw RunError("the encoder refused what was negotiated (see the log)");
-    }
-    if (!m_decoder.initialize(m_match.m_decoderInfo)) {
-        throw RunError("the decoder refused what was negotiated (see the log)");
-    }
-    m_encoderContext.reset(m_encoder.createFrameEncoderContext());
-    m_decoderContext.reset(m_decoder.createFrameDecoderContext());
-    m_encoderContext->setQuality(uint8_t(m_options.m_quality));
-    if (!m_options.m_picturePath.empty()) {
-        m_pictures =
-            openPictureFile(m_options.m_picturePath, m_source.getRateNumerator(), m_source.getRateDenominator());
-    }
-    m_targetWidth = m_options.m_width;
-    m_targetHeight = m_options.m_height;
-}
-
-bool Stream::readPicture() {
-    for (const ResizeStep& step : m_options.m_resizes) {
-        if (step.m_frame == m_report.m_frames) {
-            m_targetWidth = step.m_width;
-            m_targetHeight = step.m_height;
-        }
-    }
-    const uint64_t start = zyr_getCurrentTime();
-    if (!m_source.read(m_picture)) {
-        return false;
-    }
-    m_current = &m_picture;
-    if (m_targetWidth != 0 && (m_targetWidth != m_picture.m_width || m_targetHeight != m_picture.m_height)) {
-        m_scaled.resize(m_targetWidth, m_targetHeight);
-        libyuv::ARGBScale(m_picture.m_pixels.data(), int(m_picture.m_pitch), int(m_picture.m_width),
-                          int(m_picture.m_height), m_scaled.m_pixels.data(), int(m_scaled.m_pitch), int(m_targetWidth),
-                          int(m_targetHeight), libyuv::kFilterBox);
-        m_current = &m_scaled;
-    }
-    if (m_current->m_width != m_report.m_width || m_current->m_height != m_report.m_height) {
-        m_report.m_resizes += m_report.m_width != 0;
-        m_report.m_width = m_current->m_width;
-        m_report.m_height = m_current->m_height;
-        m_frame = createSourceFrame(m_current->m_width, m_current->m_height, m_image);
-    }
-    libyuv::ARGBCopy(m_current->m_pixels.data(), int(m_current->m_pitch), static_cast<uint8_t*>(m_image->getData()),
-                     int(m_image->getPitch()), int(m_current->m_width), int(m_current->m_height));
-    m_report.m_read.add(zyr_getCurrentTime() - start);
-    return true;
-}
-
-void Stream::noteFailure(const char* p_what, const std::vector<std::string>& p_lines) {
-    std::string reason;
-    for (const std::string& line : p_lines) {
-        LogLine parts;
-        if (parseLogLine(line, parts) && parts.m_level == "WARN") {
-            reason = parts.m_message;
-        }
-    }
-    if (m_failuresInARow++ == 0) {
-        fprintf(stderr, "zyr-host: frame %llu could not be %s%s%s\n",
-                static_cast<unsigned long long>(m_report.m_frames), p_what, reason.empty() ? "" : ": ", reason.c_str());
-    }
-    if (m_failuresInARow >= MAX_FAILURES_IN_A_ROW) {
-        throw RunError("too many frames in a row could not be " + std::string(p_what) +
-                       (reason.empty() ? "" : ": " + reason));
-    }
-}
-
-void Stream::keep(IPackedFrameData& p_packet) {
-    const Array<uint8_t>* bytes = p_packet.getPackedData();
-    if (bytes->getSize() == 0) {
-        m_report.m_emptyPackets++;
-        return;
-    }
-    m_report.m_bytes += bytes->getSize();
-    if (m_options.m_packetPath.empty()) {
-        return;
-    }
-    if (!m_packets.isOpen()) {
-        m_packets.open(m_options.m_packetPath, m_options.m_packetFormat, m_report.m_codec, p_packet.getWidth(),
-                       p_packet.getHeight(), m_source.getRateNumerator(), m_source.getRateDenominator());
-        m_report.m_files.push_back(m_options.m_packetPath);
-    }
-    m_packets.write(bytes->getData(), bytes->getSize(), m_report.m_frames);
-}
-
-void Stream::show(IUnpackedFrameData& p_picture) {
-    const IImage* image = p_picture.getSystemMemory(0, 1);
-    if (m_options.m_metrics) {
-        m_report.m_meter.add(m_current->m_pixels.data(), m_current->m_pitch,
-                             static_cast<const uint8_t*>(image->getData()), image->getPitch(), image->getWidth(),
-                             image->getHeight());
-    }
-    if (m_pictures) {
-        m_pictures->write(static_cast<const uint8_t*>(image->getData()), image->getPitch(), image->getWidth(),
-                          image->getHeight(), m_report.m_frames);
-    }
-}
-
-void Stream::codeOne() {
-    m_data.startListening();
-    uint64_t start = zyr_getCurrentTime();
-    ObjectHandle<IPackedFrameData> packet(m_encoderContext->encode(m_frame.get()));
-    m_report.m_encode.add(zyr_getCurrentTime() - start);
-    if (!packet) {
-        m_report.m_failedEncodes++;
-        noteFailure("encoded", m_data.stopListening());
-        return;
-    }
-    m_report.m_packets++;
-    start = zyr_getCurrentTime();
-    ObjectHandle<IUnpackedFrameData> picture(m_decoderContext->decode(packet.get()));
-    m_report.m_decode.add(zyr_getCurrentTime() - start);
-    const std::vector<std::string> lines = m_data.stopListening();
-    start = zyr_getCurrentTime();
-    keep(*packet);
-    if (!picture) {
-        m_report.m_failedDecodes++;
-        noteFailure("decoded", lines);
-        return;
-    }
-    m_report.m_pictures++;
-    m_failuresInARow = 0;
-    show(*picture);
-    m_report.m_write.add(zyr_getCurrentTime() - start);
-}
-
-void Stream::close() {
-    if (m_packets.isOpen()) {
-        m_packets.close();
-    }
-    if (m_pictures) {
-        m_pictures->close();
-        for (const std::string& path : m_pictures->getPaths()) {
-            m_report.m_files.push_back(path);
-        }
-    }
-}
-
-void Stream::run() {
-    open();
-    const InterruptGuard guard;
-    Progress progress(m_options.m_progress,
-                      m_options.m_maxFrames != 0 ? m_options.m_maxFrames : m_source.getExpectedCount());
-    const uint64_t start = zyr_getCurrentTime();
-    while (!g_interrupted && (m_options.m_maxFrames == 0 || m_report.m_frames < m_options.m_maxFrames) &&
-           readPicture()) {
-        codeOne();
-        m_report.m_frames++;
-        progress.show(m_report.m_frames);
-    }
-    m_report.m_interrupted = g_interrupted != 0;
-    m_report.m_unreadable = m_source.getUnreadableCount();
-    m_report.m_wallSeconds = double(zyr_getCurrentTime() - start) / 1e9;
-    close();
-}
 
 int tellNoMatch(const Choice& p_choice, const std::vector<std::string>& p_log) {
     fprintf(stderr, "zyr-host: no usable pair of encoder and decoder%s%s%s%s\n",
@@ -312,52 +25,140 @@ int tellNoMatch(const Choice& p_choice, const std::vector<std::string>& p_log) {
     return EXIT_CODEC_NOT_USABLE;
 }
 
+/// MPEG-1 has no word for full range, and players take it for limited.
+void fitColors(const StreamOptions& p_options, Match& p_match, std::vector<std::string>& p_notes) {
+    if (p_options.m_packetPath.empty() || toText(p_match.m_info.codecName) != "mpeg1video" ||
+        firstOf(p_match.m_info.colorSpaces) != ZYR_COLOR_SPACE_BT_601_FR) {
+        return;
+    }
+    p_notes.push_back(preferLimitedRange(p_match)
+                          ? "coded in limited range, since an MPEG-1 file cannot say that its range is full"
+                          : "players take the file's full range for limited: MPEG-1 cannot say it");
+}
+
+EncoderOptions collectOptions(const StreamOptions& p_options, const Match& p_match, Fraction p_rate) {
+    const std::string implementation = toText(p_match.m_info.codecImplementation);
+    EncoderOptions options = getRateOptions(implementation, p_rate.m_numerator, p_rate.m_denominator);
+    if (p_options.m_tune == "screen") {
+        options.add(getScreenOptions(implementation));
+    }
+    if (p_options.m_bitrate > 0) {
+        options.add(BitrateController::getOptions(EncoderOptions(toText(p_match.m_info.codecOptions)), implementation,
+                                                  p_options.m_bitrate, p_rate));
+    }
+    options.add(EncoderOptions(p_options.m_encoderOptions));
+    return options;
+}
+
+bool isFullRange(const Match& p_match) {
+    const ColorSpaceEnum space = firstOf(p_match.m_info.colorSpaces);
+    return space != ZYR_COLOR_SPACE_BT_601 && space != ZYR_COLOR_SPACE_BT_709;
+}
+
+void fillIdentity(StreamReport& p_report, const StreamOptions& p_options, const VideoSource& p_source,
+                  const Match& p_match) {
+    p_report.m_source = p_source.describe();
+    p_report.m_rate = p_source.getRate();
+    p_report.m_constantRate = p_source.hasConstantRate();
+    p_report.m_codec = toText(p_match.m_info.codecName);
+    p_report.m_encoder = toText(p_match.m_info.codecImplementation);
+    p_report.m_decoder = toText(p_match.m_decoderInfo.codecImplementation);
+    p_report.m_hardware = toText(p_match.m_info.hardwareDeviceName);
+    p_report.m_colorSpace =
+        p_match.m_info.colorSpaces.isEmpty() ? "none" : colorSpaceText(firstOf(p_match.m_info.colorSpaces));
+    p_report.m_quality = unsigned(p_options.m_quality);
+    p_report.m_metrics = p_options.m_metrics;
+}
+
+/// Puts the report where it was asked for. False when the standard output takes no more.
+bool tell(const StreamOptions& p_options, const StreamReport& p_report, StreamOutputs& p_outputs) {
+    const std::string json = p_report.toJson().dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+    if (p_outputs.m_report) {
+        p_outputs.m_report->write(json.data(), json.size());
+        p_outputs.m_report->close();
+    }
+    if (isStandardOutputTaken(p_options)) {
+        fputs(p_report.toTable().c_str(), stderr);
+        return true;
+    }
+    return printText(p_options.m_json ? json : p_report.toTable());
+}
+
+int exitCodeOf(const StreamOptions& p_options, const StreamReport& p_report) {
+    for (const std::string& complaint : p_report.m_complaints) {
+        fprintf(stderr, "zyr-host: %s\n", complaint.c_str());
+    }
+    if (p_report.m_interrupted) {
+        return EXIT_BY_SIGNAL + getInterruption();
+    }
+    const bool good = p_report.m_frames > 0 && p_report.m_failedEncodes == 0 && p_report.m_failedDecodes == 0 &&
+                      (p_options.m_tolerant || p_report.m_complaints.empty());
+    return good ? EXIT_DONE : EXIT_RUN_FAILED;
+}
+
+/// Null when the program was told to end while it waited for the source.
+std::unique_ptr<VideoSource> openSource(const StreamOptions& p_options, std::unique_ptr<InputFile>& p_stored) {
+    try {
+        return openVideoSource(p_options.m_input, p_stored);
+    } catch (const RunError&) {
+        if (getInterruption() == 0) {
+            throw;
+        }
+        return nullptr;
+    }
+}
+
 } // namespace
 
 int runStream(const StreamOptions& p_options) {
-    const std::unique_ptr<VideoSource> source = openVideoSource(p_options.m_input);
+    refuseSharedFiles(p_options);
+    tuneHeapForPictures();
+    const InterruptGuard guard;
+    std::unique_ptr<InputFile> stored;
+    std::unique_ptr<VideoSource> source = openSource(p_options, stored);
+    if (!source && !stored) {
+        return EXIT_BY_SIGNAL + getInterruption();
+    }
     Framework framework(p_options.m_framework);
     for (const std::string& refusal : framework.getRefusals()) {
         fprintf(stderr, "zyr-host: %s\n", refusal.c_str());
     }
     const Market market = openMarket(framework);
+    if (stored) {
+        source = openStoredStream(std::move(stored), framework, market);
+    }
     const Choice choice{p_options.m_codec, p_options.m_encoder, p_options.m_decoder, p_options.m_require};
     std::vector<std::string> log;
-    std::vector<std::string> notes;
-    const std::vector<std::unique_ptr<Match>> matches = judge(market, choice, log, notes);
-    const Match* match = chooseMatch(matches);
+    StreamReport report;
+    const std::vector<std::unique_ptr<Match>> matches = judge(market, choice, log, report.m_notes);
+    Match* match = chooseMatch(matches);
     if (match == nullptr) {
         return tellNoMatch(choice, log);
     }
+    fitColors(p_options, *match, report.m_notes);
+    fillIdentity(report, p_options, *source, *match);
+    const PlaneTap tap(framework.getApplicationData());
+    StreamCoder coder(*match, market);
+    coder.open(collectOptions(p_options, *match, source->getRate()), unsigned(p_options.m_quality));
+    report.m_encoderOptions = toText(match->m_info.codecOptions);
     if (p_options.m_explain) {
         for (const std::string& line : log) {
             fprintf(stderr, "%s\n", line.c_str());
         }
-        fprintf(stderr, "chosen: %s with %s\n", toText(match->m_info.codecImplementation).c_str(),
-                toText(match->m_decoderInfo.codecImplementation).c_str());
+        fprintf(stderr, "chosen: %s with %s\nencoder options: %s\n", report.m_encoder.c_str(), report.m_decoder.c_str(),
+                report.m_encoderOptions.c_str());
     }
-    for (const std::string& note : notes) {
+    for (const std::string& note : report.m_notes) {
         fprintf(stderr, "zyr-host: %s\n", note.c_str());
     }
-    Stream stream(p_options, framework, *match, market, *source);
-    stream.m_report.m_notes = notes;
-    stream.run();
-    const nlohmann::json json = stream.m_report.toJson();
-    if (!p_options.m_reportPath.empty()) {
-        std::ofstream file(p_options.m_reportPath);
-        file << json.dump(2) << "\n";
-        if (!file.flush()) {
-            throw RunError("cannot write '" + p_options.m_reportPath + "'");
-        }
-    }
-    if (p_options.m_json) {
-        printf("%s\n", json.dump(2).c_str());
-    } else {
-        printf("%s", stream.m_report.toTable().c_str());
-    }
-    const StreamReport& report = stream.m_report;
-    const bool good = report.m_frames > 0 && report.m_failedEncodes == 0 && report.m_failedDecodes == 0;
-    return good ? EXIT_DONE : EXIT_RUN_FAILED;
+    const bool fullRange = isFullRange(*match);
+    StreamOutputs outputs(p_options, report.m_codec, source->getRate(), fullRange);
+    const PacketStream stream{&match->m_decoderInfo,     0,        0, source->getRate(), source->getTimeBase(),
+                              source->hasConstantRate(), fullRange};
+    StreamRun(p_options, *source, coder, outputs, stream, report).run();
+    const bool told = tell(p_options, report, outputs);
+    const int result = exitCodeOf(p_options, report);
+    return told || result != EXIT_DONE ? result : EXIT_RUN_FAILED;
 }
 
 } // namespace zyr::host

@@ -1,9 +1,8 @@
 #include "host/zyr_stream_report.h"
 
-#include <libyuv.h>
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
+#include <cinttypes>
 #include <cmath>
 #include <cstdio>
 
@@ -17,23 +16,6 @@ template <typename... Values> std::string format(const char* p_format, Values...
     return text;
 }
 
-struct Planes {
-    uint8_t* y;
-    uint8_t* u;
-    uint8_t* v;
-    int width;
-    int half;
-};
-
-Planes layOut(std::vector<uint8_t>& p_storage, uint32_t p_width, uint32_t p_height) {
-    const int half = int(p_width + 1) / 2;
-    const size_t luma = size_t(p_width) * p_height;
-    const size_t chroma = size_t(half) * ((p_height + 1) / 2);
-    p_storage.resize(luma + 2 * chroma);
-    uint8_t* start = p_storage.data();
-    return Planes{start, start + luma, start + luma + chroma, int(p_width), half};
-}
-
 nlohmann::json stageToJson(const StageTimes& p_stage) {
     return {{"p50_ms", p_stage.getPercentile(50)},
             {"p95_ms", p_stage.getPercentile(95)},
@@ -45,51 +27,51 @@ std::string stageRow(const char* p_name, const StageTimes& p_stage) {
                   p_stage.getPercentile(99));
 }
 
+/// JSON knows neither infinity nor "not a number".
+nlohmann::json numberToJson(double p_number) {
+    return std::isfinite(p_number) ? nlohmann::json(p_number) : nlohmann::json(nullptr);
+}
+
+nlohmann::json likenessToJson(const LikenessTotal& p_total, const char* const (&p_planes)[3], const char* p_all) {
+    if (p_total.isEmpty()) {
+        return nullptr;
+    }
+    nlohmann::json psnr = {{p_all, numberToJson(p_total.getPsnr())},
+                           {"mean_of_frames", numberToJson(p_total.getMeanPsnr())},
+                           {"minimum", numberToJson(p_total.getLowestPsnr())},
+                           {"minimum_frame", p_total.getLowestPsnrFrame()}};
+    nlohmann::json ssim = {{p_all, numberToJson(p_total.getSsim())},
+                           {"minimum", numberToJson(p_total.getLowestSsim())},
+                           {"minimum_frame", p_total.getLowestSsimFrame()}};
+    for (int i = 0; i < Likeness::NUM_OF_PLANES; i++) {
+        psnr[p_planes[i]] = numberToJson(p_total.getPsnr(i));
+        ssim[p_planes[i]] = numberToJson(p_total.getSsim(i));
+    }
+    return {{"psnr_db", psnr}, {"ssim", ssim}, {"lossless", std::isinf(p_total.getPsnr())}};
+}
+
+std::string likenessRow(const char* p_name, const LikenessTotal& p_total, const char* p_planes) {
+    if (p_total.isEmpty()) {
+        return {};
+    }
+    return format("%s PSNR %.2f dB (%c %.2f, %c %.2f, %c %.2f; mean of frames %.2f, lowest %.2f in frame %" PRIu64 ")\n"
+                  "          SSIM %.4f (%c %.4f, %c %.4f, %c %.4f; lowest %.4f in frame %" PRIu64 ")\n",
+                  p_name, p_total.getPsnr(), p_planes[0], p_total.getPsnr(0), p_planes[1], p_total.getPsnr(1),
+                  p_planes[2], p_total.getPsnr(2), p_total.getMeanPsnr(), p_total.getLowestPsnr(),
+                  p_total.getLowestPsnrFrame(), p_total.getSsim(), p_planes[0], p_total.getSsim(0), p_planes[1],
+                  p_total.getSsim(1), p_planes[2], p_total.getSsim(2), p_total.getLowestSsim(),
+                  p_total.getLowestSsimFrame());
+}
+
+std::string colorsText(const SourceColors& p_colors) {
+    return p_colors.m_matrix +
+           (p_colors.m_matrix == "rgb" ? ""
+            : p_colors.m_fullRange     ? ", full range"
+                                       : ", limited range") +
+           (p_colors.m_assumed ? " (assumed by the height: the source does not say)" : "");
+}
+
 } // namespace
-
-double StageTimes::getPercentile(double p_percent) const {
-    if (m_times.empty()) {
-        return 0;
-    }
-    std::vector<uint64_t> sorted = m_times;
-    std::sort(sorted.begin(), sorted.end());
-    const size_t rank = size_t(std::ceil(p_percent / 100.0 * double(sorted.size())));
-    return double(sorted[std::clamp<size_t>(rank, 1, sorted.size()) - 1]) / 1e6;
-}
-
-double StageTimes::getTotal() const {
-    uint64_t sum = 0;
-    for (const uint64_t time : m_times) {
-        sum += time;
-    }
-    return double(sum) / 1e9;
-}
-
-void QualityMeter::add(const uint8_t* p_source, uint32_t p_sourcePitch, const uint8_t* p_result, uint32_t p_resultPitch,
-                       uint32_t p_width, uint32_t p_height) {
-    const Planes a = layOut(m_sourcePlanes, p_width, p_height);
-    const Planes b = layOut(m_resultPlanes, p_width, p_height);
-    const int width = int(p_width);
-    const int height = int(p_height);
-    // libyuv names pixels as little-endian words: its ARGB is B,G,R,A in memory, its ABGR is R,G,B,A.
-    libyuv::ARGBToI420(p_source, int(p_sourcePitch), a.y, a.width, a.u, a.half, a.v, a.half, width, height);
-    libyuv::ABGRToI420(p_result, int(p_resultPitch), b.y, b.width, b.u, b.half, b.v, b.half, width, height);
-    m_psnrSum +=
-        libyuv::I420Psnr(a.y, a.width, a.u, a.half, a.v, a.half, b.y, b.width, b.u, b.half, b.v, b.half, width, height);
-    // The similarity window is 8 by 8: smaller pictures have none and count as alike.
-    m_ssimSum += width > 16 && height > 16 ? libyuv::I420Ssim(a.y, a.width, a.u, a.half, a.v, a.half, b.y, b.width, b.u,
-                                                              b.half, b.v, b.half, width, height)
-                                           : 1.0;
-    m_count++;
-}
-
-double QualityMeter::getPsnr() const {
-    return m_count == 0 ? 0 : m_psnrSum / double(m_count);
-}
-
-double QualityMeter::getSsim() const {
-    return m_count == 0 ? 0 : m_ssimSum / double(m_count);
-}
 
 double StreamReport::getThroughput() const {
     const double seconds = m_encode.getTotal() + m_decode.getTotal();
@@ -99,26 +81,33 @@ double StreamReport::getThroughput() const {
 std::string StreamReport::toTable() const {
     std::string text;
     text += "source    " + m_source + "\n";
+    text += "colors    " + colorsText(m_sourceColors) + "\n";
     text += "codec     " + m_codec + ", encoder " + m_encoder + ", decoder " + m_decoder +
             (m_hardware.empty() ? "" : ", hardware " + m_hardware) + ", " + m_colorSpace + "\n";
-    text += format("picture   %ux%u, quality %u, %llu size changes\n", m_width, m_height, m_quality,
-                   static_cast<unsigned long long>(m_resizes));
-    text += format("frames    %llu in, %llu packets (%llu empty), %llu pictures out, %llu failed encodes, "
-                   "%llu failed decodes, %llu unreadable\n",
-                   static_cast<unsigned long long>(m_frames), static_cast<unsigned long long>(m_packets),
-                   static_cast<unsigned long long>(m_emptyPackets), static_cast<unsigned long long>(m_pictures),
-                   static_cast<unsigned long long>(m_failedEncodes), static_cast<unsigned long long>(m_failedDecodes),
-                   static_cast<unsigned long long>(m_unreadable));
+    text += "options   " + m_encoderOptions + "\n";
+    text += format("picture   %ux%u, quality %u, %" PRIu64 " size changes\n", m_width, m_height, m_quality, m_resizes);
+    text += format("frames    %" PRIu64 " in, %" PRIu64 " packets (%" PRIu64 " empty), %" PRIu64
+                   " pictures out, %" PRIu64 " failed encodes, %" PRIu64 " failed decodes, %" PRIu64 " unreadable\n",
+                   m_frames, m_packets, m_emptyPackets, m_pictures, m_failedEncodes, m_failedDecodes, m_unreadable);
     text += format("speed     %.1f fps coding, %.1f fps in all\n", getThroughput(),
                    m_wallSeconds > 0 ? double(m_frames) / m_wallSeconds : 0.0);
-    text += format("size      %.0f bytes per frame, %llu in all\n",
-                   m_packets > 0 ? double(m_bytes) / double(m_packets) : 0.0, static_cast<unsigned long long>(m_bytes));
-    if (!m_meter.isEmpty()) {
-        text += format("quality   PSNR %.2f dB, SSIM %.4f\n", m_meter.getPsnr(), m_meter.getSsim());
+    text += format("size      %.0f bytes per frame, %" PRIu64 " in all, %.0f kbit/s over %.2f s\n",
+                   m_packets > 0 ? double(m_bytes) / double(m_packets) : 0.0, m_bytes,
+                   m_durationSeconds > 0 ? double(m_bytes) * 8 / 1000 / m_durationSeconds : 0.0, m_durationSeconds);
+    if (m_bitrate.m_target > 0) {
+        text +=
+            format("bitrate   target %.0f kbit/s, off by at most %.1f %% in ten seconds; quality %u to %u in %" PRIu64
+                   " steps, %" PRIu64 " new contexts\n",
+                   double(m_bitrate.m_target) / 1000, m_bitrate.m_worstWindow * 100, m_bitrate.m_lowestQuality,
+                   m_bitrate.m_highestQuality, m_bitrate.m_qualitySteps, m_bitrate.m_newContexts);
     }
+    text += likenessRow("quality  ", m_coded, "YUV") + likenessRow("in RGB   ", m_rgb, "RGB");
     text += "latency (ms)     p50       p95       p99\n";
     text += stageRow("read", m_read) + stageRow("encode", m_encode) + stageRow("decode", m_decode) +
-            stageRow("write", m_write);
+            stageRow("compare", m_compare) + stageRow("write", m_write);
+    for (const std::string& complaint : m_complaints) {
+        text += "damage    " + complaint + "\n";
+    }
     for (const std::string& note : m_notes) {
         text += "note      " + note + "\n";
     }
@@ -133,12 +122,31 @@ std::string StreamReport::toTable() const {
 
 nlohmann::json StreamReport::toJson() const {
     nlohmann::json quality = nullptr;
-    if (!m_meter.isEmpty()) {
-        quality = {{"psnr_db", m_meter.getPsnr()}, {"ssim", m_meter.getSsim()}};
+    if (m_metrics && !m_coded.isEmpty()) {
+        quality = {{"coded", likenessToJson(m_coded, {"y", "u", "v"}, "weighted")},
+                   {"rgb", likenessToJson(m_rgb, {"r", "g", "b"}, "average")}};
     }
-    return {{"source", m_source},
+    nlohmann::json bitrate = nullptr;
+    if (m_bitrate.m_target > 0) {
+        bitrate = {{"target", m_bitrate.m_target},
+                   {"reached", m_bitrate.m_reached},
+                   {"worst_window", m_bitrate.m_worstWindow},
+                   {"quality_steps", m_bitrate.m_qualitySteps},
+                   {"new_contexts", m_bitrate.m_newContexts},
+                   {"lowest_quality", m_bitrate.m_lowestQuality},
+                   {"highest_quality", m_bitrate.m_highestQuality}};
+    }
+    return {{"schema_version", SCHEMA_VERSION},
+            {"source", m_source},
+            {"source_colors",
+             {{"matrix", m_sourceColors.m_matrix},
+              {"range", m_sourceColors.m_fullRange ? "full" : "limited"},
+              {"assumed", m_sourceColors.m_assumed}}},
+            {"frame_rate",
+             {{"numerator", m_rate.m_numerator}, {"denominator", m_rate.m_denominator}, {"constant", m_constantRate}}},
             {"codec", m_codec},
             {"encoder", m_encoder},
+            {"encoder_options", m_encoderOptions},
             {"decoder", m_decoder},
             {"hardware", m_hardware},
             {"color_space", m_colorSpace},
@@ -148,6 +156,7 @@ nlohmann::json StreamReport::toJson() const {
             {"frames", m_frames},
             {"packets", m_packets},
             {"empty_packets", m_emptyPackets},
+            {"key_frames", m_keyFrames},
             {"pictures", m_pictures},
             {"failed_encodes", m_failedEncodes},
             {"failed_decodes", m_failedDecodes},
@@ -155,14 +164,19 @@ nlohmann::json StreamReport::toJson() const {
             {"size_changes", m_resizes},
             {"bytes", m_bytes},
             {"bytes_per_frame", m_packets > 0 ? double(m_bytes) / double(m_packets) : 0.0},
+            {"duration_seconds", m_durationSeconds},
             {"fps", getThroughput()},
             {"wall_seconds", m_wallSeconds},
+            {"first_packet_ms", m_firstPacketMilliseconds},
+            {"bitrate", bitrate},
             {"quality", quality},
             {"latency",
              {{"read", stageToJson(m_read)},
               {"encode", stageToJson(m_encode)},
               {"decode", stageToJson(m_decode)},
+              {"compare", stageToJson(m_compare)},
               {"write", stageToJson(m_write)}}},
+            {"complaints", m_complaints},
             {"notes", m_notes},
             {"files", m_files},
             {"interrupted", m_interrupted}};
