@@ -115,8 +115,8 @@ int runStream(const StreamOptions& p_options) {
     tuneHeapForPictures();
     const InterruptGuard guard;
     std::unique_ptr<InputFile> stored;
-    std::unique_ptr<VideoSource> source = openSource(p_options, stored);
-    if (!source && !stored) {
+    const std::unique_ptr<VideoSource> opened = openSource(p_options, stored);
+    if (!opened && !stored) {
         return EXIT_BY_SIGNAL + getInterruption();
     }
     Framework framework(p_options.m_framework);
@@ -124,9 +124,10 @@ int runStream(const StreamOptions& p_options) {
         fprintf(stderr, "zyr-host: %s\n", refusal.c_str());
     }
     const Market market = openMarket(framework);
-    if (stored) {
-        source = openStoredStream(std::move(stored), framework, market);
-    }
+    // Decodes through the framework, so it ends before the framework does.
+    const std::unique_ptr<VideoSource> decoded =
+        stored ? openStoredStream(std::move(stored), framework, market) : nullptr;
+    VideoSource* const source = decoded ? decoded.get() : opened.get();
     const Choice choice{p_options.m_codec, p_options.m_encoder, p_options.m_decoder, p_options.m_require};
     std::vector<std::string> log;
     StreamReport report;

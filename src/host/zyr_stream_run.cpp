@@ -20,8 +20,9 @@ namespace {
 /// So many failed frames in a row mean that the stream does not work at all.
 constexpr uint64_t MAX_FAILURES_IN_A_ROW = 30;
 
-/// One for each stage and one to spare, so that a stage seldom waits for its neighbour.
-constexpr size_t NUM_OF_JOBS = 6;
+/// Pictures under way. Each takes the memory of nearly three of the source's; more of them than this gain no time,
+/// since encoding takes longest by far: one is read, one encoded, and one goes through the rest.
+constexpr size_t NUM_OF_JOBS = 3;
 
 double toMilliseconds(uint64_t p_nanoseconds) {
     return double(p_nanoseconds) / 1e6;
