@@ -1,8 +1,10 @@
 #include "core_module/zyr_core_module.h"
 
 #include "core_module/zyr_core_table.h"
+#include "zyr_common/application/zyr_format_registries.h"
 #include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/platform/zyr_version.h"
+#include "zyr_common/text/zyr_string.h"
 
 namespace zyr {
 
@@ -15,6 +17,9 @@ static bool_t initializeCoreModule(ApplicationData* p_applicationData, uint32_t)
     zyr_setApplicationData(p_applicationData);
     fillCoreTable(*p_applicationData->m_core);
     registerCoreClasses(*p_applicationData);
+    for (const char* word : {"raw", "zbf", "xml", "json"}) {
+        zyr_addSerializerFileFormat(word, word);
+    }
     return 1;
 }
 

@@ -12,6 +12,7 @@ namespace zyr {
 
 #define ZYR_CORE_CLASS(Name) IObject* make##Name();
 #define ZYR_CORE_FAMILY(Name) template <typename K> IObject* make##Name();
+#define ZYR_NAMED_CORE_CLASS(Name) ZYR_CORE_CLASS(Name)
 #include "core_module/zyr_core_classes.inl"
 
 namespace {
@@ -19,11 +20,13 @@ namespace {
 struct CoreClass {
     const char* m_typeName;
     objectAllocator_FUNC m_make;
+    bool m_hasEntry;
 };
 
 constexpr CoreClass coreClasses[] = {
-#define ZYR_CORE_CLASS(Name) {#Name, &make##Name},
-#define ZYR_CORE_CLASS_FOR(Name, key, word) {#Name "{" word "}", &make##Name<key>},
+#define ZYR_CORE_CLASS(Name) {#Name, &make##Name, true},
+#define ZYR_CORE_CLASS_FOR(Name, key, word) {#Name "{" word "}", &make##Name<key>, true},
+#define ZYR_NAMED_CORE_CLASS(Name) {#Name, &make##Name, false},
 #include "core_module/zyr_core_classes.inl"
 };
 
@@ -46,6 +49,9 @@ void fillCoreTable(CoreModuleTable& p_table) {
     const ScopedWriteLock lock(p_table.m_lock);
     fillMissing(p_table, std::make_index_sequence<CoreModuleTable::NUM_OF_ENTRIES>());
     for (const CoreClass& coreClass : coreClasses) {
+        if (!coreClass.m_hasEntry) {
+            continue;
+        }
         const int32_t entry = findCoreEntry(coreClass.m_typeName, nullptr);
         ZYR_ASSERT(entry >= 0);
         p_table.m_entries[entry] = reinterpret_cast<moduleEntry_FUNC>(coreClass.m_make);

@@ -139,6 +139,8 @@ public:
     virtual ILevelReserved* getSerializerReserved() const = 0;
 };
 
+ZYR_INTERFACE_TRAITS(Serializer, IObject, "4156bdfe-538f-4a31-af54-2a527f566795")
+
 /// Reads fields from data of some format.
 ///
 /// A read takes the key, the cache word of the call site (a static that starts at 0 and belongs to the deserializer: it
@@ -215,6 +217,8 @@ public:
 
     virtual ILevelReserved* getDeserializerReserved() const = 0;
 };
+
+ZYR_INTERFACE_TRAITS(Deserializer, IObject, "83fc6853-e492-49e2-8d30-4c4226c9c948")
 
 /// The outermost layer of a serializer: the one to call.
 inline ISerializer* zyr_getTopSerializer(ISerializer* p_serializer) {

@@ -1,0 +1,74 @@
+/// What the two binary formats have in front of values.
+#pragma once
+
+#include "core_module/serializers/zyr_binary_reader.h"
+#include "zyr_common/containers/zyr_array.h"
+
+namespace zyr {
+
+/// What stands in front of a field's value.
+struct FieldHead {
+    const char* m_name;
+    size_t m_nameLength;
+    FieldKind m_kind;
+    /// Number of the structure of a record.
+    uint32_t m_structure;
+};
+
+/// An object's class, or an element's type: empty names for none.
+struct ClassHead {
+    String m_name;
+    String m_guidText;
+    uint32_t m_structure = 0;
+};
+
+/// The heads of the raw format: names where they stand.
+class RawHeads {
+public:
+    /// Gives the fields of the payload.
+    bool begin(const void* p_data, size_t p_size, BinaryReader& p_fields);
+    void end() {}
+    bool readField(BinaryReader& p_reader, uint32_t p_structure, FieldHead& p_head);
+    bool readClass(BinaryReader& p_reader, ClassHead& p_head);
+    bool readType(BinaryReader& p_reader, ClassHead& p_head);
+    /// Steps over the class of an object; p_null tells that there is none.
+    bool skipClass(BinaryReader& p_reader, bool& p_null);
+};
+
+/// The heads of the zbf format: numbers into a table.
+class ZbfHeads {
+public:
+    bool begin(const void* p_data, size_t p_size, BinaryReader& p_fields);
+    void end();
+    bool readField(BinaryReader& p_reader, uint32_t p_structure, FieldHead& p_head);
+    bool readClass(BinaryReader& p_reader, ClassHead& p_head);
+    bool readType(BinaryReader& p_reader, ClassHead& p_head);
+    bool skipClass(BinaryReader& p_reader, bool& p_null);
+
+private:
+    /// Texts of the table stay where they are in the payload.
+    struct Text {
+        const uint8_t* m_place;
+        size_t m_length;
+    };
+    struct Structure {
+        Text m_name;
+        uint32_t m_firstField;
+        uint32_t m_numOfFields;
+    };
+    struct Class {
+        uint32_t m_structure;
+        Text m_guid;
+    };
+
+    bool readTable(BinaryReader p_table);
+    bool readStructure(BinaryReader& p_table);
+    bool setText(const Text& p_source, String& p_text) const;
+
+    Array<Structure> m_structures;
+    Array<FieldHead> m_fields;
+    Array<Class> m_classes;
+    const uint8_t* m_end = nullptr;
+};
+
+} // namespace zyr

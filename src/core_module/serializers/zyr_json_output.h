@@ -1,0 +1,76 @@
+/// The structure of the JSON format: one object with a member for each field.
+#pragma once
+
+#include "core_module/serializers/zyr_byte_buffer.h"
+#include "core_module/serializers/zyr_field_kind.h"
+
+namespace zyr {
+
+/// Members of the format itself begin with one underscore; a field whose name begins with one gets another.
+inline constexpr char c_jsonClassKey[] = "_class";
+inline constexpr char c_jsonGUIDKey[] = "_guid";
+inline constexpr char c_jsonTypeKey[] = "_type";
+
+/// Appends a text in quotes, escaped. One that is not UTF-8 stands as its bytes.
+bool appendJsonText(ByteBuffer& p_buffer, const char* p_text, size_t p_length);
+
+class JsonOutput {
+public:
+    bool begin();
+    void end() { m_buffer.release(); }
+    bool complete();
+
+    bool beginRecord(const String& p_name, bool_t p_formatHeader);
+    bool beginObject(const String& p_name, const String& p_className, const String& p_guidText);
+    bool nullObject(const String& p_name) { return member(p_name) && m_buffer.appendLiteral("null"); }
+    bool beginArray(const String& p_name);
+    /// The type stands where it differs from that of the element before.
+    bool beginElement(const String& p_typeName, bool p_sameType);
+    bool nullElement() { return item() && m_buffer.appendLiteral("null"); }
+    bool leave();
+
+    /// Enclose a value that the caller appends to m_buffer: a number, or a word that stands in quotes.
+    bool beginValue(const String& p_name, bool_t, bool p_word) {
+        m_word = p_word;
+        return member(p_name) && (!p_word || m_buffer.append('"'));
+    }
+    bool endValue() { return !m_word || m_buffer.append('"'); }
+    bool text(const String& p_name, const String& p_value, bool_t) {
+        return member(p_name) && appendJsonText(m_buffer, p_value.getData(), p_value.getLengthInBytes());
+    }
+    bool nullText(const String& p_name, bool_t) { return nullObject(p_name); }
+
+    /// Enclose the items of an array of numbers, each of which separate() precedes.
+    bool beginNumbers(const String& p_name) { return member(p_name) && m_buffer.append('['); }
+    bool separate(uint32_t p_index, uint32_t p_rowLength);
+    bool beginNumberWord() { return m_buffer.append('"'); }
+    bool endNumberWord() { return m_buffer.append('"'); }
+    bool endNumbers() { return m_buffer.append(']'); }
+
+    /// The same for texts.
+    bool beginTexts(const String& p_name) { return member(p_name) && enter('['); }
+    bool textItem(const String& p_text) {
+        return item() && appendJsonText(m_buffer, p_text.getData(), p_text.getLengthInBytes());
+    }
+    bool endTexts() { return leave(); }
+
+    ByteBuffer m_buffer;
+
+private:
+    bool member(const String& p_name);
+    /// Begins a member of the format itself.
+    bool formatMember(const char* p_key, const String& p_text);
+    bool item();
+    bool newLine();
+    bool enter(char p_bracket);
+
+    struct Frame {
+        char m_bracket;
+        bool m_hasItems;
+    };
+    Frame m_frames[c_maxDepth];
+    uint32_t m_depth = 0;
+    bool m_word = false;
+};
+
+} // namespace zyr

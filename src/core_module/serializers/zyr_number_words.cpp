@@ -1,0 +1,177 @@
+#include "core_module/serializers/zyr_number_words.h"
+
+#include "core_module/serializers/zyr_exact_number.h"
+
+#include <bit>
+#include <charconv>
+#include <cmath>
+
+namespace zyr {
+
+namespace {
+
+template <typename T> struct RealBits;
+template <> struct RealBits<float> {
+    using Bits = uint32_t;
+    static constexpr Bits c_quiet = 0x7FC00000;
+    /// Integers up to here are exact, and so is their quotient by the scale below as far as it needs to be: a division
+    /// of two exact numbers is rounded once, as the reading of the decimal is.
+    static constexpr float c_exact = 16777216.0F;
+};
+template <> struct RealBits<double> {
+    using Bits = uint64_t;
+    static constexpr Bits c_quiet = 0x7FF8000000000000;
+    static constexpr double c_exact = 9007199254740992.0;
+};
+
+constexpr int SHORT_DIGITS = 4;
+constexpr int64_t SHORT_SCALE = 10000;
+
+template <typename T> char* putInteger(char* p_target, T p_value) {
+    return std::to_chars(p_target, p_target + c_numberRoom, p_value).ptr;
+}
+
+/// Numbers with up to four digits behind the point are far quicker to write by hand. Null for others.
+template <typename T> char* putShort(char* p_target, T p_value) {
+    const T scaled = p_value * static_cast<T>(SHORT_SCALE);
+    if (!(scaled < RealBits<T>::c_exact && scaled > -RealBits<T>::c_exact)) {
+        return nullptr;
+    }
+    const int64_t digits = static_cast<int64_t>(std::nearbyint(scaled));
+    if (static_cast<T>(digits) / static_cast<T>(SHORT_SCALE) != p_value || (digits == 0 && std::signbit(p_value))) {
+        return nullptr;
+    }
+    uint64_t magnitude = digits < 0 ? 0 - static_cast<uint64_t>(digits) : static_cast<uint64_t>(digits);
+    if (digits < 0) {
+        *p_target++ = '-';
+    }
+    p_target = putInteger(p_target, magnitude / SHORT_SCALE);
+    uint64_t fraction = magnitude % SHORT_SCALE;
+    if (fraction == 0) {
+        return p_target;
+    }
+    *p_target++ = '.';
+    int width = SHORT_DIGITS;
+    for (; fraction % 10 == 0; fraction /= 10) {
+        width--;
+    }
+    for (int i = width - 1; i >= 0; i--) {
+        p_target[i] = static_cast<char>('0' + fraction % 10);
+        fraction /= 10;
+    }
+    return p_target + width;
+}
+
+template <typename T> char* putReal(char* p_target, T p_value) {
+    if (isFinite(p_value)) {
+        char* end = putShort(p_target, p_value);
+        return end != nullptr ? end : std::to_chars(p_target, p_target + c_numberRoom, p_value).ptr;
+    }
+    const auto bits = std::bit_cast<typename RealBits<T>::Bits>(p_value);
+    const char* word = std::isinf(p_value) ? (p_value < 0 ? "-inf" : "inf") : "nan";
+    while (*word != 0) {
+        *p_target++ = *word++;
+    }
+    if (std::isnan(p_value) && bits != RealBits<T>::c_quiet) {
+        *p_target++ = '(';
+        p_target = std::to_chars(p_target, p_target + c_numberRoom, bits, 16).ptr;
+        *p_target++ = ')';
+    }
+    return p_target;
+}
+
+template <typename T> bool append(ByteBuffer& p_buffer, T p_value, char* (*p_put)(char*, T)) {
+    uint8_t* target = p_buffer.reserve(c_numberRoom);
+    if (target == nullptr) {
+        return false;
+    }
+    p_buffer.commit(reinterpret_cast<uint8_t*>(p_put(reinterpret_cast<char*>(target), p_value)));
+    return true;
+}
+
+template <typename T> bool parseWord(const char* p_text, const char* p_end, T& p_value) {
+    const size_t length = static_cast<size_t>(p_end - p_text);
+    typename RealBits<T>::Bits bits = RealBits<T>::c_quiet;
+    const auto isWord = [&](const char* p_word) {
+        return length == strlen(p_word) && memcmp(p_text, p_word, length) == 0;
+    };
+    if (isWord("inf") || isWord("-inf")) {
+        p_value = *p_text == '-' ? -std::numeric_limits<T>::infinity() : std::numeric_limits<T>::infinity();
+        return true;
+    }
+    if (!isWord("nan")) {
+        if (length < 6 || memcmp(p_text, "nan(", 4) != 0 || p_end[-1] != ')') {
+            return false;
+        }
+        const auto result = std::from_chars(p_text + 4, p_end - 1, bits, 16);
+        if (result.ec != std::errc() || result.ptr != p_end - 1 || !std::isnan(std::bit_cast<T>(bits))) {
+            return false;
+        }
+    }
+    p_value = std::bit_cast<T>(bits);
+    return true;
+}
+
+template <typename T> bool parseReal(const char* p_text, const char* p_end, T& p_value) {
+    T value = 0;
+    const auto result = std::from_chars(p_text, p_end, value);
+    if (result.ptr != p_end || result.ec == std::errc::invalid_argument || !isFinite(value)) {
+        return parseWord(p_text, p_end, p_value);
+    }
+    // Beyond the range of the type: no value would be right.
+    if (result.ec != std::errc()) {
+        return false;
+    }
+    p_value = value;
+    return true;
+}
+
+template <typename T> bool parseInteger(const char* p_text, const char* p_end, T& p_value) {
+    T value = 0;
+    const auto result = std::from_chars(p_text, p_end, value);
+    if (result.ptr == p_end && result.ec == std::errc()) {
+        p_value = value;
+        return true;
+    }
+    double real = 0;
+    ExactNumber number;
+    if (!parseReal(p_text, p_end, real) || !isFinite(real)) {
+        return false;
+    }
+    // An integer in another notation, such as 1e3. Beyond 2^53 the double is not the number that stands there.
+    number.set(real);
+    return real < 0x1p53 && real > -0x1p53 && number.get(p_value);
+}
+
+} // namespace
+
+bool appendInteger(ByteBuffer& p_buffer, int64_t p_value) {
+    return append(p_buffer, p_value, &putInteger<int64_t>);
+}
+bool appendInteger(ByteBuffer& p_buffer, uint64_t p_value) {
+    return append(p_buffer, p_value, &putInteger<uint64_t>);
+}
+bool appendReal(ByteBuffer& p_buffer, float p_value) {
+    return append(p_buffer, p_value, &putReal<float>);
+}
+bool appendReal(ByteBuffer& p_buffer, double p_value) {
+    return append(p_buffer, p_value, &putReal<double>);
+}
+
+template <typename T> bool parseNumber(const char* p_text, size_t p_length, T& p_value) {
+    const char* end = p_text + p_length;
+    if constexpr (std::is_floating_point_v<T>) {
+        return parseReal(p_text, end, p_value);
+    } else {
+        return parseInteger(p_text, end, p_value);
+    }
+}
+
+template bool parseNumber(const char*, size_t, int32_t&);
+template bool parseNumber(const char*, size_t, uint32_t&);
+template bool parseNumber(const char*, size_t, int64_t&);
+template bool parseNumber(const char*, size_t, uint64_t&);
+template bool parseNumber(const char*, size_t, float&);
+template bool parseNumber(const char*, size_t, double&);
+
+} // namespace zyr

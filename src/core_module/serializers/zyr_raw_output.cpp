@@ -1,0 +1,35 @@
+#include "core_module/serializers/zyr_raw_output.h"
+
+namespace zyr {
+
+bool RawOutput::field(const String& p_name, FieldKind p_kind) {
+    const size_t length = p_name.getLengthInBytes();
+    uint8_t* target = m_buffer.reserve(length + 11);
+    if (target == nullptr) {
+        return false;
+    }
+    *target++ = static_cast<uint8_t>(p_kind);
+    target = putBase128(target, length);
+    memcpy(target, p_name.getData(), length);
+    m_buffer.commit(target + length);
+    return true;
+}
+
+bool RawOutput::enter(size_t p_width) {
+    if (m_depth == c_maxDepth) {
+        return false;
+    }
+    Frame& frame = m_frames[m_depth++];
+    frame.m_width = p_width;
+    return m_buffer.beginLength(p_width, frame.m_place);
+}
+
+bool RawOutput::leave() {
+    if (m_depth == 0) {
+        return false;
+    }
+    const Frame& frame = m_frames[--m_depth];
+    return m_buffer.endLength(frame.m_place, frame.m_width);
+}
+
+} // namespace zyr

@@ -1,0 +1,54 @@
+/// The structure of the raw format: each field carries its kind and its name.
+#pragma once
+
+#include "core_module/serializers/zyr_byte_buffer.h"
+#include "core_module/serializers/zyr_field_kind.h"
+
+namespace zyr {
+
+/// Writes what stands around values. Values themselves go into m_buffer behind a call of field().
+class RawOutput {
+public:
+    bool begin() {
+        m_buffer.setSize(0);
+        m_depth = 0;
+        return m_buffer.append(static_cast<char>(c_binaryFormatVersion));
+    }
+    void end() { m_buffer.release(); }
+    /// The bytes are complete at all times.
+    bool complete() { return true; }
+
+    bool field(const String& p_name, FieldKind p_kind);
+    /// Fields are declared where they stand.
+    bool declare(const String&, FieldKind, const String&) { return true; }
+    bool beginStructure(const String&) { return true; }
+    bool endStructure() { return true; }
+
+    bool beginRecord(const String& p_name) { return field(p_name, FieldKind::RECORD) && enter(1); }
+    bool beginObject(const String& p_name, const String& p_className, const String& p_guidText) {
+        return field(p_name, FieldKind::OBJECT) && appendText(m_buffer, p_className) &&
+               appendText(m_buffer, p_guidText) && enter(4);
+    }
+    bool nullObject(const String& p_name) {
+        return field(p_name, FieldKind::OBJECT) && appendText(m_buffer, "", 0) && appendText(m_buffer, "", 0);
+    }
+    bool beginArray(const String& p_name) { return field(p_name, FieldKind::RECORD_ARRAY) && enter(4); }
+    bool beginElement(const String& p_typeName) { return appendText(m_buffer, p_typeName) && enter(1); }
+    bool nullElement() { return appendText(m_buffer, "", 0); }
+    bool leave();
+
+    ByteBuffer m_buffer;
+
+private:
+    /// Leaves p_width bytes for the length of what begins here.
+    bool enter(size_t p_width);
+
+    struct Frame {
+        size_t m_place;
+        size_t m_width;
+    };
+    Frame m_frames[c_maxDepth];
+    uint32_t m_depth = 0;
+};
+
+} // namespace zyr

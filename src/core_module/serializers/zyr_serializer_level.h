@@ -1,0 +1,70 @@
+/// What the four serializers and the four deserializers have in common.
+#pragma once
+
+#include "zyr_common/implementation/zyr_implementation.h"
+
+namespace zyr {
+
+/// The identity of a class that implements an interface which several classes share.
+#define ZYR_SERIALIZER_CLASS(Name, BaseInterface, guidText)                                                            \
+    class I##Name : public BaseInterface {};                                                                           \
+    template <> struct InterfaceTraits<I##Name> {                                                                      \
+        using Base = BaseInterface;                                                                                    \
+        static constexpr const char* c_typeName = #Name;                                                               \
+        static constexpr const char* c_createdText = "interface" #Name " != NULL";                                     \
+        static constexpr const char* c_guidText = guidText;                                                            \
+        static auto* reserved(const I##Name* p_object) { return InterfaceTraits<BaseInterface>::reserved(p_object); }  \
+    };
+
+/// The directory against which deferred files resolve. A copy of a serializer has its settings and no output.
+template <class Interface, class LevelInterfaceType>
+class DirectoryLevel : public UnstoredLevel<ObjectLevel<Interface>, LevelInterfaceType> {
+public:
+    const String& getBaseDirectory() const override { return m_baseDirectory; }
+    bool_t setBaseDirectory(const String& p_directory) override {
+        m_baseDirectory = p_directory;
+        return 1;
+    }
+
+    void init_This() {}
+    void release_This() { m_baseDirectory.clear(); }
+    void copy_This(const LevelInterfaceType* p_src) { m_baseDirectory = p_src->getBaseDirectory(); }
+
+protected:
+    String m_baseDirectory;
+};
+
+template <class Interface> class SerializerLevel : public DirectoryLevel<Interface, ISerializer> {
+    using Base = DirectoryLevel<Interface, ISerializer>;
+
+public:
+    bool_t isWritingDeferredFiles() const override { return m_writingDeferredFiles; }
+    bool_t setWritingDeferredFiles(bool_t p_write) override {
+        m_writingDeferredFiles = p_write;
+        return 1;
+    }
+    ILevelReserved* getSerializerReserved() const override { return &m_serializerReserved; }
+
+    void release_This() {
+        Base::release_This();
+        m_writingDeferredFiles = 0;
+    }
+    void copy_This(const ISerializer* p_src) {
+        Base::copy_This(p_src);
+        m_writingDeferredFiles = p_src->isWritingDeferredFiles();
+    }
+
+private:
+    bool_t m_writingDeferredFiles = 0;
+    mutable LevelReserved<SerializerLevel> m_serializerReserved{this};
+};
+
+template <class Interface> class DeserializerLevel : public DirectoryLevel<Interface, IDeserializer> {
+public:
+    ILevelReserved* getDeserializerReserved() const override { return &m_deserializerReserved; }
+
+private:
+    mutable LevelReserved<DeserializerLevel> m_deserializerReserved{this};
+};
+
+} // namespace zyr

@@ -1,0 +1,49 @@
+/// XML 1.0 documents read as trees. Nothing is fetched and no entity but the five of XML itself is known, so a document
+/// never grows; a document type declaration is skipped.
+#pragma once
+
+#include "core_module/serializers/zyr_text_scan_error.h"
+#include "core_module/serializers/zyr_text_tree.h"
+
+namespace zyr {
+
+/// Checks the whole document and makes its tree: a group "xml" for the declaration, where there is one, and the
+/// elements inside the root. An element is a group of its attributes (texts) and its elements (groups); its value is
+/// everything between its tags.
+bool scanXml(const char* p_text, size_t p_size, TextTree& p_tree, TextScanError& p_error);
+
+/// A piece of text as it was meant: references and sections resolved, comments left out, line ends as XML wants them.
+void decodeXmlText(const char* p_text, size_t p_size, bool p_attribute, String& p_result);
+
+/// What a text deserializer asks of its format; see JsonInput.
+class XmlInput {
+public:
+    static constexpr const char* c_classKey = "_class";
+    static constexpr const char* c_guidKey = "_guid";
+    static constexpr const char* c_typeKey = "_type";
+
+    static bool scan(const char* p_text, size_t p_size, TextTree& p_tree, TextScanError& p_error) {
+        return scanXml(p_text, p_size, p_tree, p_error);
+    }
+    static void decode(const TextTree& p_tree, const TextNode& p_node, String& p_result);
+    static const String& getKey(const String& p_name, String& p_scratch);
+    static bool hasKey(const TextTree& p_tree, const TextNode& p_node, const String& p_key) {
+        const size_t length = p_key.getLengthInBytes();
+        return p_node.m_keySize == length && memcmp(p_tree.getText() + p_node.m_key, p_key.getData(), length) == 0;
+    }
+    static bool isNull(const TextTree& p_tree, uint32_t p_index);
+    static bool isGroup(const TextNode& p_node) { return p_node.m_kind == TextNodeKind::GROUP; }
+    static bool isArray(const TextNode& p_node) { return p_node.m_kind == TextNodeKind::GROUP; }
+    static bool isItem(const TextTree& p_tree, const TextNode& p_node);
+    /// An attribute, or an element without elements.
+    static bool isScalar(const TextTree& p_tree, uint32_t p_index);
+    // Words and texts look alike.
+    static bool isText(const TextNode&) { return true; }
+    static bool isWord(const TextNode&) { return true; }
+    static bool isNumbers(const TextTree& p_tree, uint32_t p_index, const TextNode& p_node) {
+        return p_node.m_kind == TextNodeKind::GROUP && !p_node.m_escaped && isScalar(p_tree, p_index);
+    }
+    static constexpr char c_separator = ' ';
+};
+
+} // namespace zyr

@@ -1,0 +1,291 @@
+#include "core_module/serializers/zyr_xml_output.h"
+
+#include "core_module/serializers/zyr_text_bytes.h"
+
+namespace zyr {
+
+namespace {
+
+constexpr uint32_t INDENTATION = 2;
+constexpr uint32_t MAX_INDENTED_DEPTH = 32;
+
+bool isLetter(char p_character) {
+    return (p_character >= 'a' && p_character <= 'z') || (p_character >= 'A' && p_character <= 'Z');
+}
+
+bool isHexDigit(char p_character) {
+    return (p_character >= '0' && p_character <= '9') || (p_character >= 'a' && p_character <= 'f');
+}
+
+/// Whether the character at the place stands for itself in a name.
+bool isPlainAt(const char* p_name, size_t p_length, size_t p_place) {
+    const char character = p_name[p_place];
+    if (isLetter(character)) {
+        return true;
+    }
+    if (p_place == 0) {
+        return false;
+    }
+    if (character == '_') {
+        return !(p_length - p_place > 2 && isHexDigit(p_name[p_place + 1]) && isHexDigit(p_name[p_place + 2]));
+    }
+    return (character >= '0' && character <= '9') || character == '-' || character == '.';
+}
+
+/// The reference for a byte, null where it stands for itself.
+const char* getReference(char p_character, bool p_attribute) {
+    switch (p_character) {
+    case '&':
+        return "&amp;";
+    case '<':
+        return "&lt;";
+    case '>':
+        return "&gt;";
+    case '"':
+        return p_attribute ? "&quot;" : nullptr;
+    case '\r':
+        return "&#13;";
+    case '\n':
+        return p_attribute ? "&#10;" : nullptr;
+    case '\t':
+        return p_attribute ? "&#9;" : nullptr;
+    default:
+        return nullptr;
+    }
+}
+
+/// Whether XML has all characters of the text.
+bool isXmlText(const char* p_text, size_t p_length) {
+    const char* end = p_text + p_length;
+    for (size_t size = 0; p_text != end; p_text += size) {
+        const uint8_t byte = static_cast<uint8_t>(*p_text);
+        size = getUTF8Size(p_text, end);
+        if (size == 0 || (byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r')) {
+            return false;
+        }
+        // U+FFFE and U+FFFF.
+        if (size == 3 && byte == 0xEF && static_cast<uint8_t>(p_text[1]) == 0xBF &&
+            static_cast<uint8_t>(p_text[2]) >= 0xBE) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// The number of bytes that hold nothing special.
+size_t getPlainLength(const char* p_text, size_t p_length) {
+    size_t place = 0;
+    while (p_length - place >= 8 && !hasSpecialByte(p_text + place, '&', '<', '>') &&
+           memchr(p_text + place, '"', 8) == nullptr) {
+        place += 8;
+    }
+    for (; place != p_length; place++) {
+        const char character = p_text[place];
+        if (static_cast<uint8_t>(character) < 0x20 || static_cast<uint8_t>(character) >= 0x80 || character == '&' ||
+            character == '<' || character == '>' || character == '"') {
+            break;
+        }
+    }
+    return place;
+}
+
+} // namespace
+
+bool isPlainXmlName(const String& p_name) {
+    const size_t length = p_name.getLengthInBytes();
+    const char* name = p_name.getData();
+    size_t i = 0;
+    while (i < length && isLetter(name[i])) {
+        i++;
+    }
+    for (; i < length; i++) {
+        if (!isPlainAt(name, length, i)) {
+            return false;
+        }
+    }
+    return length != 0;
+}
+
+bool appendXmlName(ByteBuffer& p_buffer, const String& p_name) {
+    const size_t length = p_name.getLengthInBytes();
+    if (isPlainXmlName(p_name)) {
+        return p_buffer.append(p_name.getData(), length);
+    }
+    // A name has at least one character; this one is not that of any other.
+    bool done = length != 0 || p_buffer.append('_');
+    for (size_t i = 0; i < length && done; i++) {
+        const char* character = p_name.getData() + i;
+        done = isPlainAt(p_name.getData(), length, i) ? p_buffer.append(*character)
+                                                      : p_buffer.append('_') && appendAsBytes(p_buffer, character, 1);
+    }
+    return done;
+}
+
+bool appendXmlText(ByteBuffer& p_buffer, const String& p_text, bool p_attribute) {
+    const char* text = p_text.getData();
+    const size_t length = p_text.getLengthInBytes();
+    if (getPlainLength(text, length) == length && !hasBytesMark(text, length)) {
+        return p_buffer.append(text, length);
+    }
+    if (hasBytesMark(text, length) || !isXmlText(text, length)) {
+        return p_buffer.appendLiteral("\\bytes:") && appendAsBytes(p_buffer, text, length);
+    }
+    bool done = true;
+    size_t start = 0;
+    for (size_t i = 0; i < length && done; i++) {
+        const char* reference = getReference(text[i], p_attribute);
+        if (reference != nullptr) {
+            done = p_buffer.append(text + start, i - start) && p_buffer.append(reference, strlen(reference));
+            start = i + 1;
+        }
+    }
+    return done && p_buffer.append(text + start, length - start);
+}
+
+bool XmlOutput::begin() {
+    m_buffer.setSize(0);
+    m_names.setSize(0);
+    m_depth = 0;
+    m_rootOpen = false;
+    m_frames[0] = {0, ELEMENT, false, false};
+    return true;
+}
+
+void XmlOutput::end() {
+    m_buffer.release();
+    m_names.release();
+}
+
+bool XmlOutput::complete() {
+    return m_depth == 0 && (m_rootOpen ? m_buffer.appendLiteral("\n</zyr>\n") : m_buffer.appendLiteral("<zyr/>\n"));
+}
+
+bool XmlOutput::newLine() {
+    const size_t depth = m_depth < MAX_INDENTED_DEPTH ? m_depth + 1 : MAX_INDENTED_DEPTH;
+    uint8_t* target = m_buffer.reserve(1 + INDENTATION * depth);
+    if (target == nullptr) {
+        return false;
+    }
+    *target++ = '\n';
+    memset(target, ' ', INDENTATION * depth);
+    m_buffer.commit(target + INDENTATION * depth);
+    return true;
+}
+
+bool XmlOutput::closeTag() {
+    Frame& frame = m_frames[m_depth];
+    const bool open = frame.m_tagOpen;
+    frame.m_tagOpen = false;
+    return !open || m_buffer.append('>');
+}
+
+bool XmlOutput::attribute(const char* p_name, const String& p_value) {
+    return m_buffer.append(' ') && m_buffer.append(p_name, strlen(p_name)) && m_buffer.appendLiteral("=\"") &&
+           appendXmlText(m_buffer, p_value, true) && m_buffer.append('"');
+}
+
+bool XmlOutput::open(const String& p_name) {
+    const size_t name = m_names.getSize();
+    return appendXmlName(m_names, p_name) && openNamed(name);
+}
+
+bool XmlOutput::openNamed(size_t p_name) {
+    if (m_depth + 1 == c_maxDepth || m_frames[m_depth].m_kind == DECLARATION) {
+        return false;
+    }
+    if (!m_rootOpen) {
+        m_rootOpen = true;
+        if (!m_buffer.appendLiteral("<zyr>")) {
+            return false;
+        }
+    }
+    m_frames[m_depth].m_hasElements = true;
+    if (!closeTag() || !newLine() || !m_buffer.append('<') ||
+        !m_buffer.append(m_names.getData() + p_name, m_names.getSize() - p_name)) {
+        return false;
+    }
+    m_frames[++m_depth] = {p_name, ELEMENT, true, false};
+    return true;
+}
+
+bool XmlOutput::leave() {
+    if (m_depth == 0) {
+        return false;
+    }
+    const Frame frame = m_frames[m_depth--];
+    if (frame.m_kind == DECLARATION) {
+        return m_buffer.appendLiteral("?>\n");
+    }
+    bool done;
+    if (frame.m_tagOpen) {
+        done = m_buffer.appendLiteral("/>");
+    } else {
+        done = (!frame.m_hasElements || newLine()) && m_buffer.appendLiteral("</") &&
+               m_buffer.append(m_names.getData() + frame.m_name, m_names.getSize() - frame.m_name) &&
+               m_buffer.append('>');
+    }
+    m_names.setSize(frame.m_name);
+    return done;
+}
+
+bool XmlOutput::beginRecord(const String& p_name, bool_t p_formatHeader) {
+    if (!p_formatHeader) {
+        return open(p_name);
+    }
+    if (m_depth != 0 || m_buffer.getSize() != 0) {
+        return false;
+    }
+    m_frames[++m_depth] = {m_names.getSize(), DECLARATION, true, false};
+    return m_buffer.appendLiteral("<?xml");
+}
+
+bool XmlOutput::beginObject(const String& p_name, const String& p_className, const String& p_guidText) {
+    return open(p_name) && attribute(c_xmlClass, p_className) && attribute(c_xmlGUID, p_guidText);
+}
+
+bool XmlOutput::nullObject(const String& p_name) {
+    return open(p_name) && attribute(c_xmlNull, "true") && leave();
+}
+
+bool XmlOutput::beginElement(const String& p_typeName, bool p_sameType) {
+    static const String item(c_xmlItem);
+    return open(item) && (p_sameType || attribute(c_xmlType, p_typeName));
+}
+
+bool XmlOutput::nullElement() {
+    static const String item(c_xmlItem);
+    return nullObject(item);
+}
+
+bool XmlOutput::beginValue(const String& p_name, bool_t p_attribute, bool) {
+    m_inAttribute = p_attribute && m_frames[m_depth].m_tagOpen;
+    if (!m_inAttribute) {
+        return open(p_name) && closeTag();
+    }
+    return m_buffer.append(' ') && appendXmlName(m_buffer, p_name) && m_buffer.appendLiteral("=\"");
+}
+
+bool XmlOutput::endValue() {
+    return m_inAttribute ? m_buffer.append('"') : leave();
+}
+
+bool XmlOutput::text(const String& p_name, const String& p_value, bool_t p_attribute) {
+    if (p_attribute && m_frames[m_depth].m_tagOpen) {
+        return beginValue(p_name, 1, true) && appendXmlText(m_buffer, p_value, true) && endValue();
+    }
+    return open(p_name) && (p_value.isEmpty() || (closeTag() && appendXmlText(m_buffer, p_value, false))) && leave();
+}
+
+bool XmlOutput::separate(uint32_t p_index, uint32_t p_rowLength) {
+    if (p_index == 0) {
+        return true;
+    }
+    return p_rowLength != 0 && p_index % p_rowLength == 0 ? newLine() : m_buffer.append(' ');
+}
+
+bool XmlOutput::textItem(const String& p_text) {
+    static const String item(c_xmlItem);
+    return open(item) && (p_text.isEmpty() || (closeTag() && appendXmlText(m_buffer, p_text, false))) && leave();
+}
+
+} // namespace zyr

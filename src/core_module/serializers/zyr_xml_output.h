@@ -1,0 +1,85 @@
+/// The structure of the XML format: an element for each group, an attribute for each scalar of it.
+#pragma once
+
+#include "core_module/serializers/zyr_byte_buffer.h"
+#include "core_module/serializers/zyr_field_kind.h"
+
+namespace zyr {
+
+/// Names of the format itself. A field's name never becomes one of them; see appendXmlName.
+inline constexpr char c_xmlRoot[] = "zyr";
+inline constexpr char c_xmlItem[] = "item";
+inline constexpr char c_xmlClass[] = "_class";
+inline constexpr char c_xmlGUID[] = "_guid";
+inline constexpr char c_xmlType[] = "_type";
+inline constexpr char c_xmlNull[] = "_null";
+
+/// Appends a field's name as one of XML: letters, digits, "-", "." and "_" stand for themselves, all other bytes as "_"
+/// and two hexadecimal digits; so do a first character that is no letter and an "_" in front of two such digits.
+bool appendXmlName(ByteBuffer& p_buffer, const String& p_name);
+/// Whether the name stands for itself.
+bool isPlainXmlName(const String& p_name);
+
+/// Appends a text with references for what can't stand in an attribute, and for line ends in one. A text with
+/// characters that XML doesn't have stands as its bytes.
+bool appendXmlText(ByteBuffer& p_buffer, const String& p_text, bool p_attribute);
+
+class XmlOutput {
+public:
+    bool begin();
+    void end();
+    bool complete();
+
+    bool beginRecord(const String& p_name, bool_t p_formatHeader);
+    bool beginObject(const String& p_name, const String& p_className, const String& p_guidText);
+    bool nullObject(const String& p_name);
+    bool beginArray(const String& p_name) { return open(p_name); }
+    bool beginElement(const String& p_typeName, bool p_sameType);
+    bool nullElement();
+    bool leave();
+
+    /// Enclose a value that the caller appends to m_buffer. It is an attribute as long as the group's tag is open.
+    bool beginValue(const String& p_name, bool_t p_attribute, bool p_word);
+    bool endValue();
+    bool text(const String& p_name, const String& p_value, bool_t p_attribute);
+    /// There is no attribute without a value, so one of null is left out.
+    bool nullText(const String& p_name, bool_t p_attribute) { return p_attribute || nullObject(p_name); }
+
+    bool beginNumbers(const String& p_name) { return open(p_name) && closeTag(); }
+    bool separate(uint32_t p_index, uint32_t p_rowLength);
+    bool beginNumberWord() { return true; }
+    bool endNumberWord() { return true; }
+    bool endNumbers() { return leave(); }
+
+    bool beginTexts(const String& p_name) { return open(p_name); }
+    bool textItem(const String& p_text);
+    bool endTexts() { return leave(); }
+
+    ByteBuffer m_buffer;
+
+private:
+    enum FrameKind : uint8_t { ELEMENT, DECLARATION };
+    struct Frame {
+        /// Where the name stands among the names.
+        size_t m_name;
+        FrameKind m_kind;
+        bool m_tagOpen;
+        bool m_hasElements;
+    };
+
+    bool open(const String& p_name);
+    /// Opens an element whose name was appended to m_names.
+    bool openNamed(size_t p_name);
+    bool closeTag();
+    bool newLine();
+    bool attribute(const char* p_name, const String& p_value);
+
+    /// Names of the elements that are open, one behind the other.
+    ByteBuffer m_names;
+    Frame m_frames[c_maxDepth];
+    uint32_t m_depth = 0;
+    bool m_inAttribute = false;
+    bool m_rootOpen = false;
+};
+
+} // namespace zyr

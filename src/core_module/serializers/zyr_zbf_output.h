@@ -1,0 +1,83 @@
+/// The structure of the zbf format: structures and their fields are declared once, in a table behind the values, and a
+/// value carries only the number of its field.
+#pragma once
+
+#include "core_module/serializers/zyr_byte_buffer.h"
+#include "core_module/serializers/zyr_field_kind.h"
+#include "zyr_common/containers/zyr_array.h"
+#include "zyr_common/containers/zyr_hash_map.h"
+
+namespace zyr {
+
+/// Writes what stands around values. Values themselves go into m_buffer behind a call of field().
+class ZbfOutput {
+public:
+    ~ZbfOutput() { clear(); }
+
+    bool begin();
+    void end();
+    /// Appends the table. Nothing may be written afterwards.
+    bool complete();
+
+    /// A field that was not declared is declared now.
+    bool field(const String& p_name, FieldKind p_kind);
+    bool declare(const String& p_name, FieldKind p_kind, const String& p_typeName);
+    bool beginStructure(const String& p_typeName);
+    bool endStructure();
+
+    bool beginRecord(const String& p_name);
+    bool beginObject(const String& p_name, const String& p_className, const String& p_guidText);
+    bool nullObject(const String& p_name) { return field(p_name, FieldKind::OBJECT) && putNumber(0); }
+    bool beginArray(const String& p_name);
+    bool beginElement(const String& p_typeName);
+    bool nullElement() { return putNumber(0); }
+    bool leave();
+
+    ByteBuffer m_buffer;
+
+private:
+    struct Field {
+        const char* m_name;
+        uint32_t m_length;
+        FieldKind m_kind;
+        /// Number of the structure of a record.
+        uint32_t m_structure;
+    };
+    struct Structure {
+        String m_name;
+        Array<Field> m_fields;
+    };
+    struct Class {
+        uint32_t m_structure;
+        String m_guidText;
+    };
+    struct Frame {
+        size_t m_place;
+        size_t m_width;
+        uint32_t m_structure;
+        /// The field that is expected next.
+        uint32_t m_next;
+    };
+
+    void clear();
+    bool putNumber(uint64_t p_number);
+    bool enter(size_t p_width, uint32_t p_structure);
+    /// Gives the number of the field in the structure of the frame, which is added if it is not there.
+    uint32_t findField(Frame& p_frame, const String& p_name, FieldKind p_kind);
+    uint32_t addField(Structure& p_structure, const String& p_name, FieldKind p_kind);
+    uint32_t findStructure(const String& p_typeName);
+    uint32_t addStructure(const String& p_typeName);
+    const char* keepText(const String& p_text);
+
+    Frame m_frames[c_maxDepth];
+    uint32_t m_depth = 0;
+    Array<Structure*> m_structures;
+    HashMap<String, uint32_t> m_structureNumbers;
+    Array<Class*> m_classes;
+    Array<char*> m_texts;
+    /// The structure and class found last, which is mostly the one asked for next.
+    uint32_t m_lastStructure = 0;
+    uint32_t m_lastClass = 0;
+};
+
+} // namespace zyr
