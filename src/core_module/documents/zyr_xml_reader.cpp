@@ -417,7 +417,7 @@ void XmlReader::joinPieces(size_t p_first, XmlElement& p_element) {
     }
     if (count == p_first + 1) {
         p_element.setContent(m_pieces[p_first]);
-    } else if (count > p_first) {
+    } else if (size != 0) {
         char* text = m_storage.take(size);
         WrappedString content;
         content.bindData(text, size);

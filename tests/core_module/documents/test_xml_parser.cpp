@@ -60,6 +60,7 @@ TEST_F(XmlParserTest, JoinsThePiecesOfAText) {
     EXPECT_EQ(getContent("<a> <!-- c --> </a>"), "  ");
     EXPECT_EQ(getContent("<a>\n <b/>\n</a>"), "");
     EXPECT_EQ(getContent("<a><![CDATA[]]></a>"), "");
+    EXPECT_EQ(getContent("<a><![CDATA[]]><![CDATA[]]></a>"), "");
     EXPECT_EQ(getContent("<a><b>x</b>y<b>z</b></a>"), "y");
 }
 
