@@ -25,8 +25,13 @@ void addLogOptions(CLI::App& p_command, FrameworkOptions& p_options) {
     p_command.add_option("--log-dir", p_options.m_logDirectory,
                          "Directory of the log file (default: zyr-host/log/ in the user's state directory)");
     p_command
-        .add_option("--log-level", p_options.m_logLevel,
-                    "1 errors, 2 warnings, 3 information, 4 debugging, 5 every step")
+        .add_option_function<LogLevelEnum>(
+            "--log-level",
+            [&p_options](const LogLevelEnum& p_level) {
+                p_options.m_logLevel = p_level;
+                p_options.m_logLevelGiven = true;
+            },
+            "1 errors, 2 warnings, 3 information, 4 debugging, 5 every step")
         ->transform(CLI::CheckedTransformer(std::map<std::string, LogLevelEnum>{{"error", ZYR_LOG_LEVEL_ERROR},
                                                                                 {"warn", ZYR_LOG_LEVEL_WARN},
                                                                                 {"info", ZYR_LOG_LEVEL_INFO},
@@ -107,6 +112,7 @@ struct Program {
     InspectOptions m_inspect;
     StreamOptions m_stream;
     SessionOptions m_session;
+    SettingsOptions m_settings;
     LaunchOptions m_launch;
     PathOptions m_path;
     LayoutOptions m_layout;
@@ -123,6 +129,7 @@ struct Program {
         addInspect();
         addStream();
         addSession();
+        addSettings();
         addLaunch();
         addPath();
         addLayout();
@@ -215,6 +222,20 @@ struct Program {
         command->add_flag("--json", m_session.m_json, "Print JSON on the standard output");
         addLogOptions(*command, m_session.m_framework);
         command->callback([this] { m_result = runSession(m_session); });
+    }
+
+    void addSettings() {
+        CLI::App* command = m_app.add_subcommand(
+            "settings", "Show the host's own defaults and where each comes from: files, environment, options");
+        command->add_flag("--json", m_settings.m_json, "Print JSON on the standard output");
+        command->add_flag("--options", m_settings.m_listOptions, "List the options of the settings instead");
+        command->add_option("--modules", m_settings.m_framework.m_moduleDirectory,
+                            "Directory of zyr_core.so (default: found beside the program)");
+        command->allow_extras();
+        command->callback([this, command] {
+            m_settings.m_arguments = command->remaining();
+            m_result = runSettings(m_settings);
+        });
     }
 
     void addLaunch() {

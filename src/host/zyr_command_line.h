@@ -67,6 +67,13 @@ struct SessionOptions {
     bool m_json = false;
 };
 
+struct SettingsOptions {
+    FrameworkOptions m_framework; ///< Of these, only the module directory.
+    bool m_json = false;
+    bool m_listOptions = false;           ///< Lists the options in place of the values.
+    std::vector<std::string> m_arguments; ///< Options of the settings themselves.
+};
+
 struct LaunchOptions {
     std::string m_user;                 ///< Account to run as. Empty: the caller's own identity.
     std::string m_service;              ///< PAM service of a session around the program. Empty: none.
@@ -94,6 +101,7 @@ int runStream(const StreamOptions& p_options);
 int runPath(const PathOptions& p_options);
 int runLayout(const LayoutOptions& p_options);
 int runSession(const SessionOptions& p_options);
+int runSettings(const SettingsOptions& p_options);
 /// Gives the program's own exit status, or EXIT_RUN_FAILED when it can't be started.
 int runLaunch(const LaunchOptions& p_options);
 

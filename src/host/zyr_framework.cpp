@@ -1,6 +1,7 @@
 #include "host/zyr_framework.h"
 
 #include "host/zyr_guarded_codecs.h"
+#include "host/zyr_host_settings.h"
 #include "host/zyr_log_place.h"
 #include "zyr_common/object/zyr_factories.h"
 #include "zyr_common/object_containers/zyr_list_of_objects.h"
@@ -183,6 +184,17 @@ CommonLibrary::~CommonLibrary() {
     m_data->deinitialize();
 }
 
+/// What was not told by the options.
+void Framework::applySettings(const FrameworkOptions& p_options) {
+    const HostSettings settings({});
+    if (!p_options.m_logLevelGiven && settings.getLogLevel() != ZYR_LOG_LEVEL_DEBUG) {
+        m_data->setLogLevel(settings.getLogLevel());
+    }
+    if (m_pluginDirectories.empty()) {
+        m_pluginDirectories = settings.getPluginDirectories();
+    }
+}
+
 Framework::Framework(const FrameworkOptions& p_options)
     : m_library(p_options), m_data(&m_library.getApplicationData()) {
     m_moduleDirectory = withSlash(p_options.m_moduleDirectory);
@@ -190,17 +202,20 @@ Framework::Framework(const FrameworkOptions& p_options)
         m_moduleDirectory = findModuleDirectory();
     }
     m_pluginDirectories = p_options.m_pluginDirectories;
-    const std::string defaultPlugins = m_moduleDirectory + "plugins";
-    // Where others are named, the default directory need not be there.
-    if (p_options.m_defaultPlugins && (m_pluginDirectories.empty() || std::filesystem::exists(defaultPlugins))) {
-        m_pluginDirectories.insert(m_pluginDirectories.begin(), defaultPlugins);
-    }
     loadComponent("core", "zyr_core_prepare");
     m_data->startListening();
     if (!m_data->coreInitialize()) {
         throw ModuleError("module core did not start: " + lastWarning(m_data->stopListening()));
     }
     m_data->stopListening();
+    if (!p_options.m_withoutSettings) {
+        applySettings(p_options);
+    }
+    const std::string defaultPlugins = m_moduleDirectory + "plugins";
+    // Where others are named, the default directory need not be there.
+    if (p_options.m_defaultPlugins && (m_pluginDirectories.empty() || std::filesystem::exists(defaultPlugins))) {
+        m_pluginDirectories.insert(m_pluginDirectories.begin(), defaultPlugins);
+    }
     if (p_options.m_coreOnly) {
         return;
     }

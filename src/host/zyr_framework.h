@@ -25,7 +25,9 @@ struct FrameworkOptions {
     bool m_defaultPlugins = true;                 ///< Loads "plugins" in the module directory, too, and first.
     std::string m_logDirectory;                   ///< Empty: the user's state directory.
     LogLevelEnum m_logLevel = ZYR_LOG_LEVEL_DEBUG;
-    bool m_coreOnly = false; ///< Loads the core module and nothing else.
+    bool m_logLevelGiven = false;   ///< Otherwise the settings decide, once the core module is up.
+    bool m_coreOnly = false;        ///< Loads the core module and nothing else.
+    bool m_withoutSettings = false; ///< Uses no settings, as whoever shows them: what is wrong is logged once.
 };
 
 /// Application data that keeps a copy of the lines it logs while somebody listens. Modules log through the virtual
@@ -114,6 +116,7 @@ public:
 
 private:
     void loadComponent(const char* p_name, const char* p_prepareName);
+    void applySettings(const FrameworkOptions& p_options);
 
     CommonLibrary m_library;
     HostApplicationData* m_data; ///< The library's.
