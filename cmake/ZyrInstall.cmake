@@ -3,7 +3,9 @@ include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 install(TARGETS zyr-host RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(TARGETS zyr_core_module zyr_picture_module LIBRARY DESTINATION lib/zyrmont)
-install(TARGETS zyr_ffmpeg LIBRARY DESTINATION lib/zyrmont/plugins)
+install(TARGETS zyr_blocks zyr_ffmpeg LIBRARY DESTINATION lib/zyrmont/plugins)
+# The decoder of blocks for pages.
+install(FILES "${PROJECT_SOURCE_DIR}/src/plugin_blocks/js/zyr_blocks_decoder.js" DESTINATION share/zyrmont/js)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs/man/" DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 FILES_MATCHING PATTERN "*.1")
 
 # For modules and hosts that are built outside of this tree: find_package(Zyrmont), see examples/.

@@ -28,7 +28,7 @@ FLOORS = [
     ["zyr_common/zyr_common_initialize"],
     ["zyr_common/zyr_common.h"],
     ["picture"],
-    ["plugin_ffmpeg", "core_module", "picture_module"],
+    ["plugin_ffmpeg", "plugin_blocks", "core_module", "picture_module"],
     ["host"],
 ]
 

@@ -149,6 +149,10 @@ json listOffers(const Market& p_market) {
         entry["file"] = findModuleFile(*p_market.m_encoders[offer.m_encoder]);
         entry["adapter"] = offer.m_proposal->adapterID;
         entry["features"] = describeFeatures(*offer.m_proposal, proposalText);
+        entry["chosen"] = offer.m_proposal->lossless == ZYR_PROPOSAL_NONE
+                              ? std::string("the best rated of the first codec on which both sides agree")
+                              : "with --codec " + toText(offer.m_proposal->codecName) +
+                                    ", as it is lossless; the best rated unless --encoder names one";
         offers.push_back(entry);
     }
     return offers;
@@ -245,6 +249,9 @@ std::string makeRecordInFull(const char* p_kind, const json& p_record) {
                        textOf(p_record["file"]) + "\n";
     if (!textOf(p_record["options"]).empty()) {
         text += "  options " + textOf(p_record["options"]) + "\n";
+    }
+    if (p_record.contains("chosen")) {
+        text += "  chosen " + textOf(p_record["chosen"]) + "\n";
     }
     for (const auto& [name, value] : p_record["features"].items()) {
         text += "  " + padded(name, 26) + textOf(value) + "\n";

@@ -124,8 +124,9 @@ std::vector<std::unique_ptr<Match>> judge(const Market& p_market, const Choice& 
 Match* chooseMatch(const std::vector<std::unique_ptr<Match>>& p_matches) {
     Match* best = nullptr;
     for (const std::unique_ptr<Match>& match : p_matches) {
-        if (best == nullptr ||
-            (match->m_info.codecName == best->m_info.codecName && match->m_info.rating > best->m_info.rating)) {
+        const bool isOfAnother = best == nullptr || match->m_info.codecName != best->m_info.codecName;
+        if (best == nullptr || (isOfAnother ? best->m_info.lossless && !match->m_info.lossless
+                                            : match->m_info.rating > best->m_info.rating)) {
             best = match.get();
         }
     }

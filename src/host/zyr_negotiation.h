@@ -59,8 +59,9 @@ struct Match {
 std::vector<std::unique_ptr<Match>> judge(const Market& p_market, const Choice& p_choice,
                                           std::vector<std::string>& p_log, std::vector<std::string>& p_notes);
 
-/// The match to use: among those of the first match's codec the best rated, and the earliest of equals. Null without
-/// matches.
+/// The match to use: among those of the first match's codec the best rated, and the earliest of equals. A codec that
+/// works without loss, which few contents are made for, comes behind all others: it is for those who ask for it by
+/// name. Null without matches.
 Match* chooseMatch(const std::vector<std::unique_ptr<Match>>& p_matches);
 
 /// Makes BT.601 of limited range the agreed colour space of both sides. False when it is not among those agreed.

@@ -41,8 +41,9 @@ protected:
 
 TEST_F(InspectCommand, ShowsWhereEachPluginLies) {
     const json all = runForJson({});
-    ASSERT_EQ(all["plugins"].size(), 1u);
-    EXPECT_EQ(all["plugins"][0]["file"], ZYR_MODULE_DIRECTORY "/plugins/zyr_ffmpeg.so");
+    ASSERT_EQ(all["plugins"].size(), 2u);
+    EXPECT_EQ(all["plugins"][0]["file"], ZYR_MODULE_DIRECTORY "/plugins/zyr_blocks.so");
+    EXPECT_EQ(all["plugins"][1]["file"], ZYR_MODULE_DIRECTORY "/plugins/zyr_ffmpeg.so");
     EXPECT_EQ(all["proposals"][0]["file"], all["plugins"][0]["file"]);
     EXPECT_THAT(run({}).m_out, HasSubstr("    " ZYR_MODULE_DIRECTORY "/plugins/zyr_ffmpeg.so\n"));
 }
@@ -51,7 +52,7 @@ TEST_F(InspectCommand, AddsDirectoriesToTheDefaultOneOrLeavesItOut) {
     const std::string empty = m_directory.getPath() + "empty";
     std::filesystem::create_directory(empty);
     const json both = runForJson({"--plugins", empty});
-    EXPECT_EQ(both["plugins"].size(), 1u);
+    EXPECT_EQ(both["plugins"].size(), 2u);
     EXPECT_EQ(both["plugin_directories"], json({ZYR_MODULE_DIRECTORY "/plugins", empty}));
     const json one = runForJson({"--plugins", empty, "--no-default-plugins"});
     EXPECT_EQ(one["plugins"].size(), 0u);
@@ -70,6 +71,14 @@ TEST_F(InspectCommand, ShowsOneCodecInFull) {
     EXPECT_THAT(text.m_out, Not(HasSubstr("mpeg1video")));
 }
 
+TEST_F(InspectCommand, TellsWhenAnEncoderIsChosen) {
+    EXPECT_EQ(runForJson({"vp9"})["proposals"][0]["chosen"],
+              "the best rated of the first codec on which both sides agree");
+    EXPECT_THAT(
+        run({"blocks"}).m_out,
+        HasSubstr("  chosen with --codec blocks, as it is lossless; the best rated unless --encoder names one\n"));
+}
+
 TEST_F(InspectCommand, TellsThatACodecIsNotUsable) {
     const ProgramRun result = run({"av1"});
     EXPECT_EQ(result.m_exitCode, 3);
@@ -78,7 +87,7 @@ TEST_F(InspectCommand, TellsThatACodecIsNotUsable) {
 
 TEST_F(InspectCommand, TellsForEachRoadWhatWasTriedWhatFailedAndTheCure) {
     const json roads = runForJson({"--why"})["roads"];
-    EXPECT_EQ(roads.size(), 10u);
+    EXPECT_EQ(roads.size(), 16u);
     for (const json& road : roads) {
         EXPECT_NE(road["tried"], "");
         EXPECT_EQ(road["usable"].get<bool>(), road["failed"] == "") << road;
