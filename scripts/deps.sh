@@ -124,10 +124,10 @@ if $cross; then
     tools+=(gcc-aarch64-linux-gnu g++-aarch64-linux-gnu qemu-user-static)
 fi
 installPackages "${tools[@]}" "${headers[@]}" "${libraries[@]/%/$suffix}"
-wants test && installPackages ffmpeg python3-jsonschema xvfb xterm qemu-user-static locales
+wants test && installPackages ffmpeg python3-jsonschema xvfb xterm qemu-user-static locales nodejs
 wants lint && installPackages clang-format clang-tidy python3 shellcheck
 wants docs && installPackages doxygen
-wants bench && installPackages libspdlog-dev libtsl-ordered-map-dev libtbb-dev libeigen3-dev libglm-dev
+wants bench && installPackages libspdlog-dev libtsl-ordered-map-dev libtbb-dev libeigen3-dev libglm-dev libvncserver-dev
 
 pkgConfig() {
     if $cross; then PKG_CONFIG_LIBDIR=$pkgConfigLibdir pkg-config "$@"; else pkg-config "$@"; fi

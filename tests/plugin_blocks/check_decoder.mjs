@@ -1,0 +1,54 @@
+// Decodes the stored streams (an argument: their folder) with the decoder for pages, and then a hundred thousand damaged
+// packets: each is taken or refused with an Error, and the next key frame is decoded.
+import { createHash } from 'node:crypto';
+import { readdirSync, readFileSync } from 'node:fs';
+import { BlocksDecoder } from '../../src/plugin_blocks/js/zyr_blocks_decoder.js';
+
+const folder = process.argv[2];
+const digestOf = (decoder) => createHash('sha1').update(decoder.pixels).digest('hex');
+const check = (holds, text) => { if (!holds) throw new Error(text); };
+
+let seed = 7;
+const roll = (limit) => {
+    seed = Math.imul(seed, 1103515245) + 12345 >>> 0;
+    return (seed >>> 8) % limit;
+};
+
+const names = readdirSync(folder).filter((name) => name.endsWith('.blocks')).sort();
+check(names.length > 0, 'no stored streams');
+for (const name of names) {
+    const data = readFileSync(`${folder}/${name}`);
+    const digests = readFileSync(`${folder}/${name.replace('.blocks', '.sha1')}`, 'utf8').split('\n').filter(Boolean);
+    const packets = [];
+    for (let at = 0; at < data.length;) {
+        const size = data.readUInt32LE(at);
+        packets.push(new Uint8Array(data.subarray(at + 4, at + 4 + size)));
+        at += 4 + size;
+    }
+    check(packets.length === digests.length, `${name}: packets and digests differ in number`);
+    const decoder = new BlocksDecoder();
+    packets.forEach((packet, i) => {
+        decoder.decode(packet);
+        check(digestOf(decoder) === digests[i], `${name}: picture ${i} is another one`);
+    });
+
+    // The last one is a small key frame.
+    const key = packets[packets.length - 1], keyDigest = digests[digests.length - 1];
+    let refused = 0;
+    for (let i = 0; i < 100000 / names.length; i++) {
+        const bad = (i % 50 === 0 ? packets[roll(packets.length)] : key).slice();
+        for (let count = 1 + roll(4); count > 0; count--) bad[roll(i % 2 === 0 ? Math.min(24, bad.length) : bad.length)] = roll(256);
+        try {
+            decoder.decode(roll(8) === 0 ? bad.subarray(0, roll(bad.length)) : bad);
+        } catch (error) {
+            check(error.constructor === Error, `${name}: ${error.stack}`);
+            refused++;
+        }
+        if (i % 500 === 0) {
+            decoder.decode(key);
+            check(digestOf(decoder) === keyDigest, `${name}: the key frame behind damaged packets is another one`);
+        }
+    }
+    check(refused > 100000 / names.length / 2, `${name}: too few packets were refused: ${refused}`);
+}
+console.log(`${names.length} streams decoded`);
