@@ -113,6 +113,24 @@ COMPRESSION = {
 }
 
 
+def makeBlocksSeeds():
+    """The tests' stored streams: whole, without their key frame, and damaged."""
+    seeds = {}
+    for path in sorted((CORPUS.parent.parent / "tests/data/blocks").glob("*.blocks")):
+        data, place, packets = path.read_bytes(), 0, []
+        while place < len(data):
+            size = struct.unpack_from("<I", data, place)[0]
+            packets.append(data[place + 4:place + 4 + size])
+            place += 4 + size
+        damaged = bytearray(packets[-1])
+        damaged[len(damaged) // 2] ^= 0x55
+        for name, chosen in (("stream", packets[2:]), ("no-key-frame", packets[1:4]),
+                             ("damaged", [bytes(damaged), packets[-1][:40]])):
+            if name != "stream" or path.stem == "rle":
+                seeds[f"{path.stem}-{name}"] = b"".join(struct.pack("<H", len(p)) + p for p in chosen)
+    return seeds
+
+
 def readIvf(path):
     data = path.read_bytes()
     place = struct.unpack_from("<H", data, 6)[0]
@@ -175,4 +193,5 @@ write("svg_path", SVG_PATH)
 write("layout", LAYOUT)
 write("text", TEXT)
 write("compression", COMPRESSION)
+write("blocks", makeBlocksSeeds())
 write("decoder", makeDecoderSeeds(sys.argv[1]))
