@@ -121,8 +121,8 @@ TEST_F(HostProgram, InspectListsTheSoftwareCodecs) {
             decoders.push_back(entry["implementation"]);
         }
     }
-    EXPECT_EQ(encoders, (std::vector<std::string>{"libvpx-vp9", "mpeg1video"}));
-    EXPECT_EQ(decoders, (std::vector<std::string>{"vp9", "libvpx-vp9", "mpeg1video"}));
+    EXPECT_EQ(encoders, (std::vector<std::string>{"lz4", "rle", "zip", "libvpx-vp9", "mpeg1video"}));
+    EXPECT_EQ(decoders, (std::vector<std::string>{"lz4", "rle", "zip", "vp9", "libvpx-vp9", "mpeg1video"}));
 }
 
 TEST_F(HostProgram, InspectTellsWhyHardwareIsMissing) {
