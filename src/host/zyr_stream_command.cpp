@@ -112,6 +112,7 @@ std::unique_ptr<VideoSource> openSource(const StreamOptions& p_options, std::uni
 
 int runStream(const StreamOptions& p_options) {
     refuseSharedFiles(p_options);
+    claimStandardOutput();
     tuneHeapForPictures();
     const InterruptGuard guard;
     std::unique_ptr<InputFile> stored;
