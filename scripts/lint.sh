@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # The static checks, one OK or FAIL line each.
 #
-#   scripts/lint.sh               all checks
-#   scripts/lint.sh format tidy   only the named ones: format layers scripts build-list headers clang tidy
+#   scripts/lint.sh               all checks but the slow ones
+#   scripts/lint.sh format tidy   only the named ones: format layers scripts build-list headers tidy
+#   scripts/lint.sh clang beside  the slow ones: tests by a second compiler, tidy over benchmarks, fuzzers and examples
 #   scripts/lint.sh --fix         writes the format instead of checking it
 #   scripts/lint.sh --no-deps     don't look for missing packages first
 #   scripts/lint.sh --tally FILE  also writes "<passed> <failed>" to FILE
@@ -25,7 +26,7 @@ while [ $# -gt 0 ]; do
     esac
     shift
 done
-[ ${#checks[@]} -gt 0 ] || checks=(format layers scripts build-list headers clang tidy)
+[ ${#checks[@]} -gt 0 ] || checks=(format layers scripts build-list headers tidy)
 source scripts/lib.sh
 if $deps; then scripts/deps.sh --with lint || exit 1; fi
 
@@ -148,10 +149,15 @@ check_headers() {
     return $result
 }
 
-# Mistakes in the product, and in all that stands beside it and runs.
+# Mistakes in the product.
 check_tidy() {
     configure || return 1
-    { unitsOfBuild '(src|bench|fuzz)/.*\.cpp$'; exampleUnits; } | checkUnits tidy
+    unitsOfBuild 'src/.*\.cpp$' | sort -u -k 1,1 | checkUnits tidy
+}
+# The same in all that stands beside it and runs.
+check_beside() {
+    configure || return 1
+    { unitsOfBuild '(bench|fuzz)/.*\.cpp$'; exampleUnits; } | sort -u -k 1,1 | checkUnits tidy
 }
 exampleUnits() {
     git ls-files -co --exclude-standard 'examples/*.cpp' |
