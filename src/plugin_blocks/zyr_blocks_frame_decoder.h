@@ -20,8 +20,8 @@ public:
     uint64_t getLibVersion() const override;
     const String& getCodecName() const override { return m_codecInfo.codecName; }
     void getCodecRequests(List<FrameCodecRequest*>& p_requests) override;
-    /// Silent. False unless single-plane RGB and a compression were agreed. Of the options "threads=N" is read: so many
-    /// threads take part in large pictures, and none beside the caller's with 1.
+    /// Silent. False unless single-plane RGB was agreed; the compression stands in each packet. Of the options
+    /// "threads=N" is read: so many threads take part in large pictures, and none beside the caller's with 1.
     bool_t initialize(const FrameCodecInfo& p_codecInfo) override;
     bool_t deinitialize() override { return 1; }
     const FrameCodecInfo* getCodecInfo() const override { return &m_codecInfo; }

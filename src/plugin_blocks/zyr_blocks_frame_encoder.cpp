@@ -31,7 +31,7 @@ void BlocksFrameEncoder::getCodecProposals(List<FrameCodecProposal*>& p_proposal
 }
 
 bool_t BlocksFrameEncoder::initialize(const FrameCodecInfo& p_codecInfo) {
-    if (!blocks::isPossible(p_codecInfo)) {
+    if (!blocks::isPossible(p_codecInfo) || !blocks::hasCompression(p_codecInfo)) {
         return 0;
     }
     m_codecInfo = p_codecInfo;

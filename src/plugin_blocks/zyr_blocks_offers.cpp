@@ -47,8 +47,11 @@ FrameCodecRequest* createRequest(const Offer& p_offer) {
 bool isPossible(const FrameCodecInfo& p_info) {
     return p_info.codecName == CODEC_NAME && !p_info.planesModels.isEmpty() &&
            p_info.planesModels.frontConst() == ZYR_PLANES_MODEL_SINGLE && !p_info.colorSpaces.isEmpty() &&
-           p_info.colorSpaces.frontConst() == ZYR_COLOR_SPACE_RGB && !p_info.compressions.isEmpty() &&
-           p_info.compressions.frontConst() >= ZYR_COMPRESSION_RLE &&
+           p_info.colorSpaces.frontConst() == ZYR_COLOR_SPACE_RGB;
+}
+
+bool hasCompression(const FrameCodecInfo& p_info) {
+    return !p_info.compressions.isEmpty() && p_info.compressions.frontConst() >= ZYR_COMPRESSION_RLE &&
            p_info.compressions.frontConst() <= ZYR_COMPRESSION_ZIP;
 }
 

@@ -27,8 +27,11 @@ constexpr Offer OFFERS[NUM_OF_OFFERS] = {
 FrameCodecProposal* createProposal(const Offer& p_offer, uint64_t p_adapterID);
 FrameCodecRequest* createRequest(const Offer& p_offer);
 
-/// Whether the codec can work in the way that was agreed: single-plane RGB first, and a compression.
+/// Whether the codec can work in the way that was agreed: single-plane RGB first.
 bool isPossible(const FrameCodecInfo& p_info);
+
+/// Whether a compression was agreed, which only encoders have to know: packets tell theirs.
+bool hasCompression(const FrameCodecInfo& p_info);
 
 /// The number behind "threads=" in the options, or 0.
 uint32_t findNumOfThreads(const String& p_options);
