@@ -155,14 +155,13 @@ struct Program {
                          "Video file, stored stream, - for the standard input, image sequence pattern "
                          "(frames/%04d.png) or generate:WIDTHxHEIGHT[@RATE][:COUNT]")
             ->required();
-        command->add_option("--codec", o.m_codec, "Codec by name: vp9, h264, mpeg1video");
+        command->add_option("--codec", o.m_codec, "Codec by name: vp9, h264, mpeg1video, blocks");
         command->add_option("--encoder", o.m_encoder, "Encoder implementation, such as libvpx-vp9");
         command->add_option("--decoder", o.m_decoder, "Decoder implementation, such as vp9");
         command->add_option("--require", o.m_require, "hw or sw: take only such implementations")
             ->check(CLI::IsMember({"hw", "sw"}));
-        command->add_option("--quality", o.m_quality, "0 (small) to 100 (good)")
-            ->check(CLI::Range(0, 100))
-            ->capture_default_str();
+        command->add_option("--quality", o.m_quality, "0 (small) to 100 (good); 60, or 100 for a lossless codec")
+            ->check(CLI::Range(0, 100));
         command->add_option("--encoder-options", o.m_encoderOptions, "key=value,... on top of the agreed options")
             ->check(checkEncoderOptions);
         command->add_option("--tune", o.m_tune, "screen: what helps contents of a screen")

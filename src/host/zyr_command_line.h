@@ -53,8 +53,8 @@ struct StreamOptions {
     uint64_t m_maxFrames = 0; ///< 0: all.
     uint64_t m_startTime = 0; ///< When the program was started, on zyr_getCurrentTime()'s clock.
     uint64_t m_bitrate = 0;   ///< Target in bits per second, 0 for a constant quality.
-    int m_quality = 60;
-    bool m_tolerant = false; ///< A damaged source is no failure.
+    int m_quality = -1;       ///< -1: what suits the codec.
+    bool m_tolerant = false;  ///< A damaged source is no failure.
     bool m_explain = false;
     bool m_json = false;
     bool m_progress = true;

@@ -55,6 +55,14 @@ bool isFullRange(const Match& p_match) {
     return space != ZYR_COLOR_SPACE_BT_601 && space != ZYR_COLOR_SPACE_BT_709;
 }
 
+/// What is asked for; otherwise a lossless codec is taken at its word.
+unsigned chooseQuality(const StreamOptions& p_options, const FrameCodecInfo& p_info) {
+    if (p_options.m_quality >= 0) {
+        return unsigned(p_options.m_quality);
+    }
+    return p_info.lossless ? 100 : 60;
+}
+
 void fillIdentity(StreamReport& p_report, const StreamOptions& p_options, const VideoSource& p_source,
                   const Match& p_match) {
     p_report.m_source = p_source.describe();
@@ -66,7 +74,7 @@ void fillIdentity(StreamReport& p_report, const StreamOptions& p_options, const 
     p_report.m_hardware = toText(p_match.m_info.hardwareDeviceName);
     p_report.m_colorSpace =
         p_match.m_info.colorSpaces.isEmpty() ? "none" : colorSpaceText(firstOf(p_match.m_info.colorSpaces));
-    p_report.m_quality = unsigned(p_options.m_quality);
+    p_report.m_quality = chooseQuality(p_options, p_match.m_info);
     p_report.m_metrics = p_options.m_metrics;
 }
 
@@ -141,7 +149,7 @@ int runStream(const StreamOptions& p_options) {
     fillIdentity(report, p_options, *source, *match);
     const PlaneTap tap(framework.getApplicationData());
     StreamCoder coder(*match, market);
-    coder.open(collectOptions(p_options, *match, source->getRate()), unsigned(p_options.m_quality));
+    coder.open(collectOptions(p_options, *match, source->getRate()), chooseQuality(p_options, match->m_info));
     report.m_encoderOptions = toText(match->m_info.codecOptions);
     if (p_options.m_explain) {
         for (const std::string& line : log) {

@@ -253,6 +253,21 @@ TEST_F(HostProgram, TheDefaultIsTheFirstCodecInSoftware) {
     EXPECT_EQ(report["color_space"], "BT_601_FR");
 }
 
+TEST_F(HostProgram, ALosslessCodecIsTakenWhenItIsNamedAndAtItsWord) {
+    const ProgramRun run = host({"stream", "generate:65x47:4", "--codec", "blocks", "-o", path("a.zyrs"), "--json"});
+    ASSERT_EQ(run.m_exitCode, 0) << run.m_err;
+    const json report = jsonOf(run);
+    EXPECT_EQ(report["encoder"], "lz4");
+    EXPECT_EQ(report["quality_setting"], 100);
+    EXPECT_EQ(report["pictures"], 4);
+    const json again = jsonOf(host({"stream", path("a.zyrs"), "--codec", "blocks", "--encoder", "zip", "--json"}));
+    EXPECT_EQ(again["encoder"], "zip");
+    EXPECT_EQ(again["pictures"], 4);
+    EXPECT_EQ(jsonOf(host(
+                  {"stream", "generate:65x47:4", "--codec", "blocks", "--quality", "50", "--json"}))["quality_setting"],
+              50);
+}
+
 TEST_F(HostProgram, TheDecoderCanBeChosen) {
     const json report = jsonOf(host({"stream", "generate:64x48:3", "--json", "--decoder", "libvpx-vp9"}));
     EXPECT_EQ(report["decoder"], "libvpx-vp9");
