@@ -1,6 +1,7 @@
 #include "core_module/settings/zyr_setting_text.h"
 
 #include <charconv>
+#include <cmath>
 #include <limits>
 
 namespace zyr {
@@ -39,7 +40,7 @@ template <typename T> const char* parseNumber(const String& p_text, T& p_number)
     if constexpr (std::is_floating_point_v<T>) {
         begin += *begin == '+' && begin[1] != '-' ? 1 : 0;
         result = std::from_chars(begin, end, p_number);
-        if (p_number - p_number != 0) {
+        if (!std::isfinite(p_number)) {
             return NO_NUMBER; // The words for infinity and for what is no number.
         }
     } else {
