@@ -101,6 +101,9 @@ TEST(PluginModulesWithoutApplicationData, AreRefusedWithTheFactorysLineAndTheirO
 TEST_F(PluginModulesOfApplication, WithoutCoreTableEndTheProcess) {
     EXPECT_EXIT(
         {
+            // Kept in sight, so that it is no leak.
+            [[maybe_unused]] static CoreModuleTable* volatile table = nullptr;
+            table = m_application->m_core;
             m_application->m_core = nullptr;
             initialize({});
         },

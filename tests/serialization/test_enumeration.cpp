@@ -1,4 +1,5 @@
 #include "serialization/sample_records.h"
+#include "support/zyr_ignore_leaks.h"
 #include "zyr_common/serialization/zyr_enumeration_maps.h"
 
 #include <gtest/gtest.h>
@@ -68,6 +69,7 @@ TEST(Enumeration, MapsAByteSizedOneInBothDirections) {
 TEST(Enumeration, BuildsItsMapsOnceUnderManyFirstCallers) {
     static constexpr EnumerationEntry c_entries[] = {{10, "TEN"}, {20, "TWENTY"}, {30, "THIRTY"}};
     for (int round = 0; round < 50; ++round) {
+        const IgnoreLeaks ignoreLeaks; // Maps are kept until the process ends.
         EnumerationTexts texts(c_entries, 3);
         std::vector<std::thread> threads;
         std::atomic<int> known{0};

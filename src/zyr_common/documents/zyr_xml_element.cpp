@@ -1,5 +1,6 @@
 #include "zyr_common/documents/zyr_xml_element.h"
 
+#include "zyr_common/memory/zyr_permanent.h"
 #include "zyr_common/text/zyr_string.h"
 
 namespace zyr {
@@ -34,7 +35,7 @@ void XmlElement::setAttributes(const Attributes& p_attributes) {
 }
 
 Array<XmlElement::Base*>* XmlElement::getItems() {
-    static const String& item = *new String("item"); // Never destroyed: elements may be read in exit handlers.
+    static const String& item = makePermanent<String>("item");
     if (m_cachedItems == nullptr) {
         m_cachedItems = findVectorOfNodes(item.getWrapped());
     }
