@@ -1,5 +1,7 @@
 #include "host/zyr_command_line.h"
 #include "host/zyr_encoder_options.h"
+#include "host/zyr_framework_arguments.h"
+#include "host/zyr_object_arguments.h"
 #include "host/zyr_plugin_guard.h"
 #include "host/zyr_video_source.h"
 #include "zyr_common/platform/zyr_time.h"
@@ -20,36 +22,6 @@ namespace {
 
 constexpr const char* EXIT_CODES = "Exit codes: 0 done, 1 the run failed, 2 wrong usage, 3 the wanted codec is not "
                                    "usable here, 4 a module failed to load.";
-
-void addLogOptions(CLI::App& p_command, FrameworkOptions& p_options) {
-    p_command.add_option("--log-dir", p_options.m_logDirectory,
-                         "Directory of the log file (default: zyr-host/log/ in the user's state directory)");
-    p_command
-        .add_option_function<LogLevelEnum>(
-            "--log-level",
-            [&p_options](const LogLevelEnum& p_level) {
-                p_options.m_logLevel = p_level;
-                p_options.m_logLevelGiven = true;
-            },
-            "1 errors, 2 warnings, 3 information, 4 debugging, 5 every step")
-        ->transform(CLI::CheckedTransformer(std::map<std::string, LogLevelEnum>{{"error", ZYR_LOG_LEVEL_ERROR},
-                                                                                {"warn", ZYR_LOG_LEVEL_WARN},
-                                                                                {"info", ZYR_LOG_LEVEL_INFO},
-                                                                                {"debug", ZYR_LOG_LEVEL_DEBUG},
-                                                                                {"trace", ZYR_LOG_LEVEL_TRACE}},
-                                            CLI::ignore_case));
-}
-
-void addFrameworkOptions(CLI::App& p_command, FrameworkOptions& p_options) {
-    p_command.add_option("--modules", p_options.m_moduleDirectory,
-                         "Directory of zyr_core.so and zyr_picture.so (default: found beside the program)");
-    p_command.add_option("--plugins", p_options.m_pluginDirectories,
-                         "Directory of plug-ins besides plugins/ in the module directory, may be given more than "
-                         "once");
-    p_command.add_flag("!--no-default-plugins", p_options.m_defaultPlugins,
-                       "Leave plugins/ in the module directory out");
-    addLogOptions(p_command, p_options);
-}
 
 std::string checkSize(const std::string& p_text) {
     uint32_t width = 0;
@@ -116,6 +88,7 @@ struct Program {
     LaunchOptions m_launch;
     PathOptions m_path;
     LayoutOptions m_layout;
+    ObjectArguments m_object;
     std::string m_size;
     std::string m_bitrate;
     std::vector<std::string> m_resizes;
@@ -133,6 +106,7 @@ struct Program {
         addLaunch();
         addPath();
         addLayout();
+        m_object.add(m_app, m_result);
     }
 
     void addInspect() {

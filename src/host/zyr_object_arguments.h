@@ -1,0 +1,22 @@
+/// The arguments of "zyr-host object" and the subcommands below it.
+#pragma once
+
+#include "host/zyr_object_command.h"
+
+#include <CLI/CLI.hpp>
+
+namespace zyr::host {
+
+/// Holds what was parsed, so it has to live as long as the parser.
+class ObjectArguments {
+public:
+    /// Adds the subcommand. What runs leaves its exit code in p_result.
+    void add(CLI::App& p_program, int& p_result);
+
+private:
+    void addConvert(CLI::App& p_object, int& p_result);
+
+    ObjectConvertOptions m_convert;
+};
+
+} // namespace zyr::host

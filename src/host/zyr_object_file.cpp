@@ -1,0 +1,134 @@
+#include "host/zyr_object_file.h"
+
+#include "host/zyr_run_error.h"
+
+#include "zyr_common/storage/zyr_load_save.h"
+#include "zyr_common/storage/zyr_payload_wrapper.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace zyr::host {
+
+namespace {
+
+/// Closes a descriptor.
+class Descriptor {
+public:
+    explicit Descriptor(const std::string& p_path)
+        : m_number(open(p_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {}
+    ~Descriptor() {
+        if (m_number >= 0) {
+            close(m_number);
+        }
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    const int m_number;
+};
+
+} // namespace
+
+std::string getDirectoryOf(const std::string& p_path) {
+    const size_t slash = p_path.rfind('/');
+    return slash == std::string::npos ? "./" : p_path.substr(0, slash + 1);
+}
+
+std::string getExtensionOf(const std::string& p_path) {
+    const size_t slash = p_path.rfind('/');
+    const size_t period = p_path.rfind('.');
+    const bool has = period != std::string::npos && (slash == std::string::npos || period > slash);
+    return has ? p_path.substr(period + 1) : "";
+}
+
+bool isObjectFormat(const std::string& p_format) {
+    return p_format == "raw" || p_format == "zbf" || p_format == "xml" || p_format == "json";
+}
+
+std::string findObjectFormat(const std::string& p_bytes) {
+    if (p_bytes.size() >= c_payloadIdentifierSize) {
+        const PayloadFormat format = zyr_getPayloadFormat(reinterpret_cast<const uint8_t*>(p_bytes.data()));
+        if (format != PayloadFormat::UNKNOWN) {
+            return format == PayloadFormat::ZBF ? "zbf" : "raw";
+        }
+    }
+    const size_t mark = p_bytes.compare(0, 3, "\xEF\xBB\xBF") == 0 ? 3 : 0;
+    const size_t first = p_bytes.find_first_not_of(" \t\r\n", mark);
+    if (first == std::string::npos) {
+        return "";
+    }
+    return p_bytes[first] == '{' ? "json" : p_bytes[first] == '<' ? "xml" : "";
+}
+
+std::string readObjectFile(const std::string& p_path) {
+    const Descriptor file(p_path);
+    struct stat status {};
+    if (file.m_number < 0 || fstat(file.m_number, &status) != 0) {
+        throw RunError(std::string("it cannot be read: ") + strerror(errno));
+    }
+    if (!S_ISREG(status.st_mode)) {
+        throw RunError("it is no regular file");
+    }
+    std::string bytes(static_cast<size_t>(status.st_size), 0);
+    size_t size = 0;
+    while (size < bytes.size()) {
+        const ssize_t count = read(file.m_number, bytes.data() + size, bytes.size() - size);
+        if (count < 0 && errno != EINTR) {
+            throw RunError(std::string("it cannot be read: ") + strerror(errno));
+        }
+        if (count == 0) {
+            break;
+        }
+        size += count > 0 ? static_cast<size_t>(count) : 0;
+    }
+    bytes.resize(size);
+    return bytes;
+}
+
+std::string chooseObjectFormat(const std::string& p_path, const std::string& p_bytes, const std::string& p_format) {
+    if (!p_format.empty()) {
+        return p_format;
+    }
+    const std::string found = findObjectFormat(p_bytes);
+    const std::string extension = getExtensionOf(p_path);
+    if (!found.empty() || isObjectFormat(extension)) {
+        return found.empty() ? extension : found;
+    }
+    throw RunError("it holds no saved object");
+}
+
+std::vector<std::string> ObjectLog::stop() {
+    std::vector<std::string> messages;
+    for (const std::string& line : m_data.stopListening()) {
+        LogLine parts;
+        // The readers tell at the level of information which field or byte they stumbled over.
+        if (parseLogLine(line, parts) &&
+            (parts.m_level == "ERROR" || parts.m_level == "WARN" || parts.m_message.compare(0, 7, "Unable ") == 0) &&
+            std::find(messages.begin(), messages.end(), parts.m_message) == messages.end()) {
+            messages.push_back(parts.m_message);
+        }
+    }
+    return messages;
+}
+
+ObjectHandle<IObject> loadObject(Framework& p_framework, const std::string& p_path, const std::string& p_format,
+                                 std::vector<std::string>& p_reasons) {
+    // A relative path would be joined to the directory, which it holds already.
+    char* whole = realpath(p_path.c_str(), nullptr);
+    const std::string path = whole != nullptr ? whole : p_path;
+    free(whole);
+    ObjectLog log(p_framework);
+    ObjectHandle<IObject> object(zyr_loadFromFile(path.c_str(), p_format.c_str(), getDirectoryOf(path).c_str()));
+    const std::vector<std::string> messages = log.stop();
+    if (object == nullptr) {
+        p_reasons.insert(p_reasons.end(), messages.begin(), messages.end());
+    }
+    return object;
+}
+
+} // namespace zyr::host
