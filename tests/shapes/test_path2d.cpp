@@ -337,7 +337,9 @@ TEST_F(Path2DStream, ReadsABaseCommandForTheNameOfAnotherRegisteredRecord) {
     addElement(root, "Path2DCommand{double}");
     EXPECT_EQ(idsRead(root), (std::vector<uint32_t>{0, 0}));
     EXPECT_EQ(Impostor::s_made, 0);
-    EXPECT_NE(zyr_createUnknownVariableFromName("Impostor{double}"), nullptr) << "it is registered";
+    const auto* const registered = static_cast<Impostor*>(zyr_createUnknownVariableFromName("Impostor{double}"));
+    EXPECT_NE(registered, nullptr);
+    delete registered;
 }
 
 TEST_F(Path2DStream, SkipsNullElements) {
