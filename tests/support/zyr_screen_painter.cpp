@@ -239,7 +239,8 @@ ScreenPainter paintDesktop(uint32_t p_width, uint32_t p_height, uint32_t p_numbe
         if (contents == 0) {
             screen.drawPhotograph(inside, dice.roll());
         } else if (contents == 1) {
-            screen.drawNoise(inside, dice.roll(), 2 + dice.below(400));
+            const uint32_t colors = 2 + dice.below(400);
+            screen.drawNoise(inside, dice.roll(), colors);
         } else {
             const uint32_t letters = uint32_t(std::max(inside.width / 8, 1));
             for (int y = inside.y; y + 16 <= inside.y + inside.height; y += 16) {
@@ -260,28 +261,35 @@ void changeScreen(ScreenPainter& p_screen, Dice& p_dice) {
     const int height = int(p_screen.getHeight());
     const int x = int(p_dice.below(uint32_t(width)));
     const int y = int(p_dice.below(uint32_t(height)));
+    // Each roll is a statement of its own: the order of a call's arguments is the compiler's choice.
     switch (p_dice.below(6)) {
-    case 0:
-        p_screen.writeTerminalText(x, y, makeLine(p_dice.roll(), 1 + p_dice.below(6)), 0xFF40D040, 0xFF101018);
+    case 0: {
+        const uint32_t length = 1 + p_dice.below(6);
+        p_screen.writeTerminalText(x, y, makeLine(p_dice.roll(), length), 0xFF40D040, 0xFF101018);
         break;
+    }
     case 1:
         p_screen.move({0, 16, width, height - 16}, 0, 0);
         p_screen.writeTerminalText(0, height - 16, makeLine(p_dice.roll(), uint32_t(width) / 8), 0xFF40D040,
                                    0xFF101018);
         break;
-    case 2:
-        p_screen.move({x, y, width / 2, height / 2}, int(p_dice.below(uint32_t(width))),
-                      int(p_dice.below(uint32_t(height))));
+    case 2: {
+        const int targetY = int(p_dice.below(uint32_t(height)));
+        const int targetX = int(p_dice.below(uint32_t(width)));
+        p_screen.move({x, y, width / 2, height / 2}, targetX, targetY);
         break;
+    }
     case 3:
         p_screen.drawPhotograph({x, y, width / 3, height / 3}, p_dice.roll());
         break;
     case 4:
         p_screen.fill({x, y, 1 + width / 5, 1 + height / 7}, 0xFF000000 | p_dice.roll());
         break;
-    default:
-        p_screen.drawNoise({x, y, 1 + width / 4, 1 + height / 4}, p_dice.roll(), 1 + p_dice.below(300));
+    default: {
+        const uint32_t colors = 1 + p_dice.below(300);
+        p_screen.drawNoise({x, y, 1 + width / 4, 1 + height / 4}, p_dice.roll(), colors);
         break;
+    }
     }
 }
 
