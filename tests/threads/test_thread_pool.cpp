@@ -67,6 +67,8 @@ std::set<pid_t> getThreads() {
 }
 
 TEST(ThreadPool, WorkersAndDispatcherGoOnWaitingAfterASignal) {
+    // With a program's first thread comes one of the sanitizer's own, which takes no signals.
+    std::thread([] {}).join();
     const std::set<pid_t> others = getThreads();
     ThreadPool pool(2);
     pool.start();
