@@ -7,11 +7,14 @@
 //   prompt, text      account management asks for something, or shows two messages
 //   deny=CALL:CODE    the call (auth, acct, cred, session, delete, close) fails with the code
 //   env=NAME=value    account management sets a variable
+//   hang_up           a hang-up comes to the process while the session is opened
 #include <security/pam_appl.h>
 #include <security/pam_modules.h>
+#include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <unistd.h>
 
 typedef struct {
     pam_handle_t* handle;
@@ -208,6 +211,9 @@ int pam_sm_acct_mgmt(pam_handle_t* p_handle, int p_flags, int p_argc, const char
 
 int pam_sm_open_session(pam_handle_t* p_handle, int p_flags, int p_argc, const char** p_argv) {
     Call call = beginCall(p_handle, "open_session", p_flags, p_argc, p_argv);
+    if (findArgument(&call, "hang_up") != NULL) {
+        kill(getpid(), SIGHUP);
+    }
     return endCall(&call, "session", PAM_SUCCESS);
 }
 

@@ -233,11 +233,8 @@ TEST_F(LaunchCommand, ClosesThePamSessionOfASignalThatComesWhileItIsOpened) {
         ASSERT_EQ(mount("tmpfs", "/etc/pam.d", "tmpfs", 0, nullptr), 0);
         const std::string log = m_directory.getPath() + "calls";
         const std::string module = std::string(" required " ZYR_TEST_PAM_MODULE " log=") + log;
-        const std::string script = m_directory.getPath() + "hang-up";
-        std::ofstream(script) << "#!/bin/sh\nkill -HUP $PPID\n";
-        std::filesystem::permissions(script, std::filesystem::perms::owner_all);
-        std::ofstream("/etc/pam.d/zyr-launch") << "auth" << module << "\naccount" << module << "\nsession" << module
-                                               << "\nsession required pam_exec.so " << script << "\n";
+        std::ofstream("/etc/pam.d/zyr-launch")
+            << "auth" << module << "\naccount" << module << "\nsession" << module << " hang_up\n";
         const ProgramRun run = launch({"--user", "zyr-first", "--pam", "zyr-launch", "--", "/bin/sleep", "600"});
         EXPECT_EQ(run.m_exitCode, 128 + SIGHUP) << run.m_err;
         const std::string calls = TemporaryDirectory::readFile(log);
