@@ -1,5 +1,5 @@
 #include "support/binary_layout.h"
-#include "support/zyr_record_walk.h"
+#include "support/records/zyr_record_list.h"
 #include "zyr_common/geometry/zyr_polygon_hull.h"
 #include "zyr_common/geometry/zyr_spline2d.h"
 #include "zyr_common/geometry/zyr_swept_shapes.h"
@@ -7,24 +7,6 @@
 namespace zyr {
 
 namespace {
-
-/// Describes the float and double form of each template. What is the same for all of them holds at compile time.
-template <template <typename> class... Templates> void describe(std::vector<test::RecordKind>& p_kinds) {
-    static_assert(((alignof(Templates<float>) == 1 && alignof(Templates<double>) == 1) && ...));
-    (p_kinds.push_back(test::describeRecord<Templates<float>>()), ...);
-    (p_kinds.push_back(test::describeRecord<Templates<double>>()), ...);
-}
-
-std::vector<test::RecordKind> describeShapeRecords() {
-    std::vector<test::RecordKind> kinds;
-    describe<Shape2D, Rectangle, RoundedRectangle, Circle, Ellipse, Arc>(kinds);
-    describe<Polygon2D, Spline2D, ExtSpline2D, Graph2D, PolygonHull2D>(kinds);
-    describe<PolyPoint2D, PolyEdge2D, PolyTriangle2D, PolyQuad2D, PolyTriangle3D, PolyQuad3D, Contour2D>(kinds);
-    describe<Transform2D, Transform3D, ShapeTransform3D, Orientation3D>(kinds);
-    describe<Shape3D, Spline3D, Cuboid, RoundedCuboid, Sphere, Torus, Capsule, Cylinder, Cone, Tube>(kinds);
-    describe<Extrusion, Lathe, PolygonHull3D>(kinds);
-    return kinds;
-}
 
 /// "Tube{float}" as the name of a test: "Tube_float".
 std::string getTestName(const testing::TestParamInfo<test::RecordKind>& p_info) {
@@ -58,7 +40,7 @@ TEST_P(ShapeRecords, ReadBackWhatTheyWriteAsBinary) {
     test::expectReadsBackWhatItWrites(GetParam(), test::RecordingSerializer::c_binary);
 }
 
-INSTANTIATE_TEST_SUITE_P(Shapes, ShapeRecords, testing::ValuesIn(describeShapeRecords()), getTestName);
+INSTANTIATE_TEST_SUITE_P(Shapes, ShapeRecords, testing::ValuesIn(test::describeShapeRecords()), getTestName);
 
 typedef std::vector<std::string> Keys;
 
