@@ -1,6 +1,8 @@
 /// The vocabulary by which an encoder and a decoder agree on one way of coding.
 ///
-/// The texts at the end are the ones that serializers write; `zyr_convertEnumeration` converts in both directions.
+/// The numbers are stored and sent as they are, and the texts at the end are the ones that serializers write: neither
+/// may ever change. `zyr_convertEnumeration` converts in both directions and is safe on any thread. A number without a
+/// text can't be written to a text format.
 #pragma once
 
 #include "zyr_common/serialization/zyr_enumeration.h"
@@ -8,12 +10,20 @@
 
 namespace zyr {
 
-/// How much a decoder wants a feature: not at all, if there is a choice, or as a condition; each on one of 17 ranks.
-/// A lower rank comes first.
+/// How much a decoder wants a feature: not at all, if there is a choice, or as a condition; each on one of 17 ranks. A
+/// lower rank comes first.
+///
+/// All even values from 2 on are mandatory. A mandatory feature that the encoder lacks ends the negotiation; an
+/// optional one is just not agreed on. Ranks only order the features of one group among each other: planes models,
+/// colour spaces, profiles or compressions.
 enum RequestTypeEnum : uint32_t {
+    /// Not wanted: an encoder that insists on it doesn't match.
     ZYR_REQUEST_NONE = 0,
+    /// Wanted if possible, on the first rank.
     ZYR_REQUEST_OPTIONAL = 1,
+    /// A condition, on the first rank.
     ZYR_REQUEST_MANDATORY = 2,
+    /// From here on in pairs, each on the rank in its name.
     ZYR_REQUEST_OPTIONAL_1 = 3,
     ZYR_REQUEST_MANDATORY_1 = 4,
     ZYR_REQUEST_OPTIONAL_2 = 5,
@@ -45,18 +55,21 @@ enum RequestTypeEnum : uint32_t {
     ZYR_REQUEST_OPTIONAL_15 = 31,
     ZYR_REQUEST_MANDATORY_15 = 32,
     ZYR_REQUEST_OPTIONAL_16 = 33,
+    /// The last rank.
     ZYR_REQUEST_MANDATORY_16 = 34
 };
 
-/// How an encoder treats a feature.
+/// How an encoder treats a feature. Encoders have no ranks: among what both sides can do, the decoder chooses.
 enum ProposalTypeEnum : uint32_t {
     ZYR_PROPOSAL_NONE = 0,     ///< The encoder does not do this.
     ZYR_PROPOSAL_OPTIONAL = 1, ///< The encoder does this if asked.
     ZYR_PROPOSAL_MANDATORY = 2 ///< The encoder cannot work unless this is asked for.
 };
 
-/// Speed class of a codec implementation.
+/// Speed class of a codec implementation, as its author rates it. It takes no part in the matching: the agreed record
+/// has the encoder's.
 enum CodecRatingEnum : uint32_t {
+    /// not rated
     ZYR_CODEC_RATING_NONE = 0,
     ZYR_CODEC_RATING_ULTRA_SLOW = 1,
     ZYR_CODEC_RATING_SUPER_SLOW = 2,
@@ -69,20 +82,32 @@ enum CodecRatingEnum : uint32_t {
     ZYR_CODEC_RATING_ULTRA_FAST = 9
 };
 
-/// How the samples of a picture are laid out in planes.
+/// How the samples of a picture are laid out in planes. In all but `SINGLE` the first plane is luma in full size. YV12,
+/// NV12 and NV21 are for pictures only: they can't be negotiated.
 enum PixelPlanesModelEnum : uint32_t {
+    /// unknown, or not agreed
     ZYR_PLANES_MODEL_NONE = 0,
     ZYR_PLANES_MODEL_SINGLE = 1, ///< Packed pixels in one plane.
+    /// chroma halved on both axes; planes Y, U, V
     ZYR_PLANES_MODEL_I420 = 2,
+    /// the same with V before U
     ZYR_PLANES_MODEL_YV12 = 3,
+    /// chroma halved on both axes in one plane, U and V taking turns
     ZYR_PLANES_MODEL_NV12 = 4,
+    /// the same with V before U
     ZYR_PLANES_MODEL_NV21 = 5,
+    /// chroma a quarter on both axes
     ZYR_PLANES_MODEL_I410 = 6,
+    /// chroma a quarter across, full height
     ZYR_PLANES_MODEL_I411 = 7,
+    /// chroma half across, full height
     ZYR_PLANES_MODEL_I422 = 8,
+    /// chroma in full size
     ZYR_PLANES_MODEL_I444 = 9
 };
 
+/// What the numbers of a picture mean. Limited range keeps luma within 16 to 235 and chroma within 16 to 240; full
+/// range uses all of 0 to 255. The matrices are those of the ITU recommendations in the names.
 enum ColorSpaceEnum : uint32_t {
     ZYR_COLOR_SPACE_NONE = 0,
     ZYR_COLOR_SPACE_RGB = 1,
@@ -92,6 +117,7 @@ enum ColorSpaceEnum : uint32_t {
     ZYR_COLOR_SPACE_BT_709_FR = 5  ///< Full range.
 };
 
+/// The coding tools that a stream may use, where a codec has such a choice.
 enum FrameCodecProfileEnum : uint32_t {
     ZYR_CODEC_PROFILE_NONE = 0,
     ZYR_CODEC_PROFILE_BASELINE = 1,
@@ -99,6 +125,7 @@ enum FrameCodecProfileEnum : uint32_t {
     ZYR_CODEC_PROFILE_HIGH = 3
 };
 
+/// How packed data is compressed.
 enum CompressionTypeEnum : uint32_t {
     ZYR_COMPRESSION_NONE = 0,
     ZYR_COMPRESSION_RLE = 1,
@@ -106,6 +133,7 @@ enum CompressionTypeEnum : uint32_t {
     ZYR_COMPRESSION_ZIP = 3
 };
 
+/// What part of a picture that comes in layers a frame carries.
 enum FrameLayerTypeEnum : uint32_t {
     ZYR_FRAME_LAYER_NONE = 0,
     ZYR_FRAME_LAYER_SMALL_DYNAMIC = 1,

@@ -17,6 +17,7 @@ namespace zyr {
 
 template <typename T> class Rect;
 
+/// Made by the picture module. Sizes are in pixels unless the name says blocks.
 class IDiffmap : public IObject {
 public:
     /// Makes the map of a picture of that size in blocks of that size (both in pixels, none of them 0) and gives each
@@ -40,6 +41,7 @@ public:
     virtual bool_t convertIntoRects(Array<Rect<int>>& p_rects, bool_t p_merge) = 0;
     /// Gives the value to each block that the rectangle touches. Parts outside the picture are ignored.
     virtual bool_t drawSingleRect(const Rect<int>& p_rect, uint8_t p_value) = 0;
+    /// The same for each of the rectangles.
     virtual bool_t drawMultipleRects(const Array<Rect<int>>& p_rects, uint8_t p_value) = 0;
     /// Gives the value to each block whose counterpart in `p_diffmap` changed. Both need the same sizes.
     virtual bool_t drawDiffmap(IDiffmap* p_diffmap, uint8_t p_value) = 0;
@@ -51,22 +53,26 @@ public:
     virtual void printToLog(LogLevelEnum p_level, bool_t p_blocks) = 0;
     /// Blocks in all: `getHBlocks() * getVBlocks()`.
     virtual uint32_t getNumOfBlocks() const = 0;
+    /// The sizes that `init` was given; 0 before.
     virtual uint32_t getImageWidth() const = 0;
     virtual uint32_t getImageHeight() const = 0;
     /// Blocks in a row and in a column.
     virtual uint32_t getHBlocks() const = 0;
     virtual uint32_t getVBlocks() const = 0;
+    /// Of a whole block; the last ones of a row or column cover less.
     virtual uint32_t getBlockWidth() const = 0;
     virtual uint32_t getBlockHeight() const = 0;
     /// One byte for each block, row by row, owned by the map; null for a map without blocks.
     virtual uint8_t* getData() const = 0;
     /// Bytes at `getData`.
     virtual uint64_t getSize() const = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getDiffmapReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(Diffmap, IObject, "c01048e8-5f00-44ee-bb02-d6ea1c70192a")
 
+/// Forwards each operation to the Diffmap of its module; what extends that class derives from this.
 template <class Interface> class DiffmapFacade : public ObjectFacade<Interface> {
 public:
     bool_t init(uint32_t p_imageWidth, uint32_t p_imageHeight, uint32_t p_blockWidth, uint32_t p_blockHeight,

@@ -22,19 +22,29 @@ public:
     String codecImplementation; ///< The implementation of it, such as "libvpx-vp9".
     String codecOptions;        ///< Options for the implementation: `key=value` pairs joined by commas.
     String hardwareDeviceName;  ///< Hardware path, "vaapi" or empty.
+    /// Speed class of the encoder; the decoder's is not kept.
     CodecRatingEnum rating;
     uint64_t adapterID; ///< The graphics adapter of the encoder.
+    /// Layouts that both sides handle. Code works with the first one.
     HashSet<PixelPlanesModelEnum> planesModels;
+    /// Colour spaces that both sides handle. Code works with the first one.
     HashSet<ColorSpaceEnum> colorSpaces;
+    /// Profiles that both sides handle; empty where none was asked for.
     HashSet<FrameCodecProfileEnum> codecProfiles;
+    /// The quality may be changed while the stream runs.
     bool_t variableQuality;
+    /// The codec works on a sequence of pictures, so that frames depend on those before.
     bool_t video;
+    /// Every decoded picture equals the coded one, bit by bit.
     bool_t lossless;
+    /// For codecs that send a picture in blocks.
     bool_t packedBlocks;
     bool_t multiSlice;
+    /// How such blocks may be packed, the first one preferred.
     HashSet<CompressionTypeEnum> compressions;
 
     FrameCodecInfo() { init_This(); }
+    /// Copies empty the sets of the target first and keep the order of the source.
     FrameCodecInfo(const FrameCodecInfo& p_src) : Record() { copy_Backwards(p_src); }
     FrameCodecInfo& operator=(const FrameCodecInfo& p_src) {
         copy_Backwards(p_src);
@@ -45,6 +55,8 @@ public:
     FrameCodecInfo* clone() const override { return new FrameCodecInfo(*this); }
 
     // Slot order is a contract between separately built modules.
+    /// Read and write all fields in their order, under their names. 0 at the first entry that fails; what was read
+    /// stays.
     virtual bool_t readSerialized(IDeserializer* p_deserializer) { return Record::readSerialized(p_deserializer); }
     virtual bool_t writeSerialized(ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result) {
         return Record::writeSerialized(p_serializer, p_headerPass, p_result);

@@ -1,6 +1,13 @@
 /// What an encoder offers.
 ///
 /// Proposals are plain values: they can be stored or sent to the other end of a connection. One owner at a time.
+///
+///     FrameCodecInfo agreed;
+///     if (proposal->matchWithCodecRequest(request, agreed)) {
+///         encoder->initialize(agreed);
+///     } else {
+///         explain(proposal->findMismatch(request));
+///     }
 #pragma once
 
 #include "picture/zyr_codec_enums.h"
@@ -13,7 +20,7 @@ namespace zyr {
 class FrameCodecInfo;
 class FrameCodecRequest;
 
-/// What keeps a proposal and a request from each other.
+/// What keeps a proposal and a request from each other. For people: programs only ask whether they match.
 struct CodecMismatch {
     enum Kind {
         NOTHING,         ///< They match.
@@ -29,7 +36,8 @@ struct CodecMismatch {
 
 #pragma pack(push, 1)
 
-/// One way of encoding, with how the encoder treats each feature. All fields are empty, 0 or false at first.
+/// One way of encoding, with how the encoder treats each feature. All fields are empty, 0 or false at first. The fields
+/// are those of FrameCodecRequest, with the weights of an encoder.
 class FrameCodecProposal : public Record<FrameCodecProposal, RefCountedData> {
 public:
     String codecName;           ///< The codec, such as "vp9".
@@ -38,6 +46,7 @@ public:
     String hardwareDeviceName;  ///< Hardware path, "vaapi" or empty.
     CodecRatingEnum rating;     ///< Speed class of this way of encoding.
     uint64_t adapterID;         ///< The graphics adapter that the proposal is tied to.
+    /// The layouts of picture samples that the encoder takes, see PixelPlanesModelEnum.
     ProposalTypeEnum planesModelSingle;
     ProposalTypeEnum planesModel420;
     ProposalTypeEnum planesModel410;
@@ -53,21 +62,26 @@ public:
     ProposalTypeEnum colorSpaceBT709FullRange;
     bool_t colorSpaceYUV; ///< At least one of the four YUV colour spaces must be agreed.
     bool_t colorSpace;    ///< At least one of the five colour spaces must be agreed.
+    /// The profiles of streams that the encoder writes.
     ProposalTypeEnum codecProfileBaseline;
     ProposalTypeEnum codecProfileMain;
     ProposalTypeEnum codecProfileHigh;
     bool_t codecProfile;              ///< At least one profile must be agreed.
     ProposalTypeEnum variableQuality; ///< The quality can be changed while coding.
     ProposalTypeEnum video;           ///< The codec works as a video codec.
+    /// Every decoded picture equals the coded one, bit by bit.
     ProposalTypeEnum lossless;
+    /// For codecs that send a picture in blocks; others leave these two alone.
     ProposalTypeEnum packedBlocks;
     ProposalTypeEnum multiSlice;
+    /// How such blocks may be packed, see CompressionTypeEnum.
     ProposalTypeEnum compressionRle;
     ProposalTypeEnum compressionLz4;
     ProposalTypeEnum compressionZip;
     bool_t compression; ///< At least one compression must be agreed.
 
     FrameCodecProposal() { init_This(); }
+    /// A copy starts with a count of its own.
     FrameCodecProposal(const FrameCodecProposal& p_src) : Record() { copy_Backwards(p_src); }
     FrameCodecProposal& operator=(const FrameCodecProposal& p_src) {
         copy_Backwards(p_src);
@@ -78,6 +92,8 @@ public:
     FrameCodecProposal* clone() const override { return new FrameCodecProposal(*this); }
 
     // Slot order is a contract between separately built modules.
+    /// Read and write all fields in their order, under their names. 0 at the first entry that fails; what was read
+    /// stays.
     virtual bool_t readSerialized(IDeserializer* p_deserializer) { return Record::readSerialized(p_deserializer); }
     virtual bool_t writeSerialized(ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result) {
         return Record::writeSerialized(p_serializer, p_headerPass, p_result);

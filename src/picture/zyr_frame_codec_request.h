@@ -1,6 +1,13 @@
 /// What a decoder wants.
 ///
 /// Requests are plain values: they can be stored or sent to the other end of a connection. One owner at a time.
+///
+///     FrameCodecRequest request;
+///     request.codecName = "vp9";
+///     request.planesModel420 = ZYR_REQUEST_MANDATORY;
+///     request.colorSpaceBT709 = ZYR_REQUEST_OPTIONAL;   // the first choice
+///     request.colorSpaceBT601 = ZYR_REQUEST_OPTIONAL_1; // the second
+///     request.colorSpaceYUV = 1;                        // one of the two it must be
 #pragma once
 
 #include "picture/zyr_codec_enums.h"
@@ -14,7 +21,8 @@ class FrameCodecInfo;
 
 #pragma pack(push, 1)
 
-/// One way of decoding, with the weight and rank of each feature. All fields are empty, 0 or false at first.
+/// One way of decoding, with the weight and rank of each feature. All fields are empty, 0 or false at first: such a
+/// request wants nothing and matches every encoder of the same name that insists on nothing.
 class FrameCodecRequest : public Record<FrameCodecRequest, RefCountedData> {
 public:
     String codecName;           ///< The codec, such as "vp9".
@@ -22,6 +30,7 @@ public:
     String codecOptions;        ///< Options for the implementation: `key=value` pairs joined by commas.
     String hardwareDeviceName;  ///< Hardware path, "vaapi" or empty.
     CodecRatingEnum rating;     ///< Speed class of this way of decoding.
+    /// The layouts of picture samples that the decoder can give, see PixelPlanesModelEnum.
     RequestTypeEnum planesModelSingle;
     RequestTypeEnum planesModel420;
     RequestTypeEnum planesModel410;
@@ -30,6 +39,7 @@ public:
     RequestTypeEnum planesModel444;
     bool_t planesModelYUV; ///< At least one of the five YUV models must be agreed.
     bool_t planesModel;    ///< At least one of the six models must be agreed.
+    /// The colour spaces that the decoder can give, see ColorSpaceEnum.
     RequestTypeEnum colorSpaceRGB;
     RequestTypeEnum colorSpaceBT601;
     RequestTypeEnum colorSpaceBT601FullRange;
@@ -37,21 +47,26 @@ public:
     RequestTypeEnum colorSpaceBT709FullRange;
     bool_t colorSpaceYUV; ///< At least one of the four YUV colour spaces must be agreed.
     bool_t colorSpace;    ///< At least one of the five colour spaces must be agreed.
+    /// The profiles of streams that the decoder reads.
     RequestTypeEnum codecProfileBaseline;
     RequestTypeEnum codecProfileMain;
     RequestTypeEnum codecProfileHigh;
     bool_t codecProfile;             ///< At least one profile must be agreed.
     RequestTypeEnum variableQuality; ///< The quality can be changed while coding.
     RequestTypeEnum video;           ///< The codec works as a video codec.
+    /// Every decoded picture equals the coded one, bit by bit.
     RequestTypeEnum lossless;
+    /// For codecs that send a picture in blocks; others leave these two alone.
     RequestTypeEnum packedBlocks;
     RequestTypeEnum multiSlice;
+    /// How such blocks may be packed, see CompressionTypeEnum.
     RequestTypeEnum compressionRle;
     RequestTypeEnum compressionLz4;
     RequestTypeEnum compressionZip;
     bool_t compression; ///< At least one compression must be agreed.
 
     FrameCodecRequest() { init_This(); }
+    /// A copy starts with a count of its own.
     FrameCodecRequest(const FrameCodecRequest& p_src) : Record() { copy_Backwards(p_src); }
     FrameCodecRequest& operator=(const FrameCodecRequest& p_src) {
         copy_Backwards(p_src);
@@ -62,6 +77,8 @@ public:
     FrameCodecRequest* clone() const override { return new FrameCodecRequest(*this); }
 
     // Slot order is a contract between separately built modules.
+    /// Read and write all fields in their order, under their names. 0 at the first entry that fails; what was read
+    /// stays.
     virtual bool_t readSerialized(IDeserializer* p_deserializer) { return Record::readSerialized(p_deserializer); }
     virtual bool_t writeSerialized(ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result) {
         return Record::writeSerialized(p_serializer, p_headerPass, p_result);

@@ -19,11 +19,14 @@ class IDiffmap;
 class IImage;
 class ISharedTexture;
 
+/// What fills a raw frame.
 class IUnpackedFrameDataReserved {
 public:
     virtual ~IUnpackedFrameDataReserved() = default;
+    /// In pixels, as the picture has them: nothing is compared with it.
     virtual void setWidth(uint32_t p_width) = 0;
     virtual void setHeight(uint32_t p_height) = 0;
+    /// The number under which the frame runs through a stream.
     virtual void setVideoFrameID(uint64_t p_videoFrameID) = 0;
     /// These three take a reference of their own; null removes what is stored.
     virtual void setSystemMemory(IImage* p_systemMemory) = 0;
@@ -33,17 +36,21 @@ public:
     virtual void release_This() = 0;
 };
 
+/// What fills a coded frame.
 class IPackedFrameDataReserved {
 public:
     virtual ~IPackedFrameDataReserved() = default;
+    /// Of the picture that was coded, in pixels.
     virtual void setWidth(uint32_t p_width) = 0;
     virtual void setHeight(uint32_t p_height) = 0;
     virtual void setVideoFrameID(uint64_t p_videoFrameID) = 0;
     /// The array that `getPackedData` gives back.
     virtual Array<uint8_t>* getPackedDataMutable() = 0;
+    /// Copies the bytes.
     virtual void setPackedData(const Array<uint8_t>& p_packedData) = 0;
     /// Takes a reference of its own; null removes what is stored.
     virtual void setDiffmap(IDiffmap* p_diffmap) = 0;
+    /// What `getUncompressedSize` gives, in bytes; nothing is computed from it.
     virtual void setUncompressedSize(uint64_t p_uncompressedSize) = 0;
     virtual void init_This() = 0;
     virtual void release_This() = 0;
@@ -59,6 +66,7 @@ public:
     /// Size of the picture in pixels.
     virtual uint32_t getWidth() const = 0;
     virtual uint32_t getHeight() const = 0;
+    /// The number of the frame; the decoded frame has that of the coded one.
     virtual uint64_t getVideoFrameID() const = 0;
     /// The picture in system memory, or null. With `p_existing` set only a picture that is there is given; without it
     /// a picture that stands in GPU memory alone is copied to system memory first. What the picture's own memory holds
@@ -68,6 +76,7 @@ public:
     virtual ISharedTexture* getGPUMemory(bool_t p_addReference) const = 0;
     /// The blocks that changed against the frame before, or null.
     virtual IDiffmap* getDiffmap(bool_t p_addReference) const = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual IUnpackedFrameDataReserved* getUnpackedFrameDataReserved() const = 0;
 };
 
@@ -84,12 +93,14 @@ public:
     virtual IDiffmap* getDiffmap(bool_t p_addReference) const = 0;
     /// Bytes of the picture before coding, as far as the encoder tells; otherwise 0.
     virtual uint64_t getUncompressedSize() const = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual IPackedFrameDataReserved* getPackedFrameDataReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(UnpackedFrameData, IObject, "738cfecb-372c-404a-bc99-48434aeb2a03")
 ZYR_INTERFACE_TRAITS(PackedFrameData, IObject, "d95984ee-40f7-4edb-b258-b98401987ab5")
 
+/// Forwards each operation to the UnpackedFrameData of its module; what extends that class derives from this.
 template <class Interface> class UnpackedFrameDataFacade : public ObjectFacade<Interface> {
 public:
     uint32_t getWidth() const override { return this->m_interfaceObject->getWidth(); }
@@ -109,6 +120,7 @@ public:
     }
 };
 
+/// Forwards each operation to the PackedFrameData of its module; what extends that class derives from this.
 template <class Interface> class PackedFrameDataFacade : public ObjectFacade<Interface> {
 public:
     uint32_t getWidth() const override { return this->m_interfaceObject->getWidth(); }

@@ -2,6 +2,10 @@
 ///
 /// The counterpart of zyr_frame_encoder.h: a decoder states requests, is initialized with the agreed record and creates
 /// a context for each stream. One thread at a time uses a decoder, and one a context.
+///
+///     decoder->initialize(codecInfo);
+///     IFrameDecoderContext* context = decoder->createFrameDecoderContext();
+///     IUnpackedFrameData* unpacked = context->decode(packed); // the caller releases it
 #pragma once
 
 #include "picture/zyr_frame_codec_info.h"
@@ -15,6 +19,7 @@ class IFrameDecoderContext;
 class IPackedFrameData;
 class IUnpackedFrameData;
 
+/// What a plug-in can decode on this machine. A decoder serves one codec at a time and any number of streams of it.
 class IFrameDecoder : public IObject {
 public:
     /// Name of the library behind the decoder.
@@ -27,14 +32,17 @@ public:
     virtual void getCodecRequests(List<FrameCodecRequest*>& p_requests) = 0;
     /// Fixes the codec. False when the decoder cannot decode it.
     virtual bool_t initialize(const FrameCodecInfo& p_codecInfo) = 0;
+    /// Forgets the codec. Contexts that still live keep the decoder alive.
     virtual bool_t deinitialize() = 0;
     /// The agreed record, owned by the decoder.
     virtual const FrameCodecInfo* getCodecInfo() const = 0;
     /// A new context, which the caller owns and which keeps a reference to the decoder.
     virtual IFrameDecoderContext* createFrameDecoderContext() = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ICopyReserved* getFrameDecoderReserved() const = 0;
 };
 
+/// The state of one stream. Frames are decoded in the order in which they were coded.
 class IFrameDecoderContext : public IObject {
 public:
     /// Takes a reference to the decoder. False when the context has one already or cannot work with this one.
@@ -45,12 +53,14 @@ public:
     virtual IUnpackedFrameData* decode(IPackedFrameData* p_frame) = 0;
     /// The decoder, without a reference.
     virtual IFrameDecoder* getDecoder() const = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILifeCycleReserved* getFrameDecoderContextReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(FrameDecoder, IObject, "8d3bfe60-d157-4077-8ff0-68af1abc390d")
 ZYR_INTERFACE_TRAITS(FrameDecoderContext, IObject, "acdde0f5-4b0e-4040-b606-c32709806422")
 
+/// Forwards each operation to the FrameDecoder of its module; what extends that class derives from this.
 template <class Interface> class FrameDecoderFacade : public ObjectFacade<Interface> {
 public:
     const String& getLibName() const override { return this->m_interfaceObject->getLibName(); }
@@ -72,6 +82,7 @@ public:
     }
 };
 
+/// Forwards each operation to the FrameDecoderContext of its module; what extends that class derives from this.
 template <class Interface> class FrameDecoderContextFacade : public ObjectFacade<Interface> {
 public:
     bool_t initialize(IFrameDecoder* p_decoder) override { return this->m_interfaceObject->initialize(p_decoder); }

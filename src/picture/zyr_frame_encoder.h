@@ -21,6 +21,7 @@ class IFrameEncoderContext;
 class IPackedFrameData;
 class IUnpackedFrameData;
 
+/// What a plug-in can encode on this machine. An encoder serves one codec at a time and any number of streams of it.
 class IFrameEncoder : public IObject {
 public:
     /// Name of the library behind the encoder.
@@ -33,17 +34,21 @@ public:
     virtual void getCodecProposals(List<FrameCodecProposal*>& p_proposals) = 0;
     /// The graphics adapter that the proposals are made for.
     virtual uint64_t getAdapterID() const = 0;
+    /// Before the proposals are asked for.
     virtual void setAdapterID(uint64_t p_adapterID) = 0;
     /// Fixes the codec. False when the encoder does not offer it.
     virtual bool_t initialize(const FrameCodecInfo& p_codecInfo) = 0;
+    /// Forgets the codec. Contexts that still live keep the encoder alive.
     virtual bool_t deinitialize() = 0;
     /// The agreed record, owned by the encoder.
     virtual const FrameCodecInfo* getCodecInfo() const = 0;
     /// A new context, which the caller owns and which keeps a reference to the encoder.
     virtual IFrameEncoderContext* createFrameEncoderContext() = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ICopyReserved* getFrameEncoderReserved() const = 0;
 };
 
+/// The state of one stream. The size of the pictures may change from frame to frame.
 class IFrameEncoderContext : public IObject {
 public:
     /// Takes a reference to the encoder. False when the context has one already or cannot work with this one.
@@ -58,13 +63,16 @@ public:
     /// 0 to 100; higher means better.
     virtual uint8_t getQuality() const = 0;
     /// Takes effect at the next frame.
+    /// From any thread. Takes effect at the next frame.
     virtual bool_t setQuality(uint8_t p_quality) = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILifeCycleReserved* getFrameEncoderContextReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(FrameEncoder, IObject, "c9d35a11-b322-495c-8ff0-25fd48216ebc")
 ZYR_INTERFACE_TRAITS(FrameEncoderContext, IObject, "0ca52f0f-8c1a-476d-a817-d3dd94f10e41")
 
+/// Forwards each operation to the FrameEncoder of its module; what extends that class derives from this.
 template <class Interface> class FrameEncoderFacade : public ObjectFacade<Interface> {
 public:
     const String& getLibName() const override { return this->m_interfaceObject->getLibName(); }
@@ -88,6 +96,7 @@ public:
     }
 };
 
+/// Forwards each operation to the FrameEncoderContext of its module; what extends that class derives from this.
 template <class Interface> class FrameEncoderContextFacade : public ObjectFacade<Interface> {
 public:
     bool_t initialize(IFrameEncoder* p_encoder) override { return this->m_interfaceObject->initialize(p_encoder); }

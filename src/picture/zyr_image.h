@@ -36,6 +36,7 @@ enum SubsamplingEnum : uint32_t {
     ZYR_SUBSAMPLING_BOX = 1   ///< Each target pixel is the mean of the source pixels that it covers, one at least.
 };
 
+/// One picture. Made by the picture module, empty at first: `init` or `bindFixedSizeData` gives it pixels.
 class IImage : public IObject {
 public:
     /// Allocates a picture; its contents are undefined. A pitch of 0 takes the least that the storage rules above
@@ -100,12 +101,15 @@ public:
     /// Makes each pixel transparent black whose pixel in `p_mask`, a picture of the same size, is not black, and every
     /// other one opaque: the rule of cursors and icons with an AND mask.
     virtual bool_t simulateANDMask(const IImage* p_mask) = 0;
+    /// In pixels; 0 without a picture.
     virtual uint32_t getWidth() const = 0;
     virtual uint32_t getHeight() const = 0;
     /// Bytes from one row to the next.
     virtual uint32_t getPitch() const = 0;
+    /// How a pixel is stored, and what its numbers mean; both as given to `init`.
     virtual PixelFormatEnum getFormat() const = 0;
     virtual ColorSpaceEnum getColorSpace() const = 0;
+    /// Of the format, padding included; 0 without a picture.
     virtual uint32_t getBitsPerPixel() const = 0;
     /// The first row. Owned by the picture, or by the caller of `bindFixedSizeData`; null without a picture. The
     /// address changes when the size or format does.
@@ -120,11 +124,13 @@ public:
     virtual void setColorDataFormatInfo(IDataFormatInfo* p_formatInfo) = 0;
     virtual IDataFormatInfo* getAlphaDataFormatInfo(bool_t p_addReference) const = 0;
     virtual void setAlphaDataFormatInfo(IDataFormatInfo* p_formatInfo) = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getImageReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(Image, IObject, "6b134e2a-abad-4af1-803d-56bd8df5aa40")
 
+/// Forwards each operation to the Image of its module; what extends that class derives from this.
 template <class Interface> class ImageFacade : public ObjectFacade<Interface> {
 public:
     bool_t init(uint32_t p_width, uint32_t p_height, uint32_t p_pitch, PixelFormatEnum p_format,

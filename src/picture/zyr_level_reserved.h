@@ -10,7 +10,9 @@ namespace zyr {
 class ILifeCycleReserved {
 public:
     virtual ~ILifeCycleReserved() = default;
+    /// Sets the members of this level to their defaults.
     virtual void init_This() = 0;
+    /// Frees what this level owns.
     virtual void release_This() = 0;
 };
 
@@ -18,8 +20,11 @@ public:
 class ICopyReserved {
 public:
     virtual ~ICopyReserved() = default;
+    /// Sets the members of this level to their defaults.
     virtual void init_This() = 0;
+    /// Frees what this level owns.
     virtual void release_This() = 0;
+    /// Copies the members of this level and of those below it.
     virtual void copy_Backwards(const IObject* p_src) = 0;
 };
 

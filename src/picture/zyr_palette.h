@@ -9,6 +9,7 @@
 
 namespace zyr {
 
+/// Made by the picture module, empty at first. The number of a pixel is the place of its colour, from 0.
 class IPalette : public IObject {
 public:
     /// Makes a palette of that many colours, all zero, in a packed colour format of 8-bit channels.
@@ -20,17 +21,21 @@ public:
     virtual bool_t convert(IPalette* p_palette) const = 0;
     /// Converts the colours in place.
     virtual bool_t changeFormat(PixelFormatEnum p_format) = 0;
+    /// The number of colours; 0 before `init`.
     virtual uint32_t getNumOfIndices() const = 0;
     /// The colours, one behind the other, owned by the palette; null when there are none.
     virtual void* getData() const = 0;
     /// Bytes at `getData`.
     virtual uint64_t getSize() const = 0;
+    /// How a colour is stored; none before `init`.
     virtual PixelFormatEnum getFormat() const = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getPaletteReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(Palette, IObject, "7274d03f-1ef3-4c19-8161-9de500bc5ee0")
 
+/// Forwards each operation to the Palette of its module; what extends that class derives from this.
 template <class Interface> class PaletteFacade : public ObjectFacade<Interface> {
 public:
     bool_t init(uint32_t p_numOfIndices, PixelFormatEnum p_format) override {

@@ -57,7 +57,8 @@ ZYR_API int64_t zyr_interlockedExchangeInt64(volatile int64_t* p_cell, int64_t p
 /// The kernel's id of the calling thread, as log lines show it.
 ZYR_API uint32_t zyr_getCurrentThreadId();
 
-/// One value for this module's copy of the library; 0 until it is set.
+/// One value for this module's copy of the library; 0 until it is set. The host sets it on its first thread, and it
+/// tells whether a call comes from there.
 ZYR_API void zyr_setMainThreadId(uint32_t p_threadId);
 ZYR_API uint32_t zyr_getMainThreadId();
 
@@ -108,7 +109,8 @@ private:
     void (*m_freeFunction)(void*);
 };
 
-/// A lock that one thread holds at a time and that is not recursive.
+/// A lock that one thread holds at a time and that is not recursive: a thread that locks it twice waits for itself
+/// forever.
 class Mutex {
 public:
     Mutex();
@@ -118,6 +120,7 @@ public:
 
     /// Gives the number of pthread_mutex_lock: 0, or an error code.
     int lock();
+    /// On the thread that holds it. Gives 0, or an error code.
     int unlock();
     /// True when the lock was free and is now held.
     bool_t tryLock();
@@ -127,7 +130,8 @@ private:
     void (*m_freeFunction)(void*);
 };
 
-/// Many readers or one writer.
+/// Many readers or one writer. Whether a waiting writer holds up new readers is the system's choice, so a thread takes
+/// the read side only once.
 class RWLock {
 public:
     RWLock();
@@ -135,9 +139,13 @@ public:
     RWLock(const RWLock&) = delete;
     RWLock& operator=(const RWLock&) = delete;
 
+    /// Waits for the read side; 0, or an error code.
     int readLock();
+    /// True when the read side is now held; never waits.
     bool_t tryReadLock();
+    /// Waits until nobody else holds either side; 0, or an error code.
     int writeLock();
+    /// True when the write side is now held; never waits.
     bool_t tryWriteLock();
     /// Gives back either side.
     int unlock();
@@ -149,7 +157,7 @@ private:
 
 #pragma pack(pop)
 
-/// Holds a mutex, recursive or not, as long as it lives.
+/// Holds a mutex, recursive or not, as long as it lives. The mutex has to live longer.
 template <typename AnyMutex> class [[nodiscard]] ScopedLock {
 public:
     explicit ScopedLock(AnyMutex& p_mutex) : m_mutex(p_mutex) { m_mutex.lock(); }
@@ -197,8 +205,11 @@ public:
     RecursiveMutex(const RecursiveMutex&) = delete;
     RecursiveMutex& operator=(const RecursiveMutex&) = delete;
 
+    /// Waits unless the calling thread holds it already; 0, or an error code.
     int lock();
+    /// Gives one lock back; the last one frees the mutex.
     int unlock();
+    /// True when the mutex is now held, once more than before.
     bool_t tryLock();
 
 private:
@@ -207,7 +218,7 @@ private:
     void (*m_freeFunction)(void*);
 };
 
-/// A counter that wait() takes from and signal() adds to.
+/// A counter that wait() takes from and signal() adds to. It has no owner: any thread may do either.
 class Semaphore {
 public:
     explicit Semaphore(uint32_t p_initialValue);
@@ -215,9 +226,11 @@ public:
     Semaphore(const Semaphore&) = delete;
     Semaphore& operator=(const Semaphore&) = delete;
 
+    /// Waits until the counter is above 0 and takes one. 0, or an error code; EINTR comes back from a signal's handler.
     int wait();
     /// The same, but goes on waiting when a signal's handler interrupts it.
     int waitThroughSignals();
+    /// Adds one and wakes a waiter. Safe in a signal's handler.
     int signal();
     /// Makes one timed wait; true when a count was taken. 0 milliseconds is one immediate attempt. The deadline is on
     /// the real-time clock, so a change of the system's time moves it. An interrupted wait gives false.
@@ -236,7 +249,9 @@ public:
     Event(const Event&) = delete;
     Event& operator=(const Event&) = delete;
 
+    /// Wakes one waiter, now or at its next wait.
     void signal();
+    /// Waits for a signal and consumes it.
     void wait();
     /// True when the signal was consumed in time. The deadline is as in Semaphore::tryWait.
     bool_t tryWait(uint32_t p_milliseconds);
@@ -256,6 +271,7 @@ public:
     ThreadLocalStorage(const ThreadLocalStorage&) = delete;
     ThreadLocalStorage& operator=(const ThreadLocalStorage&) = delete;
 
+    /// For the calling thread alone; 0, or an error code.
     int setData(RefCountedData* p_data);
     /// Null until the calling thread has set something.
     RefCountedData* getData();

@@ -8,11 +8,13 @@
 /// log lines read "bool_t" without a prefix.
 typedef uint8_t bool_t;
 
-/// Marks a free function that a module offers by its C++ name to whoever loads it.
+/// Marks a free function that a module offers by its C++ name to whoever loads it. Its signature is a contract: it
+/// stays.
 #define ZYR_API __attribute__((visibility("default")))
 
 namespace zyr {
 
+// Forward declarations of what signatures name; their own headers hold the classes.
 class ApplicationData;
 class FileFormatHeader;
 class IDataFormatInfo;
@@ -47,10 +49,15 @@ enum ColorSpaceEnum : uint32_t;
 
 /// Severity of a log message. A message passes when its level is not above the threshold of the application data.
 enum LogLevelEnum : int32_t {
+    /// something that was asked for didn't happen, or a condition of the program is broken
     ZYR_LOG_LEVEL_ERROR = 1,
+    /// something is wrong, and the work goes on
     ZYR_LOG_LEVEL_WARN = 2,
+    /// what an operator wants to see once: starts, ends, choices
     ZYR_LOG_LEVEL_INFO = 3,
+    /// what a developer wants to see; rare enough to be left on
     ZYR_LOG_LEVEL_DEBUG = 4,
+    /// each step, also many times a second
     ZYR_LOG_LEVEL_TRACE = 5
 };
 

@@ -1,8 +1,12 @@
 /// Colour values: red, green and blue, with alpha, and the stop of a gradient.
 ///
-/// Channels go from 0 to 1 in the `float` and `double` forms. Arithmetic works channel by channel. These are plain
-/// values without a virtual table; they are stored under the keys "r", "g", "b" and "a", a stop under "color" and
-/// "offset", and the keys are the words of paths as well.
+/// Channels go from 0 to 1 in the `float` and `double` forms, and nothing holds them there: sums may leave the range,
+/// and who makes pixels of them cuts. Arithmetic works channel by channel, alpha included, and is not premultiplied.
+/// Division by 0 gives what the floating types give. These are plain values without a virtual table; they are stored
+/// under the keys "r", "g", "b" and "a", a stop under "color" and "offset", and the keys are the words of paths as
+/// well.
+///
+///     ColorRGBA<float> middle = (ColorRGBA<float>(1, 0, 0, 1) + ColorRGBA<float>(0, 0, 1, 1)) * 0.5f;
 #pragma once
 
 #include "zyr_common/serialization/zyr_record.h"
@@ -12,7 +16,7 @@ namespace zyr {
 
 #pragma pack(push, 1)
 
-/// A colour without alpha.
+/// A colour without alpha. A new one is black.
 template <typename T> class ColorRGB : public Record<ColorRGB<T>> {
 public:
     T r = 0;
@@ -22,10 +26,12 @@ public:
     ColorRGB() = default;
     ColorRGB(T p_r, T p_g, T p_b) : r(p_r), g(p_g), b(p_b) {}
 
+    /// With another colour, channel by channel.
     ColorRGB operator+(const ColorRGB& p_color) const { return {r + p_color.r, g + p_color.g, b + p_color.b}; }
     ColorRGB operator-(const ColorRGB& p_color) const { return {r - p_color.r, g - p_color.g, b - p_color.b}; }
     ColorRGB operator*(const ColorRGB& p_color) const { return {r * p_color.r, g * p_color.g, b * p_color.b}; }
     ColorRGB operator/(const ColorRGB& p_color) const { return {r / p_color.r, g / p_color.g, b / p_color.b}; }
+    /// With one number for all channels.
     ColorRGB operator+(T p_scalar) const { return {r + p_scalar, g + p_scalar, b + p_scalar}; }
     ColorRGB operator-(T p_scalar) const { return {r - p_scalar, g - p_scalar, b - p_scalar}; }
     ColorRGB operator*(T p_scalar) const { return {r * p_scalar, g * p_scalar, b * p_scalar}; }
@@ -39,6 +45,7 @@ public:
     ColorRGB& operator*=(T p_scalar) { return *this = *this * p_scalar; }
     ColorRGB& operator/=(T p_scalar) { return *this = *this / p_scalar; }
     ColorRGB operator+() const { return *this; }
+    /// Channels below 0: only good as a step of a sum.
     ColorRGB operator-() const { return {-r, -g, -b}; }
 
     static constexpr const char* c_typeName = "ColorRGB";
@@ -47,7 +54,7 @@ public:
     }
 };
 
-/// A colour with alpha.
+/// A colour with alpha: 0 is transparent, 1 opaque. A new one is transparent black.
 template <typename T> class ColorRGBA : public Record<ColorRGBA<T>> {
 public:
     T r = 0;
@@ -58,6 +65,7 @@ public:
     ColorRGBA() = default;
     ColorRGBA(T p_r, T p_g, T p_b, T p_a) : r(p_r), g(p_g), b(p_b), a(p_a) {}
 
+    /// With another colour, channel by channel.
     ColorRGBA operator+(const ColorRGBA& p_color) const {
         return {r + p_color.r, g + p_color.g, b + p_color.b, a + p_color.a};
     }
@@ -70,6 +78,7 @@ public:
     ColorRGBA operator/(const ColorRGBA& p_color) const {
         return {r / p_color.r, g / p_color.g, b / p_color.b, a / p_color.a};
     }
+    /// With one number for all channels, alpha too.
     ColorRGBA operator+(T p_scalar) const { return {r + p_scalar, g + p_scalar, b + p_scalar, a + p_scalar}; }
     ColorRGBA operator-(T p_scalar) const { return {r - p_scalar, g - p_scalar, b - p_scalar, a - p_scalar}; }
     ColorRGBA operator*(T p_scalar) const { return {r * p_scalar, g * p_scalar, b * p_scalar, a * p_scalar}; }
@@ -95,7 +104,9 @@ public:
 /// One stop of a gradient: the colour at a place between 0 and 1.
 template <typename T> class ColorRGBAStop : public Record<ColorRGBAStop<T>> {
 public:
+    /// the colour at that place
     ColorRGBA<T> color;
+    /// from 0 at the start of the gradient to 1 at its end
     T offset = 0;
 
     ColorRGBAStop() = default;

@@ -292,16 +292,20 @@ public:
         return true;
     }
 
+    /// The model in force: one of AllocConditionEnum, and a step as AllocStepEnum tells.
     virtual uint32_t getAllocCondition() const { return m_allocCondition; }
     virtual uint32_t getAllocStep() const { return m_allocStep; }
     /// The first item; null when there is no block.
     virtual T* getData() const { return m_data; }
+    /// The number of items in use.
     virtual size_t getSize() const { return m_size; }
     virtual bool isEmpty() const { return m_size == 0; }
     /// The capacity in items.
     virtual size_t getAllocatedSize() const { return m_allocatedSize; }
+    /// Whether the items are somebody else's, so that the size can't change.
     virtual bool isFixedSizeDataBound() const { return m_allocCondition == ZYR_ALLOC_CONDITION_FIXED_SIZE; }
 
+    /// The index is not checked. Items and iterators are valid until the size changes.
     T& operator[](size_t p_index) { return m_data[p_index]; }
     const T& operator[](size_t p_index) const { return m_data[p_index]; }
     T* begin() { return m_data; }

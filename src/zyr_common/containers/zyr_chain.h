@@ -1,7 +1,7 @@
 /// Linking and unlinking of the doubly linked chains that List and the hashed containers keep.
 ///
-/// The head is the first node. The tail is the last node, but null while the chain holds one node: code of other
-/// modules relies on that.
+/// Nodes have m_prev and m_next, null at the ends. Nothing is allocated or freed here. The head is the first node. The
+/// tail is the last node, but null while the chain holds one node: code of other modules relies on that.
 #pragma once
 
 namespace zyr {

@@ -37,6 +37,7 @@ inline uint32_t getPolynomialHash(const void* p_data, size_t p_size) {
     return hash;
 }
 
+/// For numbers, enumerations and pointers by their value.
 template <typename K> struct Hash {
     uint32_t operator()(const K& p_key) const {
         static_assert(std::is_scalar_v<K> || std::has_unique_object_representations_v<K>,
@@ -63,10 +64,12 @@ template <> struct Hash<String> {
     uint32_t operator()(const String& p_key) const { return Hash<WrappedString>()(p_key.getWrapped()); }
 };
 
+/// Both values take part, in their order.
 template <typename A, typename B> struct Hash<Pair<A, B>> {
     uint32_t operator()(const Pair<A, B>& p_key) const { return Hash<A>()(p_key.m_first) + Hash<B>()(p_key.m_second); }
 };
 
+/// By operator== of the key type; an order of its own gives a container other keys.
 template <typename K> struct EqualTo {
     bool operator()(const K& p_a, const K& p_b) const { return p_a == p_b; }
 };

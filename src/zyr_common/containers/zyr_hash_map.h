@@ -23,9 +23,12 @@ template <typename K, typename V> struct HashMapEntry {
         : m_first(p_key), m_second(p_value), m_hash(p_hash), m_prev(nullptr), m_next(nullptr) {}
     V& getItem() { return m_second; }
 
+    /// The key, which must not be changed.
     K m_first;
+    /// The value.
     V m_second;
     uint32_t m_hash;
+    /// The chain, in the order of iteration.
     HashMapEntry* m_prev;
     HashMapEntry* m_next;
 };

@@ -25,9 +25,12 @@ template <typename K, typename V> struct HashMultiMapEntry {
         : m_first(p_key), m_hash(p_hash), m_prev(nullptr), m_next(nullptr) {}
     Array<V>& getItem() { return m_second; }
 
+    /// The key, which must not be changed.
     K m_first;
+    /// Its values, in the order in which they were added; never empty.
     Array<V> m_second;
     uint32_t m_hash;
+    /// The chain, in the order of iteration.
     HashMultiMapEntry* m_prev;
     HashMultiMapEntry* m_next;
 };

@@ -22,8 +22,10 @@ template <typename K> struct HashSetEntry {
     HashSetEntry(uint32_t p_hash, const K& p_key) : m_first(p_key), m_hash(p_hash), m_prev(nullptr), m_next(nullptr) {}
     K& getItem() { return m_first; }
 
+    /// The key, which must not be changed.
     K m_first;
     uint32_t m_hash;
+    /// The chain, in the order of iteration.
     HashSetEntry* m_prev;
     HashSetEntry* m_next;
 };

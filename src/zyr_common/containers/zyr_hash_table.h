@@ -1,5 +1,12 @@
 /// What HashMap, HashSet and HashMultiMap share: the ordered chain of entries, the buckets over it, and the operations
 /// that are the same for all three.
+///
+/// A walk goes along the chain, in the order of insertion: it never depends on hashes or on the number of buckets.
+/// Finding takes constant time on average. Entries keep their addresses until they are removed; the buckets double when
+/// they are filled to 7 tenths, which touches no entry.
+///
+/// Not for use by itself, and not thread safe: whoever shares a container between threads guards it, also for finding
+/// while another thread adds.
 #pragma once
 
 #include "zyr_common/containers/zyr_hash.h"
@@ -64,6 +71,7 @@ public:
     /// zyr_ functions.
     virtual void setAllocatorUnsafe(Allocator* p_allocator) { self().m_allocator = p_allocator; }
 
+    /// The entry that was inserted first, or the place behind the end.
     virtual iterator begin() { return iterator(&self(), m_head, nullptr); }
     virtual const_iterator beginConst() const { return const_iterator(&self(), m_head, nullptr); }
     /// Behind the last entry; stepping back from here gives the last entry.
@@ -72,6 +80,7 @@ public:
     const_iterator begin() const { return beginConst(); }
     const_iterator end() const { return endConst(); }
 
+    /// Whether there is no entry.
     virtual bool isEmpty() const { return m_size == 0; }
     /// The number of keys.
     virtual size_t getSize() const { return m_size; }

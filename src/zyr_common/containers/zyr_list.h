@@ -4,6 +4,10 @@
 ///     names.pushBack("first");
 ///     for (const String& name : names) { ... }
 ///
+/// Items keep their addresses as long as they are in the list, and iterators stay valid while others are added and
+/// removed, except that an iterator knows the node before its own: it is stale when that one goes. Counting is linear:
+/// ask isEmpty() instead of comparing the size with 0.
+///
 /// The list owns its items. Items that are pointers are not deleted. It is not thread safe: whoever shares a list
 /// between threads guards it.
 #pragma once
@@ -21,11 +25,15 @@ namespace zyr {
 /// stored count, and the tail is null while the list holds one node.
 template <typename T> class List : public RefCountedData {
 public:
+    /// One item and its neighbours. Nodes belong to the list; a pushed item's node serves to find it again.
     struct Node {
         explicit Node(const T& p_item) : m_item(p_item), m_prev(nullptr), m_next(nullptr) {}
 
+        /// the item
         T m_item;
+        /// null at the first node
         Node* m_prev;
+        /// null at the last node
         Node* m_next;
     };
 
@@ -107,6 +115,7 @@ public:
     /// functions.
     virtual void setAllocatorUnsafe(Allocator* p_allocator) { m_allocator = p_allocator; }
 
+    /// The first node, or the place behind the end of an empty list.
     virtual iterator begin() { return iterator(this, m_head, nullptr); }
     virtual const_iterator beginConst() const { return const_iterator(this, m_head, nullptr); }
     /// Behind the last node; stepping back from here gives the last node.
@@ -115,6 +124,7 @@ public:
     const_iterator begin() const { return beginConst(); }
     const_iterator end() const { return endConst(); }
 
+    /// Whether there is no item; takes no walk.
     virtual bool isEmpty() const { return m_head == nullptr; }
     /// Walks the list: linear.
     virtual size_t getSize() const {

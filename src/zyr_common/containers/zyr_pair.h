@@ -1,4 +1,4 @@
-/// Two values side by side.
+/// Two values side by side. Not packed around anything of its own: the second value follows the first without a gap.
 #pragma once
 
 #include "zyr_common/zyr_types.h"
@@ -19,6 +19,7 @@ public:
         return m_first < p_other.m_first || (!(p_other.m_first < m_first) && m_second < p_other.m_second);
     }
 
+    /// compared first
     A m_first;
     B m_second;
 };

@@ -4,6 +4,9 @@
 ///     byTime.insert(17, "log");
 ///     for (auto it = byTime.begin(); it != byTime.end(); ++it) { use(it->m_key, it->m_value); }
 ///
+/// Finding, inserting and removing take as many comparisons as the tree is high, about the binary logarithm of the
+/// size. Two keys are the same when neither is less than the other; only lessThan() is ever asked.
+///
 /// The map owns keys, values and comparator. Values that are pointers are not deleted. It is not thread safe: whoever
 /// shares a map between threads guards it.
 #pragma once
@@ -20,9 +23,11 @@ namespace zyr {
 /// of the virtual operations and of the fields is a contract between separately built modules.
 template <typename K, typename V> class SortedMap : public RefCountedData {
 public:
-    /// The order of the keys.
+    /// The order of the keys: strict and the same for the life of the map. One that gives another answer later loses
+    /// entries.
     class Comparator {
     public:
+        /// True when p_a comes before p_b; false for equal keys.
         virtual bool lessThan(const K& p_a, const K& p_b) const = 0;
         /// A new comparator of the same order, which the caller owns.
         virtual Comparator* clone() const = 0;
@@ -37,12 +42,16 @@ public:
         Comparator* clone() const override { return new ClassVariableTypeComparator(); }
     };
 
+    /// One entry. Its key must not be changed; its value may.
     struct Node {
         explicit Node(const K& p_key) : m_key(p_key), m_value(), m_left(nullptr), m_right(nullptr), m_balance(0) {}
 
+        /// fixed while the entry is in the map
         K m_key;
         V m_value;
+        /// lesser keys
         Node* m_left;
+        /// greater keys
         Node* m_right;
         /// Height of the right side minus height of the left side: -1, 0 or 1.
         int32_t m_balance;
@@ -130,10 +139,12 @@ public:
         }
     };
 
+    /// In the order of the keys. Copying one copies its path, so a loop should step a single iterator.
     class iterator : public Position<SortedMap, Node> {
     public:
         using Position<SortedMap, Node>::Position;
     };
+    /// The same over a map that must not be changed.
     class const_iterator : public Position<const SortedMap, const Node> {
     public:
         using Position<const SortedMap, const Node>::Position;
@@ -160,6 +171,7 @@ public:
         delete m_comparator;
     }
 
+    /// The number of entries.
     virtual uint32_t getSize() const { return m_size; }
     virtual bool isEmpty() const { return m_root == nullptr; }
 
@@ -173,6 +185,7 @@ public:
         const Node* node = findNode(p_key);
         return node != nullptr ? node->m_value : V();
     }
+    /// Whether the key has a value, a default one included.
     virtual bool containsKey(const K& p_key) const { return findNode(p_key) != nullptr; }
     /// True when the key was there.
     virtual bool remove(const K& p_key) {
@@ -180,6 +193,7 @@ public:
         removeNode(m_root, p_key);
         return m_size != size;
     }
+    /// Removes all entries; comparator and allocator stay.
     virtual void clear() {
         freeNodes(m_root);
         m_root = nullptr;
@@ -196,6 +210,7 @@ public:
     /// functions.
     virtual void setAllocatorUnsafe(Allocator* p_allocator) { m_allocator = p_allocator; }
 
+    /// The entry with the least key, or the place behind the end.
     virtual iterator begin() { return iterator(this, m_root); }
     /// Behind the last node; stepping back from here gives the last node.
     virtual iterator end() { return iterator(this, nullptr); }

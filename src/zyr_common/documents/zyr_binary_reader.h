@@ -5,6 +5,9 @@
 ///     Array<float> values;
 ///     if (reader->readSingleUInt32(count) && ...) { reader->readMultipleFloat(values.getData(), count); }
 ///
+/// What a count or size in the data says is not trusted by itself: compare it with what is left before memory is taken
+/// for it.
+///
 /// Made by the core module. One thread at a time.
 #pragma once
 
@@ -44,18 +47,23 @@ public:
     virtual bool_t readMultiple##many##Base128(type* p_values, size_t p_count, bool_t p_signed) = 0;
 #include "zyr_common/documents/zyr_raw_numbers.inl"
 
+    /// Opens a group at the position; see above. False never moves the position.
     virtual bool_t beginGroupOfBlocks() = 0;
     /// False without an open group, and when the size of the block is no multiple of that of its numbers.
     virtual bool_t pushBlock(RawTypeEnum p_type) = 0;
+    /// Ends the noting of blocks. False without an open group.
     virtual bool_t endGroupOfBlocks() = 0;
     /// Moves to the first byte of a block. Reading then ends with the block.
     virtual bool_t readFromBlockIndex(size_t p_index) = 0;
+    /// Leaves the group. False without one that was ended.
     virtual bool_t popGroupOfBlocks() = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getBinaryReaderReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(BinaryReader, IReader, "6873158a-b746-4099-9166-92d2f3d2df70")
 
+/// Forwards each operation to the BinaryReader of its module; what extends that class derives from this.
 template <class Interface> class BinaryReaderFacade : public ReaderFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;

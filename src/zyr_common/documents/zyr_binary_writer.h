@@ -18,6 +18,7 @@ namespace zyr {
 /// A block is its size in bytes as an unsigned number of eight bytes, and its bytes. Blocks can stand in each other.
 class IBinaryWriter : public IWriter {
 public:
+    /// Bytes as they are; null is allowed for 0 bytes.
     virtual bool_t writeBytes(const void* p_bytes, size_t p_size) = 0;
 
 #define ZYR_RAW_NUMBER(suffix, many, type) virtual bool_t writeSingle##suffix(type p_value) = 0;
@@ -37,14 +38,17 @@ public:
     virtual bool_t writeMultiple##suffix##Base128(const type* p_values, size_t p_count) = 0;
 #include "zyr_common/documents/zyr_raw_numbers.inl"
 
+    /// Puts a place for the size; endBlock fills it in.
     virtual bool_t beginBlock() = 0;
     /// Ends the block that was begun last. False without one.
     virtual bool_t endBlock() = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getBinaryWriterReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(BinaryWriter, IWriter, "9b780b47-84f3-4ca9-b03c-92ab4bd26ff4")
 
+/// Forwards each operation to the BinaryWriter of its module; what extends that class derives from this.
 template <class Interface> class BinaryWriterFacade : public WriterFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;

@@ -25,11 +25,13 @@ public:
     /// In the order in which they began; pairs in front of the first header stand in a section without a name. The
     /// sections own their texts, and the parser holds a reference on each section.
     virtual const List<ConfigSection*>& getSections() const = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getConfigParserReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(ConfigParser, ITextParser, "96d91241-8576-4309-859d-fb16d83ce89e")
 
+/// Forwards each operation to the ConfigParser of its module; what extends that class derives from this.
 template <class Interface> class ConfigParserFacade : public TextParserFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;

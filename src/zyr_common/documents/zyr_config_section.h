@@ -1,5 +1,9 @@
 /// What a configuration text is parsed into: sections with named values. Unlike the elements of JSON and XML these own
 /// their texts. Not thread safe.
+///
+///     [window]         ; a section
+///     width = 640      ; a numeric pair
+///     title = "Main"   ; a text
 #pragma once
 
 #include "zyr_common/containers/zyr_list.h"
@@ -19,10 +23,13 @@ public:
     ConfigPair(const ConfigPair& p_src) : RefCountedData(p_src) { copy_This(p_src); }
     ConfigPair& operator=(const ConfigPair& p_src);
 
+    /// A copy with a count of its own, which the caller owns.
     ConfigPair* clone() const override { return new ConfigPair(*this); }
 
+    /// A section may have several pairs of one name.
     virtual const String& getName() const { return m_name; }
     virtual void setName(const String& p_name) { m_name = p_name; }
+    /// Without the quotes and with the escapes decoded; the text of a number as it was written.
     virtual const String& getValue() const { return m_value; }
     virtual void setValue(const String& p_value) { m_value = p_value; }
     /// Set when the value was written as a number.
@@ -52,10 +59,13 @@ public:
     ConfigSection& operator=(const ConfigSection& p_src);
     ~ConfigSection() override { release_This(); }
 
+    /// A section of its own, which the caller owns, with the same pairs.
     ConfigSection* clone() const override { return new ConfigSection(*this); }
 
+    /// Empty for what stands in front of the first section.
     virtual const String& getName() const { return m_name; }
     virtual void setName(const String& p_name) { m_name = p_name; }
+    /// In the order of the text; they stay the section's.
     virtual const List<ConfigPair*>& getPairs() const { return m_pairs; }
     /// Adds a pair and takes a reference; null is ignored. A pair that is added twice stands there twice.
     virtual void pushBackPair(ConfigPair* p_pair);

@@ -29,11 +29,13 @@ public:
     /// The root, which the parser holds; null before a successful parse(). Whoever adds a reference must hold the
     /// parser too.
     virtual JsonElement* getElementTree() const = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getJsonParserReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(JsonParser, ITextParser, "94475686-518e-4af2-954a-0fe864f14a1b")
 
+/// Forwards each operation to the JsonParser of its module; what extends that class derives from this.
 template <class Interface> class JsonParserFacade : public TextParserFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;

@@ -31,11 +31,13 @@ public:
     virtual bool_t addContent(const String& p_value, bool_t p_text) = 0;
     /// Appends characters as they are: blanks or line ends of the caller's own layout.
     virtual bool_t addSpecialCharacters(const String& p_characters) = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getJsonWriterReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(JsonWriter, ITextWriter, "b7f3d400-3cb3-48eb-9777-6d725c57b970")
 
+/// Forwards each operation to the JsonWriter of its module; what extends that class derives from this.
 template <class Interface> class JsonWriterFacade : public TextWriterFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;

@@ -30,12 +30,14 @@ namespace zyr {
 /// The maps hold words as keys; their values are not looked at, and an added word has 1.
 class ILexer : public IObject {
 public:
+    /// The words added so far, owned by the lexer.
     virtual const HashMap<String, unsigned char>* getKeywords() const = 0;
     /// Adds the words of a text, which are separated by blanks.
     virtual void pushBackKeywords(const String& p_words) = 0;
     virtual void setKeywords(const HashMap<String, unsigned char>& p_words) = 0;
     virtual void clearKeywords() = 0;
 
+    /// The punctuators added so far, owned by the lexer.
     virtual const HashMap<String, unsigned char>* getPunctuators() const = 0;
     /// Adds the words of a text, which are separated by blanks.
     virtual void pushBackPunctuators(const String& p_words) = 0;
@@ -71,11 +73,13 @@ public:
     /// is no token, which is logged: the token then has no type, the text that is wrong and its place. The lexer stays
     /// there, so every further call gives the same.
     virtual bool_t readToken(Token& p_token) = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getLexerReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(Lexer, IObject, "2216972f-2164-400d-832a-bce7fdb7f030")
 
+/// Forwards each operation to the Lexer of its module; what extends that class derives from this.
 template <class Interface> class LexerFacade : public ObjectFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;

@@ -10,8 +10,11 @@ namespace zyr {
 /// A plain record. It does not own what it points to.
 class MethodInfo {
 public:
+    /// as callers name it
     String m_name;
+    /// A function of the owner's kind: who calls it knows the signature.
     void* m_pointer;
+    /// For people.
     String m_description;
 
     static constexpr const char* c_typeName = "MethodInfo";

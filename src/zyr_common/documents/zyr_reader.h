@@ -16,11 +16,13 @@ public:
     /// gives it back with the next one, so that the bytes live as long as the views into them; an array that is not on
     /// the heap must outlive the reader. The bytes must not change meanwhile. Null means no input.
     virtual void setInputData(Array<unsigned char>* p_data) = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getReaderReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(Reader, IObject, "7c5cbec9-7209-409f-8852-a77c58391f84")
 
+/// Forwards each operation to the Reader of its module; what extends that class derives from this.
 template <class Interface> class ReaderFacade : public ObjectFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;

@@ -58,11 +58,13 @@ public:
     virtual bool_t isInitialized() const = 0;
     /// Lets go of lexer, tokens, messages and tree. The input stays.
     virtual void deinitialize() = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getTextParserReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(TextParser, IReader, "07a567a5-6cc0-4366-8501-3011134c99c8")
 
+/// Forwards each operation to the TextParser of its module; what extends that class derives from this.
 template <class Interface> class TextParserFacade : public ReaderFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;

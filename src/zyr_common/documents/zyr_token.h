@@ -16,11 +16,15 @@ namespace zyr {
 enum TokenTypeEnum : uint32_t {
     /// No token: the end of the input, or input that is none.
     ZYR_TOKEN_TYPE_NONE = 0,
+    /// one of the lexer's words, also in front of a digit or letter
     ZYR_TOKEN_TYPE_KEYWORD = 1,
+    /// one of the lexer's punctuators
     ZYR_TOKEN_TYPE_PUNCTUATOR = 2,
+    /// The three kinds of literals look as LiteralTypeDescriptor tells.
     ZYR_TOKEN_TYPE_INTEGER_LITERAL = 3,
     ZYR_TOKEN_TYPE_REAL_LITERAL = 4,
     ZYR_TOKEN_TYPE_STRING_LITERAL = 5,
+    /// any other word, from an ASCII letter or "_" on
     ZYR_TOKEN_TYPE_IDENTIFIER = 6
 };
 
@@ -57,6 +61,7 @@ struct TokenScalar {
     bool_t m_escaped;             ///< the content of the string holds escapes, which are not decoded
 };
 
+/// One token. Copies share the text of the input.
 class Token {
 public:
     TokenTypeEnum m_type;
@@ -117,6 +122,7 @@ struct LiteralTypeDescriptor {
     String m_escape;
     uint32_t m_radix = 10;
 
+    // The usual descriptors.
     static LiteralTypeDescriptor makeInteger(const String& p_begin = String(), uint32_t p_radix = 10) {
         return {ZYR_TOKEN_TYPE_INTEGER_LITERAL, p_begin, String(), String(), p_radix};
     }

@@ -17,11 +17,13 @@ public:
     /// the next one; an array that is not on the heap must outlive the writer. Null gives the writer a new one of its
     /// own. Anything begun and not ended is forgotten.
     virtual void setOutputData(Array<unsigned char>* p_data) = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getWriterReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(Writer, IObject, "52c7a77f-3216-4791-a30d-d9a4fcbaf321")
 
+/// Forwards each operation to the Writer of its module; what extends that class derives from this.
 template <class Interface> class WriterFacade : public ObjectFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;

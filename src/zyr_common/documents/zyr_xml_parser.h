@@ -30,11 +30,13 @@ public:
     /// The element that stands for the document, which the parser holds; null before a successful parse(). Whoever adds
     /// a reference must hold the parser too.
     virtual XmlElement* getElementTree() const = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getXmlParserReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(XmlParser, ITextParser, "ffcd5f96-40ec-4a3f-be9c-16d1cd5b089b")
 
+/// Forwards each operation to the XmlParser of its module; what extends that class derives from this.
 template <class Interface> class XmlParserFacade : public TextParserFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;

@@ -34,11 +34,13 @@ public:
     virtual bool_t addSpecialCharacters(const String& p_characters) = 0;
     /// Ends what was begun last, which must be a processing instruction when the flag is set and an element when not.
     virtual bool_t endTag(bool_t p_processingInstruction) = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getXmlWriterReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(XmlWriter, ITextWriter, "c7e1ca38-44ea-47a1-bb65-16cc2dc59905")
 
+/// Forwards each operation to the XmlWriter of its module; what extends that class derives from this.
 template <class Interface> class XmlWriterFacade : public TextWriterFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;

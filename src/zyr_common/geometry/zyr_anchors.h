@@ -3,6 +3,13 @@
 /// Each enumeration is stored as one byte, with fixed numbers and fixed texts. A number means the same on all axes, so
 /// the solvers work on numbers alone. `V` separators are vertical lines (they have an x), `H` and `D` those of the
 /// other axes; only the first and the last of the sixteen are named here, the others lie between.
+///
+/// In the formulas below v is the record's own number, and `parent`, `prev` and `next` are the surrounding rectangles
+/// as the caller hands them in. A percentage is multiplied before it is divided. Enumerators of the z axis without a
+/// formula have no solver.
+///
+/// Which anchors a solver knows is told with the solver: ExtRect::solveRect knows all of x, y, width and height, points
+/// only the first six, boxes only a few, and nothing solves a depth by its siblings.
 #pragma once
 
 #include "zyr_common/serialization/zyr_enumeration.h"
@@ -23,22 +30,39 @@ namespace zyr {
 
 /// Where an x counts from.
 enum PositionXAnchorEnum : uint8_t {
+    /// v: from the parent's left edge, as everything that isn't `ABSOLUTE` or relative to a sibling
     ZYR_POSITION_X_LEFT = 0,
+    /// parent.width + v, so a negative v lies inside
     ZYR_POSITION_X_RIGHT = 1,
+    /// parent.width / 2 + v
     ZYR_POSITION_X_CENTER = 2,
+    /// parent.width * v / 100
     ZYR_POSITION_X_PARENT_WIDTH_PERCENT = 3,
+    /// parent.x + v: in the coordinates that the parent itself stands in
     ZYR_POSITION_X_ABSOLUTE = 4,
+    /// prev.x + v; for points: the previous point's x + v
     ZYR_POSITION_X_PREV_LEFT = 5,
+    /// prev.x + prev.width + v
     ZYR_POSITION_X_PREV_RIGHT = 6,
+    /// prev.x + prev.width / 2 + v
     ZYR_POSITION_X_PREV_CENTER = 7,
+    /// prev.x + prev.width * v / 100
     ZYR_POSITION_X_PREV_LEFT_PLUS_WIDTH_PERCENT = 8,
+    /// next.x + v
     ZYR_POSITION_X_NEXT_LEFT = 9,
+    /// next.x + next.width + v
     ZYR_POSITION_X_NEXT_RIGHT = 10,
+    /// next.x + next.width / 2 + v
     ZYR_POSITION_X_NEXT_CENTER = 11,
+    /// next.x + next.width * v / 100
     ZYR_POSITION_X_NEXT_LEFT_PLUS_WIDTH_PERCENT = 12,
+    /// parent.width - width + v, with the width before border and limits: aligned to the right edge
     ZYR_POSITION_X_RIGHT_MINUS_WIDTH = 13,
+    /// parent.width * v / 100 - width, with the final width: the right edge stands at the percentage
     ZYR_POSITION_X_PARENT_WIDTH_PERCENT_MINUS_WIDTH = 14,
+    /// (parent.width - width + 1) * v / 100, with the final width: a percentage of the free room
     ZYR_POSITION_X_PARENT_WIDTH_PERCENT_WITHOUT_WIDTH = 15,
+    /// separator + v; the number less 128 is the index of the separator, and a missing one counts as 0
     ZYR_POSITION_X_V_SEPARATOR_1 = 128,
     ZYR_POSITION_X_V_SEPARATOR_16 = 143
 };
@@ -65,24 +89,41 @@ template <> struct EnumerationTable<PositionXAnchorEnum> {
     };
 };
 
-/// Where a y counts from.
+/// Where a y counts from. y grows downward. The formulas are those of PositionXAnchorEnum with y and height.
 enum PositionYAnchorEnum : uint8_t {
+    /// v: from the parent's top edge, as everything that isn't `ABSOLUTE` or relative to a sibling
     ZYR_POSITION_Y_TOP = 0,
+    /// parent.height + v, so a negative v lies inside
     ZYR_POSITION_Y_BOTTOM = 1,
+    /// parent.height / 2 + v
     ZYR_POSITION_Y_CENTER = 2,
+    /// parent.height * v / 100
     ZYR_POSITION_Y_PARENT_HEIGHT_PERCENT = 3,
+    /// parent.y + v: in the coordinates that the parent itself stands in
     ZYR_POSITION_Y_ABSOLUTE = 4,
+    /// prev.y + v; for points: the previous point's y + v
     ZYR_POSITION_Y_PREV_TOP = 5,
+    /// prev.y + prev.height + v
     ZYR_POSITION_Y_PREV_BOTTOM = 6,
+    /// prev.y + prev.height / 2 + v
     ZYR_POSITION_Y_PREV_CENTER = 7,
+    /// prev.y + prev.height * v / 100
     ZYR_POSITION_Y_PREV_TOP_PLUS_HEIGHT_PERCENT = 8,
+    /// next.y + v
     ZYR_POSITION_Y_NEXT_TOP = 9,
+    /// next.y + next.height + v
     ZYR_POSITION_Y_NEXT_BOTTOM = 10,
+    /// next.y + next.height / 2 + v
     ZYR_POSITION_Y_NEXT_CENTER = 11,
+    /// next.y + next.height * v / 100
     ZYR_POSITION_Y_NEXT_TOP_PLUS_HEIGHT_PERCENT = 12,
+    /// parent.height - height + v, with the height before border and limits: aligned to the bottom edge
     ZYR_POSITION_Y_BOTTOM_MINUS_HEIGHT = 13,
+    /// parent.height * v / 100 - height, with the final height: the bottom edge stands at the percentage
     ZYR_POSITION_Y_PARENT_HEIGHT_PERCENT_MINUS_HEIGHT = 14,
+    /// (parent.height - height + 1) * v / 100, with the final height: a percentage of the free room
     ZYR_POSITION_Y_PARENT_HEIGHT_PERCENT_WITHOUT_HEIGHT = 15,
+    /// separator + v; the number less 128 is the index of the separator, and a missing one counts as 0
     ZYR_POSITION_Y_H_SEPARATOR_1 = 128,
     ZYR_POSITION_Y_H_SEPARATOR_16 = 143
 };
@@ -109,13 +150,20 @@ template <> struct EnumerationTable<PositionYAnchorEnum> {
     };
 };
 
-/// Where a z counts from.
+/// Where a z counts from. z grows away from the viewer: `NEAR` is the parent's front face. The formulas are those of
+/// PositionXAnchorEnum with z and depth, as far as a solver knows them.
 enum PositionZAnchorEnum : uint8_t {
+    /// v: from the parent's near edge, as everything that isn't `ABSOLUTE` or relative to a sibling
     ZYR_POSITION_Z_NEAR = 0,
+    /// parent.depth + v, so a negative v lies inside
     ZYR_POSITION_Z_FAR = 1,
+    /// parent.depth / 2 + v
     ZYR_POSITION_Z_CENTER = 2,
+    /// parent.depth * v / 100
     ZYR_POSITION_Z_PARENT_DEPTH_PERCENT = 3,
+    /// parent.z + v: in the coordinates that the parent itself stands in
     ZYR_POSITION_Z_ABSOLUTE = 4,
+    /// prev.z + v; for points: the previous point's z + v
     ZYR_POSITION_Z_PREV_NEAR = 5,
     ZYR_POSITION_Z_PREV_FAR = 6,
     ZYR_POSITION_Z_PREV_CENTER = 7,
@@ -154,30 +202,62 @@ template <> struct EnumerationTable<PositionZAnchorEnum> {
 };
 
 /// What a width is, or where its right edge stands.
+///
+/// Anchors marked "edge" give the coordinate of the right edge: the solver takes the solved x off afterwards, so such a
+/// rectangle keeps its edge when its position moves, and its width becomes negative when x lies beyond the edge.
+///
+/// `fit(a, b)` is the largest width at the ratio a : b inside the parent: a * parent.height / b where the height is
+/// what limits (parent.width * b > a * parent.height), otherwise a * parent.width / a.
 enum SizeWidthAnchorEnum : uint8_t {
+    /// v
     ZYR_SIZE_WIDTH_WIDTH = 0,
+    /// parent.width + v
     ZYR_SIZE_WIDTH_PARENT_WIDTH = 1,
+    /// parent.width * v / 100
     ZYR_SIZE_WIDTH_PARENT_WIDTH_PERCENT = 2,
+    /// fit of the record's own width and height
     ZYR_SIZE_WIDTH_RATIO = 3,
+    /// fit of the content's width and height
     ZYR_SIZE_WIDTH_RATIO_ASPECT = 4,
+    /// the content's width where the content fits into the parent on both axes, else its fit: shrinks, never enlarges
     ZYR_SIZE_WIDTH_RATIO_ASPECT_UPPER_LIMIT = 5,
+    /// the content's fit where the content is smaller than the parent on both axes, else its own width: enlarges, never
+    /// shrinks
     ZYR_SIZE_WIDTH_RATIO_ASPECT_LOWER_LIMIT = 6,
+    /// edge: v
     ZYR_SIZE_WIDTH_LEFT = 7,
+    /// edge: parent.width + v
     ZYR_SIZE_WIDTH_RIGHT = 8,
+    /// edge: parent.width / 2 + v
     ZYR_SIZE_WIDTH_CENTER = 9,
+    /// edge: prev.x + v
     ZYR_SIZE_WIDTH_PREV_LEFT = 10,
+    /// edge: prev.x + prev.width + v
     ZYR_SIZE_WIDTH_PREV_RIGHT = 11,
+    /// edge: prev.x + prev.width / 2 + v
     ZYR_SIZE_WIDTH_PREV_CENTER = 12,
+    /// prev.width + v
     ZYR_SIZE_WIDTH_PREV_WIDTH = 13,
+    /// prev.width * v / 100
     ZYR_SIZE_WIDTH_PREV_WIDTH_PERCENT = 14,
+    /// edge: next.x + v
     ZYR_SIZE_WIDTH_NEXT_LEFT = 15,
+    /// edge: next.x + next.width + v
     ZYR_SIZE_WIDTH_NEXT_RIGHT = 16,
+    /// edge: next.x + next.width / 2 + v
     ZYR_SIZE_WIDTH_NEXT_CENTER = 17,
+    /// next.width + v
     ZYR_SIZE_WIDTH_NEXT_WIDTH = 18,
+    /// next.width * v / 100
     ZYR_SIZE_WIDTH_NEXT_WIDTH_PERCENT = 19,
+    /// v; a rectangle that leaves the parent on the right moves to x = 0, one own height down if its own y is above 0,
+    /// up otherwise
     ZYR_SIZE_WIDTH_WIDTH_NEWLINE = 20,
+    /// content.width + v
     ZYR_SIZE_WIDTH_CONTENT_WIDTH = 21,
+    /// content.width / contentScale + v
     ZYR_SIZE_WIDTH_CONTENT_WIDTH_NO_DS = 22,
+    /// edge: separator + v; the number less 128 is the index of the separator, and a missing one counts as 0
     ZYR_SIZE_WIDTH_V_SEPARATOR_1 = 128,
     ZYR_SIZE_WIDTH_V_SEPARATOR_16 = 143
 };
@@ -211,31 +291,59 @@ template <> struct EnumerationTable<SizeWidthAnchorEnum> {
     };
 };
 
-/// What a height is, or where its bottom edge stands.
+/// What a height is, or where its bottom edge stands. The formulas are those of SizeWidthAnchorEnum with y and height,
+/// and fit(a, b) is parent.width * b / a where the width is what limits. `HEIGHT_NEWLINE` has no wrap of its own: it is
+/// v.
 enum SizeHeightAnchorEnum : uint8_t {
+    /// v
     ZYR_SIZE_HEIGHT_HEIGHT = 0,
+    /// parent.height + v
     ZYR_SIZE_HEIGHT_PARENT_HEIGHT = 1,
+    /// parent.height * v / 100
     ZYR_SIZE_HEIGHT_PARENT_HEIGHT_PERCENT = 2,
+    /// fit of the record's own width and height
     ZYR_SIZE_HEIGHT_RATIO = 3,
+    /// fit of the content's width and height
     ZYR_SIZE_HEIGHT_RATIO_ASPECT = 4,
+    /// the content's height where the content fits into the parent on both axes, else its fit: shrinks, never
+    /// enlarges
     ZYR_SIZE_HEIGHT_RATIO_ASPECT_UPPER_LIMIT = 5,
+    /// the content's fit where the content is smaller than the parent on both axes, else its own height: enlarges,
+    /// never shrinks
     ZYR_SIZE_HEIGHT_RATIO_ASPECT_LOWER_LIMIT = 6,
+    /// edge: v
     ZYR_SIZE_HEIGHT_TOP = 7,
+    /// edge: parent.height + v
     ZYR_SIZE_HEIGHT_BOTTOM = 8,
+    /// edge: parent.height / 2 + v
     ZYR_SIZE_HEIGHT_CENTER = 9,
+    /// edge: prev.y + v
     ZYR_SIZE_HEIGHT_PREV_TOP = 10,
+    /// edge: prev.y + prev.height + v
     ZYR_SIZE_HEIGHT_PREV_BOTTOM = 11,
+    /// edge: prev.y + prev.height / 2 + v
     ZYR_SIZE_HEIGHT_PREV_CENTER = 12,
+    /// prev.height + v
     ZYR_SIZE_HEIGHT_PREV_HEIGHT = 13,
+    /// prev.height * v / 100
     ZYR_SIZE_HEIGHT_PREV_HEIGHT_PERCENT = 14,
+    /// edge: next.y + v
     ZYR_SIZE_HEIGHT_NEXT_TOP = 15,
+    /// edge: next.y + next.height + v
     ZYR_SIZE_HEIGHT_NEXT_BOTTOM = 16,
+    /// edge: next.y + next.height / 2 + v
     ZYR_SIZE_HEIGHT_NEXT_CENTER = 17,
+    /// next.height + v
     ZYR_SIZE_HEIGHT_NEXT_HEIGHT = 18,
+    /// next.height * v / 100
     ZYR_SIZE_HEIGHT_NEXT_HEIGHT_PERCENT = 19,
+    /// v
     ZYR_SIZE_HEIGHT_HEIGHT_NEWLINE = 20,
+    /// content.height + v
     ZYR_SIZE_HEIGHT_CONTENT_HEIGHT = 21,
+    /// content.height / contentScale + v
     ZYR_SIZE_HEIGHT_CONTENT_HEIGHT_NO_DS = 22,
+    /// edge: separator + v; the number less 128 is the index of the separator, and a missing one counts as 0
     ZYR_SIZE_HEIGHT_H_SEPARATOR_1 = 128,
     ZYR_SIZE_HEIGHT_H_SEPARATOR_16 = 143
 };
@@ -269,16 +377,23 @@ template <> struct EnumerationTable<SizeHeightAnchorEnum> {
     };
 };
 
-/// What a depth is, or where its far edge stands.
+/// What a depth is, or where its far edge stands. Of these, ExtBox::solveBox knows 0 to 4 and 8; the depth of the
+/// content without scale doesn't exist.
 enum SizeDepthAnchorEnum : uint8_t {
+    /// v
     ZYR_SIZE_DEPTH_DEPTH = 0,
+    /// parent.depth + v
     ZYR_SIZE_DEPTH_PARENT_DEPTH = 1,
+    /// parent.depth * v / 100
     ZYR_SIZE_DEPTH_PARENT_DEPTH_PERCENT = 2,
+    /// fit of the record's own three sizes into the parent
     ZYR_SIZE_DEPTH_RATIO = 3,
+    /// the same: a box has no content
     ZYR_SIZE_DEPTH_RATIO_ASPECT = 4,
     ZYR_SIZE_DEPTH_RATIO_ASPECT_UPPER_LIMIT = 5,
     ZYR_SIZE_DEPTH_RATIO_ASPECT_LOWER_LIMIT = 6,
     ZYR_SIZE_DEPTH_NEAR = 7,
+    /// edge: parent.depth + v
     ZYR_SIZE_DEPTH_FAR = 8,
     ZYR_SIZE_DEPTH_CENTER = 9,
     ZYR_SIZE_DEPTH_PREV_NEA = 10,

@@ -1,6 +1,7 @@
 /// Sizes and boxes of space.
 ///
-/// Plain values without a virtual table, for float and double.
+/// Plain packed values without a virtual table, for float and double. z grows away from the viewer. Sizes are not
+/// checked: a negative one is kept.
 #pragma once
 
 #include "zyr_common/containers/zyr_array.h"
@@ -31,9 +32,11 @@ public:
 /// A box by its near corner and its size along the axes.
 template <typename T> class Box : public Record<Box<T>> {
 public:
+    /// The near corner: left, top, front.
     T x;
     T y;
     T z;
+    /// The size, which the other corner is away.
     T width;
     T height;
     T depth;

@@ -15,7 +15,9 @@ namespace zyr {
 /// A point of an outline.
 template <typename T> class PolyPoint2D : public Record<PolyPoint2D<T>> {
 public:
+    /// of the point among the hull's points
     uint32_t index;
+    /// The mean of the normals of the two edges that meet here; shorter than 1 at corners. Zero until calculated.
     Vector2<T> normal;
 
     PolyPoint2D() { this->init_This(); }
@@ -30,7 +32,9 @@ public:
 /// An edge of an outline, from its first point to its second.
 template <typename T> class PolyEdge2D : public Record<PolyEdge2D<T>> {
 public:
+    /// from and to
     uint32_t indices[2];
+    /// Of length 1, or zero for an edge without length and until calculated.
     Vector2<T> normal;
 
     PolyEdge2D() { this->init_This(); }
@@ -58,6 +62,7 @@ public:
 /// A quadrangle of the plane, by the indices of its corners.
 template <typename T> class PolyQuad2D : public Record<PolyQuad2D<T>> {
 public:
+    /// in the order around the face
     uint32_t indices[4];
 
     PolyQuad2D() { this->init_This(); }
@@ -70,7 +75,9 @@ public:
 /// A triangle in space with the normal of its face.
 template <typename T> class PolyTriangle3D : public Record<PolyTriangle3D<T>> {
 public:
+    /// Counter-clockwise when seen from outside.
     uint32_t indices[3];
+    /// Of length 1. It is stored as given until PolygonHull3D::calculateNormals sets it.
     Vector3<T> normal;
 
     PolyTriangle3D() { this->init_This(); }
@@ -86,6 +93,7 @@ public:
 /// A quadrangle in space with the normal of its face.
 template <typename T> class PolyQuad3D : public Record<PolyQuad3D<T>> {
 public:
+    /// Counter-clockwise when seen from outside; the first three give the normal.
     uint32_t indices[4];
     Vector3<T> normal;
 
@@ -100,12 +108,19 @@ public:
 };
 
 /// An outline, or a hole in one. The points themselves belong to the hull and are handed in.
+///
+///     contour.calculateArea(hull.points); // first: the normals go by `clockwise`
+///     contour.calculateNormals(hull.points);
 template <typename T> class Contour2D : public Record<Contour2D<T>, RefCountedData> {
 public:
+    /// Which of the hull's points lie on this outline. They need not be in order: the edges tell that.
     Array<PolyPoint2D<T>> points;
+    /// One behind the other; the last ends where the first begins.
     Array<PolyEdge2D<T>> edges;
     T area; ///< never negative
+    /// Set by calculateArea, as are the area above; both are 0 at first.
     bool_t clockwise;
+    /// Told by the tessellator: what this outline holds is not part of the shape.
     bool_t hole;
     uint32_t containerIndex; ///< the contour that holds this one
 
@@ -117,7 +132,8 @@ public:
     /// an area of exactly 0 counts as clockwise. With fewer than three edges it gives 0 and sets nothing.
     T calculateArea(const Array<Vector2<T>>& p_points);
     /// Sets the normal of each edge, of length 1, and of each point, the mean of its two edges' normals, which is
-    /// shorter. They face outward as `clockwise` and `hole` tell. False without points or edges.
+    /// shorter. They face outward as `clockwise` and `hole` tell. A point with one edge gets that edge's normal, one
+    /// without stays. False without points or edges; nothing is changed then. Takes a map of all edges from the heap.
     bool_t calculateNormals(const Array<Vector2<T>>& p_points);
 
     static constexpr const char* c_typeName = "Contour2D";

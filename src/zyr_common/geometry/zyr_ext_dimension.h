@@ -1,6 +1,7 @@
 /// One size with an anchor that tells what it is part of, or which edge it gives.
 ///
 /// Packed values without a virtual table, for float and double. A default one fills the parent: 0 to its far edge.
+/// These are what settings and descriptors hold; they have no solver of their own. ExtRect and ExtBox solve sizes.
 #pragma once
 
 #include "zyr_common/geometry/zyr_anchors.h"
@@ -13,7 +14,9 @@ namespace zyr {
 /// A width, or the right edge that gives it.
 template <typename T> class ExtDimensionWidth : public Record<ExtDimensionWidth<T>> {
 public:
+    /// in pixels, percent or as an offset, as the anchor tells
     T width;
+    /// `RIGHT` at first
     SizeWidthAnchorEnum widthAnchor;
 
     ExtDimensionWidth() { this->init_This(); }
@@ -29,7 +32,9 @@ public:
 /// A height, or the lower edge that gives it.
 template <typename T> class ExtDimensionHeight : public Record<ExtDimensionHeight<T>> {
 public:
+    /// in pixels, percent or as an offset, as the anchor tells
     T height;
+    /// `BOTTOM` at first
     SizeHeightAnchorEnum heightAnchor;
 
     ExtDimensionHeight() { this->init_This(); }
@@ -47,7 +52,9 @@ public:
 /// A depth, or the far edge that gives it.
 template <typename T> class ExtDimensionDepth : public Record<ExtDimensionDepth<T>> {
 public:
+    /// in pixels, percent or as an offset, as the anchor tells
     T depth;
+    /// `FAR` at first
     SizeDepthAnchorEnum depthAnchor;
 
     ExtDimensionDepth() { this->init_This(); }

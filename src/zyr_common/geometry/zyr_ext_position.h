@@ -1,6 +1,7 @@
 /// One coordinate with an anchor that tells what it counts from.
 ///
-/// Packed values without a virtual table, for float and double.
+/// Packed values without a virtual table, for float and double. A new one is 0 from the near edge. Points with all
+/// their coordinates are ExtVector2 and ExtVector3, which know one anchor more.
 #pragma once
 
 #include "zyr_common/geometry/zyr_anchors.h"
@@ -15,6 +16,7 @@ namespace zyr {
 template <typename T> class ExtPositionX : public Record<ExtPositionX<T>> {
 public:
     T x;
+    /// `LEFT` at first
     PositionXAnchorEnum xAnchor;
 
     ExtPositionX() { this->init_This(); }
@@ -34,6 +36,7 @@ public:
 template <typename T> class ExtPositionY : public Record<ExtPositionY<T>> {
 public:
     T y;
+    /// `TOP` at first
     PositionYAnchorEnum yAnchor;
 
     ExtPositionY() { this->init_This(); }
@@ -49,10 +52,11 @@ public:
     }
 };
 
-/// Has no solver.
+/// A place in depth. Has no solver: it is held and streamed for others.
 template <typename T> class ExtPositionZ : public Record<ExtPositionZ<T>> {
 public:
     T z;
+    /// `NEAR` at first
     PositionZAnchorEnum zAnchor;
 
     ExtPositionZ() { this->init_This(); }

@@ -12,13 +12,16 @@ namespace zyr {
 
 #pragma pack(push, 1)
 
-/// Packed, without a virtual table, for int32_t, int64_t, float and double.
+/// A rectangle and what each of its numbers counts from. Packed, without a virtual table, for int32_t, int64_t, float
+/// and double. Any number of threads may solve one rectangle.
 template <typename T> class ExtRect : public Record<ExtRect<T>, Rect<T>> {
 public:
+    /// What each of the four numbers counts from; all 0 at first, so that a new rectangle is its plain numbers.
     PositionXAnchorEnum xAnchor;
     PositionYAnchorEnum yAnchor;
     SizeWidthAnchorEnum widthAnchor;
     SizeHeightAnchorEnum heightAnchor;
+    /// Limits of the solved size, 0 to 65536 at first; the minimum wins where the two contradict.
     T minWidth;
     T maxWidth;
     T minHeight;

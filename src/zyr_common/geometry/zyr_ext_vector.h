@@ -1,7 +1,7 @@
 /// Points with an anchor on each axis.
 ///
 /// Packed values without a virtual table: ExtVector2 for int32_t, int64_t, float and double, ExtVector3 for float and
-/// double.
+/// double. A new one is (0, 0) from the parent's first corner.
 #pragma once
 
 #include "zyr_common/geometry/zyr_anchors.h"
@@ -12,8 +12,10 @@ namespace zyr {
 
 #pragma pack(push, 1)
 
+/// A point of the plane, and what its two numbers count from.
 template <typename T> class ExtVector2 : public Record<ExtVector2<T>, Vector2<T>> {
 public:
+    /// what x and y count from
     PositionXAnchorEnum xAnchor;
     PositionYAnchorEnum yAnchor;
 
@@ -31,8 +33,10 @@ public:
     }
 };
 
+/// A point of space, and what its three numbers count from.
 template <typename T> class ExtVector3 : public Record<ExtVector3<T>, Vector3<T>> {
 public:
+    /// what x, y and z count from
     PositionXAnchorEnum xAnchor;
     PositionYAnchorEnum yAnchor;
     PositionZAnchorEnum zAnchor;

@@ -23,18 +23,23 @@ template <typename T> constexpr T zyr_getPercent(T p_value, T p_percent) {
 template <typename T>
 bool zyr_solvePosition(T& p_out, uint8_t p_anchor, T p_value, T p_parentPosition, T p_parentSize) {
     switch (p_anchor) {
+    /// from the near edge
     case 0:
         p_out = p_value;
         return true;
+    /// from the far edge
     case 1:
         p_out = p_parentSize + p_value;
         return true;
+    /// from the middle
     case 2:
         p_out = zyr_getHalf(p_parentSize) + p_value;
         return true;
+    /// a part of the parent
     case 3:
         p_out = zyr_getPercent(p_parentSize, p_value);
         return true;
+    /// where the parent itself counts from
     case 4:
         p_out = p_parentPosition + p_value;
         return true;

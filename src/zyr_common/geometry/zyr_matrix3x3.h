@@ -44,7 +44,9 @@ public:
     Vector3<T> getRow(uint32_t p_row) const;
     Vector3<T> getColumn(uint32_t p_column) const;
 
+    /// 1 on the diagonal, 0 elsewhere
     void setIdentity();
+    /// 0 everywhere, the diagonal too
     void setZero();
 
     /// Writes the values of the translation and leaves the others as they are.
@@ -64,8 +66,10 @@ public:
 
     /// Multiply this matrix on the right, so that the new step acts on a point first.
     void translate(const Vector2<T>& p_translation);
+    /// Along the axes as they stand before this step.
     void scale(const Vector2<T>& p_scale);
     void uniformScale(T p_scale);
+    /// Turns as setRotationPart does.
     void rotate(T p_degrees);
 
     /// The point with 1 as third component, multiplied by the matrix; nothing is divided.
@@ -79,7 +83,7 @@ public:
     void inverse();
     /// What normals of a surface are transformed with. A determinant of 0 changes nothing.
     void transposedInverse();
-    /// The inverse of a matrix of rotation and translation alone.
+    /// The inverse of a matrix of rotation and translation alone; with a scale in it the result is wrong, not reported.
     void affineInverse();
     /// The same, transposed.
     void affineTransposedInverse();
@@ -157,7 +161,6 @@ template <typename T> inline void Matrix3x3<T>::transpose() {
 }
 
 template <typename T> template <bool Transposed> inline void Matrix3x3<T>::invert() {
-    // Each is read by itself: two read at once can straddle what has just been written, and would wait for the cache.
     // Each number is read by itself: two at once can straddle what has just been written, and would wait for the cache.
     const volatile T* values = m_values;
     const T v0 = values[0];

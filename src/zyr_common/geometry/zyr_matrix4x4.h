@@ -3,6 +3,13 @@
 /// A packed value without a virtual table, for float and double; a default one is the identity. The sixteen values
 /// stand in one flat array: the scale at 0, 5 and 10, the translation at 12, 13 and 14, row r at (r, r + 4, r + 8, r +
 /// 12). Angles are degrees; names with and without "Part" and the multiplying operations are as in Matrix3x3.
+///
+///     Matrix4x4<float> camera;
+///     camera.setPerspective(60, 16.0f / 9, 0.1f, 100);
+///     Matrix4x4<float> model;
+///     model.translate({0, 0, -5});
+///     model.rotateY(30); // acts before the translation
+///     Vector4<float> corner = camera * model * Vector4<float>(1, 1, 1, 1); // still to be divided by w
 #pragma once
 
 #include "zyr_common/geometry/zyr_number_lanes.h"
@@ -46,7 +53,9 @@ public:
     Vector4<T> getRow(uint32_t p_row) const;
     Vector4<T> getColumn(uint32_t p_column) const;
 
+    /// 1 on the diagonal, 0 elsewhere
     void setIdentity();
+    /// 0 everywhere, the diagonal too
     void setZero();
 
     /// Writes the values of the translation and leaves the others as they are.
@@ -90,17 +99,21 @@ public:
     void translate(const Vector3<T>& p_translation);
     void scale(const Vector3<T>& p_scale);
     void uniformScale(T p_scale);
+    /// The axis goes through the origin and may have any length but 0.
     void rotateAxis(T p_degrees, const Vector3<T>& p_axis);
     void rotateX(T p_degrees);
     void rotateY(T p_degrees);
     void rotateZ(T p_degrees);
+    /// The three angles as setRotationEuler takes them.
     void rotateEuler(T p_x, T p_y, T p_z);
     void rotateEuler(const Vector3<T>& p_degrees) { rotateEuler(p_degrees.x, p_degrees.y, p_degrees.z); }
+    /// (x, y, z, w) of length 1, as setRotationQuaternion takes it.
     void rotateQuaternion(const Vector4<T>& p_quaternion);
 
     /// The point with 1 as fourth component, multiplied by the matrix; nothing is divided.
     Vector3<T> transform(const Vector3<T>& p_point) const;
-    /// Reads translation, angles and scale from where the axes go.
+    /// Reads translation, angles and scale from where the axes go. A mirrored or skewed matrix has no such parts: what
+    /// comes out doesn't compose to it again.
     void decompose(Vector3<T>& p_translation, Vector3<T>& p_rotation, Vector3<T>& p_scale) const;
     /// The angles that decompose gives, from the images of the x and z axis as they are.
     void toEuler(Vector3<T>& p_rotation) const;
@@ -110,11 +123,12 @@ public:
 
     /// Mirrors the values at the diagonal.
     void transpose();
-    /// A matrix whose determinant is 0 stays as it is, transposed by inverse.
+    /// Exact to rounding by cofactors, for any matrix. One whose determinant is 0 stays as it is, transposed by
+    /// inverse.
     void inverse();
     /// What normals of a surface are transformed with. A determinant of 0 changes nothing.
     void transposedInverse();
-    /// The inverse of a matrix of rotation and translation alone.
+    /// The inverse of a matrix of rotation and translation alone; with a scale in it the result is wrong, not reported.
     void affineInverse();
     /// The same, transposed.
     void affineTransposedInverse();

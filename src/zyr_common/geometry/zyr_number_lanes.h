@@ -8,27 +8,34 @@
 
 namespace zyr {
 
+/// Numbers 0 to 3 in the order of memory. Operators work lane by lane. `float` and `double` exist.
 template <typename T> class NumberLanes;
 
+/// All four in one register.
 template <> class NumberLanes<float> {
 public:
     typedef float All __attribute__((vector_size(16)));
 
     NumberLanes() = default;
+    /// Reads four numbers; only as many bytes as they have are touched.
     static NumberLanes load(const void* p_source) {
         NumberLanes lanes;
         memcpy(&lanes.m_all, p_source, sizeof(All));
         return lanes;
     }
+    /// The same number in all lanes.
     static NumberLanes fill(float p_value) { return All{p_value, p_value, p_value, p_value}; }
     /// p_even in the lanes 0 and 2, p_odd in the lanes 1 and 3.
     static NumberLanes alternate(float p_even, float p_odd) { return All{p_even, p_odd, p_even, p_odd}; }
+    /// Writes four numbers.
     void store(void* p_target) const { memcpy(p_target, &m_all, sizeof(All)); }
 
+    /// How many registers hold the lanes: an algorithm that works part by part runs this often.
     static constexpr int c_parts = 1;
     template <int Part> All getPart() const { return m_all; }
     template <int Part> void setPart(All p_part) { m_all = p_part; }
 
+    /// One lane by its number.
     template <int Lane> float get() const { return m_all[Lane]; }
     /// The lanes with these numbers, in this order.
     template <int A, int B, int C, int D> NumberLanes pick() const {

@@ -19,6 +19,7 @@ template <typename T> class Path2D : public Record<Path2D<T>, Shape2D<T>> {
     using Level = Record<Path2D<T>, Shape2D<T>>;
 
 public:
+    /// The rectangle that the path was drawn in. Nothing scales the commands to it.
     T width;
     T height;
 
@@ -37,18 +38,28 @@ public:
 
     // Slot order is a contract between separately built modules.
 
+    /// In the order of drawing. They stay the path's: clone those that shall live longer.
     virtual const List<Path2DCommand<T>*>& getCommands() const { return m_commands; }
     /// Empties the list and releases the commands.
     virtual void eraseCommands();
     // Each appends one command.
+    /// Lifts the pen; an outline begins here.
     virtual void moveTo(const ExtVector2<T>& p_position);
+    /// A straight line to here.
     virtual void lineTo(const ExtVector2<T>& p_position);
+    /// A cubic curve: two control points and the end.
     virtual void curveTo(const ExtVector2<T>& p_p1, const ExtVector2<T>& p_p2, const ExtVector2<T>& p_p3);
+    /// A cubic curve that goes on smoothly: the first control point is mirrored from the curve before.
     virtual void smooth(const ExtVector2<T>& p_p2, const ExtVector2<T>& p_p3);
+    /// A quadratic curve: the control point and the end.
     virtual void quadCurveTo(const ExtVector2<T>& p_p1, const ExtVector2<T>& p_p2);
+    /// A quadratic curve that goes on smoothly.
     virtual void quadSmooth(const ExtVector2<T>& p_p2);
+    /// A part of an ellipse with the given half axes, turned by the rotation. The flags choose one of the four possible
+    /// arcs.
     virtual void arc(const Vector2<T>& p_radius, const T& p_rotation, bool_t p_largeArc, bool_t p_clockwise,
                      const ExtVector2<T>& p_endArc);
+    /// Back to where the outline began.
     virtual void close();
     /// Appends the commands of an SVG path (the text of a `d` attribute), each through the operation above. A letter in
     /// lower case gives points relative to the one before (anchor 5). Several pairs behind an M are as many moves.

@@ -1,8 +1,19 @@
 /// The drawing commands of a path.
 ///
-/// Each point has its anchors: one that was written relative to the point before is kept as such. Commands are counted,
-/// packed values with virtual operations, for float and double; whoever holds one by its base tells the class by getID.
-/// One owner at a time.
+/// Each point has its anchors: one that was written relative to the point before is kept as such (anchor 5 on both
+/// axes), and is solved with ExtVector2::solveVector when the path is drawn. Commands are counted, packed values with
+/// virtual operations, for float and double; whoever holds one by its base tells the class by getID. One owner at a
+/// time.
+///
+/// The current point is where the command before ended; the first command of a path should be a move. Path2D makes the
+/// commands and owns them, so most code only reads them:
+///
+///     for (const Path2DCommand<float>* command : path.getCommands()) {
+///         switch (command->getID()) {
+///         case 1: move(static_cast<const MoveToPath2DCommand<float>*>(command)->position); break;
+///         case 255: close(); break;
+///         }
+///     }
 #pragma once
 
 #include "zyr_common/geometry/zyr_ext_vector.h"
@@ -13,22 +24,28 @@ namespace zyr {
 
 #pragma pack(push, 1)
 
-/// What all commands have: nothing but their identity.
+/// What all commands have: nothing but their identity. One of this class itself draws nothing; it stands for a stored
+/// command whose class was lost or isn't known here.
 template <typename T> class Path2DCommand : public Record<Path2DCommand<T>, RefCountedData> {
     using Level = Record<Path2DCommand<T>, RefCountedData>;
 
 public:
     // Slot order is a contract between separately built modules. Each class's list of fields brings the last five.
 
-    /// A copy with a count of its own, which the caller owns.
+    /// A copy of the same class with a count of its own, which the caller owns.
     Path2DCommand* clone() const override { return new Path2DCommand(*this); }
+    /// Back to the defaults: all numbers 0, all anchors the first.
     virtual void clear() { Level::clear(); }
+    /// With the type of number, as in "Path2DCommand{float}". Lives as long as the process.
     virtual const String& getClassName() const { return Level::getClassName(); }
-    /// The number of the class.
+    /// The number of the class, by which holders of the base switch: 1 to 7 in the order below, 255 for the closing
+    /// one, 0 here.
     virtual uint32_t getID() const { return 0; }
+    /// A reference to the field of this name, which the caller owns; null for names that the class doesn't have.
     virtual VariableReference* getVariableReferenceByPath(const String& p_path) {
         return Level::getVariableReferenceByPath(p_path);
     }
+    /// Reads and writes the fields in their order. 0 when the stream fails.
     virtual bool_t readSerialized(IDeserializer* p_deserializer) { return Level::readSerialized(p_deserializer); }
     virtual bool_t writeSerialized(ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result) {
         return Level::writeSerialized(p_serializer, p_headerPass, p_result);
@@ -41,6 +58,7 @@ public:
 /// Goes to a point without drawing.
 template <typename T> class MoveToPath2DCommand : public Record<MoveToPath2DCommand<T>, Path2DCommand<T>> {
 public:
+    /// Where the pen goes, and where the next outline begins.
     ExtVector2<T> position;
 
     MoveToPath2DCommand() { this->init_This(); }
@@ -53,9 +71,11 @@ public:
     static constexpr auto fields() { return zyr_fields(zyr_field("position", &MoveToPath2DCommand::position)); }
 };
 
-/// Draws a straight line.
+/// Draws a straight line from the current point. Horizontal and vertical lines are these too: their other axis has
+/// anchor 5 and the value 0.
 template <typename T> class LineToPath2DCommand : public Record<LineToPath2DCommand<T>, Path2DCommand<T>> {
 public:
+    /// The end of the line, which becomes the current point.
     ExtVector2<T> position;
 
     LineToPath2DCommand() { this->init_This(); }
@@ -68,11 +88,14 @@ public:
     static constexpr auto fields() { return zyr_fields(zyr_field("position", &LineToPath2DCommand::position)); }
 };
 
-/// Draws a cubic curve with two control points.
+/// Draws a cubic curve with two control points. All three points count from the same current point.
 template <typename T> class CurveToPath2DCommand : public Record<CurveToPath2DCommand<T>, Path2DCommand<T>> {
 public:
+    /// the first control point, which the curve leaves toward
     ExtVector2<T> p1;
+    /// the second control point, which the curve arrives from
     ExtVector2<T> p2;
+    /// the end, which becomes the current point
     ExtVector2<T> p3;
 
     CurveToPath2DCommand() { this->init_This(); }
@@ -92,7 +115,9 @@ public:
 /// The same; the first control point mirrors the second of the curve before.
 template <typename T> class SmoothPath2DCommand : public Record<SmoothPath2DCommand<T>, Path2DCommand<T>> {
 public:
+    /// the second control point
     ExtVector2<T> p2;
+    /// the end, which becomes the current point
     ExtVector2<T> p3;
 
     SmoothPath2DCommand() { this->init_This(); }
@@ -110,7 +135,9 @@ public:
 /// Draws a quadratic curve with one control point.
 template <typename T> class QuadCurveToPath2DCommand : public Record<QuadCurveToPath2DCommand<T>, Path2DCommand<T>> {
 public:
+    /// the control point
     ExtVector2<T> p1;
+    /// the end, which becomes the current point
     ExtVector2<T> p2;
 
     QuadCurveToPath2DCommand() { this->init_This(); }
@@ -129,6 +156,7 @@ public:
 /// The same; the control point mirrors that of the curve before.
 template <typename T> class QuadSmoothPath2DCommand : public Record<QuadSmoothPath2DCommand<T>, Path2DCommand<T>> {
 public:
+    /// the end, which becomes the current point
     ExtVector2<T> p2;
 
     QuadSmoothPath2DCommand() { this->init_This(); }
@@ -144,10 +172,15 @@ public:
 /// Draws a part of an ellipse, whose axes are turned by a rotation.
 template <typename T> class ArcPath2DCommand : public Record<ArcPath2DCommand<T>, Path2DCommand<T>> {
 public:
+    /// The half axes of the ellipse, before it is turned.
     Vector2<T> radius;
+    /// How far the axes are turned, as it was written; SVG texts have degrees.
     T rotation;
+    /// Of the two arcs that meet both points, the longer one.
     bool_t largeArc;
+    /// Of the two directions, the one in which angles grow.
     bool_t clockwise;
+    /// the end, which becomes the current point
     ExtVector2<T> endArc;
 
     ArcPath2DCommand() { this->init_This(); }
@@ -167,7 +200,7 @@ public:
     }
 };
 
-/// Draws a straight line back to where the outline began.
+/// Draws a straight line back to where the outline began, which becomes the current point.
 template <typename T> class ClosePath2DCommand : public Record<ClosePath2DCommand<T>, Path2DCommand<T>> {
 public:
     ClosePath2DCommand() { this->init_This(); }
@@ -181,7 +214,7 @@ public:
 
 #pragma pack(pop)
 
-/// Whether two commands are of the same class and have the same fields.
+/// Whether two commands are of the same class and have the same fields. Numbers are compared exactly.
 template <typename T> bool zyr_isSameCommand(const Path2DCommand<T>& p_left, const Path2DCommand<T>& p_right);
 
 } // namespace zyr

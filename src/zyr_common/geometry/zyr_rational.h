@@ -11,7 +11,9 @@ namespace zyr {
 /// int64_t.
 template <typename T> class Rational : public Record<Rational<T>> {
 public:
+    /// above the line
     T n;
+    /// Below the line; 0 is allowed, and nothing here divides by it.
     T d;
 
     Rational() { this->init_This(); }

@@ -1,6 +1,13 @@
-/// Sizes and rectangles of the plane.
+/// Rectangles of the plane and their sizes.
 ///
-/// Plain values without a virtual table, for int32_t, int64_t, float and double. The integer forms wrap.
+/// x grows to the right and y downward, so (x, y) is the upper left corner. The far edges belong to a rectangle as the
+/// near ones do: two that touch intersect. Sizes are not checked; one below 0 comes from an overlap that isn't there
+/// and makes most answers meaningless.
+///
+///     Rect<int32_t> view(0, 0, 640, 480);
+///     Rect<int32_t> window(600, 400, 100, 100);
+///     view.getIntersectionArea(window); // 40 * 80
+///     window.intersect(view);           // (600, 400, 40, 80)
 #pragma once
 
 #include "zyr_common/geometry/zyr_matrix3x3.h"

@@ -1,4 +1,7 @@
-/// One number as a record.
+/// One number as a record, for places that take only records: containers of values, descriptors, stored objects.
+///
+///     Scalar<int32_t> count(3);
+///     count += Scalar<int32_t>(4); // count.v is 7
 #pragma once
 
 #include "zyr_common/serialization/zyr_arithmetic_record.h"

@@ -22,6 +22,7 @@ template <typename T> class Shape2D : public Record<Shape2D<T>, RefCountedData> 
     using Level = Record<Shape2D<T>, RefCountedData>;
 
 public:
+    /// Where the shape is placed; solved by who draws it.
     ExtVector2<T> origin;
 
     Shape2D() { this->init_This(); }
@@ -31,13 +32,19 @@ public:
 
     /// A copy with a count of its own, which the caller owns.
     Shape2D* clone() const override { return new Shape2D(*this); }
+    /// Back to the defaults of the class; the count stays.
     virtual void clear() { Level::clear(); }
+    /// With the type of number, as in "Shape2D{float}". Lives as long as the process.
     virtual const String& getClassName() const { return Level::getClassName(); }
-    /// The number of the class.
+    /// The number of the class, by which holders of the base switch: 1 Rectangle, 2 RoundedRectangle, 3 Circle, 4
+    /// Ellipse, 5 Arc, 6 Polygon2D, 7 Spline2D, 8 ExtSpline2D, 9 Path2D, 10 Graph2D, 11 PolygonHull2D, 0 here.
     virtual uint32_t getID() const { return 0; }
+    /// A reference to the field of this path, which the caller owns ("origin.x"); null for paths that the class doesn't
+    /// have.
     virtual VariableReference* getVariableReferenceByPath(const String& p_path) {
         return Level::getVariableReferenceByPath(p_path);
     }
+    /// Read and write the fields, those of the base first. 0 when the stream fails; what was read until then stays.
     virtual bool_t readSerialized(IDeserializer* p_deserializer) { return Level::readSerialized(p_deserializer); }
     virtual bool_t writeSerialized(ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result) {
         return Level::writeSerialized(p_serializer, p_headerPass, p_result);
@@ -47,7 +54,7 @@ public:
     static constexpr auto fields() { return zyr_fields(zyr_field("origin", &Shape2D::origin)); }
 };
 
-/// A rectangle with square corners.
+/// A rectangle with square corners. A new one is empty.
 template <typename T> class Rectangle : public Record<Rectangle<T>, Shape2D<T>> {
 public:
     T width;
@@ -69,6 +76,7 @@ public:
 template <typename T> class RoundedRectangle : public Record<RoundedRectangle<T>, Rectangle<T>> {
 public:
     bool_t fillet; ///< The corners are rounded.
+    /// How far a rounded corner reaches along the edges; kept while the corners are square.
     T filletRadius;
 
     RoundedRectangle() { this->init_This(); }
@@ -104,6 +112,7 @@ public:
 /// An ellipse along the axes.
 template <typename T> class Ellipse : public Record<Ellipse<T>, Shape2D<T>> {
 public:
+    /// Along x and y.
     Vector2<T> axis;
 
     Ellipse() { this->init_This(); }
@@ -119,9 +128,12 @@ public:
 /// A part of an ellipse, closed unless told otherwise.
 template <typename T> class Arc : public Record<Arc<T>, Shape2D<T>> {
 public:
+    /// Those of the whole ellipse, along x and y.
     Vector2<T> axis;
+    /// From here to `endAngle`. Nothing in this library reads the angles: their unit is that of who draws.
     T startAngle;
     T endAngle;
+    /// The two ends are joined; on at first.
     bool_t closed;
 
     Arc() { this->init_This(); }

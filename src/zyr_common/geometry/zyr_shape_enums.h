@@ -1,4 +1,6 @@
 /// The enumerations of the shape records. Each is stored as one byte, with fixed numbers and fixed texts.
+///
+/// Nothing in this library draws by them: they are for those who make outlines and meshes of the shapes.
 #pragma once
 
 #include "zyr_common/serialization/zyr_enumeration.h"
@@ -9,10 +11,13 @@ namespace zyr {
 
 /// How a spline joins its points.
 enum SplineTypeEnum : uint8_t {
+    /// straight lines from point to point
     ZYR_SPLINE_TYPE_LINEAR = 0,
     ZYR_SPLINE_TYPE_QUADRATIC = 1,
     ZYR_SPLINE_TYPE_CUBIC = 2,
+    /// end points with one control point between two of them
     ZYR_SPLINE_TYPE_BEZIER_QUADRATIC = 3,
+    /// end points with two control points between two of them; the default of all splines
     ZYR_SPLINE_TYPE_BEZIER_CUBIC = 4,
     ZYR_SPLINE_TYPE_NURBS_QUADRATIC = 5,
     ZYR_SPLINE_TYPE_NURBS_CUBIC = 6
@@ -30,10 +35,13 @@ template <> struct EnumerationTable<SplineTypeEnum> {
     };
 };
 
-/// The profile of a filleted edge.
+/// The profile of a filleted edge, seen along the edge.
 enum FilletTypeEnum : uint8_t {
+    /// the default
     ZYR_FILLET_TYPE_LINEAR = 0,
+    /// rounded outward
     ZYR_FILLET_TYPE_CONVEX = 1,
+    /// hollowed
     ZYR_FILLET_TYPE_CONCAVE = 2,
     ZYR_FILLET_TYPE_HALFCIRCLE = 3,
     ZYR_FILLET_TYPE_ONESTEP = 4,
@@ -50,9 +58,11 @@ template <> struct EnumerationTable<FilletTypeEnum> {
     };
 };
 
-/// How values between two samples are found.
+/// How values between two samples of a graph are found.
 enum InterpolationEnum : uint8_t {
+    /// the sample that is closer
     ZYR_INTERPOLATION_NEAREST = 0,
+    /// a straight line between the two; the default of Graph2D
     ZYR_INTERPOLATION_LINEAR = 1,
     ZYR_INTERPOLATION_QUADRATIC = 2,
     ZYR_INTERPOLATION_CUBIC = 3,

@@ -1,4 +1,17 @@
 /// Solid shapes of a few numbers: boxes and bodies of revolution, with caps, fillets and slices.
+///
+/// Every body stands centred on its own axes: it reaches from minus to plus half its size, a body of revolution turns
+/// about its y axis, and `height` runs along y. `origin` says where its middle is placed, and takes part in nothing
+/// that is computed here.
+///
+/// Lengths are in the units of the scene and are not checked: negative and zero sizes are stored and streamed as they
+/// are. The constructors take the origin and then the fields in their order; the default constructor and `clear` give
+/// the defaults noted with the fields (0 where none is noted). How an angle of a slice or a fillet is turned into a
+/// mesh is up to who draws it.
+///
+///     Ref<Tube<float>> tube = Ref<Tube<float>>::adopt(new Tube<float>()); // 30 and 50 wide, 100 high
+///     Box<float> box;
+///     tube->extractBoundingBox(box); // (-50, -50, -50, 100, 100, 100)
 #pragma once
 
 #include "zyr_common/geometry/zyr_shape3d.h"
@@ -7,19 +20,21 @@ namespace zyr {
 
 // Groups of fields that several solids have, in this order.
 
-/// Only the part of the turn from one angle to the other is there.
+/// Only the part of the turn from one angle to the other is there: `slice` (off), `sliceFrom` (0) and `sliceTo` (180).
+/// The two angles are kept while the slice is off.
 template <class Solid> constexpr auto zyr_sliceFields() {
     return zyr_fields(zyr_field("slice", &Solid::slice), zyr_field("sliceFrom", &Solid::sliceFrom),
                       zyr_field("sliceTo", &Solid::sliceTo).withDefault(180));
 }
 
-/// The two faces of a slice are closed.
+/// The two faces of a slice are closed: `sliceStartCap` at `sliceFrom` and `sliceEndCap` at `sliceTo`, both on.
 template <class Solid> constexpr auto zyr_plainSliceEndFields() {
     return zyr_fields(zyr_field("sliceStartCap", &Solid::sliceStartCap).withDefault(1),
                       zyr_field("sliceEndCap", &Solid::sliceEndCap).withDefault(1));
 }
 
-/// The two faces of a slice are closed, with or without a fillet.
+/// The two faces of a slice are closed, with or without a fillet: for each end whether it is closed (on), whether its
+/// edge has a fillet (off), and the fillet's radius (10), which is kept while the fillet is off.
 template <class Solid> constexpr auto zyr_filletedSliceEndFields() {
     return zyr_fields(zyr_field("sliceStartCap", &Solid::sliceStartCap).withDefault(1),
                       zyr_field("sliceStartFillet", &Solid::sliceStartFillet),
@@ -29,7 +44,8 @@ template <class Solid> constexpr auto zyr_filletedSliceEndFields() {
                       zyr_field("sliceEndFilletRadius", &Solid::sliceEndFilletRadius).withDefault(10));
 }
 
-/// The upper and lower face are closed, with or without a fillet.
+/// The upper and lower face are closed, with or without a fillet: for each face whether it is closed (on), whether its
+/// edge has a fillet (off), and the fillet's radius (10), which is kept while the fillet is off.
 template <class Solid> constexpr auto zyr_capFields() {
     return zyr_fields(
         zyr_field("upperCap", &Solid::upperCap).withDefault(1), zyr_field("upperFillet", &Solid::upperFillet),
@@ -40,11 +56,14 @@ template <class Solid> constexpr auto zyr_capFields() {
 
 #pragma pack(push, 1)
 
-/// A box.
+/// A box. A new one is empty: all three sizes are 0.
 template <typename T> class Cuboid : public Record<Cuboid<T>, Shape3D<T>> {
 public:
+    /// along x
     T width;
+    /// along y
     T height;
+    /// along z
     T depth;
 
     Cuboid() { this->init_This(); }
@@ -63,10 +82,12 @@ public:
                           zyr_field("depth", &Cuboid::depth));
     }
 };
-/// A box whose edges may be rounded.
+/// A box whose edges may be rounded. Its number is 3, though it is a Cuboid too, and its bounding box is the Cuboid's:
+/// rounding takes off and adds nothing.
 template <typename T> class RoundedCuboid : public Record<RoundedCuboid<T>, Cuboid<T>> {
 public:
     bool_t fillet; ///< The edges are rounded.
+    /// How far a rounded edge reaches into its faces; kept while the edges are sharp.
     T filletRadius;
 
     RoundedCuboid() { this->init_This(); }
@@ -84,13 +105,16 @@ public:
                           zyr_field("filletRadius", &RoundedCuboid::filletRadius));
     }
 };
-/// A sphere.
+/// A sphere, whole or a slice of it.
 template <typename T> class Sphere : public Record<Sphere<T>, Shape3D<T>> {
 public:
+    /// 100 at first
     T radius;
+    /// Only the turn from `sliceFrom` to `sliceTo` (0 and 180 at first) is there.
     bool_t slice;
     T sliceFrom;
     T sliceTo;
+    /// The flat face at `sliceFrom` is closed; without it one looks into the body. On at first, as at the other end.
     bool_t sliceStartCap;
     bool_t sliceEndCap;
 
@@ -117,14 +141,19 @@ public:
                               zyr_sliceFields<Sphere>(), zyr_plainSliceEndFields<Sphere>());
     }
 };
-/// A ring.
+/// A ring that lies in the plane of x and z, around the y axis.
 template <typename T> class Torus : public Record<Torus<T>, Shape3D<T>> {
 public:
+    /// From the middle of the ring to the middle of the tube; 200 at first.
     T ringRadius;
+    /// From the middle of the tube to its surface; 50 at first.
     T tubeRadius;
+    /// Only the turn from `sliceFrom` to `sliceTo` (0 and 180 at first) is there.
     bool_t slice;
     T sliceFrom;
     T sliceTo;
+    /// The cut through the tube at `sliceFrom` is closed, with a fillet at its edge if told so; likewise at the other
+    /// end.
     bool_t sliceStartCap;
     bool_t sliceStartFillet;
     T sliceStartFilletRadius;
@@ -165,12 +194,16 @@ public:
 /// A cylinder between two half spheres.
 template <typename T> class Capsule : public Record<Capsule<T>, Shape3D<T>> {
 public:
+    /// Of the cylinder and of both half spheres; 50 at first.
     T radius;
+    /// Of the cylinder alone, 100 at first: the whole is higher by twice the radius.
     T height;
+    /// For each end whether it is closed (on) and whether it has a fillet (off), for which there is no radius here.
     bool_t upperCap;
     bool_t upperFillet;
     bool_t lowerCap;
     bool_t lowerFillet;
+    /// Only the turn from `sliceFrom` to `sliceTo` (0 and 180 at first) is there, its faces closed by the caps below.
     bool_t slice;
     T sliceFrom;
     T sliceTo;
@@ -197,7 +230,7 @@ public:
     Capsule* clone() const override { return new Capsule(*this); }
     uint32_t getID() const override { return 6; }
 
-    /// See Cuboid.
+    /// See Cuboid. The half spheres count in, whether they are closed or not.
     virtual bool_t extractBoundingBox(Box<T>& p_box) const;
 
     static constexpr const char* c_typeName = "Capsule";
@@ -211,17 +244,21 @@ public:
                               zyr_sliceFields<Capsule>(), zyr_plainSliceEndFields<Capsule>());
     }
 };
-/// A cylinder.
+/// A cylinder about the y axis. With both caps off it is a pipe without thickness.
 template <typename T> class Cylinder : public Record<Cylinder<T>, Shape3D<T>> {
 public:
+    /// 50 at first
     T radius;
+    /// 100 at first
     T height;
+    /// Upper and lower face: closed or not, with a fillet of some radius or not.
     bool_t upperCap;
     bool_t upperFillet;
     T upperFilletRadius;
     bool_t lowerCap;
     bool_t lowerFillet;
     T lowerFilletRadius;
+    /// Only the turn from `sliceFrom` to `sliceTo` (0 and 180 at first) is there, its faces closed by the caps below.
     bool_t slice;
     T sliceFrom;
     T sliceTo;
@@ -261,18 +298,24 @@ public:
                               zyr_plainSliceEndFields<Cylinder>());
     }
 };
-/// A cone, cut off when both radii are above 0. A new one ends in a point at the top.
+/// A cone, cut off when both radii are above 0. A new one ends in a point at the top, and its upper cap then has no
+/// area.
 template <typename T> class Cone : public Record<Cone<T>, Shape3D<T>> {
 public:
+    /// 0 at first
     T upperRadius;
+    /// 50 at first
     T lowerRadius;
+    /// 100 at first
     T height;
+    /// Upper and lower face: closed or not, with a fillet of some radius or not.
     bool_t upperCap;
     bool_t upperFillet;
     T upperFilletRadius;
     bool_t lowerCap;
     bool_t lowerFillet;
     T lowerFilletRadius;
+    /// Only the turn from `sliceFrom` to `sliceTo` (0 and 180 at first) is there, its faces closed by the caps below.
     bool_t slice;
     T sliceFrom;
     T sliceTo;
@@ -302,7 +345,7 @@ public:
     Cone* clone() const override { return new Cone(*this); }
     uint32_t getID() const override { return 8; }
 
-    /// See Cuboid.
+    /// See Cuboid. The wider end gives width and depth.
     virtual bool_t extractBoundingBox(Box<T>& p_box) const;
 
     static constexpr const char* c_typeName = "Cone";
@@ -313,21 +356,28 @@ public:
                               zyr_capFields<Cone>(), zyr_sliceFields<Cone>(), zyr_plainSliceEndFields<Cone>());
     }
 };
-/// A cylinder with a hole along its axis.
+/// A cylinder with a hole along its axis. The inner radius is not held below the outer one.
 template <typename T> class Tube : public Record<Tube<T>, Shape3D<T>> {
 public:
+    /// 30 at first
     T innerRadius;
+    /// 50 at first
     T outerRadius;
+    /// 100 at first
     T height;
+    /// Upper and lower face, which are rings here: closed or not, with a fillet of some radius or not.
     bool_t upperCap;
     bool_t upperFillet;
     T upperFilletRadius;
     bool_t lowerCap;
     bool_t lowerFillet;
     T lowerFilletRadius;
+    /// Only the turn from `sliceFrom` to `sliceTo` (0 and 180 at first) is there.
     bool_t slice;
     T sliceFrom;
     T sliceTo;
+    /// The cut through the wall at `sliceFrom` is closed, with a fillet at its edge if told so; likewise at the other
+    /// end.
     bool_t sliceStartCap;
     bool_t sliceStartFillet;
     T sliceStartFilletRadius;
@@ -363,7 +413,7 @@ public:
     Tube* clone() const override { return new Tube(*this); }
     uint32_t getID() const override { return 9; }
 
-    /// See Cuboid.
+    /// See Cuboid. The outer radius gives width and depth.
     virtual bool_t extractBoundingBox(Box<T>& p_box) const;
 
     static constexpr const char* c_typeName = "Tube";

@@ -1,4 +1,8 @@
 /// Plane shapes that are made of points or values.
+///
+/// Points are relative to the origin; y grows downward as in all of the layout. `width` and `height` are the rectangle
+/// that the shape was drawn in: only ExtSpline2D reads them, for its anchors, and nothing scales the points to them.
+/// Arrays are copied by the constructors, which take the origin and then the fields in their order.
 #pragma once
 
 #include "zyr_common/containers/zyr_array.h"
@@ -10,11 +14,12 @@ namespace zyr {
 
 #pragma pack(push, 1)
 
-/// A closed outline of straight edges.
+/// A closed outline of straight edges. The last point is joined to the first, which is not repeated.
 template <typename T> class Polygon2D : public Record<Polygon2D<T>, Shape2D<T>> {
 public:
     T width;
     T height;
+    /// The corners in their order, either way round.
     Array<Vector2<T>> points;
 
     Polygon2D() { this->init_This(); }
@@ -24,7 +29,7 @@ public:
     Polygon2D* clone() const override { return new Polygon2D(*this); }
     uint32_t getID() const override { return 6; }
 
-    /// Runs each point through the matrix.
+    /// Runs each point through the matrix (Matrix3x3::transform: nothing is divided). Origin and size stay.
     void transform(const Matrix3x3<T>& p_matrix);
 
     static constexpr const char* c_typeName = "Polygon2D";
@@ -33,13 +38,15 @@ public:
                           zyr_field("points", &Polygon2D::points));
     }
 };
-/// A curve through or along its points.
+/// A curve through or along its points. A new one is an open cubic Bezier curve without points.
 template <typename T> class Spline2D : public Record<Spline2D<T>, Shape2D<T>> {
 public:
     T width;
     T height;
+    /// How the points are read, see SplineTypeEnum; their count is not checked against it.
     SplineTypeEnum type;
     Array<Vector2<T>> points;
+    /// The last point is joined to the first.
     bool_t closed;
 
     Spline2D() { this->init_This(); }
@@ -55,7 +62,7 @@ public:
     Spline2D* clone() const override { return new Spline2D(*this); }
     uint32_t getID() const override { return 7; }
 
-    /// Runs each point through the matrix.
+    /// Runs each point through the matrix (Matrix3x3::transform: nothing is divided). Origin and size stay.
     void transform(const Matrix3x3<T>& p_matrix);
 
     static constexpr const char* c_typeName = "Spline2D";
@@ -65,12 +72,13 @@ public:
                           zyr_field("points", &Spline2D::points), zyr_field("closed", &Spline2D::closed));
     }
 };
-/// A spline whose points are anchored in its own rectangle.
+/// A spline whose points are anchored in its own rectangle, so that it follows when `width` and `height` change.
 template <typename T> class ExtSpline2D : public Record<ExtSpline2D<T>, Shape2D<T>> {
 public:
     T width;
     T height;
     SplineTypeEnum type;
+    /// As in Spline2D, each coordinate with what it counts from; the anchors 0 to 5 can be solved.
     Array<ExtVector2<T>> points;
     bool_t closed;
 
@@ -101,14 +109,16 @@ public:
                           zyr_field("points", &ExtSpline2D::points), zyr_field("closed", &ExtSpline2D::closed));
     }
 };
-/// A curve over evenly spaced values.
+/// A curve over values that are spaced evenly over the width.
 template <typename T> class Graph2D : public Record<Graph2D<T>, Shape2D<T>> {
 public:
     T width;
     T height;
     double minRange; ///< The value at the lower edge.
     double maxRange; ///< The value at the upper edge.
+    /// How the curve goes between two values; linear at first.
     InterpolationEnum interpolation;
+    /// From left to right, in the units of the range; they may lie outside of it.
     Array<double> values;
 
     Graph2D() { this->init_This(); }

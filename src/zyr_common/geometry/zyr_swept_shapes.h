@@ -1,4 +1,12 @@
 /// Solid shapes that are made of points, or of a plane shape on its way through space.
+///
+/// A swept shape doesn't name the plane shape that it sweeps: whoever holds both knows that they belong together. It
+/// tells where the plane shape starts and ends (a ShapeTransform3D each, between which ShapeTransform3D::interpolate
+/// goes), and how the two ends are closed. These shapes have no bounding box, since their extent depends on the plane
+/// shape.
+///
+/// Constructors take the origin and then the fields in their order. Array fields are copied, and a copy of a shape has
+/// points of its own.
 #pragma once
 
 #include "zyr_common/containers/zyr_array.h"
@@ -11,11 +19,14 @@ namespace zyr {
 
 #pragma pack(push, 1)
 
-/// A curve through or along its points.
+/// A curve through or along its points. A new one is an open cubic Bezier curve without points.
 template <typename T> class Spline3D : public Record<Spline3D<T>, Shape3D<T>> {
 public:
+    /// How the points are read, see SplineTypeEnum; their count is not checked against it.
     SplineTypeEnum type;
+    /// In the order of the curve, relative to the origin.
     Array<Vector3<T>> points;
+    /// The last point is joined to the first.
     bool_t closed;
 
     Spline3D() { this->init_This(); }
@@ -25,7 +36,7 @@ public:
     Spline3D* clone() const override { return new Spline3D(*this); }
     uint32_t getID() const override { return 1; }
 
-    /// Runs each point through the matrix.
+    /// Runs each point through the matrix (Matrix4x4::transform: nothing is divided). The origin stays.
     void transform(const Matrix4x4<T>& p_matrix);
 
     static constexpr const char* c_typeName = "Spline3D";
@@ -34,18 +45,24 @@ public:
                           zyr_field("points", &Spline3D::points), zyr_field("closed", &Spline3D::closed));
     }
 };
-/// A body that a plane shape leaves behind on its way.
+/// A body that a plane shape leaves behind on its way from one placement to another.
 template <typename T> class Extrusion : public Record<Extrusion<T>, Shape3D<T>> {
 public:
+    /// The face at the start is closed; on at first.
     bool_t startCap;
+    /// The edge of that face has a fillet, with the radius (10 at first) and the profile below; both are kept while it
+    /// is off.
     bool_t startFillet;
     T startFilletRadius;
     FilletTypeEnum startFilletType;
+    /// The same for the face at the end.
     bool_t endCap;
     bool_t endFillet;
     T endFilletRadius;
     FilletTypeEnum endFilletType;
+    /// Where the plane shape begins. A new one begins and ends at the same place, and so has no volume.
     ShapeTransform3D<T> startTransform;
+    /// Where it ends.
     ShapeTransform3D<T> endTransform;
 
     Extrusion() { this->init_This(); }
@@ -85,17 +102,22 @@ public:
 /// A body that a plane shape leaves behind when it turns.
 template <typename T> class Lathe : public Record<Lathe<T>, Shape3D<T>> {
 public:
+    /// Only the turn from `sliceFrom` to `sliceTo` (0 and 180 at first) is there; off means a whole turn.
     bool_t slice;
     T sliceFrom;
     T sliceTo;
+    /// The face at `sliceFrom` is closed (on at first), its edge with a fillet of the radius (10 at first) and profile
+    /// below.
     bool_t sliceStartCap;
     bool_t sliceStartFillet;
     T sliceStartFilletRadius;
     FilletTypeEnum sliceStartFilletType;
+    /// The same for the face at `sliceTo`.
     bool_t sliceEndCap;
     bool_t sliceEndFillet;
     T sliceEndFilletRadius;
     FilletTypeEnum sliceEndFilletType;
+    /// How the plane shape is placed when the turn begins, and below it when it ends.
     ShapeTransform3D<T> startTransform;
     ShapeTransform3D<T> endTransform;
 

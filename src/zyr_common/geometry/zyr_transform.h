@@ -1,6 +1,7 @@
-/// Placements by their parts, not as a finished matrix.
+/// Placements by their parts, not as a finished matrix: what an editor shows and an animation blends.
 ///
-/// Packed values without a virtual table, for float and double. Angles are degrees.
+/// Packed values without a virtual table, for float and double. Angles are degrees. A new placement changes nothing:
+/// its matrix is the identity.
 #pragma once
 
 #include "zyr_common/geometry/zyr_matrix3x3.h"
@@ -13,8 +14,10 @@ namespace zyr {
 /// A placement in the plane. Held and exchanged; consumers multiply it out.
 template <typename T> class Transform2D : public Record<Transform2D<T>> {
 public:
+    /// What the parts below are applied on top of; the identity at first.
     Matrix3x3<T> baseMatrix;
     Vector2<T> position;
+    /// About the origin of the shape.
     T rotation;
     Vector2<T> scale; ///< 1 on both axes at first
     Vector2<T> skew;
@@ -37,8 +40,10 @@ public:
 /// A placement in space. Held and exchanged; consumers multiply it out.
 template <typename T> class Transform3D : public Record<Transform3D<T>> {
 public:
+    /// What the parts below are applied on top of; the identity at first.
     Matrix4x4<T> baseMatrix;
     Vector3<T> position;
+    /// About the three axes, as Matrix4x4::rotateEuler takes them.
     Vector3<T> rotation;
     Vector3<T> scale; ///< 1 on all axes at first
     Vector3<T> skew;
@@ -58,12 +63,16 @@ public:
     }
 };
 
-/// A placement along the way of a swept shape. Of its two rotations, one is interpolated angle by angle and the other
-/// on the shortest arc.
+/// A placement along the way of a swept shape.
+///
+/// It has two rotations because the two are interpolated differently: `eulerRotation` angle by angle, so that it may
+/// make several turns, and `slerpRotation` on the shortest arc. A single placement applies both in the same way.
 template <typename T> class ShapeTransform3D : public Record<ShapeTransform3D<T>> {
 public:
+    /// Moves the shape at the end, in the coordinates of the scene.
     Vector3<T> position;
     Vector3<T> offset; ///< moves the shape before anything else
+    /// About x, y and z; acts on the shape before `slerpRotation` does.
     Vector3<T> eulerRotation;
     Vector3<T> slerpRotation;
     Vector3<T> scale;     ///< before the rotations; 1 on all axes at first
@@ -73,9 +82,12 @@ public:
 
     ShapeTransform3D() { init_This(); }
 
-    /// What a point goes through, the last first: position, postScale, slerpRotation, eulerRotation, scale, offset.
+    /// What a point goes through, the last first: position, postScale, slerpRotation, eulerRotation, scale, offset. Two
+    /// placements that differ in their skews alone have the same matrix.
     Matrix4x4<T> getTransformMatrix() const;
-    /// The matrix at p_t on the way from this placement (0) to the other (1).
+    /// The matrix at p_t on the way from this placement (0) to the other (1). All parts go evenly but `slerpRotation`,
+    /// which goes through quaternions; so the ends equal getTransformMatrix only up to rounding. p_t outside of 0 to 1
+    /// goes on beyond the ends.
     Matrix4x4<T> interpolate(const ShapeTransform3D& p_other, T p_t) const;
 
     void init_This() {
@@ -95,7 +107,8 @@ public:
     }
 };
 
-/// Where somebody looks, and which way is up. A new one looks along negative z with y up.
+/// Where somebody looks, and which way is up. A new one looks along negative z with y up. The two are directions and
+/// need not have length 1.
 template <typename T> class Orientation3D : public Record<Orientation3D<T>> {
 public:
     Vector3<T> at;

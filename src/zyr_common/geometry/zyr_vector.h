@@ -3,6 +3,12 @@
 /// Plain values without a virtual table, for 32- and 64-bit integers (signed and not), float and double. Arithmetic is
 /// field by field; angles are degrees. The integer forms calculate in their own type: results wrap, square roots are
 /// cut, and a division by zero gives 0.
+///
+///     Vector2<float> a(3, 4);
+///     a.getModule();                       // 5
+///     a *= Vector2<float>(2, 0.5f);        // (6, 2): product and quotient go field by field too
+///     a.dotProduct(Vector2<float>(1, 1));  // 8
+///     Vector3<float> up = Vector3<float>(1, 0, 0).crossProduct(Vector3<float>(0, 1, 0)); // (0, 0, 1)
 #pragma once
 
 #include "zyr_common/geometry/zyr_angle.h"
@@ -65,12 +71,15 @@ public:
     Vector3 crossProduct(const Vector3& p_other) const;
     /// See Vector2.
     void normalize();
+    /// See Vector2; the boxes have three axes.
     bool_t boxCompare(const Vector3& p_other, T p_tolerance) const;
     /// The angle between two vectors in degrees; 0 when they are less than 0.001 apart.
     T getAngle(const Vector3& p_other) const;
     /// Turn from y toward z, from z toward x and from x toward y.
     void rotateX(T p_degrees);
+    /// z toward x
     void rotateY(T p_degrees);
+    /// x toward y
     void rotateZ(T p_degrees);
     /// Turns about an axis through the origin, of any length.
     void rotateAxis(T p_degrees, const Vector3& p_axis);
@@ -102,6 +111,7 @@ public:
     T dotProduct(const Vector4& p_other) const;
     /// See Vector2 and Vector3. The rotations leave w alone.
     void normalize();
+    /// All four numbers take part.
     bool_t boxCompare(const Vector4& p_other, T p_tolerance) const;
     T getAngle(const Vector4& p_other) const;
     void rotateX(T p_degrees);

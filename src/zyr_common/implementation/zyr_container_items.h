@@ -1,4 +1,8 @@
 /// The items of the plain containers that containers of objects stand on: what differs between them.
+///
+/// ContainerLevel is written once over these functions. A further plain container over `IObject*` joins by a
+/// ContainerKey, where it has keys, and by an overload each of visitItem and addItem; swapItems only where it has no
+/// swap of its own.
 #pragma once
 
 #include "zyr_common/containers/zyr_array.h"

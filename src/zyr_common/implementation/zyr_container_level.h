@@ -23,6 +23,7 @@ public:
 
     ~ContainerLevel() override { ContainerLevel::release_This(); }
 
+    /// The walkers enter each element when told to go deep; null ones are left out.
     void collectResourceGUIDReferences(bool_t p_deep, HashMultiSet<String, GUID_t>& p_references) const override {
         Base::collectResourceGUIDReferences(p_deep, p_references);
         forEach(p_deep, [&](IObject* p_element) { p_element->collectResourceGUIDReferences(p_deep, p_references); });
@@ -49,10 +50,12 @@ public:
     }
 
     void init_This() {}
+    /// Gives all elements back. The items are empty before the first release runs.
     void release_This() {
         Container items;
         useItems(items);
     }
+    /// What was stored replaces the items; without the key "items" they stay as they are.
     bool_t readSerialized_This(IDeserializer* p_deserializer) {
         if constexpr (isStoredKey<Key>) {
             return readItems(p_deserializer);
@@ -60,6 +63,7 @@ public:
             return 1;
         }
     }
+    /// An array "items" of the elements with their keys; in a text format in the pass of the elements.
     bool_t writeSerialized_This(ISerializer* p_serializer, bool_t p_firstPass, bool_t p_headerPass, bool_t& p_result) {
         if constexpr (isStoredKey<Key>) {
             p_result = p_headerPass ? declareItems(p_serializer) : p_firstPass || writeItems(p_serializer);

@@ -8,6 +8,7 @@
 namespace zyr {
 
 #pragma pack(push, 1)
+/// The stored fields of the level.
 class DataFormatInfoState : public Record<DataFormatInfoState> {
 public:
     String m_formatName;
@@ -17,6 +18,7 @@ public:
 };
 #pragma pack(pop)
 
+/// The level itself; the interface is the most derived one.
 template <class Interface>
 class DataFormatInfoLevel : public StateLevel<ObjectLevel<Interface>, IDataFormatInfo, DataFormatInfoState> {
 public:

@@ -11,6 +11,7 @@ template <> struct EnumerationTable<NativeFormatAccessTypeEnum> {
 };
 
 #pragma pack(push, 1)
+/// The stored fields of the level but for the bytes of the original.
 class NativeFormatInfoState : public Record<NativeFormatInfoState> {
 public:
     NativeFormatAccessTypeEnum m_accessType = ZYR_NATIVE_FORMAT_ACCESS_NONE;
@@ -31,6 +32,7 @@ bool_t readOriginalFile(IDeserializer* p_deserializer, Array<unsigned char>& p_o
 bool_t writeOriginalFile(ISerializer* p_serializer, bool_t p_firstPass, bool_t p_headerPass,
                          const Array<unsigned char>& p_originalFile);
 
+/// The level itself, for the classes of other modules too; the interface is the most derived one.
 template <class Interface>
 class NativeFormatInfoLevel
     : public StateLevel<DataFormatInfoLevel<Interface>, INativeFormatInfo, NativeFormatInfoState> {

@@ -1,4 +1,8 @@
 /// The first level of every implementation.
+///
+/// It answers for the class by the traits of the interface alone, so a class that is put on top says nothing of its
+/// names and GUIDs. What an implementation adds to paths, streams and walkers it adds by overriding the operation and
+/// calling this one.
 #pragma once
 
 #include "zyr_common/implementation/zyr_level.h"
@@ -30,6 +34,7 @@ public:
     ObjectLevel(const ObjectLevel&) = delete;
     ObjectLevel& operator=(const ObjectLevel&) = delete;
 
+    /// Copying goes through the outermost layer, so that a facade's subclass copies what it has added.
     bool_t copy(const IObject* p_src) override { return ObjectState::copy(this, p_src); }
 
     const String& getClassName() const override {
@@ -58,6 +63,7 @@ public:
         return isInterfaceGUID<InterfaceType>(p_classGUID) ? const_cast<ObjectLevel*>(this) : nullptr;
     }
 
+    /// An object without others inside: the walkers see only its own GUID.
     void collectResourceGUIDReferences(bool_t, HashMultiSet<String, GUID_t>&) const override {}
     void collectGUIDsWhereAvailable(bool_t, List<GUID_t>& p_guids) const override { m_object.collectGUIDs(p_guids); }
     void replaceGUIDsWhereAvailable(bool_t, HashMap<GUID_t, GUID_t>& p_replacements) override {

@@ -1,4 +1,11 @@
 /// The pluggable source of memory of the containers, and arrays of live objects on top of it.
+///
+///     static Allocator arena = {&arenaAllocate, &arenaReallocate, &arenaFree};
+///     Array<uint32_t> numbers;
+///     numbers.setAllocatorUnsafe(&arena); // while it is empty
+///
+/// The functions of an allocator are called on the thread of the container, also on several at once when several
+/// containers use it.
 #pragma once
 
 #include "zyr_common/memory/zyr_memory.h"
@@ -12,8 +19,11 @@ namespace zyr {
 
 /// Three functions that belong together. Whoever hands an Allocator to a container keeps it alive as long.
 struct Allocator {
+    /// Gives a block for any plain type, or null where there is no memory left.
     void* (*m_allocate)(size_t p_size);
+    /// Changes a block's size and keeps its bytes; null, with the old block kept, where that is not possible.
     void* (*m_reallocate)(void* p_block, size_t p_size);
+    /// Takes a block back; null is no block.
     void (*m_free)(void* p_block);
 };
 

@@ -15,6 +15,7 @@ ZYR_API void* zyr_tryMalloc(size_t p_size);
 ZYR_API void* zyr_tryMalloc0(size_t p_size);
 /// As zyr_tryMalloc, but calls abort() instead of giving null: also for size 0.
 ZYR_API void* zyr_malloc(size_t p_size);
+/// The same, with all bytes 0.
 ZYR_API void* zyr_malloc0(size_t p_size);
 
 /// Releases a block; null is ignored.
@@ -27,6 +28,7 @@ ZYR_API void* zyr_tryRealloc(void* p_block, size_t p_size);
 ZYR_API void* zyr_tryRealloc0(void* p_block, size_t p_size);
 /// As zyr_tryRealloc, but calls abort() instead of giving null: also for size 0.
 ZYR_API void* zyr_realloc(void* p_block, size_t p_size);
+/// The same, with all bytes 0 that were gained.
 ZYR_API void* zyr_realloc0(void* p_block, size_t p_size);
 
 /// Orders by length first: the larger size is greater (1, else -1), and only equal sizes compare their bytes, as

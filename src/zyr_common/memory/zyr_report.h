@@ -20,6 +20,8 @@ ZYR_API void zyr_printLog(const char* p_module, bool_t p_echoToStdout, LogLevelE
 
 } // namespace zyr
 
+/// A line of that level, with a format as printf has it and without an end of line. The arguments are evaluated also
+/// when the level doesn't pass.
 #define ZYR_LOG_AT(level, ...) ::zyr::zyr_printLog(ZYR_MODULE_WORD, 0, level, __PRETTY_FUNCTION__, __VA_ARGS__)
 #define ZYR_LOG_WARN(...) ZYR_LOG_AT(::zyr::ZYR_LOG_LEVEL_WARN, __VA_ARGS__)
 #define ZYR_LOG_INFO(...) ZYR_LOG_AT(::zyr::ZYR_LOG_LEVEL_INFO, __VA_ARGS__)

@@ -6,7 +6,9 @@
 
 namespace zyr {
 
-/// Type names of the interfaces in the order of the entries. The eight entries behind them are not used.
+/// Type names of the interfaces in the order of the entries. The eight entries behind them are not used. Keys of the
+/// containers stand in the order of zyr_object_keys.inl; the containers of trees and of several values have no GUID
+/// keys.
 inline constexpr const char* coreEntryNames[] = {
     // 0 to 7
     "Object",
@@ -106,6 +108,8 @@ constexpr bool isTypeName(const char* p_typeName, const char* p_name, const char
     return rest != nullptr && rest[0] == '}' && rest[1] == 0;
 }
 
+/// The entry of a type, by its name and the word of its argument, null for a type without one; -1 where no entry
+/// creates it. At compile time in the factories.
 constexpr int32_t findCoreEntry(const char* p_name, const char* p_argumentWord) {
     for (int32_t i = 0; i < NUM_OF_CORE_ENTRY_NAMES; i++) {
         if (isTypeName(coreEntryNames[i], p_name, p_argumentWord)) {

@@ -24,7 +24,9 @@ namespace zyr {
 
 /// Thin forms of the operations of the same names. The references live as long as the class's module.
 ZYR_API const String& zyr_getClassName(const IObject* p_object);
+/// Of the most derived class; the object must not be null.
 ZYR_API const GUID_t& zyr_getClassGUID(const IObject* p_object);
+/// The text of its template argument, empty for other classes.
 ZYR_API const String& zyr_getClassTemplateTypeName(const IObject* p_object);
 /// Gives back one reference; the last one destroys the object.
 ZYR_API void zyr_releaseObject(IObject* p_object);

@@ -61,6 +61,7 @@ public:
     /// Back to the state of a new object.
     virtual void clear() = 0;
 
+    /// Of the most derived class, as factories know it. Lives as long as the module.
     virtual const String& getClassName() const = 0;
     /// Text of the template argument of a template class, otherwise empty.
     virtual const String& getClassTemplateTypeName() const = 0;
@@ -89,10 +90,12 @@ public:
     /// The same for a path.
     virtual bool_t setVariableValueByPath(const String& p_path, VariableValue* p_value) = 0;
 
+    /// Reads the fields of all levels. False when the stream fails; what was read until then stays.
     virtual bool_t readSerialized(IDeserializer* p_deserializer) = 0;
     /// Returns true on success and sets `p_result` to the same value.
     virtual bool_t writeSerialized(ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result) = 0;
 
+    /// Takes the instance GUID away.
     virtual void clearGUID(bool_t p_deep) = 0;
     /// Instance GUID; all zero where the object has none.
     virtual const GUID_t& getGUID() const = 0;
@@ -108,8 +111,11 @@ public:
     /// Gives a reference back; the last one destroys the object.
     virtual void release() = 0;
 
+    /// A mark that the object was changed since it was saved; set and looked at by those who save.
     virtual bool_t isDirty() const = 0;
     virtual void setDirty(bool_t p_dirty) = 0;
+    /// A mark that the object is to be gone soon, for holders who should give their references back. A copy doesn't
+    /// have it.
     virtual bool_t isDeletePending() const = 0;
     virtual void setDeletePending() = 0;
 
@@ -134,6 +140,7 @@ public:
     /// Stores the layer that answers to the GUID with a reference for the caller and returns true; otherwise stores
     /// null and returns false.
     virtual bool_t queryInterfaceObject(const GUID_t& p_classGUID, IObject** p_object) const = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual IObjectReserved* getObjectReserved() const = 0;
 };
 

@@ -25,7 +25,7 @@ template <typename T> inline constexpr const char* templateArgumentWord = nullpt
 template <template <typename> class Template, typename Argument>
 inline constexpr const char* templateArgumentWord<Template<Argument>> = typeWord<Argument>;
 
-/// Joins the two parts of a type name; `p_argumentWord` may be null.
+/// Joins the two parts of a type name; `p_argumentWord` may be null, and the name is then what it was.
 String joinTypeName(const char* p_name, const char* p_argumentWord);
 
 /// The word of the template argument of `Interface`; empty where it is no template.

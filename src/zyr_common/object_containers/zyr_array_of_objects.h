@@ -9,6 +9,7 @@
 
 namespace zyr {
 
+/// Positions count from 0. Elements may be null.
 class IArrayOfObjects : public IObject {
 public:
     /// Replaces the elements by those of the source: with the flag set by further references on them, otherwise by
@@ -18,20 +19,24 @@ public:
     virtual bool_t replace(uint32_t p_index, IObject* p_object) = 0;
     /// The element without a reference; null behind the end.
     virtual IObject* get(uint32_t p_index) = 0;
+    /// Adds the object behind the last one; null is an element too.
     virtual void pushBack(IObject* p_object) = 0;
     /// Takes up to that many elements from the end and gives how many there were. They go to `p_objects` in their order
     /// in the array, and their references to the caller; with null for it they are given back.
     virtual uint64_t popBack(IObject** p_objects, uint64_t p_count) = 0;
     /// The elements one behind the other, until the next change; null where nothing was ever added.
     virtual IObject* const* getData() const = 0;
+    /// The number of elements, null ones included.
     virtual uint64_t getSize() const = 0;
     /// For how many elements there is room without another allocation.
     virtual uint64_t getAllocatedSize() const = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual IContainerReserved* getArrayOfObjectsReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(ArrayOfObjects, IObject, "098bb8cb-93f9-4c76-b194-744a84963b45")
 
+/// Forwards each operation to the ArrayOfObjects of its module; what extends that class derives from this.
 class WArrayOfObjects : public ContainerFacade<IArrayOfObjects> {
 public:
     void setItems(const IArrayOfObjects* p_src, bool_t p_share) override {

@@ -26,20 +26,25 @@ public:
     /// Replaces the elements by those of the source: with the flag set by further references on them, otherwise by
     /// clones.
     virtual void setItems(const IHashMapOfObjects<K>* p_src, bool_t p_share) = 0;
+    /// The entry that was inserted first, or the place behind the end.
     virtual iterator begin() = 0;
     virtual const_iterator beginConst() const = 0;
     virtual iterator end() = 0;
     virtual const_iterator endConst() const = 0;
+    /// Whether there is no entry.
     virtual bool_t isEmpty() const = 0;
+    /// The number of keys.
     virtual uint64_t getSize() const = 0;
     /// First and last element, without a reference; null when the map is empty.
     virtual IObject* front() = 0;
     virtual const IObject* frontConst() const = 0;
     virtual IObject* back() = 0;
     virtual const IObject* backConst() const = 0;
+    /// A new key comes first.
     virtual bool_t pushFront(const K& p_key, IObject* p_object, IObject** p_replaced) = 0;
     /// Does nothing on an empty map.
     virtual void popFront() = 0;
+    /// A new key comes last.
     virtual bool_t pushBack(const K& p_key, IObject* p_object, IObject** p_replaced) = 0;
     /// Does nothing on an empty map.
     virtual void popBack() = 0;
@@ -52,12 +57,14 @@ public:
     virtual bool_t remove(const K& p_key) = 0;
     /// Removes up to but not including the last position.
     virtual void remove(iterator& p_first, iterator& p_last) = 0;
+    /// Exchanges the entries of both, which may be of different modules.
     virtual void swap(IHashMapOfObjects<K>* p_other) = 0;
     /// The entry of the key; the end without one.
     virtual iterator find(const K& p_key) = 0;
     virtual const_iterator findConst(const K& p_key) const = 0;
     /// 1 if the key is there, else 0.
     virtual uint64_t count(const K& p_key) const = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual IContainerReserved* getHashMapOfObjectsReserved() const = 0;
 };
 

@@ -56,6 +56,7 @@ public:
     virtual const_iterator findConst(const K& p_key) const = 0;
     /// Number of elements under the key.
     virtual uint64_t count(const K& p_key) const = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual IContainerReserved* getHashMultiMapOfObjectsReserved() const = 0;
 };
 

@@ -15,10 +15,12 @@ public:
     /// Replaces the elements by those of the source: with the flag set by further references on them, otherwise by
     /// clones.
     virtual void setItems(const IListOfObjects* p_src, bool_t p_share) = 0;
+    /// The first element, or the place behind the end of an empty list.
     virtual List<IObject*>::iterator begin() = 0;
     virtual List<IObject*>::const_iterator beginConst() const = 0;
     virtual List<IObject*>::iterator end() = 0;
     virtual List<IObject*>::const_iterator endConst() const = 0;
+    /// Takes no walk.
     virtual bool_t isEmpty() const = 0;
     /// Walks the list: linear.
     virtual uint64_t getSize() const = 0;
@@ -27,26 +29,34 @@ public:
     virtual const IObject* frontConst() const = 0;
     virtual IObject* back() = 0;
     virtual const IObject* backConst() const = 0;
+    /// Adds the object before the first one. Null is refused with a line, here and in the other operations that add.
     virtual void pushFront(IObject* p_object) = 0;
+    /// Gives the first element back; an empty list logs and stays.
     virtual void popFront() = 0;
+    /// Adds the object behind the last one; it may be there already.
     virtual void pushBack(IObject* p_object) = 0;
+    /// Gives the last element back; an empty list logs and stays.
     virtual void popBack() = 0;
     /// Inserts before the position, or behind it.
     virtual void insert(List<IObject*>::iterator& p_position, bool_t p_after, IObject* p_object) = 0;
+    /// Gives the element back; the position moves on to the one behind it.
     virtual void remove(List<IObject*>::iterator& p_position) = 0;
     /// Removes up to but not including the last position.
     virtual void removeRange(List<IObject*>::iterator& p_first, List<IObject*>::iterator& p_last) = 0;
+    /// Exchanges the elements of both, which may be of different modules.
     virtual void swap(IListOfObjects* p_other) = 0;
     /// Position of the element, compared by address; the end if the list doesn't hold it.
     virtual List<IObject*>::iterator find(IObject* p_object) = 0;
     virtual List<IObject*>::const_iterator findConst(IObject* p_object) const = 0;
     /// How many times the list holds the element.
     virtual uint64_t count(IObject* p_object) const = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual IContainerReserved* getListOfObjectsReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(ListOfObjects, IObject, "b5707be0-03a5-4d7b-9b3d-fc2ecd6947fd")
 
+/// Forwards each operation to the ListOfObjects of its module; what extends that class derives from this.
 template <class Interface> class ListOfObjectsFacade : public ContainerFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;

@@ -35,6 +35,7 @@ public:
     virtual bool_t remove(const K& p_key) = 0;
     /// The element without a reference, or null.
     virtual IObject* find(const K& p_key) const = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual IContainerReserved* getSortedMapOfObjectsReserved() const = 0;
 };
 

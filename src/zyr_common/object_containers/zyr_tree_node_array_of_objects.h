@@ -29,11 +29,13 @@ public:
     virtual const Nodes& getNodes() const = 0;
     /// Lets go of all children.
     virtual void clearNodes() = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual IContainerReserved* getTreeNodeArrayOfObjectsReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(TreeNodeArrayOfObjects, IObject, "4f238c5a-25f0-43b2-8c67-96e594023d91")
 
+/// Forwards each operation to the TreeNodeArrayOfObjects of its module; what extends that class derives from this.
 class WTreeNodeArrayOfObjects : public ContainerFacade<ITreeNodeArrayOfObjects> {
 public:
     void setItems(const ITreeNodeArrayOfObjects* p_src, bool_t p_share) override {

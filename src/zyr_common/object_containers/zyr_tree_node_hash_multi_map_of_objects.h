@@ -32,6 +32,7 @@ public:
     virtual const Nodes& getNodes() const = 0;
     /// Lets go of all children.
     virtual void clearNodes() = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual IContainerReserved* getTreeNodeHashMultiMapOfObjectsReserved() const = 0;
 };
 

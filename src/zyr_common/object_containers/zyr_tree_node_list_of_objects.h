@@ -36,11 +36,13 @@ public:
     virtual void clearNodes() = 0;
     /// The topmost node above; the node itself where it has no parent.
     virtual ITreeNodeListOfObjects* getRoot() const = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual IContainerReserved* getTreeNodeListOfObjectsReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(TreeNodeListOfObjects, IObject, "cdaefa9f-3945-4eb1-aa2d-95a7099cbabd")
 
+/// Forwards each operation to the TreeNodeListOfObjects of its module; what extends that class derives from this.
 class WTreeNodeListOfObjects : public ContainerFacade<ITreeNodeListOfObjects> {
 public:
     void setItems(const ITreeNodeListOfObjects* p_src, bool_t p_share) override {

@@ -2,6 +2,13 @@
 ///
 /// These objects are made by the core module. Loading and initializing belong to the host's main thread; the getters
 /// may be called from any thread once that is done.
+///
+///     IPluginModulesHandler* handler = zyr_createObject<IPluginModulesHandler>();
+///     handler->loadFromDirectory(directory);
+///     handler->initializePluginModules(applicationData);
+///     for (IObject* module : *handler->getPluginModules(0)) { ... }
+///
+/// A module stays loaded as long as its object lives, and objects of its classes must be gone before it.
 #pragma once
 
 #include "zyr_common/containers/zyr_list.h"
@@ -26,8 +33,11 @@ public:
     virtual bool_t getDependenciesComponentModules(List<String>& p_modules) const = 0;
     /// GUIDs of the plug-in modules that have to be initialized before it, appended to the list.
     virtual bool_t getDependenciesPluginModules(List<GUID_t>& p_modules) const = 0;
+    /// Runs the module's own start. False when it refuses.
     virtual bool_t initialize(ApplicationData* p_applicationData) = 0;
+    /// Runs the module's own end; its objects must be gone by then.
     virtual void deinitialize() = 0;
+    /// Whether the module offers the extension, and in which version; p_version may be null.
     virtual bool_t isPluginExtensionSupported(const String& p_extension, int* p_version) = 0;
     /// An entry point by name, as far as the module offers one.
     virtual void* getProcAddress(const String& p_name) = 0;
@@ -38,11 +48,13 @@ public:
     /// Takes over a loaded library, which is closed with this object, and looks up its entry points. False, with a line
     /// in the log and without taking the library over, if one is missing.
     virtual bool_t initLibrary(void* p_handle) = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getPluginModuleReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(PluginModule, IObject, "1fca19b8-4651-4781-95fc-84983edad084")
 
+/// Forwards each operation to the PluginModule of its module; what extends that class derives from this.
 template <class Interface> class PluginModuleFacade : public ObjectFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;
@@ -91,11 +103,13 @@ public:
     virtual bool_t initializePluginModules(ApplicationData* p_applicationData) = 0;
     /// The loaded modules in the order of their initialization; with the flag set the caller gets a reference.
     virtual IListOfObjects* getPluginModules(bool_t p_addReference) const = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getPluginModulesHandlerReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(PluginModulesHandler, IObject, "179a34a3-9130-4c11-877d-c5701c6933bd")
 
+/// Forwards each operation to the PluginModulesHandler of its module; what extends that class derives from this.
 template <class Interface> class PluginModulesHandlerFacade : public ObjectFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;

@@ -1,5 +1,8 @@
 /// Identities of stored data: which object, which part of it, in which order, with which content. Plain values; one
 /// owner at a time.
+///
+/// A GUID names the object itself, wherever it is stored; a digest names its content, so that two copies of the same
+/// content can be told from two versions. A new record names nothing: its GUIDs are all zero.
 #pragma once
 
 #include "zyr_common/digest/zyr_guid.h"
@@ -23,7 +26,9 @@ template <> struct EnumerationTable<SubDataIDEnum> {
 /// An object and its rank among others. Stored as "rank" and "guidRef".
 class RankGUIDPair : public Record<RankGUIDPair> {
 public:
+    /// Lower ranks come first for those who sort by it.
     int32_t m_rank;
+    /// The object.
     GUID_t m_guid;
 
     RankGUIDPair() { init_This(); }
@@ -38,7 +43,9 @@ public:
 /// A named object and the digest of its content. Stored as "name", "guidRef" and "digestRef".
 class GUIDDigestPair : public Record<GUIDDigestPair> {
 public:
+    /// For people; not unique.
     String m_name;
+    /// The object.
     GUID_t m_guid;
     /// The 128 bits of a digest in the form of a GUID.
     GUID_t m_digest;
@@ -58,6 +65,7 @@ public:
 /// contract between separately built modules.
 class ResourceID : public Record<ResourceID> {
 public:
+    /// The resource.
     GUID_t m_guid;
     /// A number of the owner's choice, or one of SubDataIDEnum.
     uint32_t m_subDataID;
@@ -68,10 +76,13 @@ public:
     ResourceID& operator=(const ResourceID&) = default;
     virtual ~ResourceID() = default;
 
+    /// Back to no resource and no part in particular.
     virtual void clear() { Record::clear(); }
+    /// A reference to the field of this key, which the caller owns; null for other keys.
     virtual VariableReference* getVariableReferenceByPath(const String& p_path) {
         return Record::getVariableReferenceByPath(p_path);
     }
+    /// Read and write the fields, those of the base first. 0 when the stream fails; what was read until then stays.
     virtual bool_t readSerialized(IDeserializer* p_deserializer) { return Record::readSerialized(p_deserializer); }
     virtual bool_t writeSerialized(ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result) {
         return Record::writeSerialized(p_serializer, p_headerPass, p_result);

@@ -2,6 +2,9 @@
 ///
 ///     template <typename T> class Vector2 : public ArithmeticRecord<Vector2<T>, T> { ... };
 ///     Vector2<float> middle = (a + b) * 0.5f;
+///
+/// Comparison and the order of the fields come from Record. There is no mixing of number types: convert the fields
+/// first.
 #pragma once
 
 #include "zyr_common/memory/zyr_numeric.h"
@@ -13,6 +16,7 @@ namespace zyr {
 /// integer divided by zero is 0.
 template <class Self, typename T> class ArithmeticRecord : public Record<Self> {
 public:
+    /// Of one record, of two records field by field, and of a record with one number for all its fields.
     Self operator+() const { return self(); }
     Self operator-() const {
         return map([](T p_a) { return T(-p_a); });
@@ -44,6 +48,7 @@ public:
         return map([=](T p_a) { return zyr_divide(p_a, p_value); });
     }
 
+    /// The assigning forms give what the others give.
     Self& operator+=(const Self& p_other) { return self() = *this + p_other; }
     Self& operator-=(const Self& p_other) { return self() = *this - p_other; }
     Self& operator*=(const Self& p_other) { return self() = *this * p_other; }

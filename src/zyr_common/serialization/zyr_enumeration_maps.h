@@ -21,11 +21,13 @@ public:
         }
     }
 
+    /// from text to number
     HashMap<String, uint8_t> m_numbers;
+    /// from number to text
     HashMap<uint8_t, String> m_texts;
 };
 
-/// Appends the texts of an enumeration in the order of its table.
+/// Appends the texts of an enumeration in the order of its table. What the list holds stays in front.
 template <EnumerationWithTexts E> void zyr_listEnumerationTexts(List<String>& p_texts) {
     for (const EnumerationEntry& entry : EnumerationTable<E>::c_entries) {
         p_texts.pushBack(String(entry.m_text));

@@ -72,12 +72,19 @@ using RecordFieldDefault = std::conditional_t<std::is_arithmetic_v<M> || std::is
 template <typename Owner, typename M> struct RecordField {
     using Member = M;
 
+    /// the word in streams and paths
     const char* m_key;
+    /// the field
     M Owner::*m_member;
+    /// what init_This gives it
     RecordFieldDefault<M> m_default;
+    /// shows its number as a word; null for none
     EnumerationConverter m_converter;
+    /// a text format gives it an element of its own
     bool m_element;
+    /// it is written with the mark of an attribute
     bool m_attribute;
+    /// it stands in the header section
     bool m_declared;
 
     /// The value that init_This gives to a number or enumeration; 0 without it.

@@ -1,5 +1,11 @@
 /// How one field of a record is declared, written and read, by its type. For zyr_record_walker.h, and for what stores
 /// single values in the same way.
+///
+/// Each RecordFieldIO has three operations. `declare` describes the field in the header pass, by a sample of its value.
+/// `write` puts the value under its key, as an attribute or as an element of its own. `read` takes it back: a key that
+/// is missing in the stream leaves the value as it is and is no failure. All give 0 when the stream fails.
+///
+/// A type without a RecordFieldIO can't be a listed field; adding one here makes it possible for all records.
 #pragma once
 
 #include "zyr_common/containers/zyr_array.h"
@@ -16,7 +22,7 @@ namespace zyr {
 /// pass through aligned locals, since the fields of packed records are not aligned.
 template <typename M> struct RecordFieldIO;
 
-/// The operations of a serializer for one number type.
+/// The operations of a serializer for one number type. Those with arrays can also be fields of fixed length.
 template <typename T> struct NumberIO;
 
 template <> struct NumberIO<int32_t> {
@@ -59,6 +65,7 @@ template <> struct NumberIO<double> {
     static constexpr auto c_readArray = &IDeserializer::readDoubleArray;
 };
 
+/// The number types that serializers know as arrays.
 template <typename T>
 concept ArrayNumber = requires {
     NumberIO<T>::c_writeArray;
@@ -88,6 +95,7 @@ struct RecordFieldIO<T> {
     }
 };
 
+/// A truth value has its own operations, though it is a byte.
 template <> struct RecordFieldIO<bool_t> {
     static constexpr bool c_element = false;
     static bool_t declare(ISerializer* p_serializer, const String& p_key, bool_t p_value, bool_t& p_result) {
@@ -123,6 +131,7 @@ struct RecordFieldIO<E> {
     }
 };
 
+/// A text; a long one can be made an element by the field's list.
 template <> struct RecordFieldIO<String> {
     static constexpr bool c_element = false;
     static bool_t declare(ISerializer* p_serializer, const String& p_key, const String& p_value, bool_t& p_result) {
@@ -171,6 +180,7 @@ bool_t zyr_declareRecordField(ISerializer* p_serializer, const String& p_key, R&
            p_serializer->writeHeaderField(p_key, p_marker, p_element, R::getRecordName());
 }
 
+/// A record inside a record: a structure under the field's key, with the fields of all its levels.
 template <RecordLevel R> struct RecordFieldIO<R> {
     static constexpr bool c_element = true;
     static bool_t declare(ISerializer* p_serializer, const String& p_key, R& p_value, bool_t& p_result) {
@@ -225,6 +235,7 @@ private:
     static void copy(T* p_target, const T* p_source) { memcpy(p_target, p_source, N * sizeof(T)); }
 };
 
+/// An array of numbers of any length; what is read replaces the items.
 template <ArrayNumber T> struct RecordFieldIO<Array<T>> {
     static constexpr bool c_element = true;
     static bool_t declare(ISerializer* p_serializer, const String& p_key, const Array<T>& p_value, bool_t& p_result) {

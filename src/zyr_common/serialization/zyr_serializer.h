@@ -45,6 +45,7 @@ public:
 
     /// Prepares an empty output. False means a bad internal state.
     virtual bool_t initialize() = 0;
+    /// Ends the use of what initialize prepared.
     virtual bool_t deinitialize() = 0;
 
     /// Enclose the header section.
@@ -73,11 +74,15 @@ public:
     /// The payload after writing; belongs to the serializer and stays until its next change.
     virtual const void* getData() const = 0;
     virtual size_t getDataSize() const = 0;
+    /// Whether fields are written in one pass, without attributes and elements.
     virtual bool_t isBinaryFormat() const = 0;
+    /// Whether the format begins with the declarations of its classes.
     virtual bool_t hasHeaderSection() const = 0;
     /// Directory against which relative deferred files resolve.
     virtual const String& getBaseDirectory() const = 0;
     virtual bool_t setBaseDirectory(const String& p_directory) = 0;
+    /// Whether objects with files of their own are saved there along the way; off where only a copy in memory is
+    /// wanted.
     virtual bool_t isWritingDeferredFiles() const = 0;
     virtual bool_t setWritingDeferredFiles(bool_t p_write) = 0;
 
@@ -112,8 +117,10 @@ public:
     virtual bool_t writeDouble(const String& p_name, double p_value, bool_t p_attribute, uint32_t p_reserved) = 0;
     virtual bool_t writeString(const String& p_name, const String& p_value, bool_t p_attribute,
                                uint32_t p_reserved) = 0;
+    /// By count and first item; null is allowed for none.
     virtual bool_t writeStringArray(const String& p_name, uint32_t p_count, const String* p_items, bool_t p_attribute,
                                     uint32_t p_reserved) = 0;
+    /// What stands in the place of an object that isn't there.
     virtual bool_t writeNullObject(const String& p_name) = 0;
 
     virtual bool_t declareBool(const String& p_name, bool_t p_value, bool_t& p_result) = 0;
@@ -136,6 +143,7 @@ public:
     virtual bool_t writeEnumArray(const String& p_name, uint32_t p_count, const uint32_t* p_items, bool_t p_attribute,
                                   EnumerationConverter p_converter) = 0;
 
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getSerializerReserved() const = 0;
 };
 
@@ -161,13 +169,16 @@ public:
 
     /// Reads from p_data, which must stay until deinitialize.
     virtual bool_t initialize(const void* p_data, size_t p_size) = 0;
+    /// Forgets the data, which the caller may then free.
     virtual bool_t deinitialize() = 0;
 
     /// Enter a named group. Without such a group p_found is 0, which is no failure, and nothing is to be left.
     virtual bool_t enterGroup(const String& p_name, bool_t& p_found) = 0;
     virtual bool_t leaveGroup() = 0;
+    /// The same for an object, whose class and identity can then be asked for.
     virtual bool_t enterObject(const String& p_name, bool_t& p_found) = 0;
     virtual bool_t leaveObject() = 0;
+    /// The same for an array of records, whose count can then be asked for.
     virtual bool_t enterArray(const String& p_name, bool_t& p_found, uint32_t p_reserved) = 0;
     /// p_marker is ZYR_HEADER_FIELD_RECORD.
     virtual bool_t leaveArray(uint32_t p_marker) = 0;
@@ -180,7 +191,9 @@ public:
     virtual const String& getCurrentObjectGUIDText() const = 0;
     /// Number of elements of the array entered.
     virtual uint32_t getArraySize() const = 0;
+    /// As that of the serializer which wrote the data.
     virtual bool_t isBinaryFormat() const = 0;
+    /// Directory against which relative deferred files resolve.
     virtual const String& getBaseDirectory() const = 0;
     virtual bool_t setBaseDirectory(const String& p_directory) = 0;
 
@@ -215,6 +228,7 @@ public:
     virtual bool_t readEnumArray(const String& p_name, uint32_t& p_cache, Array<uint32_t>& p_value,
                                  EnumerationConverter p_converter) = 0;
 
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getDeserializerReserved() const = 0;
 };
 

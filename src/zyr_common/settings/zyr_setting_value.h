@@ -32,8 +32,10 @@ public:
     SettingValue& operator=(const SettingValue& p_src);
     ~SettingValue() override { release_This(); }
 
+    /// A copy with a count of its own, which the caller owns; it stands for the same variable.
     SettingValue* clone() const override { return new SettingValue(*this); }
 
+    /// Forgets the variable, its range and all names.
     virtual void clear() {
         release_This();
         init_This();
@@ -41,6 +43,8 @@ public:
     /// The type of the variable, ZYR_VARIABLE_NONE without one.
     virtual VariableTypeEnum getType() const;
 
+    /// For each type the pair of getter and setter. A setter takes the address, the default and, for numbers, the
+    /// smallest and largest value that sources may give, both included; it doesn't touch the variable.
     virtual void* getReferenceBool(bool_t& p_default) const;
     virtual void setReferenceBool(bool_t* p_variable, bool_t p_default);
 #define ZYR_RAW_BOOLEAN(suffix, many, type)
@@ -48,11 +52,17 @@ public:
     virtual void* getReference##suffix(type& p_default, type& p_minimum, type& p_maximum) const;                       \
     virtual void setReference##suffix(type* p_variable, type p_default, type p_minimum, type p_maximum);
 #include "zyr_common/documents/zyr_raw_numbers.inl"
+    /// Any text is allowed.
     virtual void* getReferenceString(String& p_default) const;
     virtual void setReferenceString(String* p_variable, const String& p_default);
+    /// A number that is given as a word; the callback knows the words. The default is a word too.
     virtual void* getReferenceEnum(String& p_default, settingEnum_FUNC& p_callback) const;
     virtual void setReferenceEnum(int* p_variable, const String& p_default, settingEnum_FUNC p_callback);
 
+    // Where the value is looked for. An empty name means that this source doesn't know the setting. The texts are
+    // copied, and a getter's text is valid until it is set anew.
+
+    /// The value's name in the registry, and the path of the key that it stands under.
     virtual const String& getRegName() const {
         return m_regName;
     }
@@ -65,12 +75,14 @@ public:
     virtual void setRegPath(const String& p_path) {
         m_regPath = p_path;
     }
+    /// The environment variable.
     virtual const String& getEnvName() const {
         return m_envName;
     }
     virtual void setEnvName(const String& p_name) {
         m_envName = p_name;
     }
+    /// The name in a settings file, and the section that it stands in.
     virtual const String& getConfName() const {
         return m_confName;
     }
@@ -83,6 +95,7 @@ public:
     virtual void setConfSection(const String& p_section) {
         m_confSection = p_section;
     }
+    /// The option of one letter on the command line; the "disable" forms switch a truth value off.
     virtual const String& getCmdShort() const {
         return m_cmdShort;
     }
@@ -95,6 +108,7 @@ public:
     virtual void setCmdShortDisable(const String& p_option) {
         m_cmdShortDisable = p_option;
     }
+    /// The long option, without its dashes.
     virtual const String& getCmdName() const {
         return m_cmdName;
     }
@@ -107,6 +121,7 @@ public:
     virtual void setCmdNameDisable(const String& p_option) {
         m_cmdNameDisable = p_option;
     }
+    /// The lines of the help text.
     virtual const String& getCmdDesc() const {
         return m_cmdDesc;
     }

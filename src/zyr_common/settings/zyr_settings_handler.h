@@ -44,10 +44,12 @@ public:
                                 const String& p_confName, const String& p_confSection, const String& p_cmdShort,       \
                                 const String& p_cmdName, const String& p_cmdDesc) = 0;
 #include "zyr_common/documents/zyr_raw_numbers.inl"
+    /// A text; the variable belongs to the program, as with all of these.
     virtual void insertString(String* p_variable, const String& p_default, const String& p_regName,
                               const String& p_regPath, const String& p_envName, const String& p_confName,
                               const String& p_confSection, const String& p_cmdShort, const String& p_cmdName,
                               const String& p_cmdDesc) = 0;
+    /// A number that is given as a word.
     virtual void insertEnum(int* p_variable, const String& p_default, const String& p_regName, const String& p_regPath,
                             const String& p_envName, const String& p_confName, const String& p_confSection,
                             const String& p_cmdShort, const String& p_cmdName, const String& p_cmdDesc,
@@ -68,11 +70,13 @@ public:
     /// Gives false and leaves the index without such an argument.
     virtual bool_t selectCommandLineArgument(const String& p_option, size_t& p_index,
                                              const Array<String>& p_arguments) const = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getSettingsHandlerReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(SettingsHandler, IObject, "ecd42998-fce1-42d6-91a9-9abd4898bc36")
 
+/// Forwards each operation to the SettingsHandler of its module; what extends that class derives from this.
 template <class Interface> class SettingsHandlerFacade : public ObjectFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;

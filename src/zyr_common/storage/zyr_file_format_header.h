@@ -23,6 +23,7 @@ public:
     FileFormatHeader& operator=(const FileFormatHeader&) = default;
     virtual ~FileFormatHeader() = default;
 
+    /// Read and write the fields in their order. 0 when the stream fails; what was read until then stays.
     virtual bool_t readSerialized(IDeserializer* p_deserializer) { return Record::readSerialized(p_deserializer); }
     virtual bool_t writeSerialized(ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result) {
         return Record::writeSerialized(p_serializer, p_headerPass, p_result);
@@ -47,6 +48,7 @@ public:
     XmlFormatHeader& operator=(const XmlFormatHeader&) = default;
     virtual ~XmlFormatHeader() = default;
 
+    /// Read and write the fields in their order. 0 when the stream fails; what was read until then stays.
     virtual bool_t readSerialized(IDeserializer* p_deserializer) { return Record::readSerialized(p_deserializer); }
     virtual bool_t writeSerialized(ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result) {
         return Record::writeSerialized(p_serializer, p_headerPass, p_result);

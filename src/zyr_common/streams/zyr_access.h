@@ -5,6 +5,7 @@
 
 namespace zyr {
 
+/// The values are a set of two bits, and stored as they are.
 enum AccessEnum : uint32_t {
     ZYR_ACCESS_NONE = 0, ///< not open
     ZYR_ACCESS_READ = 1,

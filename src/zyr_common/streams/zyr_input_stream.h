@@ -25,12 +25,15 @@ public:
     virtual int64_t tell() = 0;
     /// p_origin is SEEK_SET, SEEK_CUR or SEEK_END. False, with the place unchanged, where that is not possible.
     virtual bool_t seek(int64_t p_offset, int p_origin) = 0;
+    /// Whether seek can work: not on pipes, and not while nothing is open.
     virtual bool_t isSeekAvailable() const = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getInputStreamReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(InputStream, IObject, "dd9c4f7b-22fa-4ca4-a5da-0b8927530c40")
 
+/// Forwards each operation to the InputStream of its module; what extends that class derives from this.
 template <class Interface> class InputStreamFacade : public ObjectFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;

@@ -1,4 +1,4 @@
-/// Both directions in one object. Not thread safe.
+/// Both directions in one object. Made by the core module. Not thread safe. A copy of a stream is a new, closed one.
 #pragma once
 
 #include "zyr_common/streams/zyr_input_stream.h"
@@ -15,18 +15,22 @@ public:
     virtual uint64_t writeBytes(const void* p_data, uint64_t p_size) = 0;
     virtual bool_t writeString(const String& p_text) = 0;
     virtual bool_t writeLine(const String& p_line) = 0;
+    /// One place serves both directions, unless two streams were joined.
     virtual int64_t tell() = 0;
     virtual bool_t seek(int64_t p_offset, int p_origin) = 0;
     virtual bool_t isSeekAvailable() const = 0;
+    /// As in IOutputStream: false if any byte written so far got lost.
     virtual bool_t flush() = 0;
     /// The two halves, not counted; null where the stream is not made of two.
     virtual IInputStream* getInputStream() const = 0;
     virtual IOutputStream* getOutputStream() const = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getIOStreamReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(IOStream, IObject, "8df80952-8134-4438-be36-58123b47b1fe")
 
+/// Forwards each operation to the IOStream of its module; what extends that class derives from this.
 template <class Interface> class IOStreamFacade : public ObjectFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;
@@ -57,11 +61,13 @@ class IIOStreamJoin : public IIOStream {
 public:
     /// Takes a reference on each, and gives back those held before. Null takes a direction away.
     virtual void setInputOutputStreams(IInputStream* p_input, IOutputStream* p_output) = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getIOStreamJoinReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(IOStreamJoin, IIOStream, "5c7b3c53-0133-4416-80b1-d64fed52202e")
 
+/// Forwards each operation to the IOStreamJoin of its module; what extends that class derives from this.
 class WIOStreamJoin : public IOStreamFacade<IIOStreamJoin> {
 public:
     void setInputOutputStreams(IInputStream* p_input, IOutputStream* p_output) override {

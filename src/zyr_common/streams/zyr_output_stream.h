@@ -1,4 +1,7 @@
-/// A sink of bytes. Not thread safe.
+/// A sink of bytes.
+///
+/// Whoever writes looks at the result of flush at the end, not at that of each call: bytes may be lost behind a call
+/// that took them all. Streams are made by the core module. Not thread safe. A copy of a stream is a new, closed one.
 #pragma once
 
 #include "zyr_common/object/zyr_object.h"
@@ -19,14 +22,17 @@ public:
     virtual int64_t tell() = 0;
     /// p_origin is SEEK_SET, SEEK_CUR or SEEK_END. False, with the place unchanged, where that is not possible.
     virtual bool_t seek(int64_t p_offset, int p_origin) = 0;
+    /// Whether seek can work: not on pipes, and not while nothing is open.
     virtual bool_t isSeekAvailable() const = 0;
     /// Hands on what waits in a buffer. False if any byte written so far got lost.
     virtual bool_t flush() = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getOutputStreamReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(OutputStream, IObject, "5d5c4dc7-0320-4a69-8a11-ab7eda62f025")
 
+/// Forwards each operation to the OutputStream of its module; what extends that class derives from this.
 template <class Interface> class OutputStreamFacade : public ObjectFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;

@@ -25,6 +25,7 @@ template <typename A, typename B> class Pair;
 
 #pragma pack(push, 1)
 
+/// Text of any length with its terminator. A byte 0 inside of it is allowed and counts.
 class String : public RefCountedData {
 public:
     /// The capacity of the inline buffer, and the only mark of it: every heap block is larger.
@@ -67,12 +68,14 @@ protected:
 public:
     // Access.
 
+    /// The text with its terminator. The address is valid until the string is changed or destroyed.
     const char* getData() const { return m_data; }
     char* getData() { return m_data; }
     /// The bytes in use, terminator counted: 1 for the empty string.
     size_t getSize() const { return m_size; }
     size_t getAllocatedSize() const { return m_allocatedSize; }
     size_t getLengthInBytes() const { return m_size != 0 ? m_size - 1 : 0; }
+    /// Whether there is no byte in front of the terminator.
     bool_t isEmpty() const { return m_size <= 1; }
     /// The bytes without the terminator; valid until the string is changed or destroyed.
     WrappedString getWrapped() const;
@@ -92,6 +95,7 @@ public:
     String& operator=(const short* p_text);
     String& operator=(const wchar_t* p_text);
     void assignUTF8String(const char* p_text);
+    /// The "SubString" forms take a length in units and need no terminator; the others go up to it.
     void assignUTF8SubString(const char* p_text, size_t p_length);
     void assignUnicode16String(const short* p_text);
     void assignUnicode16SubString(const short* p_text, size_t p_length);
@@ -144,6 +148,7 @@ public:
     void insertAsciiCharacter(char p_character, size_t p_position);
     void insertUnicode16Character(short p_character, size_t p_position);
     void insertUnicode32Character(wchar_t p_character, size_t p_position);
+    /// Positions are in bytes, and one inside of a sequence cuts it.
     void insertString(const String& p_text, size_t p_position);
     /// Deletes the UTF-8 sequence at the position.
     void deleteCharacter(size_t p_position);

@@ -1,4 +1,9 @@
 /// Text that somebody else owns.
+///
+///     WrappedString word("left, right", 4); // "left", in place
+///     if (word == "left") { ... }
+///
+/// Reading one is safe on any thread as long as nobody changes the bytes.
 #pragma once
 
 #include "zyr_common/memory/zyr_memory.h"
@@ -24,6 +29,7 @@ public:
         return *this;
     }
 
+    /// Looks at other bytes from here on; unlike the constructor it takes a size of 0 as it is.
     void bindData(const char* p_data, size_t p_size) {
         m_data = p_data;
         m_size = p_size;

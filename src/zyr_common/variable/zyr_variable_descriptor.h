@@ -37,11 +37,14 @@ public:
     virtual bool_t writeSerialized(ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result) {
         return Record::writeSerialized(p_serializer, p_headerPass, p_result);
     }
+    /// The word by which paths and values name the variable.
     virtual const String& getName() const { return m_name; }
     virtual void setName(const String& p_name) { m_name = p_name; }
+    /// Fixed by the constructor or by reading.
     virtual VariableTypeEnum getType() const { return m_type; }
     /// Bytes of a value of the type; 0 for texts and pointers.
     virtual size_t getTypeSize() const { return zyr_getVariableTypeSize(m_type); }
+    /// For editors; independent of the type.
     virtual VariableCategoryEnum getCategory() const { return m_category; }
     /// Where changes of the variable go on to, in the order in which they were added; what that does is the host's.
     virtual const List<String>& getPropagationPaths() const { return m_propagationPaths; }

@@ -32,6 +32,7 @@ public:
     VariableReference(const VariableReference&) = delete;
     VariableReference& operator=(const VariableReference&) = delete;
 
+    /// One operation for each source type. Records are copied whole.
     virtual bool_t changeValueBool(bool_t p_value);
     virtual bool_t changeValueUInt8(uint8_t p_value);
     virtual bool_t changeValueInt8(int8_t p_value);
@@ -103,7 +104,9 @@ public:
     virtual bool_t changeValueStringReference(String* p_string);
     /// The same for an object; with p_clone the field gets a clone of its own instead of a reference.
     virtual bool_t changeValueObjectReference(IObject* p_object, bool_t p_clone);
+    /// The type of the field.
     virtual VariableTypeEnum getType() const;
+    /// The field itself, which stays with its owner.
     virtual void* getPointer() const;
     /// Frees the reference; the field stays.
     virtual void release();

@@ -128,8 +128,10 @@ enum VariableTypeEnum : uint32_t {
 /// The number of rows of the type table.
 #define ZYR_VARIABLE_TYPE_COUNT 82
 
-/// One row of the type table. Missing texts are null.
+/// One row of the type table. Missing texts are null. The texts live forever and stand in stored files, so a row never
+/// changes.
 struct VariableTypeRow {
+    /// the index of the row
     VariableTypeEnum m_type;
     const char* m_word;        ///< text in serialized files
     const char* m_displayName; ///< text in messages; without one the type is "Unknown" there
@@ -230,7 +232,7 @@ inline constexpr VariableTypeRow c_variableTypeRows[ZYR_VARIABLE_TYPE_COUNT] = {
     {ZYR_VARIABLE_ENUM, nullptr, nullptr, "valueEnum", 4},
 };
 
-/// The category under which a property is shown.
+/// The category under which a property is shown: which editor it gets, not how it is stored.
 enum VariableCategoryEnum : uint32_t {
     ZYR_VARIABLE_CATEGORY_UNKNOWN = 0,
     ZYR_VARIABLE_CATEGORY_BOOL = 1,
@@ -243,8 +245,11 @@ enum VariableCategoryEnum : uint32_t {
     ZYR_VARIABLE_CATEGORY_EXT_BOX = 8,
     ZYR_VARIABLE_CATEGORY_STRING = 9,
     ZYR_VARIABLE_CATEGORY_COLOR = 10,
+    /// a GUID that names an object
     ZYR_VARIABLE_CATEGORY_OBJECT_GUID = 11,
+    /// a GUID that names a picture
     ZYR_VARIABLE_CATEGORY_TEXTURE_GUID = 12,
+    /// a part of a picture, by its number
     ZYR_VARIABLE_CATEGORY_SUB_IMAGE_ID = 13
 };
 
@@ -279,7 +284,8 @@ constexpr size_t zyr_getVariableTypeSize(VariableTypeEnum p_type) {
 /// The name of a type in messages: the display name for rows that have one, otherwise "Unknown". Never null.
 ZYR_API const char* zyr_getVariableTypeString(VariableTypeEnum p_type);
 
-/// Between a type's word and its number, in the form that serializers call (see EnumerationConverter).
+/// Between a type's word and its number, in the form that serializers call (see EnumerationConverter). 0, with the
+/// output as it was, for what is not in the table.
 ZYR_API bool_t zyr_convertVariableType(String& p_word, uint32_t& p_number, bool_t p_wordToNumber);
 
 /// The same for categories.
