@@ -14,6 +14,8 @@ constexpr uint32_t MOST_COLORS = 96;
 constexpr uint32_t FEW_COLORS = 8;
 /// A part is coded by itself when it leaves out so many pixels at least.
 constexpr uint32_t LEAST_LEFT_OUT = 64;
+/// So many changed blocks of a band are enough for equal bytes to be worth more than fewer ones.
+constexpr uint32_t LEAST_WIDENED = 12;
 /// Shorter streams are not worth compressing.
 constexpr size_t LEAST_COMPRESSED = 16;
 
@@ -31,6 +33,37 @@ PixelRect getChangedPart(const PixelRect& p_block, const BlockChange& p_change) 
     const uint32_t right = 32 - static_cast<uint32_t>(__builtin_clz(p_change.columns));
     const uint32_t bottom = 32 - static_cast<uint32_t>(__builtin_clz(p_change.rows));
     return {p_block.x + left, p_block.y + top, right - left, bottom - top};
+}
+
+/// The part, its sides moved out to whole bytes of a two-coloured block's indices: letters that stand at the same place
+/// in a byte are packed to equal bytes, which compression finds.
+PixelRect widenToBytes(const PixelRect& p_block, const PixelRect& p_part) {
+    const uint32_t left = (p_part.x - p_block.x) / 8 * 8;
+    const uint32_t right = divideUp(p_part.x + p_part.width - p_block.x, 8) * 8;
+    const uint32_t end = right < p_block.width ? right : p_block.width;
+    return {p_block.x + left, p_part.y, end - left, p_part.height};
+}
+
+bool hasTwoColors(const SourcePicture& p_source, const PixelRect& p_rect) {
+    uint32_t first = 0;
+    uint32_t second = 0;
+    uint32_t count = 0;
+    for (uint32_t y = p_rect.y; y < p_rect.y + p_rect.height; ++y) {
+        const uint8_t* row = p_source.pixels + y * p_source.pitch;
+        for (uint32_t x = p_rect.x; x < p_rect.x + p_rect.width; ++x) {
+            uint32_t color;
+            memcpy(&color, row + size_t{x} * 4, sizeof(color));
+            color &= COLOR_MASK;
+            if (count > 0 && (color == first || (count > 1 && color == second))) {
+                continue;
+            }
+            if (++count > 2) {
+                return false;
+            }
+            (count == 1 ? first : second) = color;
+        }
+    }
+    return count == 2;
 }
 
 /// Bytes that quantized differences take when the exact ones take `p_bytes`, roughly.
@@ -67,6 +100,12 @@ void BandEncoder::encode(const SourcePicture& p_source, Surface& p_surface, uint
     const uint32_t columns = p_surface.getHBlocks();
     const uint32_t rows = p_surface.getVBlocks() - p_firstRow;
     const uint32_t count = columns * (rows < BAND_ROWS / BLOCK_SIZE ? rows : BAND_ROWS / BLOCK_SIZE);
+    uint32_t numOfChanges = 0;
+    for (uint32_t i = 0; i < count; ++i) {
+        numOfChanges += p_changes[i].columns != 0;
+    }
+    // Runs don't know equal bytes that stand apart.
+    const bool widens = numOfChanges >= LEAST_WIDENED && p_settings.compression != ZYR_COMPRESSION_RLE;
     bool isEmpty = true;
     for (uint32_t i = 0; i < count; ++i) {
         if (p_changes[i].columns == 0) {
@@ -80,7 +119,11 @@ void BandEncoder::encode(const SourcePicture& p_source, Surface& p_surface, uint
             memset(m_known, 0, sizeof(m_known));
         }
         const PixelRect block = p_surface.getBlock(i % columns, p_firstRow + i / columns);
-        const PixelRect part = getChangedPart(block, p_changes[i]);
+        PixelRect part = getChangedPart(block, p_changes[i]);
+        if (widens) {
+            const PixelRect wide = widenToBytes(block, part);
+            part = wide.width != part.width && hasTwoColors(p_source, wide) ? wide : part;
+        }
         const bool isPart = part.width * part.height + LEAST_LEFT_OUT <= block.width * block.height;
         // What is not coded stays as a decoder has it.
         const PixelRect& rect = isPart ? part : block;

@@ -11,6 +11,11 @@ constexpr uint32_t ROWS_OF_BAND = BAND_ROWS / BLOCK_SIZE;
 /// With fewer changed blocks, waking threads takes longer than coding.
 constexpr uint32_t LEAST_BLOCKS_FOR_THREADS = 2000;
 
+bool covers(const PixelRect& p_rect, const PixelRect& p_block) {
+    return p_rect.x <= p_block.x && p_rect.y <= p_block.y && p_rect.x + p_rect.width >= p_block.x + p_block.width &&
+           p_rect.y + p_rect.height >= p_block.y + p_block.height;
+}
+
 } // namespace
 
 PictureEncoder::~PictureEncoder() {
@@ -101,12 +106,18 @@ void PictureEncoder::applyMoves(const SourcePicture& p_source, const Move* p_mov
     m_touched.resize(m_changes.getSize());
     uint8_t* touched = m_touched.getData();
     memset(touched, 0, m_touched.getSize());
+    // The marks of the coming packet are made behind this.
+    uint8_t* edges = m_marks.getData();
+    memset(edges, 1, m_marks.getSize());
     for (uint32_t i = 0; i < p_count; ++i) {
         const PixelRect& rect = p_moves[i].target;
         m_moved += rect.width * rect.height;
         for (uint32_t row = rect.y / BLOCK_SIZE; row <= (rect.y + rect.height - 1) / BLOCK_SIZE; ++row) {
             for (uint32_t column = rect.x / BLOCK_SIZE; column <= (rect.x + rect.width - 1) / BLOCK_SIZE; ++column) {
-                touched[size_t{row} * columns + column] = 1;
+                const size_t block = size_t{row} * columns + column;
+                touched[block] = 1;
+                // A move was compared pixel by pixel: only blocks at its edges have to be looked at again.
+                edges[block] &= !covers(rect, m_surface.getBlock(column, row));
             }
         }
     }
@@ -114,11 +125,12 @@ void PictureEncoder::applyMoves(const SourcePicture& p_source, const Move* p_mov
         if (touched[i] != 0) {
             m_changes.getData()[i] = {};
         }
+        edges[i] &= touched[i];
     }
     for (uint32_t y = 0; y < p_source.height; ++y) {
         const size_t first = size_t{y / BLOCK_SIZE} * columns;
         findChanges(p_source.pixels + y * p_source.pitch, m_surface.getPixel(0, y), p_source.width, p_bound,
-                    static_cast<uint16_t>(1 << y % BLOCK_SIZE), touched + first, m_changes.getData() + first);
+                    static_cast<uint16_t>(1 << y % BLOCK_SIZE), edges + first, m_changes.getData() + first);
     }
 }
 

@@ -137,6 +137,10 @@ uint64_t hashBlock(const uint32_t* p_pixels, size_t p_pitch) {
 }
 
 void Surface::move(const Move* p_moves, uint32_t p_count, Array<uint32_t>& p_copy) {
+    if (p_count == 1) {
+        moveInPlace(p_moves[0]);
+        return;
+    }
     size_t count = 0;
     for (uint32_t i = 0; i < p_count; ++i) {
         count += size_t{p_moves[i].target.width} * p_moves[i].target.height;
@@ -156,6 +160,15 @@ void Surface::move(const Move* p_moves, uint32_t p_count, Array<uint32_t>& p_cop
         for (uint32_t y = 0; y < rect.height; ++y, copy += rect.width) {
             memcpy(getPixel(rect.x, rect.y + y), copy, size_t{rect.width} * 4);
         }
+    }
+}
+
+void Surface::moveInPlace(const Move& p_move) {
+    const PixelRect& rect = p_move.target;
+    // Rows in the order in which none is overwritten before it was read.
+    for (uint32_t i = 0; i < rect.height; ++i) {
+        const uint32_t y = rect.y + (p_move.dy >= 0 ? i : rect.height - 1 - i);
+        memmove(getPixel(rect.x, y), getPixel(rect.x + p_move.dx, y + p_move.dy), size_t{rect.width} * 4);
     }
 }
 

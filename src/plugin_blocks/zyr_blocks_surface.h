@@ -66,6 +66,8 @@ public:
     void move(const Move* p_moves, uint32_t p_count, Array<uint32_t>& p_copy);
 
 private:
+    void moveInPlace(const Move& p_move);
+
     /// Pixels in front of the first and behind the last one that vectors may read.
     static constexpr uint32_t SLACK = 16;
 

@@ -316,6 +316,39 @@ TEST(BlocksPicturesOnce, bytes_are_the_same_on_every_platform) {
     EXPECT_EQ(uint64_t{12896273443290912014u}, digest);
 }
 
+TEST(BlocksPicturesOnce, picture_moves_in_every_direction) {
+    for (const int dx : {-17, 0, 9}) {
+        for (const int dy : {-5, 0, 21}) {
+            if (dx == 0 && dy == 0) {
+                continue;
+            }
+            BlocksStream stream(ZYR_COMPRESSION_LZ4);
+            ScreenPainter screen = paintDesktop(400, 300, 6);
+            stream.send(screen);
+            const int left = std::max(0, -dx);
+            const int top = std::max(0, -dy);
+            screen.move({left, top, 400 - std::abs(dx), 300 - std::abs(dy)}, std::max(0, dx), std::max(0, dy));
+            EXPECT_EQ(0, stream.send(screen)) << dx << " " << dy;
+            EXPECT_LT(400u * 300 * 3 / 4, stream.m_encoder->getCounts().moved) << dx << " " << dy;
+        }
+    }
+}
+
+TEST(BlocksPicturesOnce, letters_of_a_new_line_are_packed_to_equal_bytes) {
+    BlocksStream stream(ZYR_COMPRESSION_ZIP);
+    ScreenPainter screen(1280, 64, 0xFF101018);
+    stream.send(screen);
+    Dice dice(5);
+    std::string line(160, ' ');
+    for (char& letter : line) {
+        letter = "il"[dice.below(2)];
+    }
+    screen.writeTerminalText(0, 16, line, 0xFF40D040, 0xFF101018);
+    EXPECT_EQ(0, stream.send(screen));
+    // The bytes of two letters are left, and about a bit for each place.
+    EXPECT_LT(stream.m_packet.size(), 200u);
+}
+
 TEST(BlocksPicturesOnce, bound_follows_from_the_quality) {
     EXPECT_EQ(0, getBoundOfQuality(255));
     EXPECT_EQ(0, getBoundOfQuality(100));
