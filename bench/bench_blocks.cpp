@@ -201,7 +201,14 @@ void showShares(const Scene& p_scene, const Run& p_run) {
 } // namespace
 
 int main(int p_count, char** p_arguments) {
-    const uint32_t numOfFrames = p_count > 1 ? uint32_t(atoi(p_arguments[1])) : 40;
+    const int wanted = p_count > 1 ? atoi(p_arguments[1]) : 40;
+    if (wanted < 2 || p_count > 3) {
+        fprintf(stderr, "usage: bench_blocks [FRAMES [FOLDER]]\n"
+                        "FRAMES  of each scene, at least 2; 40 without it\n"
+                        "FOLDER  where the packets are written, for bench/blocks_decode.mjs\n");
+        return 2;
+    }
+    const uint32_t numOfFrames = uint32_t(wanted);
     const std::string packetFolder = p_count > 2 ? p_arguments[2] : "";
     const auto packetPath = [&](const Scene& p_scene) {
         return packetFolder.empty() ? std::string() : packetFolder + "/" + p_scene.m_name + ".blocks";
