@@ -35,11 +35,13 @@ public:
     static bool isNull(const TextTree& p_tree, uint32_t p_index) {
         return p_tree[p_index].m_kind == TextNodeKind::NULL_VALUE;
     }
-    static bool isGroup(const TextNode& p_node) { return p_node.m_kind == TextNodeKind::GROUP; }
+    static bool isGroup(const TextTree& p_tree, uint32_t p_index) {
+        return p_tree[p_index].m_kind == TextNodeKind::GROUP;
+    }
     /// An array without items is kept as one of numbers.
-    static bool isArray(const TextNode& p_node) {
-        return p_node.m_kind == TextNodeKind::ITEMS ||
-               (p_node.m_kind == TextNodeKind::NUMBERS && p_node.m_valueSize == 0);
+    static bool isArray(const TextTree& p_tree, uint32_t p_index) {
+        const TextNode& node = p_tree[p_index];
+        return node.m_kind == TextNodeKind::ITEMS || (node.m_kind == TextNodeKind::NUMBERS && node.m_valueSize == 0);
     }
     static bool isItem(const TextTree&, const TextNode&) { return true; }
     static bool isScalar(const TextTree& p_tree, uint32_t p_index) {

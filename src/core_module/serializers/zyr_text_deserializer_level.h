@@ -43,7 +43,7 @@ public:
 
     bool_t enterGroup(const String& p_name, bool_t& p_found) override {
         p_found = find(p_name);
-        if (p_found && !Input::isGroup(node())) {
+        if (p_found && !Input::isGroup(m_tree, m_node)) {
             p_found = 0;
             return refuse(p_name, "a group");
         }
@@ -55,7 +55,7 @@ public:
         static const String classKey(Input::c_classKey);
         static const String guidKey(Input::c_guidKey);
         p_found = find(p_name) && !Input::isNull(m_tree, m_node);
-        if (p_found && !Input::isGroup(node())) {
+        if (p_found && !Input::isGroup(m_tree, m_node)) {
             p_found = 0;
             return refuse(p_name, "an object");
         }
@@ -70,7 +70,7 @@ public:
 
     bool_t enterArray(const String& p_name, bool_t& p_found, uint32_t) override {
         p_found = find(p_name);
-        if (p_found && !Input::isArray(node())) {
+        if (p_found && !Input::isArray(m_tree, m_node)) {
             p_found = 0;
             return refuse(p_name, "an array");
         }
@@ -98,7 +98,7 @@ public:
         }
         if (Input::isNull(m_tree, element)) {
             p_typeName.clear();
-        } else if (!Input::isGroup(m_tree[element])) {
+        } else if (!Input::isGroup(m_tree, element)) {
             return 0;
         } else if (frame.m_type != c_noNode) {
             Input::decode(m_tree, m_tree[frame.m_type], p_typeName);

@@ -5,6 +5,8 @@
 #include "core_module/serializers/zyr_text_bytes.h"
 #include "core_module/serializers/zyr_xml_output.h"
 
+#include <algorithm>
+
 namespace zyr {
 
 namespace {
@@ -490,10 +492,35 @@ bool XmlInput::isItem(const TextTree& p_tree, const TextNode& p_node) {
     return p_node.m_kind == TextNodeKind::GROUP && hasKey(p_tree, p_node, name);
 }
 
+bool XmlInput::isGroup(const TextTree& p_tree, uint32_t p_index) {
+    const TextNode& node = p_tree[p_index];
+    if (node.m_kind != TextNodeKind::GROUP) {
+        return false;
+    }
+    if (node.m_escaped) {
+        return true;
+    }
+    const char* text = p_tree.getText() + node.m_value;
+    return std::all_of(text, text + node.m_valueSize, &isSpace);
+}
+
+bool XmlInput::isArray(const TextTree& p_tree, uint32_t p_index) {
+    const uint32_t end = p_tree[p_index].m_next;
+    for (uint32_t i = p_index + 1; i < end; i = p_tree[i].m_next) {
+        if (isItem(p_tree, p_tree[i])) {
+            return true;
+        }
+    }
+    return isGroup(p_tree, p_index) && isScalar(p_tree, p_index);
+}
+
 bool XmlInput::isScalar(const TextTree& p_tree, uint32_t p_index) {
     const uint32_t end = p_tree[p_index].m_next;
     for (uint32_t i = p_index + 1; i < end; i++) {
-        if (p_tree[i].m_kind == TextNodeKind::GROUP) {
+        const TextNode& node = p_tree[i];
+        // Such as xml:space, which says something about the text.
+        if (node.m_kind == TextNodeKind::GROUP || node.m_keySize < 3 ||
+            memcmp(p_tree.getText() + node.m_key, "xml", 3) != 0) {
             return false;
         }
     }

@@ -32,10 +32,12 @@ public:
         return p_node.m_keySize == length && memcmp(p_tree.getText() + p_node.m_key, p_key.getData(), length) == 0;
     }
     static bool isNull(const TextTree& p_tree, uint32_t p_index);
-    static bool isGroup(const TextNode& p_node) { return p_node.m_kind == TextNodeKind::GROUP; }
-    static bool isArray(const TextNode& p_node) { return p_node.m_kind == TextNodeKind::GROUP; }
+    /// An element that doesn't hold a text, so that a field of another type isn't taken for an empty group.
+    static bool isGroup(const TextTree& p_tree, uint32_t p_index);
+    /// One with items, or with nothing at all.
+    static bool isArray(const TextTree& p_tree, uint32_t p_index);
     static bool isItem(const TextTree& p_tree, const TextNode& p_node);
-    /// An attribute, or an element without elements.
+    /// An attribute, or an element with neither elements nor attributes but those of XML itself.
     static bool isScalar(const TextTree& p_tree, uint32_t p_index);
     // Words and texts look alike.
     static bool isText(const TextNode&) { return true; }
