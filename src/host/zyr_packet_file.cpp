@@ -273,6 +273,14 @@ std::unique_ptr<PacketFile> openPacketFile(const std::string& p_path, const std:
     return std::make_unique<ContainerFile>(p_path, format);
 }
 
+namespace {
+
+// The first two bytes of a packet of the codec "blocks": docs/formats.md.
+constexpr uint8_t BLOCKS_VERSION = 1;
+constexpr uint8_t BLOCKS_KEY_FLAG = 1;
+
+} // namespace
+
 struct KeyFrameFinder::Parser {
     explicit Parser(AVCodecID p_codec) : m_parser(av_parser_init(p_codec)), m_codec(avcodec_alloc_context3(nullptr)) {
         if (m_codec) {
@@ -289,11 +297,14 @@ struct KeyFrameFinder::Parser {
 };
 
 KeyFrameFinder::KeyFrameFinder(const std::string& p_codec)
-    : m_parser(std::make_unique<Parser>(codecFromName(p_codec))) {}
+    : m_parser(std::make_unique<Parser>(codecFromName(p_codec))), m_isBlocks(p_codec == "blocks") {}
 
 KeyFrameFinder::~KeyFrameFinder() = default;
 
 bool KeyFrameFinder::isKeyFrame(const uint8_t* p_data, size_t p_size) {
+    if (m_isBlocks) {
+        return p_size > 1 && p_data[0] == BLOCKS_VERSION && (p_data[1] & BLOCKS_KEY_FLAG) != 0;
+    }
     AVCodecParserContext* parser = m_parser->m_parser;
     if (parser == nullptr || !m_parser->m_codec) {
         const bool first = m_first;

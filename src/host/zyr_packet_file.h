@@ -78,12 +78,14 @@ public:
     KeyFrameFinder(const KeyFrameFinder&) = delete;
     KeyFrameFinder& operator=(const KeyFrameFinder&) = delete;
 
-    /// For each packet of the stream in order. Of a codec that FFmpeg does not know only the first counts as one.
+    /// For each packet of the stream in order. Of a codec that is neither "blocks" nor known to FFmpeg only the
+    /// first counts as one.
     bool isKeyFrame(const uint8_t* p_data, size_t p_size);
 
 private:
     struct Parser;
     std::unique_ptr<Parser> m_parser;
+    bool m_isBlocks;
     bool m_first = true;
 };
 
