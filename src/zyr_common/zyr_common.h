@@ -1,6 +1,7 @@
 /// Everything public of the common library. A source that uses little of it includes less.
 #pragma once
 
+#include "zyr_common/agents/zyr_agent_description.h"
 #include "zyr_common/application/zyr_application_data.h"
 #include "zyr_common/application/zyr_format_callbacks.h"
 #include "zyr_common/application/zyr_format_registries.h"
@@ -13,6 +14,7 @@
 #include "zyr_common/containers/zyr_hash.h"
 #include "zyr_common/containers/zyr_hash_map.h"
 #include "zyr_common/containers/zyr_hash_multi_map.h"
+#include "zyr_common/containers/zyr_hash_multi_set.h"
 #include "zyr_common/containers/zyr_hash_set.h"
 #include "zyr_common/containers/zyr_hash_table.h"
 #include "zyr_common/containers/zyr_list.h"
@@ -121,6 +123,8 @@
 #include "zyr_common/process/zyr_user_process_launch.h"
 #include "zyr_common/references/zyr_object_references.h"
 #include "zyr_common/references/zyr_resource_id.h"
+#include "zyr_common/resources/zyr_resource.h"
+#include "zyr_common/resources/zyr_resources_pack.h"
 #include "zyr_common/serialization/zyr_arithmetic_record.h"
 #include "zyr_common/serialization/zyr_byte_stream.h"
 #include "zyr_common/serialization/zyr_enumeration.h"
