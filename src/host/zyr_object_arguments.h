@@ -14,8 +14,14 @@ public:
     void add(CLI::App& p_program, int& p_result);
 
 private:
+    void addShow(CLI::App& p_object, int& p_result);
+    void addCheck(CLI::App& p_object, int& p_result);
+    void addDiff(CLI::App& p_object, int& p_result);
     void addConvert(CLI::App& p_object, int& p_result);
 
+    ObjectShowOptions m_show;
+    ObjectCheckOptions m_check;
+    ObjectDiffOptions m_diff;
     ObjectConvertOptions m_convert;
 };
 

@@ -1,5 +1,6 @@
 #include "host/zyr_command_line.h"
 #include "host/zyr_object_command.h"
+#include "host/zyr_object_examiner.h"
 #include "host/zyr_object_file.h"
 #include "host/zyr_run_error.h"
 #include "host/zyr_standard_output.h"
@@ -27,6 +28,17 @@ bool isSameFile(const std::string& p_first, const std::string& p_second) {
            first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
+/// Deferred files that the new file does not find, since it stands elsewhere.
+void tellLostFiles(Framework& p_framework, const std::string& p_output, const std::string& p_format) {
+    std::vector<ObjectProblem> problems;
+    ObjectExaminer(p_framework).examine(p_output, p_format, problems);
+    for (const ObjectProblem& problem : problems) {
+        if (problem.m_kind == ObjectProblem::DEFERRED) {
+            fail(problem.m_file, {problem.m_text});
+        }
+    }
+}
+
 } // namespace
 
 int runObjectConvert(const ObjectConvertOptions& p_options) {
@@ -39,22 +51,47 @@ int runObjectConvert(const ObjectConvertOptions& p_options) {
         throw UsageError("the output is the input");
     }
     Framework framework(p_options.m_framework);
-    std::string inputFormat;
+    ObjectView view;
+    std::vector<std::string> reasons;
+    std::vector<std::string> losses;
     try {
-        inputFormat = chooseObjectFormat(p_options.m_input, readObjectFile(p_options.m_input), p_options.m_inputFormat);
+        view = openObjectView(p_options.m_input, p_options.m_inputFormat);
     } catch (const RunError& error) {
         return fail(p_options.m_input, {error.what()});
     }
-    std::vector<std::string> reasons;
-    const ObjectHandle<IObject> object = loadObject(framework, p_options.m_input, inputFormat, reasons);
-    if (object == nullptr) {
+    std::vector<ObjectProblem> problems;
+    ObjectExaminer(framework).examine(view, problems);
+    for (const ObjectProblem& problem : problems) {
+        const bool ownFile = problem.m_file == p_options.m_input;
+        const std::string text = ownFile ? problem.m_text : problem.m_file + ": " + problem.m_text;
+        if (problem.m_kind == ObjectProblem::UNKNOWN) {
+            losses.push_back(text);
+        } else if (problem.m_kind == ObjectProblem::DEFERRED) {
+            reasons.push_back(text);
+        }
+    }
+    if (!reasons.empty() || !loadObjectView(framework, view, reasons)) {
         return fail(p_options.m_input, reasons);
+    }
+    for (const std::string& field : view.m_strangers) {
+        losses.push_back(field + ": its class has no such field");
+    }
+    if (!losses.empty()) {
+        fail(p_options.m_input, losses);
+        if (!p_options.m_lossy) {
+            fprintf(stderr, "zyr-host: all this would be lost; --lossy converts the rest\n");
+            return EXIT_RUN_FAILED;
+        }
     }
     ObjectLog log(framework);
     // Deferred files stay where and as they are.
-    const bool saved = zyr_saveToFile(object.get(), p_options.m_output.c_str(), format.c_str(), 0, "") != 0;
+    const bool saved = zyr_saveToFile(view.m_object.get(), p_options.m_output.c_str(), format.c_str(), 0, "") != 0;
     reasons = log.stop();
-    return saved ? EXIT_DONE : fail(p_options.m_output, reasons);
+    if (!saved) {
+        return fail(p_options.m_output, reasons);
+    }
+    tellLostFiles(framework, p_options.m_output, format);
+    return EXIT_DONE;
 }
 
 } // namespace zyr::host
