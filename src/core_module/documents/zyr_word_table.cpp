@@ -43,6 +43,7 @@ void WordTable::makeIndex() {
                                                        : p_left.m_length > p_right.m_length;
     });
     size_t place = 0;
+    m_firsts.resize(257);
     for (size_t byte = 0; byte < 257; ++byte) {
         while (place < m_sorted.getSize() && firstByte(m_sorted[place]) < byte) {
             ++place;

@@ -47,8 +47,8 @@ private:
 
     Words m_words;
     bool m_indexed = false;
-    Array<Word> m_sorted;        ///< by the first byte, long ones in front of short ones
-    uint32_t m_firsts[257] = {}; ///< where the words with a first byte begin in it; the last is its size
+    Array<Word> m_sorted;     ///< by the first byte, long ones in front of short ones
+    Array<uint32_t> m_firsts; ///< where the words with a first byte begin in it; the 257th is its size
 };
 
 } // namespace zyr

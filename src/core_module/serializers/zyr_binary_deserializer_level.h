@@ -6,6 +6,7 @@
 #pragma once
 
 #include "core_module/serializers/zyr_binary_heads.h"
+#include "core_module/serializers/zyr_frame_stack.h"
 #include "core_module/serializers/zyr_serializer_level.h"
 #include "core_module/serializers/zyr_stored_number.h"
 
@@ -271,7 +272,7 @@ private:
     }
     bool readPart(BinaryReader& p_part) { return m_frames[m_depth].m_reader.readPart(p_part); }
     bool enter(const BinaryReader& p_part, uint32_t p_structure) {
-        if (m_depth + 1 == c_maxDepth) {
+        if (!m_frames.reach(m_depth + 1)) {
             return false;
         }
         Frame& frame = m_frames[++m_depth];
@@ -308,7 +309,7 @@ private:
     }
 
     Heads m_heads;
-    Frame m_frames[c_maxDepth];
+    FrameStack<Frame> m_frames;
     uint32_t m_depth = 0;
     bool_t m_broken = 0;
     FieldHead m_head = {};

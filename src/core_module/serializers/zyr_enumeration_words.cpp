@@ -3,8 +3,7 @@
 namespace zyr {
 
 const String* EnumerationWords::getWord(EnumerationConverter p_converter, uint32_t p_number) {
-    const size_t place = ((reinterpret_cast<uintptr_t>(p_converter) >> 4) + p_number) % NUM_OF_ENTRIES;
-    Entry& entry = m_entries[place];
+    Entry& entry = getEntry((reinterpret_cast<uintptr_t>(p_converter) >> 4) + p_number);
     if (entry.m_converter != p_converter || entry.m_number != p_number) {
         entry.m_converter = p_converter;
         entry.m_number = p_number;
@@ -19,7 +18,7 @@ bool EnumerationWords::getNumber(EnumerationConverter p_converter, const char* p
     if (p_length != 0) {
         hash += static_cast<uint8_t>(p_word[0]) * 5U + static_cast<uint8_t>(p_word[p_length - 1]);
     }
-    Entry& entry = m_entries[hash % NUM_OF_ENTRIES];
+    Entry& entry = getEntry(hash);
     if (entry.m_converter != p_converter || entry.m_word.getLengthInBytes() != p_length ||
         memcmp(entry.m_word.getData(), p_word, p_length) != 0) {
         entry.m_converter = p_converter;

@@ -9,6 +9,11 @@ namespace zyr {
 /// Belongs to one serializer or deserializer, so it is used by one thread at a time.
 class EnumerationWords {
 public:
+    EnumerationWords() = default;
+    ~EnumerationWords() { delete[] m_entries; }
+    EnumerationWords(const EnumerationWords&) = delete;
+    EnumerationWords& operator=(const EnumerationWords&) = delete;
+
     /// The word of a number; null without one. Stays until the next call.
     const String* getWord(EnumerationConverter p_converter, uint32_t p_number);
     /// The number of a word; false if it is none.
@@ -23,7 +28,15 @@ private:
     };
     static constexpr size_t NUM_OF_ENTRIES = 64;
 
-    Entry m_entries[NUM_OF_ENTRIES];
+    Entry& getEntry(size_t p_hash) {
+        if (m_entries == nullptr) {
+            m_entries = new Entry[NUM_OF_ENTRIES];
+        }
+        return m_entries[p_hash % NUM_OF_ENTRIES];
+    }
+
+    /// Made at the first use.
+    Entry* m_entries = nullptr;
 };
 
 } // namespace zyr

@@ -119,7 +119,7 @@ bool JsonOutput::member(const String& p_name) {
 }
 
 bool JsonOutput::enter(char p_bracket) {
-    if (m_depth + 1 == c_maxDepth) {
+    if (!m_frames.reach(m_depth + 1)) {
         return false;
     }
     m_frames[++m_depth] = {p_bracket, false};

@@ -3,6 +3,7 @@
 
 #include "core_module/serializers/zyr_byte_buffer.h"
 #include "core_module/serializers/zyr_field_kind.h"
+#include "core_module/serializers/zyr_frame_stack.h"
 
 namespace zyr {
 
@@ -68,7 +69,7 @@ private:
         char m_bracket;
         bool m_hasItems;
     };
-    Frame m_frames[c_maxDepth];
+    FrameStack<Frame> m_frames;
     uint32_t m_depth = 0;
     bool m_word = false;
 };

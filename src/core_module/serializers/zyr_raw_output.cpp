@@ -16,7 +16,7 @@ bool RawOutput::field(const String& p_name, FieldKind p_kind) {
 }
 
 bool RawOutput::enter(size_t p_width) {
-    if (m_depth == c_maxDepth) {
+    if (!m_frames.reach(m_depth)) {
         return false;
     }
     Frame& frame = m_frames[m_depth++];

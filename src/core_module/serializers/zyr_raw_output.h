@@ -3,6 +3,7 @@
 
 #include "core_module/serializers/zyr_byte_buffer.h"
 #include "core_module/serializers/zyr_field_kind.h"
+#include "core_module/serializers/zyr_frame_stack.h"
 
 namespace zyr {
 
@@ -47,7 +48,7 @@ private:
         size_t m_place;
         size_t m_width;
     };
-    Frame m_frames[c_maxDepth];
+    FrameStack<Frame> m_frames;
     uint32_t m_depth = 0;
 };
 

@@ -7,6 +7,7 @@
 
 #include "core_module/serializers/zyr_enumeration_words.h"
 #include "core_module/serializers/zyr_field_kind.h"
+#include "core_module/serializers/zyr_frame_stack.h"
 #include "core_module/serializers/zyr_number_words.h"
 #include "core_module/serializers/zyr_serializer_level.h"
 #include "core_module/serializers/zyr_text_scan_error.h"
@@ -273,7 +274,7 @@ private:
     }
 
     bool enterNode(uint32_t p_index) {
-        if (m_depth + 1 == c_maxDepth) {
+        if (!m_frames.reach(m_depth + 1)) {
             return false;
         }
         Frame& frame = m_frames[++m_depth];
@@ -407,7 +408,7 @@ private:
     }
 
     TextTree m_tree;
-    Frame m_frames[c_maxDepth];
+    FrameStack<Frame> m_frames;
     uint32_t m_depth = 0;
     /// The node found last.
     uint32_t m_node = 0;

@@ -190,7 +190,7 @@ bool XmlOutput::open(const String& p_name) {
 }
 
 bool XmlOutput::openNamed(size_t p_name) {
-    if (m_depth + 1 == c_maxDepth || m_frames[m_depth].m_kind == DECLARATION) {
+    if (!m_frames.reach(m_depth + 1) || m_frames[m_depth].m_kind == DECLARATION) {
         return false;
     }
     if (!m_rootOpen) {

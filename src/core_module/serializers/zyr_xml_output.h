@@ -3,6 +3,7 @@
 
 #include "core_module/serializers/zyr_byte_buffer.h"
 #include "core_module/serializers/zyr_field_kind.h"
+#include "core_module/serializers/zyr_frame_stack.h"
 
 namespace zyr {
 
@@ -76,7 +77,7 @@ private:
 
     /// Names of the elements that are open, one behind the other.
     ByteBuffer m_names;
-    Frame m_frames[c_maxDepth];
+    FrameStack<Frame> m_frames;
     uint32_t m_depth = 0;
     bool m_inAttribute = false;
     bool m_rootOpen = false;

@@ -181,7 +181,7 @@ bool ZbfOutput::declare(const String& p_name, FieldKind p_kind, const String& p_
 }
 
 bool ZbfOutput::enter(size_t p_width, uint32_t p_structure) {
-    if (m_depth + 1 == c_maxDepth) {
+    if (!m_frames.reach(m_depth + 1)) {
         return false;
     }
     Frame& frame = m_frames[++m_depth];

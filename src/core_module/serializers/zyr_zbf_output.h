@@ -4,6 +4,7 @@
 
 #include "core_module/serializers/zyr_byte_buffer.h"
 #include "core_module/serializers/zyr_field_kind.h"
+#include "core_module/serializers/zyr_frame_stack.h"
 #include "zyr_common/containers/zyr_array.h"
 #include "zyr_common/containers/zyr_hash_map.h"
 
@@ -69,7 +70,7 @@ private:
     uint32_t addStructure(const String& p_typeName);
     const char* keepText(const String& p_text);
 
-    Frame m_frames[c_maxDepth];
+    FrameStack<Frame> m_frames;
     uint32_t m_depth = 0;
     Array<Structure*> m_structures;
     HashMap<String, uint32_t> m_structureNumbers;

@@ -1,5 +1,7 @@
 #include "zyr_common/storage/zyr_load_nesting.h"
 
+#include "zyr_common/text/zyr_string.h"
+
 #include <sys/stat.h>
 
 namespace zyr {
@@ -9,7 +11,7 @@ namespace {
 constexpr uint32_t MAX_DEPTH = 64;
 /// A chain of files of which each names the next one twice doubles at every step.
 constexpr uint32_t MAX_NUM_OF_FILES = 65536;
-/// No compressed block of either kind unpacks to more than this times its size.
+/// No block of "lz4" or "zip" unpacks to more than this times its size.
 constexpr uint64_t MAX_EXPANSION = 1032;
 constexpr uint64_t MIN_ALLOWANCE = 64 << 20;
 
@@ -59,7 +61,10 @@ LoadNesting::~LoadNesting() {
     innermostLoad = m_outer;
 }
 
-bool_t LoadNesting::takeDecompressedSize(uint64_t p_size) {
+bool_t LoadNesting::takeDecompressedSize(const String& p_format, uint64_t p_packedSize, uint64_t p_size) {
+    if ((p_format == "lz4" || p_format == "zip") && p_size / MAX_EXPANSION > p_packedSize) {
+        return 0;
+    }
     if (innermostLoad == nullptr) {
         return 1;
     }

@@ -20,9 +20,9 @@ public:
     /// What forbids this load, as a sentence; null if nothing does.
     const char* getObstacle() const { return m_obstacle; }
 
-    /// Takes p_size decompressed bytes from what the outermost load of this thread may unpack in all. Without a load
-    /// everything is allowed.
-    static bool_t takeDecompressedSize(uint64_t p_size);
+    /// Takes p_size bytes from what the outermost load of this thread may unpack in all. False when that is used up,
+    /// and for a size that packed bytes of the format can't have come from. Without a load nothing is used up.
+    static bool_t takeDecompressedSize(const String& p_format, uint64_t p_packedSize, uint64_t p_size);
 
 private:
     LoadNesting();

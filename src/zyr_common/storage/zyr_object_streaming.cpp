@@ -120,10 +120,10 @@ template <class T> bool_t loadDeferredObject(const IDeserializer* p_deserializer
 /// Unpacks into a block that the caller frees; null on failure. A size that the packed bytes can't have come from is
 /// refused before anything is allocated.
 uint8_t* decompress(const ICompressedObject* p_standIn, const ICompressionInfo* p_info, size_t p_size) {
-    if (!LoadNesting::takeDecompressedSize(p_size)) {
+    const Array<unsigned char>* packed = p_standIn->getCompressedData();
+    if (!LoadNesting::takeDecompressedSize(p_info->getFormatName(), packed->getSize(), p_size)) {
         return nullptr;
     }
-    const Array<unsigned char>* packed = p_standIn->getCompressedData();
     uint8_t* data = static_cast<uint8_t*>(zyr_tryMalloc(p_size));
     if (data != nullptr &&
         zyr_decompressData(p_info->getFormatName(), packed->getData(), packed->getSize(), data, p_size) != p_size) {
