@@ -6,6 +6,7 @@
 #   ZYR::lz4      ZYR::xxhash  ZYR::miniz                     compressors and hashes
 #   ZYR::pam      ZYR::systemd                                authentication, login sessions
 #   ZYR::yuv                                                  libyuv, pixel conversions
+#   ZYR::openssl  ZYR::wslay                                  TLS and WebSocket of the core module
 #   ZYR::cli11    ZYR::json    ZYR::png                       command line, JSON and PNG of the host
 #   GTest::gtest_main  GTest::gmock  ZYR::pugixml             with ZYR_BUILD_TESTS
 #   ZYR::vpx      ZYR::va      ZYR::drm                       with ZYR_BUILD_TESTS, for the VA driver of the tests
@@ -77,12 +78,13 @@ zyr_pkg(systemd "libsystemd-dev" libsystemd)
 zyr_pkg(json "nlohmann-json3-dev" nlohmann_json)
 zyr_pkg(cli11 "libcli11-dev" CLI11)
 zyr_pkg(png "libpng-dev" libpng)
+zyr_pkg(openssl "libssl-dev" "openssl>=3")
 
 # ---- libraries by their files ------------------------------------------------------------------------------------------
-# zyr_library(name "Debian package" header library): the target ZYR::<name>.
+# zyr_library(name "Debian package" header library [another file name]...): the target ZYR::<name>.
 function(zyr_library name package header library)
     find_path(ZYR_${name}_INCLUDE_DIR "${header}")
-    find_library(ZYR_${name}_LIBRARY NAMES "${library}")
+    find_library(ZYR_${name}_LIBRARY NAMES "${library}" ${ARGN})
     if(NOT ZYR_${name}_INCLUDE_DIR OR NOT ZYR_${name}_LIBRARY)
         message(FATAL_ERROR "Missing: ${library} (Debian package ${package}). scripts/deps.sh installs everything.")
     endif()
@@ -95,6 +97,8 @@ endfunction()
 zyr_library(yuv "libyuv-dev" libyuv.h yuv)
 # Debian 13's pam.pc asks for the description of a library that its package does not bring.
 zyr_library(pam "libpam0g-dev" security/pam_appl.h pam)
+# A .pc file in some releases only. A cross-build has the runtime package alone.
+zyr_library(wslay "libwslay-dev" wslay/wslay.h wslay libwslay.so.1)
 
 # ---- miniz: the system's, or the two files that scripts/deps.sh left ---------------------------------------------------
 pkg_check_modules(zyr_miniz QUIET IMPORTED_TARGET miniz)

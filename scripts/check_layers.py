@@ -74,6 +74,7 @@ LIBRARIES = {
     r"systemd/": ["zyr_common/process"],
     r"(lz4|lz4hc|miniz|xxhash)\.h": ["zyr_common/digest"],
     r"(CLI/|nlohmann/)": ["host", "core_module"],
+    r"(openssl|wslay)/": ["core_module"],
     r"(pugixml\.hpp|png\.h)": ["host"],
 }
 

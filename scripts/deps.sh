@@ -104,10 +104,17 @@ installPackages() {
 # The version that apt would install, or nothing.
 candidate() { apt-cache policy "$1" 2>/dev/null | sed -n 's/^ *Candidate: *//p' | grep -v none || true; }
 
+# The package with the shared library of a development package.
+runtimeOf() {
+    local depends
+    depends=$(apt-cache depends "$1" 2>/dev/null) || { aptUpdate; depends=$(apt-cache depends "$1"); }
+    sed -n "s/.*Depends: \(${1%-dev}[0-9].*\)/\1/p" <<<"$depends" | head -n 1
+}
+
 tools=(ca-certificates cmake g++ gcc make ninja-build ccache pkg-config nasm xz-utils tar git file binutils)
-libraries=(libvpx-dev libva-dev libdrm-dev libx11-dev libxext-dev libxv-dev zlib1g-dev libpam0g-dev libsystemd-dev liblz4-dev libxxhash-dev
+libraries=(libvpx-dev libva-dev libdrm-dev libx11-dev libxext-dev libxv-dev zlib1g-dev libssl-dev libpam0g-dev libsystemd-dev liblz4-dev libxxhash-dev
     libyuv-dev libpng-dev libpugixml-dev libgtest-dev libgmock-dev libbenchmark-dev)
-headers=(libcli11-dev nlohmann-json3-dev)
+headers=(libcli11-dev nlohmann-json3-dev libwslay-dev)
 
 suffix=""
 pkgConfigLibdir=""
@@ -121,10 +128,12 @@ if $cross; then
         asRoot dpkg --add-architecture arm64
         aptUpdate
     fi
+    # Its development packages cannot stand side by side: the headers are this machine's, the library is the runtime one.
+    libraries+=("$(runtimeOf libwslay-dev)")
     tools+=(gcc-aarch64-linux-gnu g++-aarch64-linux-gnu qemu-user-static)
 fi
 installPackages "${tools[@]}" "${headers[@]}" "${libraries[@]/%/$suffix}"
-wants test && installPackages ffmpeg python3-jsonschema xvfb xterm qemu-user-static locales nodejs
+wants test && installPackages ffmpeg openssl curl python3-websockets python3-jsonschema xvfb xterm qemu-user-static locales nodejs
 wants lint && installPackages clang-format clang-tidy python3 shellcheck
 wants docs && installPackages doxygen
 wants bench && installPackages libspdlog-dev libtsl-ordered-map-dev libtbb-dev libeigen3-dev libglm-dev libvncserver-dev

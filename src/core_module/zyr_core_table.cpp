@@ -31,11 +31,7 @@ constexpr CoreClass coreClasses[] = {
 };
 
 template <size_t Entry> IObject* reportMissingClass() {
-    if constexpr (Entry < static_cast<size_t>(NUM_OF_CORE_ENTRY_NAMES)) {
-        ZYR_LOG_WARN("Unable to create object: the core module has no implementation of %s", coreEntryNames[Entry]);
-    } else {
-        ZYR_LOG_WARN("Unable to create object: the core module does not use entry %zu", Entry);
-    }
+    ZYR_LOG_WARN("Unable to create object: the core module does not use entry %zu", Entry);
     return nullptr;
 }
 

@@ -5,8 +5,7 @@
 
 namespace zyr {
 
-/// Fills every entry under the table's lock. An entry whose interface this module doesn't implement logs the
-/// interface's name and gives null.
+/// Fills every entry under the table's lock. An entry that stands for no interface logs its number and gives null.
 void fillCoreTable(CoreModuleTable& p_table);
 
 /// Registers the classes by name, GUID and template type name, in the order of the table. One object of each is made to

@@ -24,7 +24,7 @@ public:
     IUnpackedFrameData& getFrame() { return *m_frame; }
 
 private:
-    Ref<IUnpackedFrameData> m_frame;
+    ObjectHandle<IUnpackedFrameData> m_frame;
     IImage* m_image = nullptr; ///< The frame's.
 };
 

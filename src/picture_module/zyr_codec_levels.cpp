@@ -1,5 +1,7 @@
 #include "picture_module/zyr_codec_levels.h"
 
+#include "picture_module/zyr_references.h"
+
 namespace zyr {
 
 bool_t FrameEncoderLevel::initialize(const FrameCodecInfo& p_codecInfo) {
@@ -24,18 +26,18 @@ void FrameEncoderLevel::copy_This(const IFrameEncoder* p_src) {
 }
 
 bool_t FrameEncoderContextLevel::initialize(IFrameEncoder* p_encoder) {
-    if (m_encoder || p_encoder == nullptr) {
+    if (m_encoder != nullptr || p_encoder == nullptr) {
         return 0;
     }
-    m_encoder = Ref<IFrameEncoder>::share(p_encoder);
+    setReference(m_encoder, p_encoder);
     return 1;
 }
 
 bool_t FrameEncoderContextLevel::deinitialize() {
-    if (!m_encoder) {
+    if (m_encoder == nullptr) {
         return 0;
     }
-    m_encoder.clear();
+    releaseReference(m_encoder);
     return 1;
 }
 
@@ -50,7 +52,7 @@ bool_t FrameEncoderContextLevel::setQuality(uint8_t p_quality) {
 }
 
 void FrameEncoderContextLevel::release_This() {
-    m_encoder.clear();
+    releaseReference(m_encoder);
 }
 
 bool_t FrameDecoderLevel::initialize(const FrameCodecInfo& p_codecInfo) {
@@ -73,18 +75,18 @@ void FrameDecoderLevel::copy_This(const IFrameDecoder* p_src) {
 }
 
 bool_t FrameDecoderContextLevel::initialize(IFrameDecoder* p_decoder) {
-    if (m_decoder || p_decoder == nullptr) {
+    if (m_decoder != nullptr || p_decoder == nullptr) {
         return 0;
     }
-    m_decoder = Ref<IFrameDecoder>::share(p_decoder);
+    setReference(m_decoder, p_decoder);
     return 1;
 }
 
 bool_t FrameDecoderContextLevel::deinitialize() {
-    if (!m_decoder) {
+    if (m_decoder == nullptr) {
         return 0;
     }
-    m_decoder.clear();
+    releaseReference(m_decoder);
     return 1;
 }
 
@@ -94,7 +96,7 @@ IUnpackedFrameData* FrameDecoderContextLevel::decode(IPackedFrameData*) {
 }
 
 void FrameDecoderContextLevel::release_This() {
-    m_decoder.clear();
+    releaseReference(m_decoder);
 }
 
 } // namespace zyr

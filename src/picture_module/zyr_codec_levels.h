@@ -5,7 +5,6 @@
 #include "picture/zyr_frame_decoder.h"
 #include "picture/zyr_frame_encoder.h"
 #include "zyr_common/implementation/zyr_implementation.h"
-#include "zyr_common/memory/zyr_ref.h"
 
 namespace zyr {
 
@@ -42,7 +41,7 @@ public:
     bool_t initialize(IFrameEncoder* p_encoder) override;
     bool_t deinitialize() override;
     IPackedFrameData* encode(IUnpackedFrameData* p_frame) override;
-    IFrameEncoder* getEncoder() const override { return m_encoder.get(); }
+    IFrameEncoder* getEncoder() const override { return m_encoder; }
     uint8_t getQuality() const override { return m_quality; }
     bool_t setQuality(uint8_t p_quality) override;
     ILifeCycleReserved* getFrameEncoderContextReserved() const override { return &m_reserved; }
@@ -54,7 +53,7 @@ public:
 private:
     static constexpr uint8_t defaultQuality = 60;
 
-    Ref<IFrameEncoder> m_encoder;
+    IFrameEncoder* m_encoder = nullptr;
     uint8_t m_quality = defaultQuality;
     mutable LevelReserved<FrameEncoderContextLevel, ILifeCycleReserved> m_reserved{this};
 };
@@ -89,7 +88,7 @@ public:
     bool_t initialize(IFrameDecoder* p_decoder) override;
     bool_t deinitialize() override;
     IUnpackedFrameData* decode(IPackedFrameData* p_frame) override;
-    IFrameDecoder* getDecoder() const override { return m_decoder.get(); }
+    IFrameDecoder* getDecoder() const override { return m_decoder; }
     ILifeCycleReserved* getFrameDecoderContextReserved() const override { return &m_reserved; }
 
     void init_This() {}
@@ -97,7 +96,7 @@ public:
     void copy_This(const IFrameDecoderContext*) {}
 
 private:
-    Ref<IFrameDecoder> m_decoder;
+    IFrameDecoder* m_decoder = nullptr;
     mutable LevelReserved<FrameDecoderContextLevel, ILifeCycleReserved> m_reserved{this};
 };
 

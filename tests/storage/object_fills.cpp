@@ -126,6 +126,7 @@ std::vector<ObjectFill> getObjectFills() {
         {"TreeNodeListOfObjects", &fillTreeRow<ITreeNodeListOfObjects>},
     };
     addResourceFills(fills);
+    addTransportFills(fills);
 #define ZYR_KEY(type, word) addMaps<type>(fills, word);
 #define ZYR_GUID_KEY ZYR_KEY
 #include "zyr_common/object/zyr_object_keys.inl"

@@ -16,6 +16,8 @@ struct ObjectFill {
 /// One for each class that stores something of its own. What stands for another object is not among them.
 std::vector<ObjectFill> getObjectFills();
 
+/// Those of transports.
+void addTransportFills(std::vector<ObjectFill>& p_fills);
 /// Those of resources and agents.
 void addResourceFills(std::vector<ObjectFill>& p_fills);
 
