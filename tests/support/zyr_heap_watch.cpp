@@ -76,7 +76,7 @@ size_t getHeapPeak() {
 
 void failHeapBlock(size_t p_number, size_t p_size) {
     failingSize = p_size;
-    failed = false;
+    failed = failed && p_number == 0;
     blocksLeft = p_number;
 }
 
