@@ -82,6 +82,7 @@ std::string checkEncoderOptions(const std::string& p_text) {
 struct Program {
     CLI::App m_app{"Host of the Zyrmont codec plug-ins: shows what works here and sends video through it.", "zyr-host"};
     InspectOptions m_inspect;
+    DoctorOptions m_doctor;
     StreamOptions m_stream;
     SessionOptions m_session;
     SettingsOptions m_settings;
@@ -100,6 +101,7 @@ struct Program {
         m_app.footer(EXIT_CODES);
         m_app.require_subcommand(1);
         addInspect();
+        addDoctor();
         addStream();
         addSession();
         addSettings();
@@ -118,6 +120,17 @@ struct Program {
         command->add_flag("--why", m_inspect.m_why,
                           "Tell for each codec what was tried, what failed and what would help");
         command->callback([this] { m_result = runInspect(m_inspect); });
+    }
+
+    void addDoctor() {
+        CLI::App* command = m_app.add_subcommand(
+            "doctor", "Look at all that video needs on this machine, and tell what is wrong and what cures it");
+        command->add_option("codec", m_doctor.m_codec, "What has to work (default: whatever stream takes)");
+        command->add_option("--require", m_doctor.m_require, "hw or sw: what it has to work in")
+            ->check(CLI::IsMember({"hw", "sw"}));
+        command->add_flag("--json", m_doctor.m_json, "Print JSON on the standard output");
+        addFrameworkOptions(*command, m_doctor.m_framework);
+        command->callback([this] { m_result = runDoctor(m_doctor); });
     }
 
     void addStream() {

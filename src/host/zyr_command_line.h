@@ -26,6 +26,13 @@ struct InspectOptions {
     bool m_why = false;
 };
 
+struct DoctorOptions {
+    FrameworkOptions m_framework;
+    std::string m_codec;   ///< What has to work. Empty: whatever "stream" takes.
+    std::string m_require; ///< "hw", "sw" or empty.
+    bool m_json = false;
+};
+
 struct ResizeStep {
     uint64_t m_frame;
     uint32_t m_width;
@@ -97,6 +104,7 @@ struct LayoutOptions {
 };
 
 int runInspect(const InspectOptions& p_options);
+int runDoctor(const DoctorOptions& p_options);
 int runStream(const StreamOptions& p_options);
 int runPath(const PathOptions& p_options);
 int runLayout(const LayoutOptions& p_options);

@@ -2,10 +2,8 @@
 #include "host/zyr_command_line.h"
 #include "host/zyr_ffmpeg_handles.h"
 #include "host/zyr_guarded_codecs.h"
+#include "host/zyr_plugin_listing.h"
 #include "host/zyr_standard_output.h"
-
-#include "zyr_common/object_containers/zyr_list_of_objects.h"
-#include "zyr_common/plugins/zyr_plugin_modules.h"
 
 #include "zyr_common/platform/zyr_version.h"
 #include "zyr_common/text/zyr_number_text.h"
@@ -18,8 +16,6 @@ extern "C" {
 
 #include <algorithm>
 #include <cstdio>
-#include <dlfcn.h>
-#include <link.h>
 
 namespace zyr::host {
 
@@ -37,41 +33,6 @@ template <typename Fill> std::string filled(Fill&& p_fill) {
     String text;
     p_fill(text);
     return toText(text);
-}
-
-/// Where a plug-in was loaded from.
-std::string fileOf(const IPluginModule& p_plugin) {
-    const link_map* map = nullptr;
-    void* handle = p_plugin.getLibraryHandle();
-    return handle != nullptr && dlinfo(handle, RTLD_DI_LINKMAP, &map) == 0 ? map->l_name : "";
-}
-
-json listPlugins(Framework& p_framework) {
-    json plugins = json::array();
-    const IListOfObjects* modules = p_framework.getApplicationData().getPluginModules(0);
-    if (modules == nullptr) {
-        return plugins;
-    }
-    for (List<IObject*>::const_iterator it = modules->beginConst(); it != modules->endConst(); ++it) {
-        const IPluginModule* plugin = static_cast<const IPluginModule*>(*it);
-        GUID_t guid;
-        plugin->getPluginGUID(guid);
-        List<String> dependencies;
-        plugin->getDependenciesComponentModules(dependencies);
-        json names = json::array();
-        for (List<String>::iterator name = dependencies.begin(); name != dependencies.end(); ++name) {
-            names.push_back(toText(*name));
-        }
-        plugins.push_back({{"name", filled([&](String& p_out) { plugin->getName(p_out); })},
-                           {"file", fileOf(*plugin)},
-                           {"long_name", filled([&](String& p_out) { plugin->getLongName(p_out); })},
-                           {"version", versionText(plugin->getVersion())},
-                           {"guid", toText(guid)},
-                           {"description", filled([&](String& p_out) { plugin->getDescription(p_out); })},
-                           {"namespace", filled([&](String& p_out) { plugin->getNamespace(p_out); })},
-                           {"component_modules", names}});
-    }
-    return plugins;
 }
 
 /// The registered classes, by name with their GUIDs, in the order of registration.

@@ -20,15 +20,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string stateDirectory() {
-    const char* state = getenv("XDG_STATE_HOME");
-    const char* home = getenv("HOME");
-    if (state != nullptr && state[0] == '/') {
-        return fs::path(state) / "zyr-host/log/";
-    }
-    return home != nullptr && home[0] == '/' ? fs::path(home) / ".local/state/zyr-host/log/" : "";
-}
-
 /// In a directory that everybody writes in, only one of this user's own will do: no link, and nobody else's.
 std::string temporaryDirectory() {
     const std::string directory = "/tmp/zyr-host-" + std::to_string(geteuid());
@@ -60,9 +51,18 @@ std::string tryDirectory(const std::string& p_directory) {
 
 } // namespace
 
+std::string getDefaultLogDirectory() {
+    const char* state = getenv("XDG_STATE_HOME");
+    const char* home = getenv("HOME");
+    if (state != nullptr && state[0] == '/') {
+        return fs::path(state) / "zyr-host/log/";
+    }
+    return home != nullptr && home[0] == '/' ? fs::path(home) / ".local/state/zyr-host/log/" : "";
+}
+
 std::string prepareLogDirectory(const std::string& p_wanted) {
     std::error_code ignored;
-    std::string wanted = p_wanted.empty() ? stateDirectory() : fs::absolute(p_wanted, ignored).string();
+    std::string wanted = p_wanted.empty() ? getDefaultLogDirectory() : fs::absolute(p_wanted, ignored).string();
     if (!wanted.empty() && wanted.back() != '/') {
         wanted += '/';
     }
@@ -70,7 +70,7 @@ std::string prepareLogDirectory(const std::string& p_wanted) {
     if (reason.empty()) {
         return wanted;
     }
-    const std::string state = stateDirectory();
+    const std::string state = getDefaultLogDirectory();
     std::string other = !state.empty() && state != wanted && tryDirectory(state).empty() ? state : temporaryDirectory();
     if (!other.empty() && !tryDirectory(other).empty()) {
         other.clear();

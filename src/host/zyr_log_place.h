@@ -11,6 +11,9 @@ namespace zyr::host {
 /// directory.
 std::string prepareLogDirectory(const std::string& p_wanted);
 
+/// zyr-host/log/ in the user's state directory; empty where the environment names none.
+std::string getDefaultLogDirectory();
+
 /// Deletes the oldest log files of this program until so many are left. Those that a running process holds stay.
 void pruneLogFiles(const std::string& p_directory, size_t p_count);
 

@@ -1,4 +1,5 @@
 #include "host/zyr_command_line.h"
+#include "host/zyr_console.h"
 #include "host/zyr_standard_output.h"
 
 #include "zyr_common/memory/zyr_report.h"
@@ -85,10 +86,7 @@ json findConsoleUser(HostApplicationData& p_data) {
     if (session != NO_USER_SESSION) {
         return {{"user", makeUser(session)}, {"from", isGreeter ? "display manager" : "session"}};
     }
-    const char* reason = fs::exists("/run/systemd/seats/seat0") ? "no user's session is active on seat0"
-                         : fs::exists("/run/systemd/seats")     ? "there is no seat0 on this machine"
-                                                                : "systemd-logind is not running";
-    return {{"user", nullptr}, {"reason", std::string(reason) + ", and there is no display manager's account"}};
+    return {{"user", nullptr}, {"reason", explainEmptyConsole()}};
 }
 
 json findVariable(HostApplicationData& p_data, uid_t p_uid, const char* p_name, const json& p_launch) {

@@ -1,0 +1,139 @@
+#include "host/doctor/zyr_child_question.h"
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace zyr::host {
+
+namespace {
+
+// What stands before the text that comes through the pipe.
+constexpr char ANSWER = 'a';
+constexpr char EXCEPTION = 'e';
+
+void writeAll(int p_file, const std::string& p_text) {
+    for (size_t done = 0; done < p_text.size();) {
+        const ssize_t count = write(p_file, p_text.data() + done, p_text.size() - done);
+        if (count < 0 && errno != EINTR) {
+            return;
+        }
+        done += count > 0 ? size_t(count) : 0;
+    }
+}
+
+[[noreturn]] void answer(int p_pipe, int p_words, pid_t p_parent, const std::function<std::string()>& p_work) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (getppid() != p_parent) {
+        _exit(1);
+    }
+    const rlimit noCore{0, 0};
+    setrlimit(RLIMIT_CORE, &noCore);
+    for (const int signal : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGCHLD}) {
+        std::signal(signal, SIG_DFL);
+    }
+    dup2(p_words, STDOUT_FILENO);
+    dup2(p_words, STDERR_FILENO);
+    std::string text;
+    try {
+        text = ANSWER + p_work();
+    } catch (const std::exception& error) {
+        text = EXCEPTION + std::string(error.what());
+    }
+    writeAll(p_pipe, text);
+    _exit(0);
+}
+
+/// Reads until the child closes the pipe; false when that takes too long.
+bool readAll(int p_pipe, unsigned p_seconds, std::string& p_text) {
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point end = Clock::now() + std::chrono::seconds(p_seconds);
+    for (;;) {
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
+        pollfd stream{p_pipe, POLLIN, 0};
+        const int ready = left > 0 ? poll(&stream, 1, int(left)) : 0;
+        if (ready == 0) {
+            return false;
+        }
+        std::array<char, 4096> buffer{};
+        const ssize_t count = ready > 0 ? read(p_pipe, buffer.data(), buffer.size()) : -1;
+        if (count == 0 || (count < 0 && errno != EINTR)) {
+            return true;
+        }
+        p_text.append(buffer.data(), count > 0 ? size_t(count) : 0);
+    }
+}
+
+std::string lastLine(int p_words) {
+    std::array<char, 512> tail{};
+    const off_t size = lseek(p_words, 0, SEEK_END);
+    const off_t start = size > off_t(tail.size()) ? size - off_t(tail.size()) : 0;
+    const ssize_t count = size > 0 ? pread(p_words, tail.data(), tail.size(), start) : 0;
+    std::string text(tail.data(), count > 0 ? size_t(count) : 0);
+    while (!text.empty() && text.back() == '\n') {
+        text.pop_back();
+    }
+    return text.substr(text.rfind('\n') + 1);
+}
+
+} // namespace
+
+ChildAnswer askChild(unsigned p_seconds, const std::function<std::string()>& p_work) {
+    ChildAnswer result;
+    int pipes[2];
+    if (pipe2(pipes, O_CLOEXEC) != 0) {
+        result.m_reason = std::string("no pipe to a child: ") + strerror(errno);
+        return result;
+    }
+    const int words = memfd_create("words", MFD_CLOEXEC);
+    // What is still to be written out must not be written twice.
+    fflush(nullptr);
+    const pid_t parent = getpid();
+    const pid_t child = words >= 0 ? fork() : -1;
+    if (child == 0) {
+        close(pipes[0]);
+        answer(pipes[1], words, parent, p_work);
+    }
+    const int error = errno;
+    close(pipes[1]);
+    std::string text;
+    if (child < 0) {
+        result.m_reason = std::string("no child: ") + strerror(error);
+    } else {
+        const bool inTime = readAll(pipes[0], p_seconds, text);
+        if (!inTime) {
+            kill(child, SIGKILL);
+        }
+        int status = 0;
+        while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+        }
+        if (!inTime) {
+            result.m_reason = "no answer within " + std::to_string(p_seconds) + " s";
+        } else if (WIFSIGNALED(status)) {
+            const std::string line = lastLine(words);
+            result.m_crashed = true;
+            result.m_reason = std::string("it crashed (SIG") + sigabbrev_np(WTERMSIG(status)) + ")" +
+                              (line.empty() ? "" : ": " + line);
+        } else if (text.empty() || WEXITSTATUS(status) != 0) {
+            result.m_reason = "it ended the process with status " + std::to_string(WEXITSTATUS(status));
+        } else {
+            result.m_isGiven = text[0] == ANSWER;
+            (result.m_isGiven ? result.m_text : result.m_reason) = text.substr(1);
+        }
+    }
+    close(words);
+    close(pipes[0]);
+    return result;
+}
+
+} // namespace zyr::host
