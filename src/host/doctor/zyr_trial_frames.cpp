@@ -50,7 +50,7 @@ std::string sendTrialFrames(Match& p_match, const Market& p_market) {
     StreamCoder coder(p_match, p_market);
     coder.open(EncoderOptions(), p_match.m_info.lossless ? LOSSLESS_QUALITY : QUALITY);
     IImage* image = nullptr;
-    const ObjectHandle<IUnpackedFrameData> source = createSourceFrame(WIDTH, HEIGHT, image);
+    const auto source = createSourceFrame(WIDTH, HEIGHT, image);
     uint64_t bytes = 0;
     for (unsigned number = 0; number < NUM_OF_FRAMES; number++) {
         const std::string frame = "frame " + std::to_string(number + 1);
