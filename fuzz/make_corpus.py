@@ -178,6 +178,42 @@ def makeDecoderSeeds(program):
     return seeds
 
 
+def readPack(path):
+    """The files of a pack of golden files, see tests/data/README.md."""
+    data = path.read_bytes()
+    place = 0
+    while place < len(data):
+        end = data.index(b"\n", place)
+        name, size = data[place:end].decode().rsplit(" ", 1)
+        yield name, data[end + 1:end + 1 + int(size)]
+        place = end + 1 + int(size) + 1
+
+
+def makeSavedSeeds(word):
+    """Golden files of each class that stores something; of maps those of two types of keys."""
+    seeds = {}
+    for name, data in readPack(CORPUS.parent.parent / "tests/data/objects" / f"golden.{word}.pack"):
+        kind, _, thing = name.partition("/")
+        if kind in ("filled", "odd") and ("{" not in thing or thing.endswith(("{int32}", "{String}"))):
+            seeds[thing.replace("{", "-").rstrip("}")] = data[32:] if word in ("raw", "zbf") else data
+    return seeds
+
+
+def makeLoadSeeds():
+    """The first byte chooses the format and the way, see fuzz_load.cpp."""
+    seeds = {}
+    for number, word in enumerate(("raw", "zbf", "xml", "json")):
+        for name, data in readPack(CORPUS.parent.parent / "tests/data/objects" / f"golden.{word}.pack"):
+            if name in ("filled/NativeFormatInfo", "odd/nested", "odd/zip", "odd/lz4", "odd/deferred"):
+                thing = name.split("/")[1]
+                seeds[f"{word}-{thing}"] = bytes([number + 4]) + data
+                seeds[f"{word}-{thing}-file"] = bytes([number + 8]) + data
+        seeds[f"{word}-wrong-hash"] = bytes([number]) + data[:-1] + b"x"
+        seeds[f"{word}-cut-short"] = bytes([number]) + data[:20]
+        seeds[f"{word}-as-next"] = bytes([(number + 1) % 4]) + data
+    return seeds
+
+
 def write(name, seeds):
     directory = CORPUS / name
     directory.mkdir(parents=True, exist_ok=True)
@@ -194,4 +230,7 @@ write("layout", LAYOUT)
 write("text", TEXT)
 write("compression", COMPRESSION)
 write("blocks", makeBlocksSeeds())
+write("load", makeLoadSeeds())
+for form in ("raw", "zbf", "xml", "json"):
+    write(f"saved_{form}", makeSavedSeeds(form))
 write("decoder", makeDecoderSeeds(sys.argv[1]))
