@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # The static checks, one OK or FAIL line each.
 #
-#   scripts/lint.sh               all checks but the slow ones
-#   scripts/lint.sh format tidy   only the named ones: format layers scripts build-list headers tidy
-#   scripts/lint.sh clang beside  the slow ones: tests by a second compiler, tidy over benchmarks, fuzzers and examples
+#   scripts/lint.sh               all checks but the slow one
+#   scripts/lint.sh format tidy   only the named ones: format layers scripts build-list headers tidy beside
+#   scripts/lint.sh clang         the slow one: tests by a second compiler
 #   scripts/lint.sh --fix         writes the format instead of checking it
 #   scripts/lint.sh --no-deps     don't look for missing packages first
 #   scripts/lint.sh --tally FILE  also writes "<passed> <failed>" to FILE
@@ -26,7 +26,7 @@ while [ $# -gt 0 ]; do
     esac
     shift
 done
-[ ${#checks[@]} -gt 0 ] || checks=(format layers scripts build-list headers tidy)
+[ ${#checks[@]} -gt 0 ] || checks=(format layers scripts build-list headers tidy beside)
 source scripts/lib.sh
 if $deps; then scripts/deps.sh --with lint || exit 1; fi
 
