@@ -17,6 +17,7 @@ void ObjectArguments::add(CLI::App& p_program, int& p_result) {
     addConvert(*object, p_result);
     addCheck(*object, p_result);
     addDiff(*object, p_result);
+    m_pack.add(*object, p_result);
 }
 
 void ObjectArguments::addShow(CLI::App& p_object, int& p_result) {

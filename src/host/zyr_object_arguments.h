@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/zyr_object_command.h"
+#include "host/zyr_pack_arguments.h"
 
 #include <CLI/CLI.hpp>
 
@@ -23,6 +24,7 @@ private:
     ObjectCheckOptions m_check;
     ObjectDiffOptions m_diff;
     ObjectConvertOptions m_convert;
+    PackArguments m_pack;
 };
 
 } // namespace zyr::host
