@@ -4,6 +4,7 @@
 #include "zyr_common/digest/zyr_xxhash.h"
 #include "zyr_common/formats/zyr_format_info.h"
 #include "zyr_common/formats/zyr_stored_objects.h"
+#include "zyr_common/object_containers/zyr_list_of_objects.h"
 
 #include <gmock/gmock.h>
 
@@ -148,6 +149,37 @@ TEST_F(MemoryBounds, AFileFullOfSmallObjectsCostsAMultiple) {
                250);
     expectCost(makeRaw("ArrayOfObjects", field(13, "items", part(number(COUNT) + std::string(COUNT, 1)))), "raw", true,
                FIXED_COST, 64);
+}
+
+/// Lists inside each other, 60 deep, with 100 objects in each. bench_stored_graph does it at full size.
+TEST_F(MemoryBounds, ADeepGraphComesBackEqualForLessThanFourTimesItsMemory) {
+    const size_t before = test::getHeapSize();
+    auto root = Ref<IListOfObjects>::adopt(zyr_createObject<IListOfObjects>());
+    IListOfObjects* list = root.get();
+    for (int level = 0; level < 60; level++) {
+        for (int i = 0; i < 100; i++) {
+            const auto info = Ref<IDataFormatInfo>::adopt(zyr_createObject<IDataFormatInfo>());
+            info->setFormatName((std::to_string(level) + std::string(90, 'x') + std::to_string(i)).c_str());
+            list->pushBack(info.get());
+        }
+        const auto next = Ref<IListOfObjects>::adopt(zyr_createObject<IListOfObjects>());
+        list->pushBack(next.get());
+        list = next.get();
+    }
+    const size_t size = test::getHeapSize() - before;
+    for (const char* format : c_formats) {
+        SCOPED_TRACE(format);
+        test::startHeapPeak();
+        const std::string bytes = save(root.get(), format);
+        ASSERT_FALSE(bytes.empty());
+        // Some copies of the bytes are the test's own.
+        EXPECT_LE(test::getHeapPeak(), 4 * size + 3 * bytes.size());
+        test::startHeapPeak();
+        const Ref<IObject> loaded = load(bytes, format);
+        ASSERT_TRUE(loaded);
+        EXPECT_LE(test::getHeapPeak(), 4 * size + bytes.size());
+        EXPECT_TRUE(save(loaded.get(), format) == bytes);
+    }
 }
 
 /// A kilobyte of compressed data that promises a size.
