@@ -1,0 +1,273 @@
+#include "core_module/transport/transport_test.h"
+
+#include <sys/stat.h>
+
+namespace zyr {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+class HttpServerTest : public TransportTest {
+protected:
+    void SetUp() override {
+        TransportTest::SetUp();
+        m_server = m_end.create<IServerTransport>();
+    }
+    void TearDown() override {
+        m_end = TransportEnd();
+        TransportTest::TearDown();
+    }
+    void connect() {
+        makePeer(m_end);
+        ASSERT_TRUE(m_server->initialize(m_end.m_socket.get()));
+        EXPECT_EQ(m_end.getState().m_phase, ZYR_TRANSPORT_HANDSHAKE);
+    }
+    /// A root with a file, a directory, and things that must not be handed out.
+    void setRoot() {
+        m_directory.writeFile("secret.txt", "secret");
+        std::filesystem::create_directories(m_directory.getPath() + "root/sub");
+        m_directory.writeFile("root/index.html", "<p>index</p>");
+        m_directory.writeFile("root/sub/page.js", "code");
+        m_directory.writeFile("root/.hidden", "hidden");
+        m_directory.writeFile("root/empty.css", "");
+        m_directory.writeFile("root/a b.txt", "blank");
+        std::filesystem::create_symlink("../secret.txt", m_directory.getPath() + "root/out.txt");
+        std::filesystem::create_symlink("..", m_directory.getPath() + "root/up");
+        ASSERT_EQ(mkfifo((m_directory.getPath() + "root/fifo").c_str(), 0600), 0);
+        ASSERT_TRUE(m_server->setHttpsDocumentRoot((m_directory.getPath() + "root").c_str(), "index.html"));
+    }
+    static std::string get(const std::string& p_target, const std::string& p_method = "GET") {
+        return p_method + " " + p_target + " HTTP/1.1\r\nHost: a\r\n\r\n";
+    }
+    /// The whole answer to a request that is alone on its connection.
+    std::string ask(const std::string& p_request) {
+        m_received.clear();
+        m_end.m_socket = Ref<Socket>::adopt(new Socket);
+        connect();
+        writePeer(p_request);
+        EXPECT_TRUE(pump({&m_end}, [&] { return isAnswerWhole(); }));
+        const std::string answer = m_received;
+        closePeer();
+        pump({&m_end}, [&] { return m_end.isClosed(); });
+        return answer;
+    }
+    bool isAnswerWhole() const {
+        const size_t end = m_received.find("\r\n\r\n");
+        const size_t length = m_received.find("Content-Length: ");
+        return end != std::string::npos && length != std::string::npos &&
+               (m_isHead || m_received.size() >= end + 4 + std::stoul(m_received.substr(length + 16)));
+    }
+    static std::string statusOf(const std::string& p_answer) { return p_answer.substr(9, 3); }
+    static std::string bodyOf(const std::string& p_answer) { return p_answer.substr(p_answer.find("\r\n\r\n") + 4); }
+    void expectStatus(const std::string& p_request, const char* p_status) {
+        EXPECT_EQ(statusOf(ask(p_request)), p_status) << p_request;
+    }
+
+    TemporaryDirectory m_directory;
+    TransportEnd m_end;
+    IServerTransport* m_server = nullptr;
+    bool m_isHead = false;
+};
+
+TEST_F(HttpServerTest, FixedResponseAnswersEveryPath) {
+    ASSERT_TRUE(m_server->setHttpsResponse("text/plain", "hello"));
+    const std::string answer = ask(get("/any/path?query"));
+    EXPECT_THAT(answer, StartsWith("HTTP/1.1 200 OK\r\nContent-Type: text/plain\r\nContent-Length: 5\r\n"
+                                   "Connection: keep-alive\r\n"));
+    EXPECT_EQ(bodyOf(answer), "hello");
+    EXPECT_THAT(m_application->getMessages(), IsEmpty());
+}
+
+TEST_F(HttpServerTest, AnswersCarryTheHeadersThatProtectThePage) {
+    m_end.getFeatures().m_contentSecurityPolicy = "default-src 'none'";
+    ASSERT_TRUE(m_server->setHttpsResponse("text/plain", "hello"));
+    const std::string answer = ask(get("/"));
+    for (const char* field :
+         {"Cache-Control: no-cache\r\n", "X-Content-Type-Options: nosniff\r\n", "X-Frame-Options: DENY\r\n",
+          "Referrer-Policy: no-referrer\r\n", "Cross-Origin-Opener-Policy: same-origin\r\n",
+          "Cross-Origin-Resource-Policy: same-origin\r\n", "Content-Security-Policy: default-src 'none'\r\n"}) {
+        EXPECT_THAT(answer, HasSubstr(field));
+    }
+}
+
+TEST_F(HttpServerTest, HeadHasTheSameHeadAndNoBody) {
+    ASSERT_TRUE(m_server->setHttpsResponse("text/plain", "hello"));
+    m_isHead = true;
+    const std::string answer = ask(get("/", "HEAD"));
+    EXPECT_THAT(answer, HasSubstr("Content-Length: 5\r\n"));
+    EXPECT_EQ(bodyOf(answer), "");
+    setRoot();
+    EXPECT_EQ(bodyOf(ask(get("/index.html", "HEAD"))), "");
+}
+
+TEST_F(HttpServerTest, FilesHaveTheirContentTypes) {
+    setRoot();
+    const std::string page = ask(get("/"));
+    EXPECT_THAT(page, HasSubstr("Content-Type: text/html; charset=utf-8\r\n"));
+    EXPECT_EQ(bodyOf(page), "<p>index</p>");
+    const std::string code = ask(get("/sub/page.js?v=1"));
+    EXPECT_THAT(code, HasSubstr("Content-Type: text/javascript; charset=utf-8\r\n"));
+    EXPECT_EQ(bodyOf(code), "code");
+    EXPECT_EQ(bodyOf(ask(get("/a%20b.txt"))), "blank");
+    EXPECT_THAT(ask(get("/empty.css")), HasSubstr("Content-Length: 0\r\n"));
+}
+
+TEST_F(HttpServerTest, NoPathLeadsOutOfTheRoot) {
+    setRoot();
+    for (const char* target :
+         {"/../secret.txt", "/%2e%2e/secret.txt", "/%2E%2E%2Fsecret.txt", "/sub/../../secret.txt", "/sub/../index.html",
+          "/./index.html", "/out.txt", "/up/secret.txt", "/.hidden", "/%2ehidden", "//index.html", "/sub//page.js",
+          "/sub", "/fifo", "/index.html/", "/missing"}) {
+        expectStatus(get(target), "404");
+    }
+    EXPECT_THAT(m_application->getMessages(), IsEmpty());
+    for (const char* target : {"/index.html%00.txt", "/%0d%0aa", "/..\\secret.txt", "/%5c", "/%zz", "/%2", "/a#b"}) {
+        expectStatus(get(target), "400");
+    }
+    expectStatus(get("https://a/index.html"), "400");
+    expectStatus(get("index.html"), "400");
+    expectStatus(get((m_directory.getPath() + "secret.txt")), "404");
+}
+
+TEST_F(HttpServerTest, DirectoriesAreNotListed) {
+    setRoot();
+    const std::string answer = ask(get("/sub/"));
+    EXPECT_EQ(statusOf(answer), "404");
+    EXPECT_THAT(answer, Not(HasSubstr("page")));
+}
+
+TEST_F(HttpServerTest, FilesComeBeforeTheFixedResponse) {
+    setRoot();
+    ASSERT_TRUE(m_server->setHttpsResponse("text/plain", "fixed"));
+    EXPECT_EQ(bodyOf(ask(get("/sub/page.js"))), "code");
+    EXPECT_EQ(bodyOf(ask(get("/missing"))), "fixed");
+    ASSERT_TRUE(m_server->setHttpsDocumentRoot("", ""));
+    EXPECT_EQ(bodyOf(ask(get("/sub/page.js"))), "fixed");
+}
+
+TEST_F(HttpServerTest, LargeFilesLeaveInParts) {
+    setRoot();
+    std::string text(3 << 20, 'a');
+    for (size_t i = 0; i < text.size(); i += 31) {
+        text[i] = static_cast<char>(i);
+    }
+    m_directory.writeFile("root/large.bin", text);
+    connect();
+    writePeer(get("/large.bin"));
+    for (int i = 0; i < 20; i++) {
+        m_end.turn();
+        EXPECT_LE(m_end.getState().m_queuedBytes, 70000u);
+    }
+    ASSERT_TRUE(pump({&m_end}, [&] { return isAnswerWhole(); }));
+    EXPECT_TRUE(bodyOf(m_received) == text);
+    EXPECT_THAT(m_received, HasSubstr("Content-Type: application/octet-stream\r\n"));
+}
+
+TEST_F(HttpServerTest, RequestsFollowEachOtherOnOneConnection) {
+    setRoot();
+    connect();
+    writePeer(get("/index.html") + get("/sub/page.js") + "GET / HTTP/1.1\r\nHost: a\r\nConnection: close\r\n\r\n");
+    ASSERT_TRUE(pump({&m_end}, [&] { return m_hasPeerEnded; }));
+    EXPECT_THAT(m_received, HasSubstr("<p>index</p>HTTP/1.1 200 OK"));
+    EXPECT_THAT(m_received, HasSubstr("codeHTTP/1.1 200 OK"));
+    EXPECT_THAT(m_received, HasSubstr("Connection: close\r\n"));
+    closePeer();
+    ASSERT_TRUE(pump({&m_end}, [&] { return m_end.isClosed(); }));
+    EXPECT_EQ(m_end.getState().m_closeReason, ZYR_TRANSPORT_CLOSE_HTTP_DONE);
+    EXPECT_EQ(m_end.getState().m_closeCode, 200u);
+    EXPECT_THAT(m_application->getMessages(), IsEmpty());
+}
+
+TEST_F(HttpServerTest, ConnectionHasALimitOfRequests) {
+    ASSERT_TRUE(m_server->setHttpsResponse("text/plain", "x"));
+    m_end.getFeatures().m_maxHttpRequests = 2;
+    connect();
+    writePeer(get("/") + get("/") + get("/"));
+    ASSERT_TRUE(pump({&m_end}, [&] { return m_hasPeerEnded; }));
+    size_t answers = 0;
+    for (size_t at = m_received.find("HTTP/1.1 200"); at != std::string::npos;
+         at = m_received.find("HTTP/1.1 200", at + 1)) {
+        answers++;
+    }
+    EXPECT_EQ(answers, 2u);
+}
+
+TEST_F(HttpServerTest, MalformedRequestsAreRefusedAndLogged) {
+    ASSERT_TRUE(m_server->setHttpsResponse("text/plain", "x"));
+    for (const char* request :
+         {"GET /\r\n\r\n", "GET / HTTP/2.0\r\nHost: a\r\n\r\n", "GET  / HTTP/1.1\r\nHost: a\r\n\r\n",
+          "GET / HTTP/1.1\r\n\r\n", "GET / HTTP/1.1\r\nHost: a\r\nHost: b\r\n\r\n",
+          "GET / HTTP/1.1\r\nHost : a\r\n\r\n", "GET / HTTP/1.1\r\nHost: a\r\n folded\r\n\r\n",
+          "GET / HTTP/1.1\r\nHost: a\nb: c\r\n\r\n", "G(T / HTTP/1.1\r\nHost: a\r\n\r\n"}) {
+        expectStatus(request, "400");
+    }
+    EXPECT_THAT(m_application->getMessages().front(),
+                HasSubstr("The connection with a local peer ends: the request line is malformed"));
+}
+
+TEST_F(HttpServerTest, OnlyGetAndHeadAreAnswered) {
+    ASSERT_TRUE(m_server->setHttpsResponse("text/plain", "x"));
+    EXPECT_THAT(ask(get("/", "DELETE")), HasSubstr("405 Method Not Allowed\r\n"));
+    EXPECT_THAT(ask(get("/", "POST")), HasSubstr("Allow: GET, HEAD\r\n"));
+    expectStatus("POST / HTTP/1.1\r\nHost: a\r\nContent-Length: 5\r\n\r\n", "413");
+    expectStatus("GET / HTTP/1.1\r\nHost: a\r\nTransfer-Encoding: chunked\r\n\r\n", "413");
+    expectStatus("GET / HTTP/1.1\r\nHost: a\r\nContent-Length: 0\r\n\r\n", "200");
+}
+
+TEST_F(HttpServerTest, OtherHostsAreRefused) {
+    ASSERT_TRUE(m_server->setHttpsResponse("text/plain", "x"));
+    m_end.getFeatures().m_allowedHosts.pushBack("desk.example:8443");
+    expectStatus("GET / HTTP/1.1\r\nHost: DESK.example:8443\r\n\r\n", "200");
+    expectStatus("GET / HTTP/1.1\r\nHost: other.example\r\n\r\n", "421");
+}
+
+TEST_F(HttpServerTest, HeadsHaveALimit) {
+    ASSERT_TRUE(m_server->setHttpsResponse("text/plain", "x"));
+    m_end.getFeatures().m_maxHttpHeadSize = 100;
+    expectStatus(get("/" + std::string(60, 'a')), "200");
+    expectStatus(get("/" + std::string(100, 'a')), "431");
+    EXPECT_EQ(m_end.getState().m_closeReason, ZYR_TRANSPORT_CLOSE_PROTOCOL);
+    EXPECT_EQ(m_end.getState().m_closeCode, 431u);
+}
+
+TEST_F(HttpServerTest, SlowHeadsRunOutOfTime) {
+    ASSERT_TRUE(m_server->setHttpsResponse("text/plain", "x"));
+    m_end.getFeatures().m_handshakeTimeout = 20;
+    connect();
+    writePeer("GET / HT");
+    ASSERT_TRUE(pump({&m_end}, [&] { return m_end.isClosed(); }));
+    EXPECT_EQ(m_end.getState().m_closeReason, ZYR_TRANSPORT_CLOSE_HANDSHAKE_TIMEOUT);
+    EXPECT_THAT(m_application->getMessages(),
+                ElementsAre("The connection with a local peer ends: the handshake took too long"));
+}
+
+TEST_F(HttpServerTest, HalfARequestIsALostConnection) {
+    ASSERT_TRUE(m_server->setHttpsResponse("text/plain", "x"));
+    connect();
+    writePeer("GET / HT");
+    ::shutdown(m_peer, SHUT_WR);
+    ASSERT_TRUE(pump({&m_end}, [&] { return m_end.isClosed(); }));
+    EXPECT_EQ(m_end.getState().m_closeReason, ZYR_TRANSPORT_CLOSE_LOST);
+}
+
+TEST_F(HttpServerTest, SettingsAreChecked) {
+    EXPECT_FALSE(m_server->setWebSocketPath("live"));
+    EXPECT_FALSE(m_server->setWebSocketPath("/live?a"));
+    EXPECT_FALSE(m_server->setWebSocketPath("/li ve"));
+    EXPECT_FALSE(m_server->setHttpsResponse("text/plain\r\nA: b", ""));
+    EXPECT_FALSE(m_server->setHttpsDocumentRoot("/nowhere/at/all", "index.html"));
+    EXPECT_THAT(m_application->getMessages(),
+                ElementsAre("live is no path for a WebSocket", "/live?a is no path for a WebSocket",
+                            "/li ve is no path for a WebSocket", "A content type has no control characters",
+                            "Unable to open the directory /nowhere/at/all: No such file or directory"));
+    makePeer(m_end);
+    EXPECT_TRUE(m_server->initialize(m_end.m_socket.get()));
+    EXPECT_TRUE(m_end.isOpen()); // The framework's framing: nothing was set.
+}
+
+} // namespace
+} // namespace zyr

@@ -1,0 +1,333 @@
+#include "core_module/transport/transport_test.h"
+
+namespace zyr {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+constexpr const char* KEY = "dGhlIHNhbXBsZSBub25jZQ==";
+
+class WebSocketTest : public TransportTest {
+protected:
+    void SetUp() override {
+        TransportTest::SetUp();
+        m_server = m_left.create<IServerTransport>();
+        m_client = m_right.create<IClientTransport>();
+        ASSERT_TRUE(m_server->setWebSocketPath("/live"));
+        m_client->getMutableFeatures()->m_webSocketPath = "/live?viewer=1";
+        m_client->getMutableFeatures()->m_hostName = "desk.example";
+    }
+    void TearDown() override {
+        m_left = TransportEnd();
+        m_right = TransportEnd();
+        TransportTest::TearDown();
+    }
+    /// The server's end with a peer that writes bytes.
+    void connectPeer() {
+        makePeer(m_left);
+        ASSERT_TRUE(m_server->initialize(m_left.m_socket.get()));
+    }
+    /// Both transports.
+    void connect() {
+        makePair(m_left, m_right);
+        ASSERT_TRUE(m_server->initialize(m_left.m_socket.get()));
+        ASSERT_TRUE(m_client->initialize(m_right.m_socket.get()));
+    }
+    static std::string request(const std::string& p_fields = "", const std::string& p_target = "/live") {
+        return "GET " + p_target + " HTTP/1.1\r\nHost: a\r\nUpgrade: WebSocket\r\nConnection: keep-alive, Upgrade\r\n" +
+               "Sec-WebSocket-Version: 13\r\nSec-WebSocket-Key: " + KEY + "\r\n" + p_fields + "\r\n";
+    }
+    void openPeer() {
+        connectPeer();
+        writePeer(request());
+        ASSERT_TRUE(pump({&m_left}, [&] { return m_left.isOpen(); }));
+        m_received.clear();
+    }
+    /// A client's frame; the mask changes the bytes.
+    static std::string frame(unsigned char p_first, const std::string& p_payload) {
+        std::string bytes(1, static_cast<char>(p_first));
+        if (p_payload.size() < 126) {
+            bytes += static_cast<char>(0x80 | p_payload.size());
+        } else {
+            bytes += static_cast<char>(0x80 | 126);
+            bytes += static_cast<char>(p_payload.size() >> 8);
+            bytes += static_cast<char>(p_payload.size());
+        }
+        const std::string mask = "\x01\x02\x03\x04";
+        bytes += mask;
+        for (size_t i = 0; i < p_payload.size(); i++) {
+            bytes += static_cast<char>(p_payload[i] ^ mask[i % 4]);
+        }
+        return bytes;
+    }
+    void expectRefusal(const std::string& p_request, const char* p_status, const char* p_text) {
+        m_received.clear();
+        m_left.m_socket = Ref<Socket>::adopt(new Socket);
+        connectPeer();
+        writePeer(p_request);
+        EXPECT_TRUE(pump({&m_left}, [&] { return m_hasPeerEnded; }));
+        EXPECT_EQ(m_received.substr(9, 3), p_status);
+        EXPECT_STREQ(m_left.getState().m_closeText.getData(), p_text);
+        closePeer();
+        EXPECT_TRUE(pump({&m_left}, [&] { return m_left.isClosed(); }));
+    }
+    /// The server ends the connection with a close frame of this code.
+    void expectClose(const std::string& p_bytes, uint16_t p_code, TransportCloseReasonEnum p_reason) {
+        writePeer(p_bytes);
+        EXPECT_TRUE(pump({&m_left}, [&] { return m_hasPeerEnded; }));
+        ASSERT_GE(m_received.size(), 4u);
+        EXPECT_EQ(m_received.substr(m_received.size() - 4, 2), std::string("\x88\x02", 2));
+        EXPECT_EQ(static_cast<unsigned char>(m_received[m_received.size() - 2]) * 256 +
+                      static_cast<unsigned char>(m_received.back()),
+                  p_code);
+        EXPECT_EQ(m_left.getState().m_closeReason, p_reason);
+        EXPECT_EQ(m_left.getState().m_closeCode, p_code);
+        closePeer();
+        EXPECT_TRUE(pump({&m_left}, [&] { return m_left.isClosed(); }));
+    }
+
+    TransportEnd m_left;
+    TransportEnd m_right;
+    IServerTransport* m_server = nullptr;
+    IClientTransport* m_client = nullptr;
+};
+
+TEST_F(WebSocketTest, AnswersTheRequestAsTheStandardHasIt) {
+    connectPeer();
+    writePeer(request("Origin: https://page.example\r\nUser-Agent: test\r\n", "/live?token=1"));
+    ASSERT_TRUE(pump({&m_left}, [&] { return m_left.isOpen(); }));
+    EXPECT_EQ(m_received, "HTTP/1.1 101 Switching Protocols\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n"
+                          "Sec-WebSocket-Accept: s3pPLMBiTxaQ9kYGzzhZRbK+xOo=\r\n\r\n");
+    EXPECT_TRUE(m_left.getState().m_isWebSocket);
+    EXPECT_STREQ(m_left.getState().m_requestTarget.getData(), "/live?token=1");
+    EXPECT_STREQ(m_left.getState().m_origin.getData(), "https://page.example");
+    EXPECT_STREQ(m_left.getState().m_host.getData(), "a");
+    EXPECT_STREQ(m_left.getState().m_userAgent.getData(), "test");
+    EXPECT_STREQ(m_left.getState().m_subprotocol.getData(), "");
+}
+
+TEST_F(WebSocketTest, ServerAndClientExchangeMessages) {
+    connect();
+    ASSERT_TRUE(pump({&m_left, &m_right}, [&] { return m_left.isOpen() && m_right.isOpen(); }));
+    EXPECT_STREQ(m_left.getState().m_host.getData(), "desk.example");
+    EXPECT_STREQ(m_left.getState().m_requestTarget.getData(), "/live?viewer=1");
+    for (size_t size :
+         {size_t(0), size_t(1), size_t(101), size_t(102), size_t(65535 - 24), size_t(65536), size_t(3000001)}) {
+        const std::string payload(size, static_cast<char>('a' + size % 7));
+        EXPECT_TRUE(m_left.send(1, "to client", payload));
+        EXPECT_TRUE(m_right.send(2, "", payload));
+        ASSERT_TRUE(
+            pump({&m_left, &m_right}, [&] { return !m_left.m_messages.empty() && !m_right.m_messages.empty(); }));
+        EXPECT_EQ(headerOf(*m_right.m_messages[0]), "to client");
+        EXPECT_TRUE(payloadOf(*m_right.m_messages[0]) == payload);
+        EXPECT_TRUE(payloadOf(*m_left.m_messages[0]) == payload);
+        m_left.m_messages.clear();
+        m_right.m_messages.clear();
+    }
+    EXPECT_TRUE(m_right.m_transport->shutdownConnection());
+    ASSERT_TRUE(pump({&m_left, &m_right}, [&] { return m_left.isClosed() && m_right.isClosed(); }));
+    EXPECT_EQ(m_left.getState().m_closeReason, ZYR_TRANSPORT_CLOSE_PEER);
+    EXPECT_EQ(m_left.getState().m_closeCode, 1000u);
+    EXPECT_EQ(m_right.getState().m_closeReason, ZYR_TRANSPORT_CLOSE_LOCAL);
+    EXPECT_THAT(m_application->getMessages(), IsEmpty());
+}
+
+TEST_F(WebSocketTest, ManySmallMessagesInOnePacketKeepTheirOrder) {
+    openPeer();
+    std::string bytes;
+    for (uint32_t i = 1; i <= 500; i++) {
+        bytes += frame(0x82, envelope(1, i, 0, 0));
+    }
+    writePeer(bytes);
+    ASSERT_TRUE(pump({&m_left}, [&] { return m_left.m_messages.size() == 500; }));
+    for (uint32_t i = 0; i < 500; i++) {
+        EXPECT_EQ(m_left.m_messages[i]->getID(), i + 1);
+    }
+}
+
+TEST_F(WebSocketTest, MessagesAreFramesOfTheirEnvelope) {
+    openPeer();
+    EXPECT_TRUE(m_left.send(7, "head", "payload"));
+    readPeer();
+    EXPECT_EQ(m_received, "\x82\x23" + envelope(7, 1, 4, 7) + "headpayload");
+}
+
+TEST_F(WebSocketTest, FragmentsAndPingsBetweenThemMakeOneMessage) {
+    openPeer();
+    const std::string message = envelope(7, 1, 4, 7) + "headpayload";
+    writePeer(frame(0x02, message.substr(0, 10)) + frame(0x89, "ping") + frame(0x00, "") +
+              frame(0x00, message.substr(10, 20)) + frame(0x80, message.substr(30)));
+    ASSERT_TRUE(pump({&m_left}, [&] { return m_left.m_messages.size() == 1 && !m_received.empty(); }));
+    EXPECT_EQ(payloadOf(*m_left.m_messages[0]), "payload");
+    EXPECT_EQ(m_received, "\x8a\x04ping");
+}
+
+TEST_F(WebSocketTest, CloseIsAnsweredWithClose) {
+    openPeer();
+    writePeer(frame(0x88, std::string("\x03\xe9", 2) + "going"));
+    ASSERT_TRUE(pump({&m_left}, [&] { return m_hasPeerEnded; }));
+    EXPECT_THAT(m_received, StartsWith(std::string("\x88", 1)));
+    EXPECT_EQ(m_left.getState().m_closeReason, ZYR_TRANSPORT_CLOSE_PEER);
+    EXPECT_EQ(m_left.getState().m_closeCode, 1001u);
+    EXPECT_STREQ(m_left.getState().m_closeText.getData(), "going");
+    closePeer();
+    EXPECT_TRUE(pump({&m_left}, [&] { return m_left.isClosed(); }));
+    EXPECT_THAT(m_application->getMessages(), IsEmpty());
+}
+
+TEST_F(WebSocketTest, BrokenFramesEndTheConnection) {
+    openPeer();
+    expectClose(std::string("\x82\x05hello", 7), 1002, ZYR_TRANSPORT_CLOSE_PROTOCOL); // not masked
+}
+
+TEST_F(WebSocketTest, ReservedBitsEndTheConnection) {
+    openPeer();
+    expectClose(frame(0xc2, "x"), 1002, ZYR_TRANSPORT_CLOSE_PROTOCOL);
+}
+
+TEST_F(WebSocketTest, TextEndsTheConnection) {
+    openPeer();
+    expectClose(frame(0x81, "text"), 1003, ZYR_TRANSPORT_CLOSE_PROTOCOL);
+}
+
+TEST_F(WebSocketTest, FrameThatIsNoMessageEndsTheConnection) {
+    openPeer();
+    expectClose(frame(0x82, std::string(30, 'a')), 1002, ZYR_TRANSPORT_CLOSE_PROTOCOL);
+}
+
+TEST_F(WebSocketTest, MessageThatIsCutShortEndsTheConnection) {
+    openPeer();
+    expectClose(frame(0x82, envelope(1, 1, 0, 5) + "four"), 1002, ZYR_TRANSPORT_CLOSE_PROTOCOL);
+}
+
+TEST_F(WebSocketTest, MessageWithMoreThanItSaysEndsTheConnection) {
+    openPeer();
+    expectClose(frame(0x82, envelope(1, 1, 0, 3) + "four"), 1002, ZYR_TRANSPORT_CLOSE_PROTOCOL);
+}
+
+TEST_F(WebSocketTest, OversizedMessageEndsTheConnectionWithItsCode) {
+    m_left.getFeatures().m_maxMessageSize = 100;
+    openPeer();
+    expectClose(frame(0x82, envelope(1, 1, 0, 101) + std::string(101, 'a')), 1009, ZYR_TRANSPORT_CLOSE_TOO_BIG);
+    EXPECT_THAT(m_application->getMessages(),
+                ElementsAre("The connection with a local peer ends: the message is above the limit"));
+}
+
+TEST_F(WebSocketTest, EndWithoutFarewellIsALostConnection) {
+    openPeer();
+    writePeer(frame(0x82, envelope(1, 1, 0, 0)));
+    ::shutdown(m_peer, SHUT_WR);
+    ASSERT_TRUE(pump({&m_left}, [&] { return m_left.isClosed(); }));
+    EXPECT_EQ(m_left.m_messages.size(), 1u);
+    EXPECT_EQ(m_left.getState().m_closeReason, ZYR_TRANSPORT_CLOSE_LOST);
+}
+
+TEST_F(WebSocketTest, PingsGoOutInSilenceAndKeepTheConnection) {
+    m_left.getFeatures().m_pingInterval = 5;
+    openPeer();
+    ASSERT_TRUE(pump({&m_left}, [&] { return m_received.size() >= 4; }));
+    EXPECT_THAT(m_received, StartsWith(std::string("\x89\0\x89\0", 4)));
+    EXPECT_TRUE(m_left.isOpen());
+}
+
+TEST_F(WebSocketTest, PeerThatOnlyPingsAndNeverReadsIsNotListenedTo) {
+    openPeer();
+    const int peer = std::exchange(m_peer, -1);
+    const std::string pings = frame(0x89, std::string(100, 'p'));
+    ssize_t sent = 0;
+    for (int i = 0; i < 200000 && m_left.getState().m_queuedBytes < (64 << 10); i++) {
+        sent = ::send(peer, pings.data(), pings.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+        if (sent < 0 || i % 50 == 0) {
+            m_left.turn();
+        }
+    }
+    EXPECT_GE(m_left.getState().m_queuedBytes, 64u << 10);
+    EXPECT_LE(m_left.getState().m_queuedBytes, 2u << 20);
+    EXPECT_FALSE(m_left.getState().m_wantsRead);
+    m_peer = peer;
+}
+
+TEST_F(WebSocketTest, RequestsThatAreNoneAreRefused) {
+    expectRefusal("GET /live HTTP/1.1\r\nHost: a\r\n\r\n", "426", "a WebSocket is spoken at this path");
+    expectRefusal("GET /live HTTP/1.0\r\n\r\n", "426", "a WebSocket is spoken at this path");
+    std::string old = request();
+    old.replace(old.find("13"), 2, "12");
+    expectRefusal(old, "426", "the version of WebSocket is not 13");
+    std::string key = request();
+    key.replace(key.find(KEY), 3, "!!!");
+    expectRefusal(key, "400", "the key of the WebSocket is malformed");
+    expectRefusal(request("Sec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\r\n"), "400",
+                  "the key of the WebSocket is malformed");
+}
+
+TEST_F(WebSocketTest, OtherPathsAreMissing) {
+    connectPeer();
+    writePeer(request("", "/other"));
+    ASSERT_TRUE(pump({&m_left}, [&] { return m_received.find("\r\n\r\n") != std::string::npos; }));
+    EXPECT_THAT(m_received, StartsWith("HTTP/1.1 404 Not Found\r\n"));
+    EXPECT_FALSE(m_left.isOpen());
+}
+
+TEST_F(WebSocketTest, OriginsAreChecked) {
+    m_left.getFeatures().m_allowedOrigins.pushBack("https://page.example");
+    expectRefusal(request("Origin: https://evil.example\r\n"), "403", "the origin is not allowed");
+    EXPECT_STREQ(m_left.getState().m_origin.getData(), "https://evil.example");
+    expectRefusal(request("Origin: null\r\n"), "403", "the origin is not allowed");
+    m_left.m_socket = Ref<Socket>::adopt(new Socket);
+    connectPeer();
+    writePeer(request("Origin: https://page.example\r\n"));
+    EXPECT_TRUE(pump({&m_left}, [&] { return m_left.isOpen(); }));
+}
+
+TEST_F(WebSocketTest, SubprotocolIsTheServersFirstChoice) {
+    m_left.getFeatures().m_subprotocols.pushBack("second");
+    m_left.getFeatures().m_subprotocols.pushBack("first");
+    m_right.getFeatures().m_subprotocols.pushBack("first");
+    m_right.getFeatures().m_subprotocols.pushBack("second");
+    connect();
+    ASSERT_TRUE(pump({&m_left, &m_right}, [&] { return m_left.isOpen() && m_right.isOpen(); }));
+    EXPECT_STREQ(m_left.getState().m_subprotocol.getData(), "second");
+    EXPECT_STREQ(m_right.getState().m_subprotocol.getData(), "second");
+}
+
+TEST_F(WebSocketTest, NoSubprotocolInCommonIsRefused) {
+    m_left.getFeatures().m_subprotocols.pushBack("one");
+    expectRefusal(request(), "400", "no subprotocol in common");
+    expectRefusal(request("Sec-WebSocket-Protocol: two, three\r\n"), "400", "no subprotocol in common");
+}
+
+TEST_F(WebSocketTest, ClientTellsHowItWasRefused) {
+    m_right.getFeatures().m_webSocketPath = "/elsewhere";
+    connect();
+    ASSERT_TRUE(pump({&m_left, &m_right}, [&] { return m_right.isClosed(); }));
+    EXPECT_EQ(m_right.getState().m_closeReason, ZYR_TRANSPORT_CLOSE_REFUSED);
+    EXPECT_EQ(m_right.getState().m_closeCode, 404u);
+    EXPECT_STREQ(m_right.getState().m_closeText.getData(), "the server refuses the WebSocket with status 404");
+}
+
+TEST_F(WebSocketTest, ClientRefusesAWrongAccept) {
+    makePeer(m_right);
+    ASSERT_TRUE(m_client->initialize(m_right.m_socket.get()));
+    ASSERT_TRUE(pump({&m_right}, [&] { return m_received.find("\r\n\r\n") != std::string::npos; }));
+    EXPECT_THAT(m_received, StartsWith("GET /live?viewer=1 HTTP/1.1\r\nHost: desk.example\r\nUpgrade: websocket\r\n"));
+    EXPECT_THAT(m_received, Not(HasSubstr("Origin")));
+    writePeer("HTTP/1.1 101 Switching Protocols\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n"
+              "Sec-WebSocket-Accept: s3pPLMBiTxaQ9kYGzzhZRbK+xOo=\r\n\r\n");
+    ASSERT_TRUE(pump({&m_right}, [&] { return m_right.isClosed(); }));
+    EXPECT_EQ(m_right.getState().m_closeReason, ZYR_TRANSPORT_CLOSE_PROTOCOL);
+}
+
+TEST_F(WebSocketTest, ClientDoesNotWriteHeaderFieldsOfOthers) {
+    m_right.getFeatures().m_hostName = "a\r\nEvil: b";
+    makePeer(m_right);
+    EXPECT_FALSE(m_client->initialize(m_right.m_socket.get()));
+    EXPECT_THAT(m_application->getMessages(),
+                ElementsAre("Unable to initialize the transport: the WebSocket's path or a header field is malformed"));
+}
+
+} // namespace
+} // namespace zyr
