@@ -214,6 +214,69 @@ def makeLoadSeeds():
     return seeds
 
 
+def message(payload=b"", header=b"", announced=None, magic=b"zyrM", flags=0):
+    """A message of the transports' framing; what it announces can differ from what it has."""
+    header_size, size = announced or (len(header), len(payload))
+    return magic + struct.pack("<IIIQ", 7, 1, header_size | flags, size) + header + payload
+
+
+def frame(first, payload, mask=b"\1\2\3\4", size=None):
+    """A WebSocket frame of a client; mask None leaves it plain."""
+    size = len(payload) if size is None else size
+    masked = 0x80 if mask else 0
+    head = bytes([first, masked | size]) if size < 126 else \
+        bytes([first, masked | 126]) + struct.pack(">H", size) if size < 65536 else \
+        bytes([first, masked | 127]) + struct.pack(">Q", size)
+    return head + (mask or b"") + bytes(b ^ mask[i % 4] if mask else b for i, b in enumerate(payload))
+
+
+def request(fields=b"", line=b"GET /live HTTP/1.1"):
+    return line + b"\r\nHost: a\r\n" + fields + b"\r\n"
+
+
+# The first byte of a transport's seed chooses who listens, the second the size of the pieces, see fuzz_transport.cpp.
+UPGRADE = (b"Upgrade: websocket\r\nConnection: Upgrade\r\nSec-WebSocket-Version: 13\r\n"
+           b"Sec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\r\n")
+TRANSPORT = {
+    "frames-two": (0, 0, message(b"payload", b"header") + message()),
+    "frames-by-bytes": (0, 1, message(b"payload", b"header") + message(b"x")),
+    "frames-object": (0, 0, message(b"", b"no object", flags=1 << 31)),
+    "frames-too-big": (0, 0, message(announced=(0, 1 << 20))),
+    "frames-wrapped": (0, 0, message(announced=(16, (1 << 64) - 15))),
+    "frames-header-too-big": (0, 0, message(announced=(1001, 0))),
+    "frames-cut-short": (0, 0, message(b"four", announced=(0, 5))),
+    "frames-other": (0, 0, message(magic=b"GET ")),
+    "http-file": (1, 0, request(line=b"GET / HTTP/1.1") + request(line=b"HEAD /null?x HTTP/1.1")),
+    "http-by-bytes": (1, 1, request(b"A: b\r\n", b"GET /%6eull HTTP/1.0")),
+    "http-traversal": (1, 0, b"".join(request(line=b"GET " + path + b" HTTP/1.1") for path in (
+        b"/../etc/passwd", b"/%2e%2e/etc/passwd", b"/.hidden", b"//a", b"/fd/0"))),
+    "http-zero-byte": (1, 0, request(line=b"GET /a%00b HTTP/1.1")),
+    "http-body": (1, 0, request(b"Content-Length: 5\r\n", b"POST / HTTP/1.1") + b"body!"),
+    "http-folded": (1, 0, request(b"A: b\r\n c\r\n")),
+    "http-bare-newline": (1, 0, b"GET / HTTP/1.1\nHost: a\n\n"),
+    "http-too-long": (1, 0, request(b"A: " + b"b" * 3000 + b"\r\n")),
+    "http-many-fields": (1, 0, request(b"a:\r\n" * 101)),
+    "http-upgrade": (1, 0, request(UPGRADE) + frame(0x82, message(b"payload"))),
+    "http-upgrade-wrong-key": (1, 0, request(UPGRADE.replace(b"dGhl", b"!!!!"))),
+    "socket-message": (2, 0, frame(0x82, message(b"payload", b"header"))),
+    "socket-fragments": (2, 1, frame(0x02, message(b"payload")[:5]) + frame(0x89, b"ping") + frame(0x80, message(b"payload")[5:])),
+    "socket-long": (2, 0, frame(0x82, message(b"p" * 60000))),
+    "socket-close": (2, 0, frame(0x88, b"\3\xe8bye")),
+    "socket-close-code": (2, 0, frame(0x88, b"\0\1")),
+    "socket-text": (2, 0, frame(0x81, b"text")),
+    "socket-plain": (2, 0, frame(0x82, message(), mask=None)),
+    "socket-reserved": (2, 0, frame(0xf2, message())),
+    "socket-opcode": (2, 0, frame(0x83, b"")),
+    "socket-too-big": (2, 0, frame(0x82, message(announced=(0, 1 << 20)), size=1 << 40)),
+    "socket-ping-too-long": (2, 0, frame(0x89, b"p" * 126)),
+    "socket-continuation-first": (2, 0, frame(0x80, message())),
+    "client-refused": (3, 0, b"HTTP/1.1 403 Forbidden\r\nContent-Length: 0\r\n\r\n"),
+    "client-wrong-accept": (3, 0, b"HTTP/1.1 101 a\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n"
+                                  b"Sec-WebSocket-Accept: s3pPLMBiTxaQ9kYGzzhZRbK+xOo=\r\n\r\n"),
+    "client-no-status": (3, 3, b"HTTP/1.1 1x1 a\r\n\r\n"),
+}
+
+
 def write(name, seeds):
     directory = CORPUS / name
     directory.mkdir(parents=True, exist_ok=True)
@@ -228,6 +291,7 @@ write("documents", {name: bytes([reader]) + text for name, (reader, text) in DOC
 write("svg_path", SVG_PATH)
 write("layout", LAYOUT)
 write("text", TEXT)
+write("transport", {name: bytes([kind, size]) + data for name, (kind, size, data) in TRANSPORT.items()})
 write("compression", COMPRESSION)
 write("blocks", makeBlocksSeeds())
 write("load", makeLoadSeeds())
