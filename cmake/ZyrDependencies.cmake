@@ -8,6 +8,7 @@
 #   ZYR::yuv                                                  libyuv, pixel conversions
 #   ZYR::openssl  ZYR::wslay                                  TLS and WebSocket of the core module
 #   ZYR::cli11    ZYR::json    ZYR::png                       command line, JSON and PNG of the host
+#   ZYR::xcb                                                  X screens of the host
 #   GTest::gtest_main  GTest::gmock  ZYR::pugixml             with ZYR_BUILD_TESTS
 #   ZYR::vpx      ZYR::va      ZYR::drm                       with ZYR_BUILD_TESTS, for the VA driver of the tests
 #   benchmark::benchmark                                      with ZYR_BUILD_BENCH
@@ -79,6 +80,14 @@ zyr_pkg(json "nlohmann-json3-dev" nlohmann_json)
 zyr_pkg(cli11 "libcli11-dev" CLI11)
 zyr_pkg(png "libpng-dev" libpng)
 zyr_pkg(openssl "libssl-dev" "openssl>=3")
+# Without X the host does all but show live screens.
+set(zyrXcb xcb xcb-shm xcb-damage xcb-xfixes xcb-randr xcb-xtest)
+pkg_check_modules(zyr_found_xcb QUIET ${zyrXcb})
+if(zyr_found_xcb_FOUND)
+    zyr_pkg(xcb "libxcb-shm0-dev libxcb-damage0-dev libxcb-xfixes0-dev libxcb-randr0-dev libxcb-xtest0-dev" ${zyrXcb})
+else()
+    message(STATUS "No libxcb with its extensions: 'zyr-host serve' and 'zyr-host view' are left out")
+endif()
 
 # ---- libraries by their files ------------------------------------------------------------------------------------------
 # zyr_library(name "Debian package" header library [another file name]...): the target ZYR::<name>.

@@ -30,6 +30,7 @@ FLOORS = [
     ["picture"],
     ["plugin_ffmpeg", "plugin_blocks", "core_module", "picture_module"],
     ["host"],
+    ["host/live"],
 ]
 
 # Who sees whom on the same floor, and why.
@@ -76,6 +77,7 @@ LIBRARIES = {
     r"(CLI/|nlohmann/)": ["host", "core_module"],
     r"(openssl|wslay)/": ["core_module"],
     r"(pugixml\.hpp|png\.h)": ["host"],
+    r"xcb/": ["host/live"],
 }
 
 

@@ -113,7 +113,8 @@ runtimeOf() {
 
 tools=(ca-certificates cmake g++ gcc make ninja-build ccache pkg-config nasm xz-utils tar git file binutils)
 libraries=(libvpx-dev libva-dev libdrm-dev libx11-dev libxext-dev libxv-dev zlib1g-dev libssl-dev libpam0g-dev libsystemd-dev liblz4-dev libxxhash-dev
-    libyuv-dev libpng-dev libpugixml-dev libgtest-dev libgmock-dev libbenchmark-dev)
+    libyuv-dev libpng-dev libxcb1-dev libxcb-shm0-dev libxcb-damage0-dev libxcb-xfixes0-dev libxcb-randr0-dev
+    libxcb-xtest0-dev libpugixml-dev libgtest-dev libgmock-dev libbenchmark-dev)
 headers=(libcli11-dev nlohmann-json3-dev libwslay-dev)
 
 suffix=""

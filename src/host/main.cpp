@@ -1,6 +1,7 @@
 #include "host/zyr_command_line.h"
 #include "host/zyr_encoder_options.h"
 #include "host/zyr_framework_arguments.h"
+#include "host/zyr_live_arguments.h"
 #include "host/zyr_object_arguments.h"
 #include "host/zyr_plugin_guard.h"
 #include "host/zyr_video_source.h"
@@ -90,6 +91,7 @@ struct Program {
     PathOptions m_path;
     LayoutOptions m_layout;
     ObjectArguments m_object;
+    LiveArguments m_live;
     std::string m_size;
     std::string m_bitrate;
     std::vector<std::string> m_resizes;
@@ -109,6 +111,7 @@ struct Program {
         addPath();
         addLayout();
         m_object.add(m_app, m_result);
+        m_live.add(m_app, m_result);
     }
 
     void addInspect() {

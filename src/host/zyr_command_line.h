@@ -103,6 +103,48 @@ struct LayoutOptions {
     bool m_keepGoing = false;
 };
 
+struct ServeOptions {
+    FrameworkOptions m_framework;
+    std::string m_input;   ///< A video; empty: a screen.
+    std::string m_display; ///< For this and the next two empty: that of the environment, all of it.
+    std::string m_monitor;
+    std::string m_window;
+    bool m_demo = false;
+    bool m_viewOnly = false;
+    std::string m_codec = "auto";
+    unsigned m_quality = 60;
+    unsigned m_rate = 30;
+    std::string m_address = "127.0.0.1";
+    uint32_t m_port = 0;              ///< 0: any that is free.
+    bool m_insecurePlain = false;     ///< Without TLS.
+    std::string m_certificatePath;    ///< PEM; empty: one of our own.
+    std::string m_keyPath;            ///< PEM.
+    std::string m_tokenPath;          ///< Empty: a token is made.
+    std::vector<std::string> m_users; ///< Accounts that come in by their passwords.
+    std::vector<std::string> m_names; ///< By which the server is called, besides those that it finds.
+    std::string m_pageDirectory;      ///< Empty: found beside the program.
+    unsigned m_mostViewers = 32;
+};
+
+struct ViewOptions {
+    FrameworkOptions m_framework;
+    std::string m_address;
+    std::string m_user;        ///< Whose password the secret is; empty: it is the token.
+    std::string m_tokenPath;   ///< Empty: the token stands in the address.
+    std::string m_fingerprint; ///< Of the server's certificate.
+    std::string m_trustedPath; ///< Authorities, PEM; empty: the system's.
+    bool m_insecure = false;   ///< Any certificate will do.
+    bool m_window = true;
+    bool m_viewOnly = false;
+    uint64_t m_maxFrames = 0; ///< 0: until the server or the user ends it.
+    unsigned m_seconds = 0;   ///< The same.
+    std::string m_reportPath; ///< "-" is the standard output.
+    std::string m_picturePath;
+    std::string m_packetPath;
+};
+
+int runServe(const ServeOptions& p_options);
+int runView(const ViewOptions& p_options);
 int runInspect(const InspectOptions& p_options);
 int runDoctor(const DoctorOptions& p_options);
 int runStream(const StreamOptions& p_options);

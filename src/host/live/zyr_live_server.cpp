@@ -1,0 +1,433 @@
+#include "host/live/zyr_live_server.h"
+
+#include "host/live/zyr_live_identity.h"
+#include "host/zyr_interruption.h"
+#include "host/zyr_run_error.h"
+
+#include <algorithm>
+#include <cinttypes>
+#include <cstdio>
+#include <poll.h>
+
+namespace zyr::host {
+
+namespace {
+
+constexpr const char* WEB_SOCKET_PATH = "/live";
+constexpr const char* SECURITY_POLICY = "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self' blob: "
+                                        "data:; connect-src 'self'; base-uri 'none'; form-action 'none'; "
+                                        "frame-ancestors 'none'";
+constexpr uint32_t HANDSHAKE_MILLIS = 10'000;
+constexpr uint32_t IDLE_MILLIS = 30'000;
+constexpr uint32_t PING_MILLIS = 10'000;
+constexpr uint64_t HELLO_TIME = 10'000'000;
+constexpr uint64_t BETWEEN_TICKS = 100'000;
+constexpr uint64_t BETWEEN_STATISTICS = 1'000'000;
+/// Connections of one address that have not told the secret yet.
+constexpr unsigned MOST_STRANGERS = 16;
+/// Bytes that the kernel holds back at most: what waits there cannot be dropped any more.
+constexpr uint32_t UNSENT_LIMIT = 128 * 1024;
+constexpr uint64_t BETWEEN_CLIPBOARDS = 200'000;
+
+std::string hostOf(const std::string& p_address) {
+    return p_address.substr(0, p_address.rfind(':'));
+}
+
+} // namespace
+
+LiveServer::LiveServer(const LiveServerOptions& p_options, PictureLoop& p_pictures, ScreenControl& p_control,
+                       const LiveCodecs& p_codecs)
+    : m_options(p_options), m_pictures(p_pictures), m_control(p_control), m_codecs(p_codecs), m_listener(new Socket) {
+    if (!m_listener->listenTcp(String(p_options.m_address), p_options.m_port)) {
+        throw RunError("cannot listen at " + p_options.m_address + ":" + std::to_string(p_options.m_port) +
+                       " (see the log)");
+    }
+    const bool isSecure = !p_options.m_certificatePath.empty();
+    const std::vector<std::string> hosts = makeHosts(p_options.m_names, getPort(), isSecure);
+    for (const std::string& host : hosts) {
+        m_features.m_allowedHosts.pushBack(String(host));
+    }
+    for (const std::string& origin : makeOrigins(hosts, isSecure)) {
+        m_features.m_allowedOrigins.pushBack(String(origin));
+    }
+    m_features.m_handshakeTimeout = HANDSHAKE_MILLIS;
+    m_features.m_idleTimeout = IDLE_MILLIS;
+    m_features.m_pingInterval = PING_MILLIS;
+    m_features.m_maxHeaderSize = 4096;
+    m_features.m_contentSecurityPolicy = SECURITY_POLICY;
+}
+
+LiveServer::~LiveServer() = default;
+
+void LiveServer::run() {
+    while (getInterruption() == 0 && !m_ended) {
+        turn();
+    }
+    for (auto& [id, guest] : m_guests) {
+        guest.m_link->refuse(LiveRefusal::ENDING, "the server ends");
+        guest.m_link->iterate();
+    }
+    if (!m_failure.empty()) {
+        throw RunError(m_failure);
+    }
+}
+
+void LiveServer::turn() {
+    wait();
+    acceptAll();
+    takeNews();
+    takeClipboard();
+    const uint64_t now = getLiveTime();
+    for (auto it = m_guests.begin(); it != m_guests.end();) {
+        const auto guest = it++;
+        serve(guest->second, now);
+        if (guest->second.m_link->isClosed()) {
+            remove(guest);
+        }
+    }
+    if (now - m_tickTime >= BETWEEN_TICKS) {
+        m_tickTime = now;
+        tick(now);
+    }
+    refreshDemand();
+}
+
+uint64_t LiveServer::findPatience(uint64_t p_now) const {
+    uint64_t patience = 1'000'000;
+    for (const auto& [id, guest] : m_guests) {
+        const bool isWatched = guest.m_link->m_state != ViewerLink::State::VIEWING || guest.m_link->getLane() > 0 ||
+                               !guest.m_link->hasCredit(m_pictures.getInterval(guest.m_link->getLane()));
+        patience = std::min<uint64_t>(patience, isWatched ? BETWEEN_TICKS : patience);
+        const int64_t deadline = guest.m_link->getSocket().getState().m_deadline;
+        const int64_t left = deadline / 1000 - int64_t(p_now);
+        patience = deadline == 0 ? patience : std::min<uint64_t>(patience, uint64_t(std::max<int64_t>(left, 0)));
+    }
+    return patience;
+}
+
+void LiveServer::wait() {
+    std::vector<pollfd> waits{{m_listener->getDescriptor(), POLLIN, 0},
+                              {m_pictures.getDescriptor(), POLLIN, 0},
+                              {m_control.getDescriptor(), POLLIN, 0}};
+    for (const auto& [id, guest] : m_guests) {
+        waits.push_back({guest.m_link->getSocket().getDescriptor(), guest.m_link->getPollEvents(), 0});
+    }
+    poll(waits.data(), waits.size(), int((findPatience(getLiveTime()) + 999) / 1000));
+}
+
+bool LiveServer::isCrowded(const std::string& p_peer) const {
+    unsigned strangers = 0;
+    for (const auto& [id, guest] : m_guests) {
+        const bool isStranger = guest.m_link->m_state != ViewerLink::State::VIEWING;
+        strangers += isStranger && hostOf(guest.m_peer) == hostOf(p_peer) ? 1 : 0;
+    }
+    return strangers >= MOST_STRANGERS || m_guests.size() >= size_t(m_options.m_mostViewers) + MOST_STRANGERS;
+}
+
+void LiveServer::acceptAll() {
+    for (;;) {
+        CountedHandle<Socket> socket(new Socket);
+        if (!m_listener->acceptConnection(*socket)) {
+            return;
+        }
+        const std::string peer = toText(socket->getPeerAddress());
+        if (isCrowded(peer)) {
+            fprintf(stderr, "zyr-host: %s turned away, too many connections\n", peer.c_str());
+            continue;
+        }
+        socket->setUnsentLimit(UNSENT_LIMIT);
+        ObjectHandle<IServerTransport> transport(zyr_createInterfaceObject<IServerTransport>());
+        transport->setFeatures(m_features);
+        transport->setHttpsDocumentRoot(String(m_options.m_pageDirectory), String("index.html"));
+        transport->setWebSocketPath(String(WEB_SOCKET_PATH));
+        const bool begun = m_options.m_certificatePath.empty()
+                               ? transport->initialize(socket.get())
+                               : transport->initializeSecure(socket.get(), String(m_options.m_certificatePath),
+                                                             String(m_options.m_keyPath));
+        if (begun) {
+            const uint32_t id = ++m_lastId;
+            Guest& guest = m_guests[id];
+            guest.m_link = std::make_unique<ViewerLink>(id, std::move(socket), std::move(transport));
+            guest.m_peer = peer;
+        }
+    }
+}
+
+void LiveServer::serve(Guest& p_guest, uint64_t p_now) {
+    ViewerLink& link = *p_guest.m_link;
+    link.iterate();
+    while (const CountedHandle<DataMessage> message = link.receive()) {
+        take(p_guest, *message, p_now);
+    }
+    if (link.m_state == ViewerLink::State::CHECKING) {
+        settle(p_guest);
+    }
+    const bool isOpen = link.getSocket().getState().m_phase == ZYR_TRANSPORT_OPEN;
+    link.m_since = isOpen || link.m_state != ViewerLink::State::WAITING ? link.m_since : p_now;
+    if (link.m_state == ViewerLink::State::WAITING && isOpen && p_now > link.m_since + HELLO_TIME) {
+        link.refuse(LiveRefusal::TOO_LATE, "nothing was said");
+    }
+    link.iterate();
+}
+
+void LiveServer::take(Guest& p_guest, const DataMessage& p_message, uint64_t p_now) {
+    ViewerLink& link = *p_guest.m_link;
+    if (link.m_state == ViewerLink::State::ENDING) {
+        return;
+    }
+    if (link.isTooFast(p_now)) {
+        link.refuse(LiveRefusal::TOO_FAST, "too many messages");
+        return;
+    }
+    const LiveReader reader(p_message.getHeader(), p_message.getHeaderSize());
+    if (link.m_state == ViewerLink::State::WAITING && p_message.getType() == uint32_t(LiveMessage::HELLO)) {
+        takeHello(p_guest, reader);
+    } else if (link.m_state != ViewerLink::State::VIEWING || !takeFromViewer(p_guest, p_message, p_now)) {
+        link.refuse(LiveRefusal::BROKEN_MESSAGE, "a message that is not understood");
+    }
+}
+
+void LiveServer::takeHello(Guest& p_guest, const LiveReader& p_reader) {
+    ViewerLink& link = *p_guest.m_link;
+    LiveHello hello;
+    if (!hello.read(p_reader)) {
+        link.refuse(LiveRefusal::BROKEN_MESSAGE, "a message that is not understood");
+        return;
+    }
+    if (hello.m_version != LIVE_VERSION) {
+        link.refuse(LiveRefusal::ANOTHER_VERSION, "another version of the protocol");
+        return;
+    }
+    link.m_codecs = hello.m_codecs & m_codecs.getCodecs();
+    link.m_wantsControl = (hello.m_flags & LiveHello::WANTS_CONTROL) != 0;
+    link.m_state = ViewerLink::State::CHECKING;
+    p_guest.m_account = hello.m_user;
+    p_guest.m_check.begin(m_options.m_access, hello);
+}
+
+size_t LiveServer::countViewers() const {
+    return size_t(std::count_if(m_guests.begin(), m_guests.end(), [](const auto& p_guest) {
+        return p_guest.second.m_link->m_state == ViewerLink::State::VIEWING;
+    }));
+}
+
+void LiveServer::settle(Guest& p_guest) {
+    ViewerLink& link = *p_guest.m_link;
+    if (!p_guest.m_check.isDone()) {
+        return;
+    }
+    if (!p_guest.m_check.isGranted()) {
+        fprintf(stderr, "zyr-host: %s refused, wrong secret\n", p_guest.m_peer.c_str());
+        link.refuse(LiveRefusal::WRONG_SECRET, "the token or password is wrong");
+        return;
+    }
+    uint8_t shared = link.m_codecs;
+    for (const auto& [id, other] : m_guests) {
+        shared &= other.m_link->m_state == ViewerLink::State::VIEWING ? other.m_link->m_codecs : UINT8_MAX;
+    }
+    if (countViewers() >= m_options.m_mostViewers) {
+        link.refuse(LiveRefusal::TOO_MANY, "too many look on already");
+    } else if (shared == 0) {
+        link.refuse(LiveRefusal::NO_COMMON_CODEC, "there is no codec that all viewers know");
+    } else {
+        welcome(p_guest);
+    }
+}
+
+void LiveServer::welcome(Guest& p_guest) {
+    ViewerLink& link = *p_guest.m_link;
+    link.m_state = ViewerLink::State::VIEWING;
+    fprintf(stderr, "zyr-host: %s looks on%s%s\n", p_guest.m_peer.c_str(), p_guest.m_account.empty() ? "" : " as ",
+            p_guest.m_account.c_str());
+    LiveWelcome welcome;
+    welcome.m_viewer = link.getId();
+    welcome.m_flags = m_control.isPossible() ? LiveWelcome::CLIPBOARD : LiveWelcome::VIEW_ONLY;
+    link.send(LiveMessage::WELCOME, welcome.write());
+    sendCursor(link);
+    if (link.m_wantsControl && m_control.getController() == ScreenControl::NOBODY) {
+        takeControl(link.getId(), true);
+    } else {
+        tellControl();
+    }
+}
+
+bool LiveServer::takeFromViewer(Guest& p_guest, const DataMessage& p_message, uint64_t p_now) {
+    ViewerLink& link = *p_guest.m_link;
+    LiveReader reader(p_message.getHeader(), p_message.getHeaderSize());
+    const auto type = LiveMessage(p_message.getType());
+    const bool steers = m_control.isPossible() && m_control.getController() == link.getId();
+    LiveAcknowledge acknowledge;
+    int32_t x = 0;
+    int32_t y = 0;
+    switch (type) {
+    case LiveMessage::ACKNOWLEDGE:
+        // One that does not fit is of a frame before a change of lanes.
+        return acknowledge.read(reader) && (link.noteDrawn(acknowledge, p_now) || true);
+    case LiveMessage::NEED_KEY:
+        link.forgetFrames();
+        return true;
+    case LiveMessage::POINTER:
+    case LiveMessage::WHEEL:
+    case LiveMessage::KEY:
+    case LiveMessage::RELEASE_ALL:
+        m_pictures.getOrigin(x, y);
+        return !steers || m_control.take(type, reader, x, y, p_now); // What comes after a loss of control is too late.
+    case LiveMessage::CONTROL:
+        takeControl(link.getId(), reader.take<uint8_t>() != 0);
+        return reader.isGood();
+    case LiveMessage::PING:
+        link.send(LiveMessage::PONG, LiveWriter().add(reader.take<uint64_t>()).add(p_now).getBytes());
+        return reader.isGood();
+    case LiveMessage::CLIPBOARD_SET:
+        if (p_message.getPayloadSize() > LARGEST_CLIPBOARD) {
+            return false;
+        }
+        if (steers) {
+            m_control.offerClipboard(
+                std::string(reinterpret_cast<const char*>(p_message.getPayload()), size_t(p_message.getPayloadSize())));
+        }
+        return true;
+    case LiveMessage::CLIPBOARD_GET:
+        if (steers && p_now - link.m_clipboardTime >= BETWEEN_CLIPBOARDS) {
+            link.m_clipboardTime = p_now;
+            link.m_wantsClipboard = true;
+            m_control.requestClipboard();
+        }
+        return true;
+    default:
+        return false;
+    }
+}
+
+void LiveServer::takeControl(uint32_t p_viewer, bool p_wants) {
+    if (m_control.isPossible() && (p_wants || m_control.getController() == p_viewer)) {
+        m_control.give(p_wants ? p_viewer : ScreenControl::NOBODY);
+    }
+    tellControl();
+}
+
+void LiveServer::tellControl() {
+    const uint32_t controller = m_control.getController();
+    for (auto& [id, guest] : m_guests) {
+        if (guest.m_link->m_state == ViewerLink::State::VIEWING) {
+            const LiveControl control = !m_control.isPossible()               ? LiveControl::VIEW_ONLY
+                                        : controller == id                    ? LiveControl::YOURS
+                                        : controller == ScreenControl::NOBODY ? LiveControl::FREE
+                                                                              : LiveControl::ANOTHERS;
+            guest.m_link->send(LiveMessage::CONTROL_STATE, {uint8_t(control)});
+        }
+    }
+}
+
+void LiveServer::sendCursor(ViewerLink& p_link) {
+    if (m_cursor && p_link.m_state == ViewerLink::State::VIEWING) {
+        const LiveCursor cursor{m_cursor->m_width, m_cursor->m_height, m_cursor->m_hotX, m_cursor->m_hotY};
+        p_link.send(LiveMessage::CURSOR, cursor.write(), m_cursor->m_pixels.data(), m_cursor->m_pixels.size());
+    }
+}
+
+void LiveServer::takeNews() {
+    PictureNews news;
+    while (m_pictures.take(news)) {
+        const uint64_t now = getLiveTime();
+        m_ended = m_ended || news.m_ended;
+        m_failure = news.m_ended ? news.m_failure : m_failure;
+        m_cursor = news.m_cursor ? news.m_cursor : m_cursor;
+        for (auto& [id, guest] : m_guests) {
+            ViewerLink& link = *guest.m_link;
+            if (news.m_frame && news.m_frame->m_lane == link.getLane()) {
+                link.sendFrame(news.m_frame, m_pictures.getInterval(link.getLane()), now);
+            }
+            if (news.m_cursor) {
+                sendCursor(link);
+            }
+            if (news.m_pointer && link.m_state == ViewerLink::State::VIEWING) {
+                link.send(LiveMessage::POINTER_AT,
+                          LiveWriter().add(news.m_pointer->first).add(news.m_pointer->second).getBytes());
+            }
+        }
+        if (news.m_frame) {
+            m_demandsMet[news.m_frame->m_lane] = true;
+        }
+        news = PictureNews();
+    }
+}
+
+void LiveServer::takeClipboard() {
+    std::string text;
+    if (!m_control.updateClipboard(text)) {
+        return;
+    }
+    for (auto& [id, guest] : m_guests) {
+        if (guest.m_link->m_wantsClipboard && id == m_control.getController()) {
+            guest.m_link->send(LiveMessage::CLIPBOARD, {}, text.data(), text.size());
+        }
+        guest.m_link->m_wantsClipboard = false;
+    }
+}
+
+void LiveServer::refreshDemand() {
+    std::array<LaneDemand, ViewerPace::NUM_OF_LANES> demands;
+    for (const auto& [id, guest] : m_guests) {
+        const ViewerLink& link = *guest.m_link;
+        if (link.m_state != ViewerLink::State::VIEWING) {
+            continue;
+        }
+        LaneDemand& demand = demands[link.getLane()];
+        demand.m_allowed = demand.m_allowed == 0 ? link.m_codecs : demand.m_allowed & link.m_codecs;
+        if (link.hasCredit(m_pictures.getInterval(link.getLane()))) {
+            demand.m_wanted = true;
+            demand.m_missing |= link.getMissing();
+        }
+    }
+    for (unsigned i = 0; i < demands.size(); i++) {
+        const LaneDemand& old = m_demands[i];
+        const bool isSame = demands[i].m_wanted == old.m_wanted && demands[i].m_missing == old.m_missing &&
+                            demands[i].m_allowed == old.m_allowed;
+        if (!isSame || m_demandsMet[i]) {
+            m_pictures.setDemand(i, demands[i]);
+        }
+        m_demandsMet[i] = false;
+    }
+    m_demands = demands;
+}
+
+void LiveServer::tick(uint64_t p_now) {
+    m_control.watch(p_now);
+    const bool isStatisticsTime = p_now - m_statisticsTime >= BETWEEN_STATISTICS;
+    m_statisticsTime = isStatisticsTime ? p_now : m_statisticsTime;
+    const auto viewers = uint16_t(countViewers());
+    for (auto& [id, guest] : m_guests) {
+        ViewerLink& link = *guest.m_link;
+        if (link.m_state != ViewerLink::State::VIEWING) {
+            continue;
+        }
+        link.pace(m_pictures.getInterval(link.getLane()), p_now);
+        if (isStatisticsTime) {
+            LiveStatistics statistics = link.takeStatistics(m_pictures.getInterval(link.getLane()), p_now);
+            statistics.m_viewers = viewers;
+            link.send(LiveMessage::STATISTICS, statistics.write());
+        }
+    }
+}
+
+void LiveServer::remove(Guests::iterator p_guest) {
+    const ViewerLink& link = *p_guest->second.m_link;
+    const TransportState& state = link.getSocket().getState();
+    // Those who took nothing but the page are not worth a line.
+    const bool hasPageOnly = !state.m_isWebSocket && (state.m_closeReason == ZYR_TRANSPORT_CLOSE_HTTP_DONE ||
+                                                      state.m_closeReason == ZYR_TRANSPORT_CLOSE_PEER ||
+                                                      state.m_closeReason == ZYR_TRANSPORT_CLOSE_HANDSHAKE_TIMEOUT);
+    if (!hasPageOnly) {
+        fprintf(stderr, "zyr-host: %s left after %" PRIu64 " s, %" PRIu64 " frames: %s\n",
+                p_guest->second.m_peer.c_str(), (getLiveTime() - link.m_since) / 1'000'000, link.getFrames(),
+                toText(state.m_closeText).c_str());
+    }
+    const uint32_t id = p_guest->first;
+    m_guests.erase(p_guest);
+    if (m_control.getController() == id) {
+        takeControl(id, false);
+    }
+}
+
+} // namespace zyr::host

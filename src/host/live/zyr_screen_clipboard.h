@@ -1,0 +1,43 @@
+/// The clipboard of an X screen, as text.
+#pragma once
+
+#include "host/live/zyr_screen_connection.h"
+
+#include <cstdint>
+#include <string>
+
+namespace zyr::host {
+
+/// Reads the clipboard when asked, and offers a text of its own when told to. One thread, which calls update() when the
+/// descriptor is readable.
+class ScreenClipboard {
+public:
+    /// Throws RunError.
+    ScreenClipboard(const std::string& p_display, size_t p_largest);
+
+    int getDescriptor() const { return m_connection.getDescriptor(); }
+
+    /// Asks the clipboard's owner for its text, which update() gives when it comes.
+    void request();
+
+    /// Becomes the clipboard's owner. What is longer than the limit is refused: false.
+    bool offer(const std::string& p_text);
+
+    /// Serves whoever asks for the offered text. True when a requested text has come.
+    bool update(std::string& p_text);
+
+private:
+    void answer(const xcb_selection_request_event_t& p_request);
+    bool receive(const xcb_selection_notify_event_t& p_notice, std::string& p_text);
+
+    ScreenConnection m_connection;
+    size_t m_largest;
+    xcb_window_t m_window;
+    xcb_atom_t m_clipboard;
+    xcb_atom_t m_utf8;
+    xcb_atom_t m_targets;
+    xcb_atom_t m_property;
+    std::string m_offered;
+};
+
+} // namespace zyr::host

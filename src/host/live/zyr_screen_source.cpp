@@ -1,0 +1,209 @@
+#include "host/live/zyr_live_source.h"
+#include "host/live/zyr_screen_connection.h"
+#include "host/live/zyr_screen_grabber.h"
+#include "host/zyr_run_error.h"
+
+#include <xcb/damage.h>
+#include <xcb/randr.h>
+#include <xcb/xfixes.h>
+
+#include <algorithm>
+
+namespace zyr::host {
+
+namespace {
+
+class ScreenSource : public LiveSource {
+public:
+    explicit ScreenSource(const ScreenChoice& p_choice);
+    ~ScreenSource() override { xcb_damage_destroy(m_connection.get(), m_damage); }
+
+    int getDescriptor() const override { return m_connection.getDescriptor(); }
+    bool update() override;
+    bool grab(PictureBuffer& p_picture) override;
+    bool takeCursor(CursorPicture& p_cursor) override;
+    bool findPointer(int32_t& p_x, int32_t& p_y) override;
+    void getOrigin(int32_t& p_x, int32_t& p_y) const override {
+        p_x = m_origin.m_x;
+        p_y = m_origin.m_y;
+    }
+    bool hasEnded() const override { return m_ended; }
+
+private:
+    void watch();
+    void findArea();
+    void note(const xcb_generic_event_t& p_event);
+
+    ScreenChoice m_choice;
+    ScreenConnection m_connection;
+    ScreenGrabber m_grabber;
+    xcb_drawable_t m_drawable;
+    xcb_damage_damage_t m_damage = XCB_NONE;
+    uint8_t m_damageEvents;
+    uint8_t m_fixesEvents;
+    uint8_t m_randrEvents;
+    ScreenArea m_area;   ///< In the drawable.
+    ScreenArea m_origin; ///< On the screen.
+    bool m_hasNews = true;
+    bool m_hasMoved = true; ///< The area is to be looked up again.
+    bool m_hasCursor = true;
+    bool m_ended = false;
+};
+
+ScreenSource::ScreenSource(const ScreenChoice& p_choice)
+    : m_choice(p_choice),
+      m_connection(p_choice.m_display),
+      m_grabber(m_connection),
+      m_drawable(m_connection.getRoot()),
+      m_damageEvents(m_connection.findExtension(&xcb_damage_id, "DAMAGE")),
+      m_fixesEvents(m_connection.findExtension(&xcb_xfixes_id, "XFIXES")),
+      m_randrEvents(m_connection.findExtension(&xcb_randr_id, "RANDR")) {
+    if (!m_connection.hasWordPixels(m_connection.getScreen().root_depth)) {
+        throw RunError("the screen's pixels are not of 32 bits: a depth of " +
+                       std::to_string(m_connection.getScreen().root_depth) + " cannot be shown");
+    }
+    if (!p_choice.m_window.empty()) {
+        m_drawable = findWindow(m_connection, p_choice.m_window);
+    }
+    watch();
+    findArea();
+}
+
+void ScreenSource::watch() {
+    xcb_connection_t* c = m_connection.get();
+    // Each extension answers those only who tell their version first.
+    ReplyHandle<xcb_xfixes_query_version_reply_t>(
+        xcb_xfixes_query_version_reply(c, xcb_xfixes_query_version(c, 5, 0), nullptr));
+    ReplyHandle<xcb_damage_query_version_reply_t>(
+        xcb_damage_query_version_reply(c, xcb_damage_query_version(c, 1, 1), nullptr));
+    ReplyHandle<xcb_randr_query_version_reply_t>(
+        xcb_randr_query_version_reply(c, xcb_randr_query_version(c, 1, 5), nullptr));
+    m_damage = xcb_generate_id(c);
+    xcb_damage_create(c, m_damage, m_drawable, XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY);
+    xcb_xfixes_select_cursor_input(c, m_connection.getRoot(), XCB_XFIXES_CURSOR_NOTIFY_MASK_DISPLAY_CURSOR);
+    xcb_randr_select_input(c, m_connection.getRoot(),
+                           XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE);
+    const uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(c, m_drawable, XCB_CW_EVENT_MASK, &mask);
+    m_connection.flush();
+}
+
+void ScreenSource::findArea() {
+    m_hasMoved = false;
+    xcb_connection_t* c = m_connection.get();
+    const ReplyHandle<xcb_get_geometry_reply_t> geometry(
+        xcb_get_geometry_reply(c, xcb_get_geometry(c, m_drawable), nullptr));
+    if (!geometry) {
+        m_ended = true;
+        return;
+    }
+    m_area = ScreenArea{0, 0, geometry->width, geometry->height};
+    m_origin = m_area;
+    if (!m_choice.m_window.empty()) {
+        const ReplyHandle<xcb_translate_coordinates_reply_t> place(xcb_translate_coordinates_reply(
+            c, xcb_translate_coordinates(c, m_drawable, m_connection.getRoot(), 0, 0), nullptr));
+        m_origin.m_x = place ? place->dst_x : 0;
+        m_origin.m_y = place ? place->dst_y : 0;
+        // Only what lies on the screen can be read.
+        const xcb_screen_t& screen = m_connection.getScreen();
+        const int left = std::max(0, -m_origin.m_x);
+        const int top = std::max(0, -m_origin.m_y);
+        const int right = std::min(int(m_area.m_width), int(screen.width_in_pixels) - m_origin.m_x);
+        const int bottom = std::min(int(m_area.m_height), int(screen.height_in_pixels) - m_origin.m_y);
+        m_area = ScreenArea{left, top, uint32_t(std::max(0, right - left)), uint32_t(std::max(0, bottom - top))};
+        m_origin.m_x += left;
+        m_origin.m_y += top;
+    } else if (!m_choice.m_monitor.empty()) {
+        try {
+            m_area = findMonitor(m_connection, m_choice.m_monitor);
+            m_origin = m_area;
+        } catch (const RunError&) {
+            m_ended = true; // It was unplugged.
+        }
+    }
+}
+
+void ScreenSource::note(const xcb_generic_event_t& p_event) {
+    const uint8_t type = p_event.response_type & 0x7F;
+    if (type == m_damageEvents + XCB_DAMAGE_NOTIFY) {
+        m_hasNews = true;
+    } else if (type == m_fixesEvents + XCB_XFIXES_CURSOR_NOTIFY) {
+        m_hasCursor = true;
+    } else if (type == m_randrEvents + XCB_RANDR_SCREEN_CHANGE_NOTIFY || type == m_randrEvents + XCB_RANDR_NOTIFY ||
+               type == XCB_CONFIGURE_NOTIFY || type == XCB_MAP_NOTIFY) {
+        m_hasMoved = true;
+        m_hasNews = true;
+    } else if (type == XCB_DESTROY_NOTIFY) {
+        m_ended = true;
+    }
+}
+
+bool ScreenSource::update() {
+    while (const ReplyHandle<xcb_generic_event_t> event{xcb_poll_for_event(m_connection.get())}) {
+        note(*event);
+    }
+    if (!m_connection.isAlive()) {
+        throw RunError("the X server has gone");
+    }
+    return m_hasNews && !m_ended;
+}
+
+bool ScreenSource::grab(PictureBuffer& p_picture) {
+    if (m_hasMoved) {
+        findArea();
+    }
+    // Before the picture is taken: what is painted meanwhile must show up as damage again.
+    m_hasNews = false;
+    xcb_damage_subtract(m_connection.get(), m_damage, XCB_NONE, XCB_NONE);
+    if (m_ended || m_grabber.grab(m_drawable, m_area, p_picture)) {
+        return !m_ended;
+    }
+    m_hasMoved = true; // The size has changed under our hands; the event is on its way.
+    return false;
+}
+
+bool ScreenSource::takeCursor(CursorPicture& p_cursor) {
+    if (!m_hasCursor) {
+        return false;
+    }
+    m_hasCursor = false;
+    xcb_connection_t* c = m_connection.get();
+    const ReplyHandle<xcb_xfixes_get_cursor_image_reply_t> image(
+        xcb_xfixes_get_cursor_image_reply(c, xcb_xfixes_get_cursor_image(c), nullptr));
+    if (!image) {
+        return false;
+    }
+    p_cursor = CursorPicture{image->width, image->height, image->xhot, image->yhot, {}};
+    const uint32_t* pixels = xcb_xfixes_get_cursor_image_cursor_image(image.get());
+    const int count = xcb_xfixes_get_cursor_image_cursor_image_length(image.get());
+    p_cursor.m_pixels.reserve(size_t(count) * 4);
+    for (int i = 0; i < count; i++) {
+        const uint32_t alpha = pixels[i] >> 24;
+        for (const unsigned shift : {16u, 8u, 0u}) {
+            const uint32_t sample = pixels[i] >> shift & 255;
+            p_cursor.m_pixels.push_back(uint8_t(alpha == 0 ? 0 : std::min<uint32_t>(255, sample * 255 / alpha)));
+        }
+        p_cursor.m_pixels.push_back(uint8_t(alpha));
+    }
+    return true;
+}
+
+bool ScreenSource::findPointer(int32_t& p_x, int32_t& p_y) {
+    xcb_connection_t* c = m_connection.get();
+    const ReplyHandle<xcb_query_pointer_reply_t> pointer(
+        xcb_query_pointer_reply(c, xcb_query_pointer(c, m_connection.getRoot()), nullptr));
+    if (!pointer) {
+        return false;
+    }
+    p_x = pointer->root_x - m_origin.m_x;
+    p_y = pointer->root_y - m_origin.m_y;
+    return p_x >= 0 && p_y >= 0 && p_x < int32_t(m_area.m_width) && p_y < int32_t(m_area.m_height);
+}
+
+} // namespace
+
+std::unique_ptr<LiveSource> openScreenSource(const ScreenChoice& p_choice) {
+    return std::make_unique<ScreenSource>(p_choice);
+}
+
+} // namespace zyr::host

@@ -1,0 +1,184 @@
+#include "host/live/zyr_codec_choice.h"
+#include "host/live/zyr_credit_window.h"
+#include "host/live/zyr_viewer_pace.h"
+
+#include <gtest/gtest.h>
+
+namespace zyr::host {
+
+namespace {
+
+constexpr uint64_t INTERVAL = 33'333;
+constexpr uint64_t SECOND = 1'000'000;
+
+/// Seconds of pictures for a viewer, each of them waiting or not.
+unsigned passSeconds(ViewerPace& p_pace, unsigned p_seconds, bool p_isCongested, uint64_t& p_time) {
+    for (const uint64_t end = p_time + p_seconds * SECOND; p_time < end; p_time += 50'000) {
+        p_pace.notePicture(!p_isCongested, p_isCongested ? 400'000 : 0, 20'000, p_time);
+    }
+    return p_pace.getLane();
+}
+
+/// Pictures until the viewer is in a lane; gives how long that took.
+uint64_t passUntil(ViewerPace& p_pace, unsigned p_lane, bool p_isCongested, uint64_t& p_time) {
+    const uint64_t start = p_time;
+    for (; p_pace.getLane() != p_lane && p_time < start + 100 * SECOND; p_time += 50'000) {
+        p_pace.notePicture(!p_isCongested, p_isCongested ? 400'000 : 0, 20'000, p_time);
+    }
+    return p_time - start;
+}
+
+void passFrames(CodecChoice& p_choice, unsigned p_count, LiveCodec p_codec, uint64_t p_bytes, uint64_t& p_time) {
+    for (unsigned i = 0; i < p_count; i++, p_time += INTERVAL) {
+        p_choice.noteFrame(p_codec, false, p_bytes, 100'000, p_time);
+    }
+}
+
+} // namespace
+
+TEST(CreditWindow, HasRoomForOneFrameBeforeTheFirstIsDrawn) {
+    CreditWindow window;
+    EXPECT_TRUE(window.hasCredit(INTERVAL));
+    window.noteSent(1, 1000);
+    EXPECT_FALSE(window.hasCredit(INTERVAL));
+}
+
+TEST(CreditWindow, GrowsWithTheRoundTripUpToFour) {
+    for (const auto& [roundTrip, size] :
+         {std::pair<uint64_t, unsigned>{1'000, 2}, {30'000, 2}, {40'000, 3}, {70'000, 4}, {2'000'000, 4}}) {
+        CreditWindow window;
+        window.noteSent(1, 1000);
+        ASSERT_TRUE(window.noteDrawn(1, 1000 + roundTrip));
+        EXPECT_EQ(window.getSize(INTERVAL), size) << roundTrip;
+        EXPECT_EQ(window.getRoundTrip(), roundTrip);
+    }
+}
+
+TEST(CreditWindow, TakesADrawnFrameForAllBeforeIt) {
+    CreditWindow window;
+    window.noteSent(1, 1000);
+    window.noteSent(2, 2000);
+    window.noteSent(3, 3000);
+    EXPECT_TRUE(window.noteDrawn(2, 4000));
+    EXPECT_EQ(window.getInFlight(), 1u);
+    EXPECT_EQ(window.getOldestAge(5000), 2000u);
+}
+
+TEST(CreditWindow, RefusesFramesThatWereNotSent) {
+    CreditWindow window;
+    window.noteSent(1, 1000);
+    EXPECT_FALSE(window.noteDrawn(2, 2000));
+    EXPECT_TRUE(window.noteDrawn(1, 2000));
+    EXPECT_FALSE(window.noteDrawn(1, 3000));
+    EXPECT_EQ(window.getInFlight(), 0u);
+}
+
+TEST(CreditWindow, ForgetsAShortRoundTripThatIsNoLongerSeen) {
+    CreditWindow window;
+    uint64_t time = 1000;
+    window.noteSent(1, time);
+    window.noteDrawn(1, time + 1000);
+    for (uint32_t i = 2; i < 20; i++) {
+        time += SECOND;
+        window.noteSent(i, time);
+        window.noteDrawn(i, time + 90'000);
+    }
+    EXPECT_EQ(window.getRoundTrip(), 90'000u);
+}
+
+TEST(ViewerPace, StaysWhereAConnectionKeepsUp) {
+    ViewerPace pace;
+    uint64_t time = SECOND;
+    EXPECT_EQ(passSeconds(pace, 20, false, time), 0u);
+}
+
+TEST(ViewerPace, GivesUpRateBeforeSize) {
+    EXPECT_EQ(ViewerPace::describe(0).m_divisor, 1u);
+    EXPECT_GT(ViewerPace::describe(1).m_divisor, 1u);
+    EXPECT_EQ(ViewerPace::describe(1).m_percent, 100u);
+    EXPECT_LT(ViewerPace::describe(ViewerPace::NUM_OF_LANES - 1).m_percent, 100u);
+}
+
+TEST(ViewerPace, GoesDownStepByStepWhileACongestionLasts) {
+    ViewerPace pace;
+    uint64_t time = SECOND;
+    EXPECT_EQ(passSeconds(pace, 2, true, time), 1u);
+    EXPECT_EQ(passSeconds(pace, 20, true, time), ViewerPace::NUM_OF_LANES - 1);
+}
+
+TEST(ViewerPace, ComesBackAfterATimeOfCalm) {
+    ViewerPace pace;
+    uint64_t time = SECOND;
+    passSeconds(pace, 1, true, time);
+    EXPECT_EQ(passSeconds(pace, 2, false, time), 1u);
+    EXPECT_EQ(passSeconds(pace, 4, false, time), 0u);
+}
+
+TEST(ViewerPace, WaitsLongerAfterARiseThatFailed) {
+    ViewerPace pace;
+    uint64_t time = SECOND;
+    passUntil(pace, 1, true, time);
+    const uint64_t first = passUntil(pace, 0, false, time);
+    passUntil(pace, 1, true, time);
+    const uint64_t second = passUntil(pace, 0, false, time);
+    EXPECT_GE(first, 3 * SECOND);
+    EXPECT_GE(second, 6 * SECOND);
+}
+
+TEST(ViewerPace, TakesAStoppedViewerForNoSlowOne) {
+    ViewerPace pace;
+    for (uint64_t time = SECOND; time < 20 * SECOND; time += 50'000) {
+        EXPECT_FALSE(pace.notePicture(false, 2 * SECOND, 20'000, time));
+    }
+    EXPECT_EQ(pace.getLane(), 0u);
+}
+
+TEST(CodecChoice, BeginsWithBlocks) {
+    EXPECT_EQ(CodecChoice(3).choose(false), LiveCodec::BLOCKS);
+}
+
+TEST(CodecChoice, IsBoundToTheOnlyCodec) {
+    CodecChoice video(codecBit(LiveCodec::VP9));
+    EXPECT_EQ(video.choose(false), LiveCodec::VP9);
+    EXPECT_EQ(video.choose(true), LiveCodec::VP9);
+    CodecChoice blocks(codecBit(LiveCodec::BLOCKS));
+    uint64_t time = SECOND;
+    passFrames(blocks, 60, LiveCodec::BLOCKS, 200'000, time);
+    EXPECT_EQ(blocks.choose(false), LiveCodec::BLOCKS);
+}
+
+TEST(CodecChoice, GoesToVp9WhenExpensiveFramesGoOn) {
+    CodecChoice choice(3);
+    uint64_t time = SECOND;
+    passFrames(choice, 5, LiveCodec::BLOCKS, 200'000, time);
+    EXPECT_EQ(choice.choose(false), LiveCodec::BLOCKS);
+    passFrames(choice, 10, LiveCodec::BLOCKS, 200'000, time);
+    EXPECT_EQ(choice.choose(false), LiveCodec::VP9);
+}
+
+TEST(CodecChoice, StaysWithBlocksForFramesOfFewColors) {
+    CodecChoice choice(3);
+    uint64_t time = SECOND;
+    passFrames(choice, 60, LiveCodec::BLOCKS, 30'000, time);
+    EXPECT_EQ(choice.choose(false), LiveCodec::BLOCKS);
+}
+
+TEST(CodecChoice, TakesBlocksAtRest) {
+    CodecChoice choice(3);
+    uint64_t time = SECOND;
+    passFrames(choice, 20, LiveCodec::BLOCKS, 200'000, time);
+    EXPECT_EQ(choice.choose(true), LiveCodec::BLOCKS);
+    EXPECT_EQ(choice.choose(false), LiveCodec::VP9);
+}
+
+TEST(CodecChoice, ComesBackWhenVp9HasLittleToDo) {
+    CodecChoice choice(3);
+    uint64_t time = SECOND;
+    passFrames(choice, 20, LiveCodec::BLOCKS, 200'000, time);
+    passFrames(choice, 60, LiveCodec::VP9, 20'000, time);
+    ASSERT_EQ(choice.choose(false), LiveCodec::VP9);
+    passFrames(choice, 40, LiveCodec::VP9, 500, time);
+    EXPECT_EQ(choice.choose(false), LiveCodec::BLOCKS);
+}
+
+} // namespace zyr::host
