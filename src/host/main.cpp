@@ -3,6 +3,7 @@
 #include "host/zyr_framework_arguments.h"
 #include "host/zyr_live_arguments.h"
 #include "host/zyr_object_arguments.h"
+#include "host/zyr_object_file.h"
 #include "host/zyr_plugin_guard.h"
 #include "host/zyr_video_source.h"
 #include "zyr_common/platform/zyr_time.h"
@@ -80,6 +81,12 @@ std::string checkEncoderOptions(const std::string& p_text) {
     return EncoderOptions::isWellFormed(p_text) ? "" : "'" + p_text + "' is not of the form key=value,key=value";
 }
 
+std::string checkObjectPath(const std::string& p_path) {
+    return isObjectFormat(getExtensionOf(p_path))
+               ? ""
+               : "the extension of '" + p_path + "' names no format: raw, zbf, xml and json do";
+}
+
 struct Program {
     CLI::App m_app{"Host of the Zyrmont codec plug-ins: shows what works here and sends video through it.", "zyr-host"};
     InspectOptions m_inspect;
@@ -122,6 +129,10 @@ struct Program {
         command->add_flag("--json", m_inspect.m_json, "Print JSON on the standard output");
         command->add_flag("--why", m_inspect.m_why,
                           "Tell for each codec what was tried, what failed and what would help");
+        command
+            ->add_option("--save", m_inspect.m_savePath,
+                         "Keep what encoders offer and decoders ask for in this file (raw, zbf, xml, json)")
+            ->check(checkObjectPath);
         command->callback([this] { m_result = runInspect(m_inspect); });
     }
 
@@ -145,10 +156,17 @@ struct Program {
                          "Video file, stored stream, - for the standard input, image sequence pattern "
                          "(frames/%04d.png) or generate:WIDTHxHEIGHT[@RATE][:COUNT]")
             ->required();
-        command->add_option("--codec", o.m_codec, "Codec by name: vp9, h264, mpeg1video, blocks");
-        command->add_option("--encoder", o.m_encoder, "Encoder implementation, such as libvpx-vp9");
-        command->add_option("--decoder", o.m_decoder, "Decoder implementation, such as vp9");
+        CLI::Option* const agreed = command->add_option("--codec-info", o.m_codecInfoPath,
+                                                        "Run with what was agreed on before and kept in this file");
+        command
+            ->add_option("--save-codec-info", o.m_saveCodecInfoPath,
+                         "Keep what encoder and decoder agree on in this file (raw, zbf, xml, json)")
+            ->check(checkObjectPath);
+        command->add_option("--codec", o.m_codec, "Codec by name: vp9, h264, mpeg1video, blocks")->excludes(agreed);
+        command->add_option("--encoder", o.m_encoder, "Encoder implementation, such as libvpx-vp9")->excludes(agreed);
+        command->add_option("--decoder", o.m_decoder, "Decoder implementation, such as vp9")->excludes(agreed);
         command->add_option("--require", o.m_require, "hw or sw: take only such implementations")
+            ->excludes(agreed)
             ->check(CLI::IsMember({"hw", "sw"}));
         command->add_option("--quality", o.m_quality, "0 (small) to 100 (good); 60, or 100 for a lossless codec")
             ->check(CLI::Range(0, 100));

@@ -21,7 +21,8 @@ enum ExitCode : int {
 
 struct InspectOptions {
     FrameworkOptions m_framework;
-    std::string m_codec; ///< Only this one, in full. Empty: a list of all.
+    std::string m_codec;    ///< Only this one, in full. Empty: a list of all.
+    std::string m_savePath; ///< File that keeps what the codecs offer. Empty: none.
     bool m_json = false;
     bool m_why = false;
 };
@@ -46,9 +47,11 @@ struct StreamOptions {
     std::string m_encoder;
     std::string m_decoder;
     std::string m_require;
-    std::string m_encoderOptions; ///< On top of what was agreed.
-    std::string m_tune;           ///< "screen" or empty.
-    std::string m_packetPath;     ///< For this and the next four "-" is the standard output.
+    std::string m_codecInfoPath;     ///< File with what was agreed on before, instead of the choices above.
+    std::string m_saveCodecInfoPath; ///< File that keeps what is agreed on.
+    std::string m_encoderOptions;    ///< On top of what was agreed.
+    std::string m_tune;              ///< "screen" or empty.
+    std::string m_packetPath;        ///< For this and the next four "-" is the standard output.
     std::string m_packetFormat;
     std::string m_picturePath;
     std::string m_sourcePicturePath;

@@ -1,4 +1,5 @@
 #include "host/zyr_codec_roads.h"
+#include "host/zyr_codec_state.h"
 #include "host/zyr_command_line.h"
 #include "host/zyr_ffmpeg_handles.h"
 #include "host/zyr_guarded_codecs.h"
@@ -334,6 +335,9 @@ int runInspect(const InspectOptions& p_options) {
     if (p_options.m_why) {
         all["why"] = listReasons(lines, framework.getApplicationData().m_logRepeatCount);
         all["hardware"] = probeHardware();
+    }
+    if (!p_options.m_savePath.empty()) {
+        saveCodecOffers(framework, market, p_options.m_savePath);
     }
     int result = EXIT_DONE;
     std::string text;

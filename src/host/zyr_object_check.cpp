@@ -1,3 +1,4 @@
+#include "host/zyr_codec_state.h"
 #include "host/zyr_command_line.h"
 #include "host/zyr_object_command.h"
 #include "host/zyr_object_examiner.h"
@@ -39,6 +40,7 @@ std::vector<ObjectProblem> checkFile(Framework& p_framework, const std::string& 
 int runObjectCheck(const ObjectCheckOptions& p_options) {
     claimStandardOutput();
     Framework framework(p_options.m_framework);
+    registerCodecState();
     nlohmann::ordered_json files = nlohmann::ordered_json::array();
     std::string text;
     bool good = true;

@@ -1,3 +1,4 @@
+#include "host/zyr_codec_state.h"
 #include "host/zyr_command_line.h"
 #include "host/zyr_object_command.h"
 #include "host/zyr_object_examiner.h"
@@ -51,6 +52,7 @@ int runObjectConvert(const ObjectConvertOptions& p_options) {
         throw UsageError("the output is the input");
     }
     Framework framework(p_options.m_framework);
+    registerCodecState();
     ObjectView view;
     std::vector<std::string> reasons;
     std::vector<std::string> losses;

@@ -1,3 +1,4 @@
+#include "host/zyr_codec_state.h"
 #include "host/zyr_command_line.h"
 #include "host/zyr_object_command.h"
 #include "host/zyr_object_view.h"
@@ -185,6 +186,7 @@ bool open(Framework& p_framework, const std::string& p_path, ObjectView& p_view)
 int runObjectDiff(const ObjectDiffOptions& p_options) {
     claimStandardOutput();
     Framework framework(p_options.m_framework);
+    registerCodecState();
     ObjectView first;
     ObjectView second;
     const bool readable = open(framework, p_options.m_first, first);

@@ -1,3 +1,4 @@
+#include "host/zyr_codec_state.h"
 #include "host/zyr_command_line.h"
 #include "host/zyr_object_command.h"
 #include "host/zyr_object_view.h"
@@ -144,6 +145,7 @@ bool show(const ObjectView& p_view, uint32_t p_node, const ObjectShowOptions& p_
 int runObjectShow(const ObjectShowOptions& p_options) {
     claimStandardOutput();
     Framework framework(p_options.m_framework);
+    registerCodecState();
     const std::string file = maskControls(p_options.m_file);
     ObjectView view;
     try {

@@ -1,7 +1,9 @@
+#include "host/zyr_codec_state.h"
 #include "host/zyr_command_line.h"
 #include "host/zyr_heap_tuning.h"
 #include "host/zyr_input_file.h"
 #include "host/zyr_interruption.h"
+#include "host/zyr_run_error.h"
 #include "host/zyr_standard_output.h"
 #include "host/zyr_stored_stream.h"
 #include "host/zyr_stream_run.h"
@@ -25,6 +27,23 @@ int tellNoMatch(const Choice& p_choice, const std::vector<std::string>& p_log) {
     return EXIT_CODEC_NOT_USABLE;
 }
 
+/// What was agreed on before; null after a message where it cannot be used, with the exit code.
+std::unique_ptr<Match> takeAgreement(Framework& p_framework, const Market& p_market, const std::string& p_path,
+                                     int& p_result) {
+    const std::string file = maskControls(p_path);
+    try {
+        return loadCodecAgreement(p_framework, p_market, p_path);
+    } catch (const RunError& error) {
+        p_result = EXIT_RUN_FAILED;
+        fprintf(stderr, "zyr-host: %s: %s\n", file.c_str(), maskControls(error.what()).c_str());
+    } catch (const NotUsableError& error) {
+        p_result = EXIT_CODEC_NOT_USABLE;
+        fprintf(stderr, "zyr-host: %s: %s\n'zyr-host inspect --why' tells why codecs are not available.\n",
+                file.c_str(), maskControls(error.what()).c_str());
+    }
+    return nullptr;
+}
+
 /// MPEG-1 has no word for full range, and players take it for limited.
 void fitColors(const StreamOptions& p_options, Match& p_match, std::vector<std::string>& p_notes) {
     if (p_options.m_packetPath.empty() || toText(p_match.m_info.codecName) != "mpeg1video" ||
@@ -34,6 +53,21 @@ void fitColors(const StreamOptions& p_options, Match& p_match, std::vector<std::
     p_notes.push_back(preferLimitedRange(p_match)
                           ? "coded in limited range, since an MPEG-1 file cannot say that its range is full"
                           : "players take the file's full range for limited: MPEG-1 cannot say it");
+}
+
+/// The best match of those that the user allows; null after a message without any, with the exit code.
+std::unique_ptr<Match> negotiate(const StreamOptions& p_options, const Market& p_market,
+                                 std::vector<std::string>& p_log, std::vector<std::string>& p_notes, int& p_result) {
+    const Choice choice{p_options.m_codec, p_options.m_encoder, p_options.m_decoder, p_options.m_require};
+    const std::vector<std::unique_ptr<Match>> matches = judge(p_market, choice, p_log, p_notes);
+    const Match* const match = chooseMatch(matches);
+    if (match == nullptr) {
+        p_result = tellNoMatch(choice, p_log);
+        return nullptr;
+    }
+    auto chosen = std::make_unique<Match>(*match);
+    fitColors(p_options, *chosen, p_notes);
+    return chosen;
 }
 
 EncoderOptions collectOptions(const StreamOptions& p_options, const Match& p_match, Fraction p_rate) {
@@ -137,15 +171,18 @@ int runStream(const StreamOptions& p_options) {
     const std::unique_ptr<VideoSource> decoded =
         stored ? openStoredStream(std::move(stored), framework, market) : nullptr;
     VideoSource* const source = decoded ? decoded.get() : opened.get();
-    const Choice choice{p_options.m_codec, p_options.m_encoder, p_options.m_decoder, p_options.m_require};
     std::vector<std::string> log;
     StreamReport report;
-    const std::vector<std::unique_ptr<Match>> matches = judge(market, choice, log, report.m_notes);
-    Match* match = chooseMatch(matches);
-    if (match == nullptr) {
-        return tellNoMatch(choice, log);
+    int result = EXIT_DONE;
+    const std::unique_ptr<Match> match = p_options.m_codecInfoPath.empty()
+                                             ? negotiate(p_options, market, log, report.m_notes, result)
+                                             : takeAgreement(framework, market, p_options.m_codecInfoPath, result);
+    if (!match) {
+        return result;
     }
-    fitColors(p_options, *match, report.m_notes);
+    if (!p_options.m_saveCodecInfoPath.empty()) {
+        saveCodecAgreement(framework, *match, p_options.m_saveCodecInfoPath);
+    }
     fillIdentity(report, p_options, *source, *match);
     const PlaneTap tap(framework.getApplicationData());
     StreamCoder coder(*match, market);
@@ -167,7 +204,7 @@ int runStream(const StreamOptions& p_options) {
                               source->hasConstantRate(), fullRange};
     StreamRun(p_options, *source, coder, outputs, stream, report).run();
     const bool told = tell(p_options, report, outputs);
-    const int result = exitCodeOf(p_options, report);
+    result = exitCodeOf(p_options, report);
     return told || result != EXIT_DONE ? result : EXIT_RUN_FAILED;
 }
 

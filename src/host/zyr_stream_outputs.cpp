@@ -18,7 +18,8 @@ std::vector<NamedPath> outputsOf(const StreamOptions& p_options) {
             {"--pictures", &p_options.m_picturePath},
             {"--source-pictures", &p_options.m_sourcePicturePath},
             {"--report", &p_options.m_reportPath},
-            {"--frames-log", &p_options.m_framesLogPath}};
+            {"--frames-log", &p_options.m_framesLogPath},
+            {"--save-codec-info", &p_options.m_saveCodecInfoPath}};
 }
 
 /// True when both paths lead, or would lead once created, to the same ordinary file.
