@@ -4,6 +4,7 @@
 #include "host/zyr_object_file.h"
 #include "host/zyr_run_error.h"
 
+#include "zyr_common/memory/zyr_ref.h"
 #include "zyr_common/object/zyr_factories.h"
 #include "zyr_common/serialization/zyr_record_fields.h"
 #include "zyr_common/storage/zyr_load_save.h"
@@ -119,7 +120,7 @@ void registerCodecState() {
 }
 
 void saveCodecOffers(Framework& p_framework, const Market& p_market, const std::string& p_path) {
-    const ObjectHandle<CodecOffers> offers(new CodecOffers);
+    const Ref<CodecOffers> offers = Ref<CodecOffers>::adopt(new CodecOffers);
     for (const Offer& offer : p_market.m_offers) {
         offers->m_first.pushBack(*offer.m_proposal);
     }
@@ -130,7 +131,7 @@ void saveCodecOffers(Framework& p_framework, const Market& p_market, const std::
 }
 
 void saveCodecAgreement(Framework& p_framework, const Match& p_match, const std::string& p_path) {
-    const ObjectHandle<CodecAgreement> agreement(new CodecAgreement);
+    const Ref<CodecAgreement> agreement = Ref<CodecAgreement>::adopt(new CodecAgreement);
     agreement->m_first = p_match.m_info;
     agreement->m_second = p_match.m_decoderInfo;
     save(p_framework, *agreement, p_path);
@@ -140,8 +141,8 @@ std::unique_ptr<Match> loadCodecAgreement(Framework& p_framework, const Market& 
     registerCodecState();
     std::vector<std::string> reasons;
     const std::string format = chooseObjectFormat(p_path, readObjectFile(p_path), "");
-    const ObjectHandle<IObject> object = loadObject(p_framework, p_path, format, reasons);
-    if (object == nullptr) {
+    const auto object = loadObject(p_framework, p_path, format, reasons);
+    if (!object) {
         throw RunError(reasons.empty() ? "it cannot be loaded" : reasons.front());
     }
     if (!object->findClassGUID(CodecAgreement::getStaticClassGUID())) {

@@ -72,8 +72,9 @@ public:
         : m_tree(p_tree), m_typed(p_typed), m_worded(p_worded), m_strangers(p_strangers) {}
 
     void walk(uint32_t p_node, uint32_t p_typed, uint32_t p_worded) {
-        if (m_typed.getKind(p_typed) == SavedKind::NULL_VALUE) {
-            return; // Of an unknown class, which is told apart.
+        // Nothing was read of an unknown class, which is told apart.
+        if (!m_tree.isGroup(p_node) || m_typed.getKind(p_typed) == SavedKind::NULL_VALUE) {
+            return;
         }
         ChildFinder typed(m_typed, p_typed);
         ChildFinder worded(m_worded, p_worded);
@@ -105,6 +106,10 @@ private:
             takeWords(p_node, p_worded);
         } else if (kind == SavedKind::LIST && type == SavedKind::RECORDS) {
             m_tree.setKind(p_node, type);
+        } else if (kind == SavedKind::LIST && type == SavedKind::TEXTS) {
+            makeTexts(m_tree, p_node, p_node, type);
+        } else if (kind == SavedKind::LIST && type == SavedKind::ENUMERATIONS) {
+            makeTexts(m_tree, p_node, p_node, SavedKind::WORDS);
         } else if (kind == SavedKind::TEXT && m_typed.isGroup(p_typed)) {
             // An empty element can be anything.
             m_tree.setKind(p_node, type);
@@ -129,19 +134,28 @@ private:
         if (m_tree.getKind(p_node) == SavedKind::ENUMERATION && kind == SavedKind::TEXT) {
             m_tree.setWord(p_node, m_worded.getBytes(p_worded));
         } else if (m_tree.getKind(p_node) == SavedKind::ENUMERATIONS && kind == SavedKind::LIST) {
-            std::string words;
-            uint64_t count = 0;
-            for (uint32_t i = p_worded + 1; i < m_worded.getNext(p_worded); i = m_worded.getNext(i), count++) {
-                const std::string_view word = m_worded.getBytes(i);
-                appendNumber(words, word.size() + 1);
-                words += word;
-            }
-            std::string bytes;
-            appendNumber(bytes, count);
-            const std::string& kept = m_tree.keep(bytes + words);
-            m_tree.setKind(p_node, SavedKind::WORDS);
-            m_tree.setBytes(p_node, kept.data(), kept.size());
+            makeTexts(m_worded, p_worded, p_node, SavedKind::WORDS);
         }
+    }
+
+    /// Makes a node an array of the texts that stand in a list; its own nodes do not count any more.
+    void makeTexts(const SavedTree& p_source, uint32_t p_list, uint32_t p_node, SavedKind p_kind) {
+        std::string texts;
+        uint64_t count = 0;
+        for (uint32_t i = p_list + 1; i < p_source.getNext(p_list); i = p_source.getNext(i), count++) {
+            const SavedKind kind = p_source.getKind(i);
+            if (kind != SavedKind::TEXT && kind != SavedKind::NUMBER) {
+                return;
+            }
+            const std::string_view text = p_source.getBytes(i);
+            appendNumber(texts, text.size() + 1);
+            texts += text;
+        }
+        std::string bytes;
+        appendNumber(bytes, count);
+        const std::string& kept = m_tree.keep(bytes + texts);
+        m_tree.setKind(p_node, p_kind);
+        m_tree.setBytes(p_node, kept.data(), kept.size());
     }
 
     SavedTree& m_tree;

@@ -84,10 +84,14 @@ TEST_F(CodecStateFiles, StreamsRunWithWhatWasAgreedOnBefore) {
     const ProgramRun first = stream({"--encoder", "mpeg1video", "--save-codec-info", getPath("a.json")});
     ASSERT_EQ(first.m_exitCode, 0) << first.m_err;
     EXPECT_EQ(get(get(show("a.json"), "encoderInfo"), "codecName"), "mpeg1video");
+    const std::string spaces = run({"show", getPath("a.json"), "--field", "encoderInfo.colorSpaces"}).m_out;
+    EXPECT_EQ(spaces, "encoderInfo.colorSpaces: enumerations [\"BT_601_FR\", \"BT_601\"]\n");
     for (const char* name : {"a.raw", "a.zbf", "a.xml", "a.json"}) {
         SCOPED_TRACE(name);
         if (std::string(name) != "a.json") {
             ASSERT_EQ(run({"convert", getPath("a.json"), getPath(name)}).m_exitCode, 0);
+            EXPECT_EQ(run({"show", getPath(name), "--field", "encoderInfo.colorSpaces"}).m_out, spaces);
+            EXPECT_EQ(run({"diff", getPath(name), getPath("a.json")}).m_out, "");
         }
         const ProgramRun again = stream({"--codec-info", getPath(name)});
         ASSERT_EQ(again.m_exitCode, 0) << again.m_err;
