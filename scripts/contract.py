@@ -19,7 +19,7 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 HEADERS = ("src/zyr_common", "src/picture")
 # Helpers of templates that hold nothing: they come and go with the way in which a class is written.
-HELPERS = re.compile(r"^zyr::(Record|RecordRoot|ArithmeticRecord|HashTable|\w+Facade|W[A-Z]\w*|NumberLanes|Ref|Scoped\w+|"
+HELPERS = re.compile(r"^zyr::(Record|RecordRoot|NumberedRecord|ArithmeticRecord|HashTable|\w+Facade|W[A-Z]\w*|NumberLanes|Ref|Scoped\w+|"
                      r"\w*Traits|Enumeration\w+|Hash|EqualTo|RecordField\w*|\w+IO|RecordPath|RecordWords|c_\w+)\b")
 # Which instances of a container the library happens to use is no contract: those of int stand for all.
 OTHER_INSTANCES = re.compile(r"^zyr::(Array|List|SortedMap|Pair|HashIterator|Hash(?:Map|Set|MultiMap)(?:Base|Entry)?)<"

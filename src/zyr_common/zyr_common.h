@@ -129,6 +129,7 @@
 #include "zyr_common/serialization/zyr_byte_stream.h"
 #include "zyr_common/serialization/zyr_enumeration.h"
 #include "zyr_common/serialization/zyr_enumeration_maps.h"
+#include "zyr_common/serialization/zyr_numbered_record.h"
 #include "zyr_common/serialization/zyr_record.h"
 #include "zyr_common/serialization/zyr_record_fields.h"
 #include "zyr_common/serialization/zyr_serializer.h"

@@ -17,8 +17,7 @@
 #pragma once
 
 #include "zyr_common/geometry/zyr_ext_vector.h"
-#include "zyr_common/memory/zyr_ref_counted_data.h"
-#include "zyr_common/text/zyr_string.h"
+#include "zyr_common/serialization/zyr_numbered_record.h"
 
 namespace zyr {
 
@@ -26,30 +25,13 @@ namespace zyr {
 
 /// What all commands have: nothing but their identity. One of this class itself draws nothing; it stands for a stored
 /// command whose class was lost or isn't known here.
-template <typename T> class Path2DCommand : public Record<Path2DCommand<T>, RefCountedData> {
-    using Level = Record<Path2DCommand<T>, RefCountedData>;
-
+template <typename T> class Path2DCommand : public NumberedRecord<Path2DCommand<T>> {
 public:
-    // Slot order is a contract between separately built modules. Each class's list of fields brings the last five.
-
     /// A copy of the same class with a count of its own, which the caller owns.
     Path2DCommand* clone() const override { return new Path2DCommand(*this); }
-    /// Back to the defaults: all numbers 0, all anchors the first.
-    virtual void clear() { Level::clear(); }
-    /// With the type of number, as in "Path2DCommand{float}". Lives as long as the process.
-    virtual const String& getClassName() const { return Level::getClassName(); }
-    /// The number of the class, by which holders of the base switch: 1 to 7 in the order below, 255 for the closing
+    /// The numbers by which holders of this base switch: 1 to 7 in the order below, 255 for the closing
     /// one, 0 here.
-    virtual uint32_t getID() const { return 0; }
-    /// A reference to the field of this name, which the caller owns; null for names that the class doesn't have.
-    virtual VariableReference* getVariableReferenceByPath(const String& p_path) {
-        return Level::getVariableReferenceByPath(p_path);
-    }
-    /// Reads and writes the fields in their order. 0 when the stream fails.
-    virtual bool_t readSerialized(IDeserializer* p_deserializer) { return Level::readSerialized(p_deserializer); }
-    virtual bool_t writeSerialized(ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result) {
-        return Level::writeSerialized(p_serializer, p_headerPass, p_result);
-    }
+    uint32_t getID() const override { return 0; }
 
     static constexpr const char* c_typeName = "Path2DCommand";
     static constexpr auto fields() { return zyr_fields(); }

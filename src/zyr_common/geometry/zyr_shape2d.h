@@ -10,17 +10,14 @@
 #pragma once
 
 #include "zyr_common/geometry/zyr_ext_vector.h"
-#include "zyr_common/memory/zyr_ref_counted_data.h"
-#include "zyr_common/text/zyr_string.h"
+#include "zyr_common/serialization/zyr_numbered_record.h"
 
 namespace zyr {
 
 #pragma pack(push, 1)
 
 /// What all plane shapes have.
-template <typename T> class Shape2D : public Record<Shape2D<T>, RefCountedData> {
-    using Level = Record<Shape2D<T>, RefCountedData>;
-
+template <typename T> class Shape2D : public NumberedRecord<Shape2D<T>> {
 public:
     /// Where the shape is placed; solved by who draws it.
     ExtVector2<T> origin;
@@ -28,27 +25,11 @@ public:
     Shape2D() { this->init_This(); }
     explicit Shape2D(const ExtVector2<T>& p_origin) : origin(p_origin) {}
 
-    // Slot order is a contract between separately built modules. Each class's list of fields brings the last five.
-
     /// A copy with a count of its own, which the caller owns.
     Shape2D* clone() const override { return new Shape2D(*this); }
-    /// Back to the defaults of the class; the count stays.
-    virtual void clear() { Level::clear(); }
-    /// With the type of number, as in "Shape2D{float}". Lives as long as the process.
-    virtual const String& getClassName() const { return Level::getClassName(); }
-    /// The number of the class, by which holders of the base switch: 1 Rectangle, 2 RoundedRectangle, 3 Circle, 4
+    /// The numbers by which holders of this base switch: 1 Rectangle, 2 RoundedRectangle, 3 Circle, 4
     /// Ellipse, 5 Arc, 6 Polygon2D, 7 Spline2D, 8 ExtSpline2D, 9 Path2D, 10 Graph2D, 11 PolygonHull2D, 0 here.
-    virtual uint32_t getID() const { return 0; }
-    /// A reference to the field of this path, which the caller owns ("origin.x"); null for paths that the class doesn't
-    /// have.
-    virtual VariableReference* getVariableReferenceByPath(const String& p_path) {
-        return Level::getVariableReferenceByPath(p_path);
-    }
-    /// Read and write the fields, those of the base first. 0 when the stream fails; what was read until then stays.
-    virtual bool_t readSerialized(IDeserializer* p_deserializer) { return Level::readSerialized(p_deserializer); }
-    virtual bool_t writeSerialized(ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result) {
-        return Level::writeSerialized(p_serializer, p_headerPass, p_result);
-    }
+    uint32_t getID() const override { return 0; }
 
     static constexpr const char* c_typeName = "Shape2D";
     static constexpr auto fields() { return zyr_fields(zyr_field("origin", &Shape2D::origin)); }

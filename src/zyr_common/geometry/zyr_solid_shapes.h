@@ -119,15 +119,12 @@ public:
     bool_t sliceEndCap;
 
     Sphere() { this->init_This(); }
-    Sphere(const ExtVector3<T>& p_origin, T p_radius, bool_t p_slice, T p_sliceFrom, T p_sliceTo,
-           bool_t p_sliceStartCap, bool_t p_sliceEndCap)
-        : Record<Sphere<T>, Shape3D<T>>(Shape3D<T>(p_origin)),
-          radius(p_radius),
-          slice(p_slice),
-          sliceFrom(p_sliceFrom),
-          sliceTo(p_sliceTo),
-          sliceStartCap(p_sliceStartCap),
-          sliceEndCap(p_sliceEndCap) {}
+    /// The origin and a value for each field, in their order.
+    template <typename... Values>
+    Sphere(const ExtVector3<T>& p_origin, const Values&... p_values) requires(sizeof...(Values) > 0)
+        : Record<Sphere<T>, Shape3D<T>>(Shape3D<T>(p_origin)) {
+        zyr_setFields(*this, p_values...);
+    }
 
     Sphere* clone() const override { return new Sphere(*this); }
     uint32_t getID() const override { return 4; }
@@ -162,21 +159,12 @@ public:
     T sliceEndFilletRadius;
 
     Torus() { this->init_This(); }
-    Torus(const ExtVector3<T>& p_origin, T p_ringRadius, T p_tubeRadius, bool_t p_slice, T p_sliceFrom, T p_sliceTo,
-          bool_t p_sliceStartCap, bool_t p_sliceStartFillet, T p_sliceStartFilletRadius, bool_t p_sliceEndCap,
-          bool_t p_sliceEndFillet, T p_sliceEndFilletRadius)
-        : Record<Torus<T>, Shape3D<T>>(Shape3D<T>(p_origin)),
-          ringRadius(p_ringRadius),
-          tubeRadius(p_tubeRadius),
-          slice(p_slice),
-          sliceFrom(p_sliceFrom),
-          sliceTo(p_sliceTo),
-          sliceStartCap(p_sliceStartCap),
-          sliceStartFillet(p_sliceStartFillet),
-          sliceStartFilletRadius(p_sliceStartFilletRadius),
-          sliceEndCap(p_sliceEndCap),
-          sliceEndFillet(p_sliceEndFillet),
-          sliceEndFilletRadius(p_sliceEndFilletRadius) {}
+    /// The origin and a value for each field, in their order.
+    template <typename... Values>
+    Torus(const ExtVector3<T>& p_origin, const Values&... p_values) requires(sizeof...(Values) > 0)
+        : Record<Torus<T>, Shape3D<T>>(Shape3D<T>(p_origin)) {
+        zyr_setFields(*this, p_values...);
+    }
 
     Torus* clone() const override { return new Torus(*this); }
     uint32_t getID() const override { return 5; }
@@ -211,21 +199,12 @@ public:
     bool_t sliceEndCap;
 
     Capsule() { this->init_This(); }
-    Capsule(const ExtVector3<T>& p_origin, T p_radius, T p_height, bool_t p_upperCap, bool_t p_upperFillet,
-            bool_t p_lowerCap, bool_t p_lowerFillet, bool_t p_slice, T p_sliceFrom, T p_sliceTo, bool_t p_sliceStartCap,
-            bool_t p_sliceEndCap)
-        : Record<Capsule<T>, Shape3D<T>>(Shape3D<T>(p_origin)),
-          radius(p_radius),
-          height(p_height),
-          upperCap(p_upperCap),
-          upperFillet(p_upperFillet),
-          lowerCap(p_lowerCap),
-          lowerFillet(p_lowerFillet),
-          slice(p_slice),
-          sliceFrom(p_sliceFrom),
-          sliceTo(p_sliceTo),
-          sliceStartCap(p_sliceStartCap),
-          sliceEndCap(p_sliceEndCap) {}
+    /// The origin and a value for each field, in their order.
+    template <typename... Values>
+    Capsule(const ExtVector3<T>& p_origin, const Values&... p_values) requires(sizeof...(Values) > 0)
+        : Record<Capsule<T>, Shape3D<T>>(Shape3D<T>(p_origin)) {
+        zyr_setFields(*this, p_values...);
+    }
 
     Capsule* clone() const override { return new Capsule(*this); }
     uint32_t getID() const override { return 6; }
@@ -266,23 +245,12 @@ public:
     bool_t sliceEndCap;
 
     Cylinder() { this->init_This(); }
-    Cylinder(const ExtVector3<T>& p_origin, T p_radius, T p_height, bool_t p_upperCap, bool_t p_upperFillet,
-             T p_upperFilletRadius, bool_t p_lowerCap, bool_t p_lowerFillet, T p_lowerFilletRadius, bool_t p_slice,
-             T p_sliceFrom, T p_sliceTo, bool_t p_sliceStartCap, bool_t p_sliceEndCap)
-        : Record<Cylinder<T>, Shape3D<T>>(Shape3D<T>(p_origin)),
-          radius(p_radius),
-          height(p_height),
-          upperCap(p_upperCap),
-          upperFillet(p_upperFillet),
-          upperFilletRadius(p_upperFilletRadius),
-          lowerCap(p_lowerCap),
-          lowerFillet(p_lowerFillet),
-          lowerFilletRadius(p_lowerFilletRadius),
-          slice(p_slice),
-          sliceFrom(p_sliceFrom),
-          sliceTo(p_sliceTo),
-          sliceStartCap(p_sliceStartCap),
-          sliceEndCap(p_sliceEndCap) {}
+    /// The origin and a value for each field, in their order.
+    template <typename... Values>
+    Cylinder(const ExtVector3<T>& p_origin, const Values&... p_values) requires(sizeof...(Values) > 0)
+        : Record<Cylinder<T>, Shape3D<T>>(Shape3D<T>(p_origin)) {
+        zyr_setFields(*this, p_values...);
+    }
 
     Cylinder* clone() const override { return new Cylinder(*this); }
     uint32_t getID() const override { return 7; }
@@ -323,24 +291,12 @@ public:
     bool_t sliceEndCap;
 
     Cone() { this->init_This(); }
-    Cone(const ExtVector3<T>& p_origin, T p_upperRadius, T p_lowerRadius, T p_height, bool_t p_upperCap,
-         bool_t p_upperFillet, T p_upperFilletRadius, bool_t p_lowerCap, bool_t p_lowerFillet, T p_lowerFilletRadius,
-         bool_t p_slice, T p_sliceFrom, T p_sliceTo, bool_t p_sliceStartCap, bool_t p_sliceEndCap)
-        : Record<Cone<T>, Shape3D<T>>(Shape3D<T>(p_origin)),
-          upperRadius(p_upperRadius),
-          lowerRadius(p_lowerRadius),
-          height(p_height),
-          upperCap(p_upperCap),
-          upperFillet(p_upperFillet),
-          upperFilletRadius(p_upperFilletRadius),
-          lowerCap(p_lowerCap),
-          lowerFillet(p_lowerFillet),
-          lowerFilletRadius(p_lowerFilletRadius),
-          slice(p_slice),
-          sliceFrom(p_sliceFrom),
-          sliceTo(p_sliceTo),
-          sliceStartCap(p_sliceStartCap),
-          sliceEndCap(p_sliceEndCap) {}
+    /// The origin and a value for each field, in their order.
+    template <typename... Values>
+    Cone(const ExtVector3<T>& p_origin, const Values&... p_values) requires(sizeof...(Values) > 0)
+        : Record<Cone<T>, Shape3D<T>>(Shape3D<T>(p_origin)) {
+        zyr_setFields(*this, p_values...);
+    }
 
     Cone* clone() const override { return new Cone(*this); }
     uint32_t getID() const override { return 8; }
@@ -386,29 +342,12 @@ public:
     T sliceEndFilletRadius;
 
     Tube() { this->init_This(); }
-    Tube(const ExtVector3<T>& p_origin, T p_innerRadius, T p_outerRadius, T p_height, bool_t p_upperCap,
-         bool_t p_upperFillet, T p_upperFilletRadius, bool_t p_lowerCap, bool_t p_lowerFillet, T p_lowerFilletRadius,
-         bool_t p_slice, T p_sliceFrom, T p_sliceTo, bool_t p_sliceStartCap, bool_t p_sliceStartFillet,
-         T p_sliceStartFilletRadius, bool_t p_sliceEndCap, bool_t p_sliceEndFillet, T p_sliceEndFilletRadius)
-        : Record<Tube<T>, Shape3D<T>>(Shape3D<T>(p_origin)),
-          innerRadius(p_innerRadius),
-          outerRadius(p_outerRadius),
-          height(p_height),
-          upperCap(p_upperCap),
-          upperFillet(p_upperFillet),
-          upperFilletRadius(p_upperFilletRadius),
-          lowerCap(p_lowerCap),
-          lowerFillet(p_lowerFillet),
-          lowerFilletRadius(p_lowerFilletRadius),
-          slice(p_slice),
-          sliceFrom(p_sliceFrom),
-          sliceTo(p_sliceTo),
-          sliceStartCap(p_sliceStartCap),
-          sliceStartFillet(p_sliceStartFillet),
-          sliceStartFilletRadius(p_sliceStartFilletRadius),
-          sliceEndCap(p_sliceEndCap),
-          sliceEndFillet(p_sliceEndFillet),
-          sliceEndFilletRadius(p_sliceEndFilletRadius) {}
+    /// The origin and a value for each field, in their order.
+    template <typename... Values>
+    Tube(const ExtVector3<T>& p_origin, const Values&... p_values) requires(sizeof...(Values) > 0)
+        : Record<Tube<T>, Shape3D<T>>(Shape3D<T>(p_origin)) {
+        zyr_setFields(*this, p_values...);
+    }
 
     Tube* clone() const override { return new Tube(*this); }
     uint32_t getID() const override { return 9; }
