@@ -17,6 +17,28 @@ namespace zyr {
 IObject* takeElement(IObject* p_element, bool_t p_share);
 void releaseElement(IObject* p_element);
 
+/// Lives for the time in which a walk over objects is inside a container. A container may hold itself, by way of others
+/// too: a walk that gets deeper than MAX_DEPTH gives up, and goes into nothing more until it has come back to where it
+/// began.
+class ContainerVisit {
+public:
+    static constexpr uint32_t MAX_DEPTH = 1024;
+
+    /// The name is that of the container's class. Null for a walk whose caller tells that it failed; else giving up is
+    /// one line in the log.
+    explicit ContainerVisit(const String* p_className);
+    ~ContainerVisit();
+    ContainerVisit(const ContainerVisit&) = delete;
+    ContainerVisit& operator=(const ContainerVisit&) = delete;
+
+    /// Whether this thread's walk has given up, here or deeper inside.
+    static bool isGivenUp() { return s_givenUp; }
+
+private:
+    static thread_local uint32_t s_depth;
+    static thread_local bool s_givenUp;
+};
+
 /// Stands for the key in a container without keys.
 struct NoKey {};
 

@@ -87,13 +87,17 @@ protected:
         }
     }
 
-    /// Adds the elements of the range to the items, shared or cloned.
-    template <class Iterator>
-    static void copyItems(Container& p_items, Iterator p_begin, Iterator p_end, bool_t p_share) {
-        for (; p_begin != p_end; ++p_begin) {
+    /// Adds the elements of the range to the items, which are empty, shared or cloned. Clones that would have no end
+    /// leave them empty.
+    template <class Iterator> void copyItems(Container& p_items, Iterator p_begin, Iterator p_end, bool_t p_share) {
+        const ContainerVisit visit(&this->getClassName());
+        for (; p_begin != p_end && !visit.isGivenUp(); ++p_begin) {
             visitItem(*p_begin, [&](const Key& p_key, IObject* p_element) {
                 addItem(p_items, p_key, takeElement(p_element, p_share));
             });
+        }
+        if (visit.isGivenUp()) {
+            releaseItems(p_items);
         }
     }
 
@@ -106,12 +110,22 @@ protected:
     Container m_items;
 
 private:
+    /// They are not this container's yet.
+    static void releaseItems(Container& p_items) {
+        Container items;
+        swapItems(items, p_items);
+        for (const auto& item : items) {
+            visitItem(item, [](const Key&, IObject* p_element) { releaseElement(p_element); });
+        }
+    }
+
     bool_t declareItems(ISerializer* p_serializer) const {
+        const ContainerVisit visit(nullptr);
         bool_t done = ContainerStream::beginDeclaration(p_serializer);
         bool_t hasKey = 0;
         for (const auto& item : m_items) {
             visitItem(item, [&](const Key& p_key, IObject* p_element) {
-                done = done && (hasKey || StoredKey<Key>::declare(p_serializer, p_key)) &&
+                done = done && !visit.isGivenUp() && (hasKey || StoredKey<Key>::declare(p_serializer, p_key)) &&
                        ContainerStream::declareElement(p_serializer, p_element);
                 hasKey = 1;
             });
@@ -183,9 +197,10 @@ private:
         if (!p_deep) {
             return;
         }
+        const ContainerVisit visit(&this->getClassName());
         for (const auto& item : m_items) {
             visitItem(item, [&](const Key&, IObject* p_element) {
-                if (p_element != nullptr) {
+                if (p_element != nullptr && !visit.isGivenUp()) {
                     p_function(p_element);
                 }
             });
