@@ -250,15 +250,16 @@ void Connection::receiveWebSocket() {
         return;
     }
     const bool isOpen = m_webSocket->receive(*this, m_assembler, m_arrived);
-    pumpControlFrames();
-    drain(0);
-    if (getState().m_phase == ZYR_TRANSPORT_CLOSED || !m_arrived.isEmpty()) {
-        return;
-    }
     if (!isOpen) {
+        // At once, also in front of messages that came before: no message may follow the farewell frame.
         const String failure = m_webSocket->getFailure();
-        beginClosing(m_webSocket->getReason(), m_webSocket->getCode(), failure.getData());
-    } else if (m_inputResult != CHANNEL_DONE) {
+        return beginClosing(m_webSocket->getReason(), m_webSocket->getCode(), failure.getData());
+    }
+    pumpControlFrames();
+    if (m_queue.getControlBytes() != 0) {
+        drain(m_features.m_sendStep);
+    }
+    if (getState().m_phase == ZYR_TRANSPORT_OPEN && m_arrived.isEmpty() && m_inputResult != CHANNEL_DONE) {
         handleEndOfInput();
     }
 }

@@ -179,6 +179,27 @@ TEST_F(WebSocketTest, CloseIsAnsweredWithClose) {
     EXPECT_THAT(m_application->getMessages(), IsEmpty());
 }
 
+TEST_F(WebSocketTest, MessagesInFrontOfAFarewellAreGivenAndNoneIsTaken) {
+    openPeer();
+    writePeer(frame(0x82, envelope(1, 1, 0, 0)) + frame(0x82, envelope(2, 2, 0, 0)) + frame(0x88, ""));
+    m_left.m_transport->iterateSender();
+    DataMessage* message = nullptr;
+    ASSERT_TRUE(m_left.m_transport->receiveMessage(message));
+    ASSERT_NE(message, nullptr);
+    message->release();
+    EXPECT_EQ(m_left.getState().m_phase, ZYR_TRANSPORT_CLOSING);
+    EXPECT_FALSE(m_left.send(1, "", ""));
+    ASSERT_TRUE(m_left.m_transport->receiveMessage(message));
+    ASSERT_NE(message, nullptr);
+    EXPECT_EQ(message->getType(), 2u);
+    message->release();
+    EXPECT_FALSE(m_left.m_transport->receiveMessage(message));
+    EXPECT_EQ(message, nullptr);
+    EXPECT_EQ(m_left.getState().m_closeCode, 1005u);
+    readPeer();
+    EXPECT_EQ(m_received, std::string("\x88\0", 2));
+}
+
 TEST_F(WebSocketTest, BrokenFramesEndTheConnection) {
     openPeer();
     expectClose(std::string("\x82\x05hello", 7), 1002, ZYR_TRANSPORT_CLOSE_PROTOCOL); // not masked
