@@ -23,7 +23,7 @@ struct CoreClass {
     bool m_hasEntry;
 };
 
-constexpr CoreClass coreClasses[] = {
+constexpr CoreClass CORE_CLASSES[] = {
 #define ZYR_CORE_CLASS(Name) {#Name, &make##Name, true},
 #define ZYR_CORE_CLASS_FOR(Name, key, word) {#Name "{" word "}", &make##Name<key>, true},
 #define ZYR_NAMED_CORE_CLASS(Name) {#Name, &make##Name, false},
@@ -44,7 +44,7 @@ template <size_t... Entries> void fillMissing(CoreModuleTable& p_table, std::ind
 void fillCoreTable(CoreModuleTable& p_table) {
     const ScopedWriteLock lock(p_table.m_lock);
     fillMissing(p_table, std::make_index_sequence<CoreModuleTable::NUM_OF_ENTRIES>());
-    for (const CoreClass& coreClass : coreClasses) {
+    for (const CoreClass& coreClass : CORE_CLASSES) {
         if (!coreClass.m_hasEntry) {
             continue;
         }
@@ -55,7 +55,7 @@ void fillCoreTable(CoreModuleTable& p_table) {
 }
 
 void registerCoreClasses(ApplicationData& p_applicationData) {
-    for (const CoreClass& coreClass : coreClasses) {
+    for (const CoreClass& coreClass : CORE_CLASSES) {
         const Ref<IObject> object = Ref<IObject>::adopt(coreClass.m_make());
         addObjectAllocator(p_applicationData, object.get(), coreClass.m_make);
     }

@@ -5,14 +5,14 @@ namespace zyr {
 namespace {
 
 /// Rank of each request from OPTIONAL_1 on.
-constexpr uint8_t requestPriorities[32] = {1, 1, 2,  2,  3,  3,  4,  4,  5,  5,  6,  6,  7,  7,  8,  8,
-                                           9, 9, 10, 10, 11, 11, 12, 12, 13, 13, 14, 14, 15, 15, 16, 16};
+constexpr uint8_t REQUEST_PRIORITIES[32] = {1, 1, 2,  2,  3,  3,  4,  4,  5,  5,  6,  6,  7,  7,  8,  8,
+                                            9, 9, 10, 10, 11, 11, 12, 12, 13, 13, 14, 14, 15, 15, 16, 16};
 
 } // namespace
 
 uint8_t zyr_getRequestPriority(RequestTypeEnum p_requestType) {
     const uint32_t row = static_cast<uint32_t>(p_requestType) - ZYR_REQUEST_OPTIONAL_1;
-    return row < sizeof(requestPriorities) ? requestPriorities[row] : 0;
+    return row < sizeof(REQUEST_PRIORITIES) ? REQUEST_PRIORITIES[row] : 0;
 }
 
 bool_t zyr_isRequestMandatory(RequestTypeEnum p_requestType) {

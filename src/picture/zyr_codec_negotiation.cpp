@@ -47,21 +47,21 @@ template <auto Set, typename E> bool_t isIn(const FrameCodecInfo& p_codecInfo, u
     return (p_codecInfo.*Set).check(static_cast<E>(p_value));
 }
 
-constexpr RankedFeature planesFeatures[] = {{"planesModelSingle", ZYR_PLANES_MODEL_SINGLE, false,
-                                             &FrameCodecRequest::planesModelSingle,
-                                             &FrameCodecProposal::planesModelSingle},
-                                            {"planesModel420", ZYR_PLANES_MODEL_I420, true,
-                                             &FrameCodecRequest::planesModel420, &FrameCodecProposal::planesModel420},
-                                            {"planesModel410", ZYR_PLANES_MODEL_I410, true,
-                                             &FrameCodecRequest::planesModel410, &FrameCodecProposal::planesModel410},
-                                            {"planesModel411", ZYR_PLANES_MODEL_I411, true,
-                                             &FrameCodecRequest::planesModel411, &FrameCodecProposal::planesModel411},
-                                            {"planesModel422", ZYR_PLANES_MODEL_I422, true,
-                                             &FrameCodecRequest::planesModel422, &FrameCodecProposal::planesModel422},
-                                            {"planesModel444", ZYR_PLANES_MODEL_I444, true,
-                                             &FrameCodecRequest::planesModel444, &FrameCodecProposal::planesModel444}};
+constexpr RankedFeature PLANES_FEATURES[] = {{"planesModelSingle", ZYR_PLANES_MODEL_SINGLE, false,
+                                              &FrameCodecRequest::planesModelSingle,
+                                              &FrameCodecProposal::planesModelSingle},
+                                             {"planesModel420", ZYR_PLANES_MODEL_I420, true,
+                                              &FrameCodecRequest::planesModel420, &FrameCodecProposal::planesModel420},
+                                             {"planesModel410", ZYR_PLANES_MODEL_I410, true,
+                                              &FrameCodecRequest::planesModel410, &FrameCodecProposal::planesModel410},
+                                             {"planesModel411", ZYR_PLANES_MODEL_I411, true,
+                                              &FrameCodecRequest::planesModel411, &FrameCodecProposal::planesModel411},
+                                             {"planesModel422", ZYR_PLANES_MODEL_I422, true,
+                                              &FrameCodecRequest::planesModel422, &FrameCodecProposal::planesModel422},
+                                             {"planesModel444", ZYR_PLANES_MODEL_I444, true,
+                                              &FrameCodecRequest::planesModel444, &FrameCodecProposal::planesModel444}};
 
-constexpr RankedFeature colorFeatures[] = {
+constexpr RankedFeature COLOR_FEATURES[] = {
     {"colorSpaceRGB", ZYR_COLOR_SPACE_RGB, false, &FrameCodecRequest::colorSpaceRGB,
      &FrameCodecProposal::colorSpaceRGB},
     {"colorSpaceBT601", ZYR_COLOR_SPACE_BT_601, true, &FrameCodecRequest::colorSpaceBT601,
@@ -73,7 +73,7 @@ constexpr RankedFeature colorFeatures[] = {
     {"colorSpaceBT709FullRange", ZYR_COLOR_SPACE_BT_709_FR, true, &FrameCodecRequest::colorSpaceBT709FullRange,
      &FrameCodecProposal::colorSpaceBT709FullRange}};
 
-constexpr RankedFeature profileFeatures[] = {
+constexpr RankedFeature PROFILE_FEATURES[] = {
     {"codecProfileBaseline", ZYR_CODEC_PROFILE_BASELINE, false, &FrameCodecRequest::codecProfileBaseline,
      &FrameCodecProposal::codecProfileBaseline},
     {"codecProfileMain", ZYR_CODEC_PROFILE_MAIN, false, &FrameCodecRequest::codecProfileMain,
@@ -81,7 +81,7 @@ constexpr RankedFeature profileFeatures[] = {
     {"codecProfileHigh", ZYR_CODEC_PROFILE_HIGH, false, &FrameCodecRequest::codecProfileHigh,
      &FrameCodecProposal::codecProfileHigh}};
 
-constexpr RankedFeature compressionFeatures[] = {
+constexpr RankedFeature COMPRESSION_FEATURES[] = {
     {"compressionRle", ZYR_COMPRESSION_RLE, false, &FrameCodecRequest::compressionRle,
      &FrameCodecProposal::compressionRle},
     {"compressionLz4", ZYR_COMPRESSION_LZ4, false, &FrameCodecRequest::compressionLz4,
@@ -89,7 +89,7 @@ constexpr RankedFeature compressionFeatures[] = {
     {"compressionZip", ZYR_COMPRESSION_ZIP, false, &FrameCodecRequest::compressionZip,
      &FrameCodecProposal::compressionZip}};
 
-constexpr FlagFeature flagFeatures[] = {
+constexpr FlagFeature FLAG_FEATURES[] = {
     {"variableQuality", &FrameCodecRequest::variableQuality, &FrameCodecProposal::variableQuality,
      &FrameCodecInfo::variableQuality},
     {"video", &FrameCodecRequest::video, &FrameCodecProposal::video, &FrameCodecInfo::video},
@@ -98,26 +98,26 @@ constexpr FlagFeature flagFeatures[] = {
      &FrameCodecInfo::packedBlocks},
     {"multiSlice", &FrameCodecRequest::multiSlice, &FrameCodecProposal::multiSlice, &FrameCodecInfo::multiSlice}};
 
-constexpr uint32_t numOfGroups = 4;
+constexpr uint32_t NUM_OF_GROUPS = 4;
 /// The flags are dealt with in front of this group.
-constexpr uint32_t compressionGroup = 3;
+constexpr uint32_t COMPRESSION_GROUP = 3;
 
-constexpr FeatureGroup featureGroups[numOfGroups] = {
-    {"planes model", planesFeatures, 6, &FrameCodecRequest::planesModelYUV, &FrameCodecProposal::planesModelYUV,
+constexpr FeatureGroup FEATURE_GROUPS[NUM_OF_GROUPS] = {
+    {"planes model", PLANES_FEATURES, 6, &FrameCodecRequest::planesModelYUV, &FrameCodecProposal::planesModelYUV,
      &FrameCodecRequest::planesModel, &FrameCodecProposal::planesModel,
      &insertInto<&FrameCodecInfo::planesModels, PixelPlanesModelEnum>,
      &isIn<&FrameCodecInfo::planesModels, PixelPlanesModelEnum>},
-    {"color space", colorFeatures, 5, &FrameCodecRequest::colorSpaceYUV, &FrameCodecProposal::colorSpaceYUV,
+    {"color space", COLOR_FEATURES, 5, &FrameCodecRequest::colorSpaceYUV, &FrameCodecProposal::colorSpaceYUV,
      &FrameCodecRequest::colorSpace, &FrameCodecProposal::colorSpace,
      &insertInto<&FrameCodecInfo::colorSpaces, ColorSpaceEnum>, &isIn<&FrameCodecInfo::colorSpaces, ColorSpaceEnum>},
-    {"profile", profileFeatures, 3, nullptr, nullptr, &FrameCodecRequest::codecProfile,
+    {"profile", PROFILE_FEATURES, 3, nullptr, nullptr, &FrameCodecRequest::codecProfile,
      &FrameCodecProposal::codecProfile, &insertInto<&FrameCodecInfo::codecProfiles, FrameCodecProfileEnum>,
      &isIn<&FrameCodecInfo::codecProfiles, FrameCodecProfileEnum>},
-    {"compression", compressionFeatures, 3, nullptr, nullptr, &FrameCodecRequest::compression,
+    {"compression", COMPRESSION_FEATURES, 3, nullptr, nullptr, &FrameCodecRequest::compression,
      &FrameCodecProposal::compression, &insertInto<&FrameCodecInfo::compressions, CompressionTypeEnum>,
      &isIn<&FrameCodecInfo::compressions, CompressionTypeEnum>}};
 
-constexpr uint32_t numOfRanks = 17;
+constexpr uint32_t NUM_OF_RANKS = 17;
 
 /// What one side's insisting means for a feature.
 CodecMismatch findInsisting(const char* p_name, RequestTypeEnum p_wanted, ProposalTypeEnum p_offered) {
@@ -130,7 +130,7 @@ CodecMismatch findInsisting(const char* p_name, RequestTypeEnum p_wanted, Propos
 
 CodecMismatch matchFlags(const FrameCodecProposal& p_proposal, const FrameCodecRequest& p_request,
                          FrameCodecInfo& p_codecInfo) {
-    for (const FlagFeature& flag : flagFeatures) {
+    for (const FlagFeature& flag : FLAG_FEATURES) {
         const RequestTypeEnum wanted = p_request.*flag.m_request;
         const ProposalTypeEnum offered = p_proposal.*flag.m_proposal;
         const CodecMismatch mismatch = findInsisting(flag.m_name, wanted, offered);
@@ -146,7 +146,7 @@ CodecMismatch matchFlags(const FrameCodecProposal& p_proposal, const FrameCodecR
 
 CodecMismatch matchGroup(const FeatureGroup& p_group, const FrameCodecProposal& p_proposal,
                          const FrameCodecRequest& p_request, FrameCodecInfo& p_codecInfo) {
-    List<uint32_t> ranks[numOfRanks];
+    List<uint32_t> ranks[NUM_OF_RANKS];
     bool hasYUV = false;
     bool hasAny = false;
     for (uint32_t i = 0; i < p_group.m_numOfFeatures; ++i) {
@@ -193,13 +193,13 @@ CodecMismatch match(const FrameCodecProposal& p_proposal, const FrameCodecReques
     p_codecInfo.hardwareDeviceName = p_proposal.hardwareDeviceName;
     p_codecInfo.rating = p_proposal.rating;
     p_codecInfo.adapterID = p_proposal.adapterID;
-    for (uint32_t g = 0; g < numOfGroups; ++g) {
+    for (uint32_t g = 0; g < NUM_OF_GROUPS; ++g) {
         CodecMismatch mismatch;
-        if (g == compressionGroup) {
+        if (g == COMPRESSION_GROUP) {
             mismatch = matchFlags(p_proposal, p_request, p_codecInfo);
         }
         if (mismatch.m_kind == CodecMismatch::NOTHING) {
-            mismatch = matchGroup(featureGroups[g], p_proposal, p_request, p_codecInfo);
+            mismatch = matchGroup(FEATURE_GROUPS[g], p_proposal, p_request, p_codecInfo);
         }
         if (mismatch.m_kind != CodecMismatch::NOTHING) {
             return mismatch;
@@ -222,13 +222,13 @@ CodecMismatch FrameCodecProposal::findMismatch(const FrameCodecRequest& p_reques
 
 bool_t FrameCodecRequest::filterWithCodecInfo(const FrameCodecInfo& p_codecInfo, FrameCodecRequest& p_out) const {
     p_out.codecName = codecName;
-    for (uint32_t g = 0; g < numOfGroups; ++g) {
-        if (g == compressionGroup) {
-            for (const FlagFeature& flag : flagFeatures) {
+    for (uint32_t g = 0; g < NUM_OF_GROUPS; ++g) {
+        if (g == COMPRESSION_GROUP) {
+            for (const FlagFeature& flag : FLAG_FEATURES) {
                 p_out.*flag.m_request = p_codecInfo.*flag.m_agreed ? this->*flag.m_request : ZYR_REQUEST_NONE;
             }
         }
-        const FeatureGroup& group = featureGroups[g];
+        const FeatureGroup& group = FEATURE_GROUPS[g];
         bool hasYUV = false;
         bool hasAny = false;
         for (uint32_t i = 0; i < group.m_numOfFeatures; ++i) {

@@ -16,7 +16,7 @@ template class RecordWalker<DiffmapState>;
 namespace {
 
 /// A map has at most this many blocks: one for each pixel of a large picture.
-constexpr uint64_t mostBlocks = uint64_t{1} << 30;
+constexpr uint64_t MOST_BLOCKS = uint64_t{1} << 30;
 
 const String& getMarksKey() {
     static const String& key = makePermanent<String>("marks");
@@ -50,7 +50,7 @@ bool_t DiffmapLevel::init(uint32_t p_imageWidth, uint32_t p_imageHeight, uint32_
     }
     const uint32_t columns = divideUp(p_imageWidth, p_blockWidth);
     const uint32_t rows = divideUp(p_imageHeight, p_blockHeight);
-    if (uint64_t{columns} * rows > mostBlocks || !m_marks.resize(size_t{columns} * rows)) {
+    if (uint64_t{columns} * rows > MOST_BLOCKS || !m_marks.resize(size_t{columns} * rows)) {
         return 0;
     }
     m_imageWidth = p_imageWidth;

@@ -11,7 +11,7 @@ namespace zyr {
 
 namespace {
 
-constexpr PixelFormatEnum singleValueFormat = static_cast<PixelFormatEnum>(53);
+constexpr PixelFormatEnum SINGLE_VALUE_FORMAT = static_cast<PixelFormatEnum>(53);
 
 bool haveSameSize(const PixelArea& p_first, const PixelArea& p_second) {
     return p_first.m_width == p_second.m_width && p_first.m_height == p_second.m_height;
@@ -268,14 +268,14 @@ bool_t ImageLevel::drawPackedBlocks(IImage* p_image, IDiffmap* p_diffmap) {
 bool_t ImageLevel::getChannel(IImage* p_dst, uint32_t p_channel) const {
     const ImageView source(this);
     if (!source.isUsable() || p_channel > 3 || p_dst == nullptr || p_dst == this ||
-        !p_dst->init(m_width, m_height, 0, singleValueFormat, m_colorSpace, ZYR_PIXEL_FORMAT_NONE, 0)) {
+        !p_dst->init(m_width, m_height, 0, SINGLE_VALUE_FORMAT, m_colorSpace, ZYR_PIXEL_FORMAT_NONE, 0)) {
         return 0;
     }
-    uint8_t piece[pixelPiece * 4];
+    uint8_t piece[c_pixelPiece * 4];
     for (uint32_t y = 0; y < m_height; ++y) {
         uint8_t* row = static_cast<uint8_t*>(p_dst->getData()) + size_t{y} * p_dst->getPitch();
-        for (uint32_t x = 0; x < m_width; x += pixelPiece) {
-            const uint32_t count = pixelPiece < m_width - x ? pixelPiece : m_width - x;
+        for (uint32_t x = 0; x < m_width; x += c_pixelPiece) {
+            const uint32_t count = c_pixelPiece < m_width - x ? c_pixelPiece : m_width - x;
             readPixels(source.getArea(), x, y, count, piece);
             for (uint32_t i = 0; i < count; ++i) {
                 row[x + i] = piece[4 * i + p_channel];
@@ -288,12 +288,12 @@ bool_t ImageLevel::getChannel(IImage* p_dst, uint32_t p_channel) const {
 bool_t ImageLevel::setChannel(const IImage* p_src, uint32_t p_channel) {
     const ImageView target(this);
     const ImageView source(p_src);
-    if (!target.canBeWritten() || p_channel > 3 || !source.isUsable() || p_src->getFormat() != singleValueFormat ||
+    if (!target.canBeWritten() || p_channel > 3 || !source.isUsable() || p_src->getFormat() != SINGLE_VALUE_FORMAT ||
         !haveSameSize(source.getArea(), target.getArea())) {
         return 0;
     }
     const PixelLayout& layout = target.getArea().m_layout;
-    if (layout.m_position[p_channel] == PixelLayout::noChannel) {
+    if (layout.m_position[p_channel] == PixelLayout::c_noChannel) {
         return 0;
     }
     for (uint32_t y = 0; y < m_height; ++y) {
@@ -312,7 +312,7 @@ bool_t ImageLevel::setChannelValue(float p_value, uint32_t p_channel) {
         return 0;
     }
     const PixelLayout& layout = target.getArea().m_layout;
-    if (layout.m_position[p_channel] == PixelLayout::noChannel) {
+    if (layout.m_position[p_channel] == PixelLayout::c_noChannel) {
         return 0;
     }
     const uint32_t packed = zyr_convertColorRGBAToUInt32(ZYR_COLOR_ORDER_RGBA, ColorRGBA<float>(p_value, 0, 0, 0));
@@ -328,7 +328,7 @@ bool_t ImageLevel::setChannelValue(float p_value, uint32_t p_channel) {
 bool_t ImageLevel::simulateANDMask(const IImage* p_mask) {
     const ImageView target(this);
     const ImageView mask(p_mask);
-    if (!target.canBeWritten() || target.getArea().m_layout.m_position[3] == PixelLayout::noChannel ||
+    if (!target.canBeWritten() || target.getArea().m_layout.m_position[3] == PixelLayout::c_noChannel ||
         !mask.isUsable() || !haveSameSize(target.getArea(), mask.getArea())) {
         return 0;
     }

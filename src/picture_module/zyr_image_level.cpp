@@ -16,9 +16,9 @@ namespace zyr {
 namespace {
 
 /// Keeps all sums within 32 bits, and far beyond what codecs take.
-constexpr uint32_t largestSide = 32768;
+constexpr uint32_t LARGEST_SIDE = 32768;
 /// Bytes behind the picture that wide stores may touch.
-constexpr size_t storageSlack = 64;
+constexpr size_t STORAGE_SLACK = 64;
 
 uint64_t getRowSize(uint32_t p_width, uint32_t p_bitsPerPixel) {
     return (uint64_t{p_width} * p_bitsPerPixel + 7) / 8;
@@ -29,7 +29,7 @@ uint64_t getRowSize(uint32_t p_width, uint32_t p_bitsPerPixel) {
 bool ImageLevel::describeStorage(uint32_t p_width, uint32_t p_height, uint32_t p_pitch, PixelFormatEnum p_format,
                                  Storage& p_storage) {
     PixelFormatDescriptor descriptor;
-    if (p_width == 0 || p_height == 0 || p_width > largestSide || p_height > largestSide ||
+    if (p_width == 0 || p_height == 0 || p_width > LARGEST_SIDE || p_height > LARGEST_SIDE ||
         !zyr_getPixelFormatDescriptor(p_format, descriptor) || descriptor.m_channelModel == ZYR_PIXEL_MODEL_YUV) {
         return false;
     }
@@ -52,7 +52,7 @@ bool ImageLevel::describeStorage(uint32_t p_width, uint32_t p_height, uint32_t p
 }
 
 size_t ImageLevel::getStorageSize(const Storage& p_storage) const {
-    const size_t size = size_t{p_storage.m_pitch} * ((p_storage.m_height + 1) & ~1u) + storageSlack;
+    const size_t size = size_t{p_storage.m_pitch} * ((p_storage.m_height + 1) & ~1u) + STORAGE_SLACK;
     switch (m_allocStep & ZYR_ALLOC_STEP_CLASS_MASK) {
     case ZYR_ALLOC_STEP_DOUBLE:
         return size * 2;
@@ -241,7 +241,7 @@ bool_t ImageLevel::extractPackedBlocks(IDiffmap* p_diffmap) {
         count += marks[i] != 0;
     }
     Storage storage;
-    if (count == 0 || uint64_t{blockHeight} * count > largestSide ||
+    if (count == 0 || uint64_t{blockHeight} * count > LARGEST_SIDE ||
         !describeStorage(blockWidth, blockHeight * count, 0, m_format, storage) || !allocateStorage(storage)) {
         return 0;
     }

@@ -15,7 +15,7 @@ template class RecordWalker<PaletteState>;
 namespace {
 
 /// The most colors that an indexed format can number.
-constexpr uint32_t mostIndices = 65536;
+constexpr uint32_t MOST_INDICES = 65536;
 
 const String& getColorsKey() {
     static const String& key = makePermanent<String>("colors");
@@ -41,7 +41,7 @@ PixelArea makeArea(void* p_colors, uint32_t p_numOfColors, PixelFormatEnum p_for
 
 bool_t PaletteLevel::init(uint32_t p_numOfIndices, PixelFormatEnum p_format) {
     PixelLayout layout;
-    if (p_numOfIndices == 0 || p_numOfIndices > mostIndices || !getColorLayout(p_format, layout)) {
+    if (p_numOfIndices == 0 || p_numOfIndices > MOST_INDICES || !getColorLayout(p_format, layout)) {
         return 0;
     }
     m_format = p_format;
@@ -53,7 +53,7 @@ bool_t PaletteLevel::init(uint32_t p_numOfIndices, PixelFormatEnum p_format) {
 
 bool_t PaletteLevel::resize(uint32_t p_numOfIndices) {
     PixelLayout layout;
-    if (p_numOfIndices == 0 || p_numOfIndices > mostIndices || !getColorLayout(m_format, layout)) {
+    if (p_numOfIndices == 0 || p_numOfIndices > MOST_INDICES || !getColorLayout(m_format, layout)) {
         return 0;
     }
     const size_t oldSize = m_colors.getSize();
@@ -130,7 +130,7 @@ bool fillPalette(IPalette* p_palette, PixelFormatEnum p_format, const Array<uint
         return true;
     }
     if (!getColorLayout(p_format, layout) || p_colors.getSize() % layout.m_size != 0 ||
-        p_colors.getSize() / layout.m_size > mostIndices ||
+        p_colors.getSize() / layout.m_size > MOST_INDICES ||
         !p_palette->init(static_cast<uint32_t>(p_colors.getSize() / layout.m_size), p_format)) {
         ZYR_LOG_WARN("Unable to read palette: %zu bytes do not fit the format %u", p_colors.getSize(), p_format);
         return false;

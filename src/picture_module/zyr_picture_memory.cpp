@@ -9,22 +9,22 @@ namespace zyr {
 
 namespace {
 
-constexpr size_t alignment = 64;
+constexpr size_t ALIGNMENT = 64;
 /// Sizes are rounded up to this, so that almost equal pictures share blocks.
-constexpr size_t granule = 4096;
+constexpr size_t GRANULE = 4096;
 /// Below this the heap is fast enough.
-constexpr size_t smallestKept = 16 * granule;
-constexpr size_t mostBlocks = 16;
-constexpr size_t mostBytes = size_t{192} << 20;
+constexpr size_t SMALLEST_KEPT = 16 * GRANULE;
+constexpr size_t MOST_BLOCKS = 16;
+constexpr size_t MOST_BYTES = size_t{192} << 20;
 
 /// The heap's own address stands in front of the aligned data.
 PictureBlock allocateBlock(size_t p_capacity) {
-    uint8_t* memory = static_cast<uint8_t*>(zyr_tryMalloc(p_capacity + alignment + sizeof(void*)));
+    uint8_t* memory = static_cast<uint8_t*>(zyr_tryMalloc(p_capacity + ALIGNMENT + sizeof(void*)));
     if (memory == nullptr) {
         return {};
     }
     const uintptr_t start = reinterpret_cast<uintptr_t>(memory) + sizeof(void*);
-    uint8_t* data = memory + sizeof(void*) + (alignment - start % alignment) % alignment;
+    uint8_t* data = memory + sizeof(void*) + (ALIGNMENT - start % ALIGNMENT) % ALIGNMENT;
     memcpy(data - sizeof(void*), &memory, sizeof(void*));
     return {data, p_capacity};
 }
@@ -57,11 +57,11 @@ public:
     }
 
     void keep(const PictureBlock& p_block) {
-        PictureBlock displaced[mostBlocks];
+        PictureBlock displaced[MOST_BLOCKS];
         size_t numOfDisplaced = 0;
         {
             const ScopedLock lock(m_mutex);
-            while (m_count == mostBlocks || (m_count != 0 && m_bytes + p_block.m_capacity > mostBytes)) {
+            while (m_count == MOST_BLOCKS || (m_count != 0 && m_bytes + p_block.m_capacity > MOST_BYTES)) {
                 displaced[numOfDisplaced++] = removeAt(0);
             }
             m_blocks[m_count++] = p_block;
@@ -84,7 +84,7 @@ private:
     }
 
     Mutex m_mutex;
-    PictureBlock m_blocks[mostBlocks];
+    PictureBlock m_blocks[MOST_BLOCKS];
     size_t m_count = 0;
     size_t m_bytes = 0;
 };
@@ -97,18 +97,18 @@ BlockPool& getBlockPool() {
 } // namespace
 
 PictureBlock takePictureBlock(size_t p_size) {
-    const size_t capacity = (p_size + granule - 1) / granule * granule;
-    if (capacity >= smallestKept) {
+    const size_t capacity = (p_size + GRANULE - 1) / GRANULE * GRANULE;
+    if (capacity >= SMALLEST_KEPT) {
         const PictureBlock block = getBlockPool().take(capacity);
         if (block.m_data != nullptr) {
             return block;
         }
     }
-    return allocateBlock(capacity >= smallestKept ? capacity : p_size);
+    return allocateBlock(capacity >= SMALLEST_KEPT ? capacity : p_size);
 }
 
 void givePictureBlockBack(const PictureBlock& p_block) {
-    if (p_block.m_capacity >= smallestKept && p_block.m_capacity <= mostBytes) {
+    if (p_block.m_capacity >= SMALLEST_KEPT && p_block.m_capacity <= MOST_BYTES) {
         getBlockPool().keep(p_block);
     } else {
         freeBlock(p_block);

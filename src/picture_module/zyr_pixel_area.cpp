@@ -8,9 +8,9 @@ namespace zyr {
 
 namespace {
 
-constexpr uint32_t indexed8 = 4;
-constexpr uint32_t value8 = 53;
-constexpr uint32_t alpha8 = 103;
+constexpr uint32_t INDEXED_8 = 4;
+constexpr uint32_t VALUE_8 = 53;
+constexpr uint32_t ALPHA_8 = 103;
 
 /// Order of the bytes of a four-byte pixel for libyuv: target byte i is source byte p_order[i].
 void shuffleWords(const uint8_t* p_source, uint8_t* p_target, const uint8_t (&p_order)[4], uint32_t p_count) {
@@ -75,12 +75,12 @@ uint32_t multiplyBytes(uint32_t p_a, uint32_t p_b) {
 } // namespace
 
 bool getPixelLayout(PixelFormatEnum p_format, PixelLayout& p_layout) {
-    const uint8_t none = PixelLayout::noChannel;
-    if (p_format == indexed8 || p_format == value8 || p_format == alpha8) {
-        p_layout = {1, {none, none, none, none}, p_format == value8, p_format == indexed8};
-        if (p_format == value8) {
+    const uint8_t none = PixelLayout::c_noChannel;
+    if (p_format == INDEXED_8 || p_format == VALUE_8 || p_format == ALPHA_8) {
+        p_layout = {1, {none, none, none, none}, p_format == VALUE_8, p_format == INDEXED_8};
+        if (p_format == VALUE_8) {
             p_layout.m_position[0] = p_layout.m_position[1] = p_layout.m_position[2] = 0;
-        } else if (p_format == alpha8) {
+        } else if (p_format == ALPHA_8) {
             p_layout.m_position[3] = 0;
         }
         return true;
@@ -114,7 +114,7 @@ void readPixels(const PixelArea& p_area, uint32_t p_x, uint32_t p_y, uint32_t p_
         uint8_t order[4];
         getWordOrder(layout, order);
         shuffleWords(pixels, p_rgba, order, p_count);
-        if (layout.m_position[3] == PixelLayout::noChannel) {
+        if (layout.m_position[3] == PixelLayout::c_noChannel) {
             makeOpaque(p_rgba, p_count);
         }
     } else if (layout.m_size == 3) {
@@ -138,7 +138,7 @@ void writePixels(const PixelArea& p_area, uint32_t p_x, uint32_t p_y, uint32_t p
             inverse[order[i]] = i;
         }
         shuffleWords(p_rgba, pixels, inverse, p_count);
-        if (layout.m_position[3] == PixelLayout::noChannel) {
+        if (layout.m_position[3] == PixelLayout::c_noChannel) {
             for (uint32_t i = 0; i < p_count; ++i) {
                 pixels[4 * i + order[3]] = 0xFF;
             }
@@ -164,10 +164,10 @@ void copyPixels(const PixelArea& p_source, const PixelArea& p_target) {
         }
         return;
     }
-    uint8_t piece[pixelPiece * 4];
+    uint8_t piece[c_pixelPiece * 4];
     for (uint32_t y = 0; y < p_source.m_height; ++y) {
-        for (uint32_t x = 0; x < p_source.m_width; x += pixelPiece) {
-            const uint32_t count = p_source.m_width - x < pixelPiece ? p_source.m_width - x : pixelPiece;
+        for (uint32_t x = 0; x < p_source.m_width; x += c_pixelPiece) {
+            const uint32_t count = p_source.m_width - x < c_pixelPiece ? p_source.m_width - x : c_pixelPiece;
             if (isWordFormatInOrderRGBA(p_target.m_layout) && p_target.m_layout.m_position[3] == 3) {
                 readPixels(p_source, x, y, count, p_target.getPixel(x, y));
             } else {
@@ -179,7 +179,7 @@ void copyPixels(const PixelArea& p_source, const PixelArea& p_target) {
 }
 
 bool arePixelsEqual(const PixelArea& p_first, const PixelArea& p_second) {
-    const bool hasUnused = p_first.m_layout.m_size == 4 && p_first.m_layout.m_position[3] == PixelLayout::noChannel;
+    const bool hasUnused = p_first.m_layout.m_size == 4 && p_first.m_layout.m_position[3] == PixelLayout::c_noChannel;
     uint8_t order[4];
     uint32_t mask = 0xFFFFFFFF;
     if (hasUnused) {
@@ -238,12 +238,12 @@ void clearPixels(const PixelArea& p_area) {
 void blendPixels(const PixelArea& p_target, const PixelArea& p_mask, const ColorRGBA<float>& p_color) {
     const uint32_t packed = zyr_convertColorRGBAToUInt32(ZYR_COLOR_ORDER_RGBA, p_color);
     const uint32_t colorAlpha = packed >> 24;
-    const bool isAlphaMask = p_mask.m_layout.m_position[3] != PixelLayout::noChannel || p_mask.m_layout.m_isIndexed;
-    uint8_t mask[pixelPiece * 4];
-    uint8_t pixels[pixelPiece * 4];
+    const bool isAlphaMask = p_mask.m_layout.m_position[3] != PixelLayout::c_noChannel || p_mask.m_layout.m_isIndexed;
+    uint8_t mask[c_pixelPiece * 4];
+    uint8_t pixels[c_pixelPiece * 4];
     for (uint32_t y = 0; y < p_target.m_height; ++y) {
-        for (uint32_t x = 0; x < p_target.m_width; x += pixelPiece) {
-            const uint32_t count = p_target.m_width - x < pixelPiece ? p_target.m_width - x : pixelPiece;
+        for (uint32_t x = 0; x < p_target.m_width; x += c_pixelPiece) {
+            const uint32_t count = p_target.m_width - x < c_pixelPiece ? p_target.m_width - x : c_pixelPiece;
             readPixels(p_mask, x, y, count, mask);
             readPixels(p_target, x, y, count, pixels);
             for (uint32_t i = 0; i < count; ++i) {
@@ -261,11 +261,11 @@ void blendPixels(const PixelArea& p_target, const PixelArea& p_mask, const Color
 }
 
 void maskPixels(const PixelArea& p_target, const PixelArea& p_mask) {
-    uint8_t mask[pixelPiece * 4];
-    uint8_t pixels[pixelPiece * 4];
+    uint8_t mask[c_pixelPiece * 4];
+    uint8_t pixels[c_pixelPiece * 4];
     for (uint32_t y = 0; y < p_target.m_height; ++y) {
-        for (uint32_t x = 0; x < p_target.m_width; x += pixelPiece) {
-            const uint32_t count = p_target.m_width - x < pixelPiece ? p_target.m_width - x : pixelPiece;
+        for (uint32_t x = 0; x < p_target.m_width; x += c_pixelPiece) {
+            const uint32_t count = p_target.m_width - x < c_pixelPiece ? p_target.m_width - x : c_pixelPiece;
             readPixels(p_mask, x, y, count, mask);
             readPixels(p_target, x, y, count, pixels);
             for (uint32_t i = 0; i < count; ++i) {

@@ -8,9 +8,9 @@
 
 namespace zyr {
 
-/// Where the channels of a pixel stand: byte positions in the order R, G, B, A, or `noChannel`.
+/// Where the channels of a pixel stand: byte positions in the order R, G, B, A, or `c_noChannel`.
 struct PixelLayout {
-    static constexpr uint8_t noChannel = 0xFF;
+    static constexpr uint8_t c_noChannel = 0xFF;
 
     uint8_t m_size; ///< Bytes of a pixel.
     uint8_t m_position[4];
@@ -42,9 +42,9 @@ struct PixelArea {
 };
 
 /// Pixels that are read or written at once.
-constexpr uint32_t pixelPiece = 256;
+constexpr uint32_t c_pixelPiece = 256;
 
-/// Reads up to `pixelPiece` pixels as R, G, B, A; alpha that the format lacks is opaque.
+/// Reads up to `c_pixelPiece` pixels as R, G, B, A; alpha that the format lacks is opaque.
 void readPixels(const PixelArea& p_area, uint32_t p_x, uint32_t p_y, uint32_t p_count, uint8_t* p_rgba);
 /// The opposite. A format of one value takes the luminance.
 void writePixels(const PixelArea& p_area, uint32_t p_x, uint32_t p_y, uint32_t p_count, const uint8_t* p_rgba);

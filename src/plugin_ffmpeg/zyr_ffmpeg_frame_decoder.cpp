@@ -21,7 +21,7 @@ struct DecoderRow {
     CodecRatingEnum rating;
 };
 
-constexpr DecoderRow decoderRows[] = {
+constexpr DecoderRow DECODER_ROWS[] = {
     {"vp9", "vp9", "", ZYR_CODEC_RATING_FAST},
     {"vp9", "libvpx-vp9", "", ZYR_CODEC_RATING_NORMAL},
     {"vp9", "vp9", "vaapi", ZYR_CODEC_RATING_ULTRA_FAST},
@@ -125,7 +125,7 @@ IFrameDecoderContext* FFmpegFrameDecoder::createFrameDecoderContext() {
 void FFmpegFrameDecoder::initDecoders() {
     ZYR_ASSERT(m_decoders == NULL);
     m_decoders = new List<FFmpegDecoderInfo*>;
-    for (const DecoderRow& row : decoderRows) {
+    for (const DecoderRow& row : DECODER_ROWS) {
         m_decoders->pushBack(createDecoderInfo(row));
     }
     for (List<FFmpegDecoderInfo*>::iterator it = m_decoders->begin(); it != m_decoders->end(); ++it) {

@@ -31,7 +31,7 @@ struct EncoderRow {
     bool_t hasProfiles;
 };
 
-constexpr EncoderRow encoderRows[] = {
+constexpr EncoderRow ENCODER_ROWS[] = {
     {"vp9", "libvpx-vp9", "crf=32,deadline=realtime,cpu-used=8,threads=8,lag-in-frames=0", "", ZYR_CODEC_RATING_NORMAL,
      crfSetQualityCallback, ZYR_PROPOSAL_MANDATORY, 1},
     {"vp9", "vp9_vaapi", "async_depth=1", "vaapi", ZYR_CODEC_RATING_ULTRA_FAST, ignoreQualityCallback,
@@ -195,7 +195,7 @@ IFrameEncoderContext* FFmpegFrameEncoder::createFrameEncoderContext() {
 void FFmpegFrameEncoder::initEncoders() {
     ZYR_ASSERT(m_encoders == NULL);
     m_encoders = new List<FFmpegEncoderInfo*>;
-    for (const EncoderRow& row : encoderRows) {
+    for (const EncoderRow& row : ENCODER_ROWS) {
         m_encoders->pushBack(createEncoderInfo(row, getAdapterID()));
     }
     for (List<FFmpegEncoderInfo*>::iterator it = m_encoders->begin(); it != m_encoders->end(); ++it) {

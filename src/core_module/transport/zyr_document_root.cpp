@@ -12,7 +12,7 @@ struct ContentType {
     const char* m_type;
 };
 
-constexpr ContentType contentTypes[] = {
+constexpr ContentType CONTENT_TYPES[] = {
     {"html", "text/html; charset=utf-8"},
     {"css", "text/css; charset=utf-8"},
     {"js", "text/javascript; charset=utf-8"},
@@ -38,7 +38,7 @@ constexpr ContentType contentTypes[] = {
 
 const char* findContentType(const char* p_name) {
     const char* dot = strrchr(p_name, '.');
-    for (const ContentType& entry : contentTypes) {
+    for (const ContentType& entry : CONTENT_TYPES) {
         if (dot != nullptr && strcasecmp(dot + 1, entry.m_extension) == 0) {
             return entry.m_type;
         }

@@ -13,7 +13,7 @@ struct StatusText {
     const char* m_sentence;
 };
 
-constexpr StatusText statusTexts[] = {
+constexpr StatusText STATUS_TEXTS[] = {
     {200, "OK", ""},
     {400, "Bad Request", "The request is malformed.\n"},
     {403, "Forbidden", "This is not allowed here.\n"},
@@ -26,12 +26,12 @@ constexpr StatusText statusTexts[] = {
 };
 
 const StatusText& findStatus(uint32_t p_status) {
-    for (const StatusText& entry : statusTexts) {
+    for (const StatusText& entry : STATUS_TEXTS) {
         if (entry.m_status == p_status) {
             return entry;
         }
     }
-    return statusTexts[0];
+    return STATUS_TEXTS[0];
 }
 
 bool isAllowedHost(const List<String>& p_hosts, TextPart p_host) {

@@ -8,7 +8,7 @@ namespace zyr {
 namespace {
 
 /// Every whole pixel size (1, 2, 3, 4, 6, 8, 12 and 16 bytes) divides this number, and it is three wide stores.
-constexpr size_t patternSize = 48;
+constexpr size_t PATTERN_SIZE = 48;
 
 typedef uint8_t WideStore __attribute__((vector_size(16)));
 
@@ -70,7 +70,7 @@ void makePixel(const PixelFormatDescriptor& p_descriptor, const ColorRGBA<float>
     }
 }
 
-void fillRow(uint8_t* p_row, size_t p_size, const uint8_t (&p_pattern)[patternSize]) {
+void fillRow(uint8_t* p_row, size_t p_size, const uint8_t (&p_pattern)[PATTERN_SIZE]) {
     WideStore first;
     WideStore second;
     WideStore third;
@@ -78,7 +78,7 @@ void fillRow(uint8_t* p_row, size_t p_size, const uint8_t (&p_pattern)[patternSi
     memcpy(&second, p_pattern + 16, 16);
     memcpy(&third, p_pattern + 32, 16);
     size_t done = 0;
-    for (; done + patternSize <= p_size; done += patternSize) {
+    for (; done + PATTERN_SIZE <= p_size; done += PATTERN_SIZE) {
         memcpy(p_row + done, &first, 16);
         memcpy(p_row + done + 16, &second, 16);
         memcpy(p_row + done + 32, &third, 16);
@@ -119,8 +119,8 @@ void zyr_clearImageDataWithColorRGBA(uint32_t p_width, uint32_t p_height, uint32
     }
 
     const size_t pixelSize = descriptor.m_bitsPerPixel / 8;
-    uint8_t pattern[patternSize];
-    for (size_t offset = 0; offset < patternSize; offset += pixelSize) {
+    uint8_t pattern[PATTERN_SIZE];
+    for (size_t offset = 0; offset < PATTERN_SIZE; offset += pixelSize) {
         memcpy(pattern + offset, pixel, pixelSize);
     }
     size_t rowSize = rowBits / 8;
@@ -129,7 +129,7 @@ void zyr_clearImageDataWithColorRGBA(uint32_t p_width, uint32_t p_height, uint32
         rowSize *= rows;
         rows = 1;
     }
-    const bool oneByte = memcmp(pattern, pattern + 1, patternSize - 1) == 0;
+    const bool oneByte = memcmp(pattern, pattern + 1, PATTERN_SIZE - 1) == 0;
     for (uint32_t y = 0; y < rows; ++y, row += p_pitch) {
         if (oneByte) {
             memset(row, pattern[0], rowSize);

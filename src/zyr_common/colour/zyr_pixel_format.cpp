@@ -13,18 +13,18 @@ struct ChannelWidth {
     uint8_t m_byteOrder;
 };
 
-constexpr ChannelWidth singleWidths[] = {
+constexpr ChannelWidth SINGLE_WIDTHS[] = {
     {1, ZYR_PIXEL_COMPONENT_BIT, 0},      {2, ZYR_PIXEL_COMPONENT_INTEGER, 0},  {4, ZYR_PIXEL_COMPONENT_INTEGER, 0},
     {8, ZYR_PIXEL_COMPONENT_INTEGER, 0},  {16, ZYR_PIXEL_COMPONENT_INTEGER, 1}, {16, ZYR_PIXEL_COMPONENT_INTEGER, 2},
     {16, ZYR_PIXEL_COMPONENT_FLOAT16, 1}, {16, ZYR_PIXEL_COMPONENT_FLOAT16, 2}, {24, ZYR_PIXEL_COMPONENT_INTEGER, 0},
     {32, ZYR_PIXEL_COMPONENT_INTEGER, 1}, {32, ZYR_PIXEL_COMPONENT_INTEGER, 2}, {32, ZYR_PIXEL_COMPONENT_FLOAT32, 1},
     {32, ZYR_PIXEL_COMPONENT_FLOAT32, 2}, {64, ZYR_PIXEL_COMPONENT_FLOAT64, 1}, {64, ZYR_PIXEL_COMPONENT_FLOAT64, 2}};
 
-constexpr ChannelWidth doubleWidths[] = {{1, ZYR_PIXEL_COMPONENT_BIT, 0},      {2, ZYR_PIXEL_COMPONENT_INTEGER, 0},
-                                         {4, ZYR_PIXEL_COMPONENT_INTEGER, 0},  {8, ZYR_PIXEL_COMPONENT_INTEGER, 0},
-                                         {16, ZYR_PIXEL_COMPONENT_INTEGER, 1}, {16, ZYR_PIXEL_COMPONENT_INTEGER, 2}};
+constexpr ChannelWidth DOUBLE_WIDTHS[] = {{1, ZYR_PIXEL_COMPONENT_BIT, 0},      {2, ZYR_PIXEL_COMPONENT_INTEGER, 0},
+                                          {4, ZYR_PIXEL_COMPONENT_INTEGER, 0},  {8, ZYR_PIXEL_COMPONENT_INTEGER, 0},
+                                          {16, ZYR_PIXEL_COMPONENT_INTEGER, 1}, {16, ZYR_PIXEL_COMPONENT_INTEGER, 2}};
 
-constexpr ChannelWidth wideDoubleWidths[] = {
+constexpr ChannelWidth WIDE_DOUBLE_WIDTHS[] = {
     {1, ZYR_PIXEL_COMPONENT_BIT, 0},      {2, ZYR_PIXEL_COMPONENT_INTEGER, 0},  {4, ZYR_PIXEL_COMPONENT_INTEGER, 0},
     {8, ZYR_PIXEL_COMPONENT_INTEGER, 0},  {16, ZYR_PIXEL_COMPONENT_INTEGER, 1}, {16, ZYR_PIXEL_COMPONENT_INTEGER, 2},
     {16, ZYR_PIXEL_COMPONENT_FLOAT16, 1}, {16, ZYR_PIXEL_COMPONENT_FLOAT16, 2}, {24, ZYR_PIXEL_COMPONENT_INTEGER, 1},
@@ -32,7 +32,7 @@ constexpr ChannelWidth wideDoubleWidths[] = {
     {32, ZYR_PIXEL_COMPONENT_FLOAT32, 1}, {32, ZYR_PIXEL_COMPONENT_FLOAT32, 2}, {64, ZYR_PIXEL_COMPONENT_FLOAT64, 1},
     {64, ZYR_PIXEL_COMPONENT_FLOAT64, 2}};
 
-constexpr uint8_t indexBits[] = {1, 2, 4, 8, 16, 16};
+constexpr uint8_t INDEX_BITS[] = {1, 2, 4, 8, 16, 16};
 
 /// Planes and subsampling of the YUV formats from I420 on.
 struct YuvLayout {
@@ -42,16 +42,16 @@ struct YuvLayout {
     uint8_t m_channelOrder;
 };
 
-constexpr YuvLayout yuvLayouts[] = {{3, 2, 2, ZYR_PIXEL_ORDER_RGB}, {3, 2, 2, ZYR_PIXEL_ORDER_YVU},
-                                    {2, 1, 2, ZYR_PIXEL_ORDER_RGB}, {2, 1, 2, ZYR_PIXEL_ORDER_YVU},
-                                    {3, 4, 4, ZYR_PIXEL_ORDER_RGB}, {3, 4, 1, ZYR_PIXEL_ORDER_RGB},
-                                    {3, 2, 1, ZYR_PIXEL_ORDER_RGB}, {3, 1, 1, ZYR_PIXEL_ORDER_RGB}};
+constexpr YuvLayout YUV_LAYOUTS[] = {{3, 2, 2, ZYR_PIXEL_ORDER_RGB}, {3, 2, 2, ZYR_PIXEL_ORDER_YVU},
+                                     {2, 1, 2, ZYR_PIXEL_ORDER_RGB}, {2, 1, 2, ZYR_PIXEL_ORDER_YVU},
+                                     {3, 4, 4, ZYR_PIXEL_ORDER_RGB}, {3, 4, 1, ZYR_PIXEL_ORDER_RGB},
+                                     {3, 2, 1, ZYR_PIXEL_ORDER_RGB}, {3, 1, 1, ZYR_PIXEL_ORDER_RGB}};
 
 /// Places, in the order R, G, B, A, from the lowest bits upwards.
-constexpr uint8_t orderRGB[] = {0, 1, 2};
-constexpr uint8_t orderBGR[] = {2, 1, 0};
-constexpr uint8_t fourOrders[4][4] = {{0, 1, 2, 3}, {3, 0, 1, 2}, {2, 1, 0, 3}, {3, 2, 1, 0}};
-constexpr uint32_t alphaPlace = 3;
+constexpr uint8_t ORDER_RGB[] = {0, 1, 2};
+constexpr uint8_t ORDER_BGR[] = {2, 1, 0};
+constexpr uint8_t FOUR_ORDERS[4][4] = {{0, 1, 2, 3}, {3, 0, 1, 2}, {2, 1, 0, 3}, {3, 2, 1, 0}};
+constexpr uint32_t ALPHA_PLACE = 3;
 
 void setChannel(PixelFormatDescriptor& p_descriptor, uint32_t p_place, uint32_t p_shift, uint32_t p_bits) {
     p_descriptor.m_channelShift[p_place] = p_shift;
@@ -70,7 +70,7 @@ void setComponents(PixelFormatDescriptor& p_descriptor, uint32_t p_componentType
 }
 
 void describeIndex(PixelFormatDescriptor& p_descriptor, uint32_t p_row) {
-    uint32_t bits = indexBits[p_row];
+    uint32_t bits = INDEX_BITS[p_row];
     setComponents(p_descriptor, bits == 1 ? ZYR_PIXEL_COMPONENT_BIT : ZYR_PIXEL_COMPONENT_INTEGER,
                   bits == 16 ? p_row - 3 : 0);
     setChannel(p_descriptor, 0, 0, bits);
@@ -81,7 +81,7 @@ void describeIndex(PixelFormatDescriptor& p_descriptor, uint32_t p_row) {
 
 void describeSingle(PixelFormatDescriptor& p_descriptor, const ChannelWidth& p_width, PixelChannelModelEnum p_model) {
     setComponents(p_descriptor, p_width.m_componentType, p_width.m_byteOrder);
-    setChannel(p_descriptor, p_model == ZYR_PIXEL_MODEL_ALPHA ? alphaPlace : 0, 0, p_width.m_bits);
+    setChannel(p_descriptor, p_model == ZYR_PIXEL_MODEL_ALPHA ? ALPHA_PLACE : 0, 0, p_width.m_bits);
     p_descriptor.m_bitsPerPixel = p_width.m_bits;
     p_descriptor.m_channelModel = p_model;
 }
@@ -92,7 +92,7 @@ void describeDouble(PixelFormatDescriptor& p_descriptor, const ChannelWidth& p_w
     bool valueAbove = p_order == ZYR_PIXEL_ORDER_VALUE_ABOVE_ALPHA;
     setComponents(p_descriptor, p_width.m_componentType, p_width.m_byteOrder);
     setChannel(p_descriptor, 0, valueAbove ? bits : 0, bits);
-    setChannel(p_descriptor, alphaPlace, valueAbove ? 0 : bits, bits);
+    setChannel(p_descriptor, ALPHA_PLACE, valueAbove ? 0 : bits, bits);
     p_descriptor.m_numOfChannels = 2;
     p_descriptor.m_bitsPerPixel = 2 * bits;
     p_descriptor.m_channelModel = p_model;
@@ -103,7 +103,7 @@ void describeDouble(PixelFormatDescriptor& p_descriptor, const ChannelWidth& p_w
 void describeThree(PixelFormatDescriptor& p_descriptor, uint32_t p_bgr, uint32_t p_red, uint32_t p_green,
                    uint32_t p_blue) {
     const uint32_t bits[] = {p_red, p_green, p_blue};
-    const uint8_t* order = p_bgr != 0 ? orderBGR : orderRGB;
+    const uint8_t* order = p_bgr != 0 ? ORDER_BGR : ORDER_RGB;
     uint32_t shift = 0;
     for (uint32_t i = 0; i < 3; ++i) {
         setChannel(p_descriptor, order[i], shift, bits[order[i]]);
@@ -117,12 +117,12 @@ void describeThree(PixelFormatDescriptor& p_descriptor, uint32_t p_bgr, uint32_t
 
 /// Three channels and alpha in one of the four orders. An odd `p_row` leaves the bits of alpha unused.
 void describeFour(PixelFormatDescriptor& p_descriptor, uint32_t p_row, uint32_t p_bits, uint32_t p_alphaBits) {
-    const uint8_t* order = fourOrders[p_row / 2];
+    const uint8_t* order = FOUR_ORDERS[p_row / 2];
     bool hasAlpha = p_row % 2 == 0;
     uint32_t shift = 0;
     for (uint32_t i = 0; i < 4; ++i) {
-        uint32_t bits = order[i] == alphaPlace ? p_alphaBits : p_bits;
-        if (order[i] != alphaPlace || hasAlpha) {
+        uint32_t bits = order[i] == ALPHA_PLACE ? p_alphaBits : p_bits;
+        if (order[i] != ALPHA_PLACE || hasAlpha) {
             setChannel(p_descriptor, order[i], shift, bits);
         }
         shift += bits;
@@ -147,7 +147,7 @@ void describe16BitColor(PixelFormatDescriptor& p_descriptor, uint32_t p_row) {
 }
 
 void describeYuv(PixelFormatDescriptor& p_descriptor, uint32_t p_row) {
-    const YuvLayout& layout = yuvLayouts[p_row];
+    const YuvLayout& layout = YUV_LAYOUTS[p_row];
     p_descriptor.m_numOfChannels = 3;
     p_descriptor.m_numOfPlanes = layout.m_numOfPlanes;
     p_descriptor.m_bitsPerPixel = 8;
@@ -165,20 +165,20 @@ bool describe(uint32_t p_format, PixelFormatDescriptor& p_descriptor) {
     if (within(1, 6)) {
         describeIndex(p_descriptor, p_format - 1);
     } else if (within(50, 64)) {
-        describeSingle(p_descriptor, singleWidths[p_format - 50], ZYR_PIXEL_MODEL_VALUE);
+        describeSingle(p_descriptor, SINGLE_WIDTHS[p_format - 50], ZYR_PIXEL_MODEL_VALUE);
     } else if (within(100, 114)) {
-        describeSingle(p_descriptor, singleWidths[p_format - 100], ZYR_PIXEL_MODEL_ALPHA);
+        describeSingle(p_descriptor, SINGLE_WIDTHS[p_format - 100], ZYR_PIXEL_MODEL_ALPHA);
     } else if (within(150, 155)) {
-        describeDouble(p_descriptor, doubleWidths[p_format - 150], ZYR_PIXEL_MODEL_VALUE_ALPHA,
+        describeDouble(p_descriptor, DOUBLE_WIDTHS[p_format - 150], ZYR_PIXEL_MODEL_VALUE_ALPHA,
                        ZYR_PIXEL_ORDER_VALUE_ABOVE_ALPHA);
     } else if (within(200, 205)) {
-        describeDouble(p_descriptor, doubleWidths[p_format - 200], ZYR_PIXEL_MODEL_VALUE_ALPHA,
+        describeDouble(p_descriptor, DOUBLE_WIDTHS[p_format - 200], ZYR_PIXEL_MODEL_VALUE_ALPHA,
                        ZYR_PIXEL_ORDER_ALPHA_ABOVE_VALUE);
     } else if (within(250, 265)) {
-        describeDouble(p_descriptor, wideDoubleWidths[p_format - 250], ZYR_PIXEL_MODEL_WIDE_VALUE_ALPHA,
+        describeDouble(p_descriptor, WIDE_DOUBLE_WIDTHS[p_format - 250], ZYR_PIXEL_MODEL_WIDE_VALUE_ALPHA,
                        ZYR_PIXEL_ORDER_VALUE_ABOVE_ALPHA);
     } else if (within(300, 315)) {
-        describeDouble(p_descriptor, wideDoubleWidths[p_format - 300], ZYR_PIXEL_MODEL_WIDE_VALUE_ALPHA,
+        describeDouble(p_descriptor, WIDE_DOUBLE_WIDTHS[p_format - 300], ZYR_PIXEL_MODEL_WIDE_VALUE_ALPHA,
                        ZYR_PIXEL_ORDER_ALPHA_ABOVE_VALUE);
     } else if (within(350, 351)) {
         setComponents(p_descriptor, ZYR_PIXEL_COMPONENT_INTEGER, 0);
