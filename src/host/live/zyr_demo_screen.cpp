@@ -83,7 +83,7 @@ int swing(unsigned p_step, int p_range) {
 
 } // namespace
 
-DemoScreen::DemoScreen(uint32_t p_width, uint32_t p_height) {
+DemoScreen::DemoScreen(uint32_t p_width, uint32_t p_height, bool p_isPainted) {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) {
         throw RunError("cannot make a pipe");
@@ -107,12 +107,16 @@ DemoScreen::DemoScreen(uint32_t p_width, uint32_t p_height) {
         throw RunError("cannot start Xvfb, which --demo needs (Debian's package xvfb)");
     }
     m_display = ":" + std::string(number, strcspn(number, "\n"));
-    m_painter = std::thread([this] { paint(); });
+    if (p_isPainted) {
+        m_painter = std::thread([this] { paint(); });
+    }
 }
 
 DemoScreen::~DemoScreen() {
     m_stopping = true;
-    m_painter.join();
+    if (m_painter.joinable()) {
+        m_painter.join();
+    }
     kill(m_server, SIGTERM);
     waitpid(m_server, nullptr, 0);
 }

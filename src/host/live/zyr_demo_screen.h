@@ -9,11 +9,11 @@
 
 namespace zyr::host {
 
-/// Runs Xvfb, and a thread that paints moving things on it, until the object ends.
+/// Runs Xvfb until the object ends, and a thread that paints moving things on it if wanted.
 class DemoScreen {
 public:
     /// Throws RunError when Xvfb is not installed or does not start.
-    DemoScreen(uint32_t p_width, uint32_t p_height);
+    DemoScreen(uint32_t p_width, uint32_t p_height, bool p_isPainted);
     ~DemoScreen();
     DemoScreen(const DemoScreen&) = delete;
     DemoScreen& operator=(const DemoScreen&) = delete;

@@ -54,8 +54,8 @@ void LiveClient::begin() {
 void LiveClient::fail() {
     const TransportState& state = m_socket->getState();
     std::string reason = m_refusal.empty() ? toText(state.m_closeText) : m_refusal;
-    if (state.m_closeReason == ZYR_TRANSPORT_CLOSE_CERTIFICATE && !state.m_peerFingerprint.isEmpty()) {
-        reason += "; its certificate's fingerprint is " + toText(state.m_peerFingerprint) + ", see --fingerprint";
+    if (state.m_closeReason == ZYR_TRANSPORT_CLOSE_CERTIFICATE) {
+        reason += "; compare the server's fingerprint and tell it with --fingerprint";
     }
     throw RunError("the connection to " + m_options.m_address.getHostField() + " has ended: " + reason);
 }

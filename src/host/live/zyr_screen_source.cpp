@@ -65,6 +65,9 @@ ScreenSource::ScreenSource(const ScreenChoice& p_choice)
     if (!p_choice.m_window.empty()) {
         m_drawable = findWindow(m_connection, p_choice.m_window);
     }
+    if (!p_choice.m_monitor.empty()) {
+        findMonitor(m_connection, p_choice.m_monitor); // Throws now; later its absence is the end.
+    }
     watch();
     findArea();
 }
@@ -105,11 +108,12 @@ void ScreenSource::findArea() {
         m_origin.m_x = place ? place->dst_x : 0;
         m_origin.m_y = place ? place->dst_y : 0;
         // Only what lies on the screen can be read.
-        const xcb_screen_t& screen = m_connection.getScreen();
+        const ReplyHandle<xcb_get_geometry_reply_t> screen(
+            xcb_get_geometry_reply(c, xcb_get_geometry(c, m_connection.getRoot()), nullptr));
         const int left = std::max(0, -m_origin.m_x);
         const int top = std::max(0, -m_origin.m_y);
-        const int right = std::min(int(m_area.m_width), int(screen.width_in_pixels) - m_origin.m_x);
-        const int bottom = std::min(int(m_area.m_height), int(screen.height_in_pixels) - m_origin.m_y);
+        const int right = std::min(int(m_area.m_width), int(screen ? screen->width : 0) - m_origin.m_x);
+        const int bottom = std::min(int(m_area.m_height), int(screen ? screen->height : 0) - m_origin.m_y);
         m_area = ScreenArea{left, top, uint32_t(std::max(0, right - left)), uint32_t(std::max(0, bottom - top))};
         m_origin.m_x += left;
         m_origin.m_y += top;

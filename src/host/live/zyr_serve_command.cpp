@@ -88,8 +88,9 @@ int runServe(const ServeOptions& p_given) {
         }
     }
     std::unique_ptr<DemoScreen> demo;
-    if (options.m_demo && options.m_display.empty() && getenv("DISPLAY") == nullptr) {
-        demo = std::make_unique<DemoScreen>(1280, 720);
+    const char* const display = getenv("DISPLAY");
+    if (options.m_demo && options.m_display.empty() && (display == nullptr || display[0] == '\0')) {
+        demo = std::make_unique<DemoScreen>(1280, 720, true);
         options.m_display = demo->getDisplay();
         fprintf(stderr, "zyr-host: the demonstration is on display %s\n", demo->getDisplay().c_str());
     }

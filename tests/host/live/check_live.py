@@ -1,0 +1,294 @@
+"""One check of a live screen; its name is the argument. The environment names the program (ZYR_HOST_PROGRAM)."""
+import asyncio
+import re
+import ssl
+import struct
+import subprocess
+import sys
+import urllib.error
+import urllib.request
+
+import websockets
+
+import browser
+from live_client import (ACKNOWLEDGE, CLIPBOARD, CLIPBOARD_GET, CLIPBOARD_SET, CONTROL_STATE, FRAME, HELLO, HOST, NEED_KEY, POINTER,
+                         POINTER_AT, REFUSED, STREAM, WELCOME, Server, Viewer, hello, insecure)
+
+MOVING = "generate:320x240@30:3000"
+CHECKS = {}
+
+
+def check(function):
+    CHECKS[function.__name__] = function
+    return function
+
+
+async def refusal_of(viewer):
+    while True:
+        kind, head, _ = await viewer.receive()
+        assert kind not in (WELCOME, FRAME), "let in"
+        if kind == REFUSED:
+            return struct.unpack_from("<H", head)[0]
+
+
+def fetch(server, path="", headers=None, method="GET"):
+    request = urllib.request.Request(server.page + path, headers=headers or {}, method=method)
+    try:
+        with urllib.request.urlopen(request, context=insecure(), timeout=60) as answer:
+            return answer.status, answer.headers, answer.read()
+    except urllib.error.HTTPError as error:
+        return error.code, error.headers, b""
+
+
+@check
+async def a_viewer_gets_a_key_frame_first():
+    async with Server(MOVING) as server, Viewer(server) as viewer:
+        await viewer.join()
+        head, _ = await viewer.until(STREAM)
+        assert struct.unpack_from("<IIII", head) == (320, 240, 320, 240)
+        await viewer.until(FRAME)
+        assert viewer.frames[0][1] & 1, "no key frame"
+
+
+@check
+async def a_wrong_token_is_refused_and_not_logged():
+    async with Server(MOVING) as server, Viewer(server) as viewer:
+        wrong = "f" * 32
+        await viewer.send(HELLO, hello(wrong))
+        assert await refusal_of(viewer) == 1
+        try:
+            await viewer.receive()
+            raise AssertionError("the connection stays")
+        except websockets.ConnectionClosed:
+            pass
+        log = server.log()
+        assert "refused, wrong secret" in log and wrong not in log and server.token not in log, log
+
+
+@check
+async def broken_messages_end_the_connection():
+    async with Server(MOVING) as server:
+        for kind, head in ((HELLO, b"\x01"), (POINTER, b""), (999, b"")):
+            async with Viewer(server) as viewer:
+                await viewer.send(kind, head)
+                assert await refusal_of(viewer) == 4, kind
+        async with Viewer(server) as viewer:
+            await viewer.send(HELLO, hello(server.token, version=2))
+            assert await refusal_of(viewer) == 7
+        async with Viewer(server) as viewer:
+            await viewer.join()
+            await viewer.until(FRAME)
+
+
+@check
+async def no_common_codec_is_refused():
+    async with Server(MOVING, "--codec", "blocks") as server, Viewer(server) as viewer:
+        await viewer.send(HELLO, hello(server.token, codecs=2))
+        assert await refusal_of(viewer) == 6
+
+
+@check
+async def another_origin_is_refused():
+    async with Server(MOVING) as server:
+        try:
+            async with Viewer(server, origin="https://evil.example"):
+                raise AssertionError("let in")
+        except websockets.InvalidStatusCode as error:
+            assert error.status_code == 403, error.status_code
+
+
+@check
+async def the_page_comes_with_its_guards():
+    async with Server(MOVING) as server:
+        status, headers, body = fetch(server)
+        assert status == 200 and b"live.js" in body
+        assert "default-src 'none'" in headers["Content-Security-Policy"]
+        assert headers["X-Content-Type-Options"] == "nosniff"
+        for name in ("live.js", "decoders.js", "protocol.js", "input.js", "keys.js", "live.css", "zyr_blocks_decoder.js"):
+            assert fetch(server, name)[0] == 200, name
+        assert fetch(server, "", {"Host": "evil.example"})[0] == 421
+        for path in ("../CMakeCache.txt", "%2e%2e/CMakeCache.txt", "..%2f..%2fetc/passwd", "nothing"):
+            assert fetch(server, path)[0] in (400, 403, 404), path
+
+
+@check
+async def plain_http_is_not_spoken_on_the_secure_port():
+    async with Server(MOVING) as server:
+        try:
+            urllib.request.urlopen(f"http://127.0.0.1:{server.port}/", timeout=60).read()
+            raise AssertionError("answered")
+        except (urllib.error.URLError, ConnectionError, OSError):
+            pass
+        assert fetch(server)[0] == 200
+
+
+@check
+async def the_fingerprint_is_that_of_the_certificate():
+    async with Server(MOVING) as server:
+        told = re.search(r"fingerprint ([0-9a-f]{64})", server.log()).group(1)
+        reader, writer = await asyncio.open_connection("127.0.0.1", server.port, ssl=insecure())
+        import hashlib
+        shown = writer.get_extra_info("ssl_object").getpeercert(binary_form=True)
+        writer.close()
+        assert hashlib.sha256(shown).hexdigest() == told
+
+
+@check
+async def a_silent_viewer_gets_no_more_than_its_window():
+    async with Server(MOVING) as server, Viewer(server) as stopped, Viewer(server) as other:
+        await stopped.join()
+        await other.join()
+        while len(other.frames) < 40:
+            await other.until(FRAME)
+        await stopped.send(11, struct.pack("<Q", 7))
+        await stopped.until(71, acknowledge=False)
+        assert len(stopped.frames) == 1, stopped.frames
+
+
+@check
+async def viewers_that_join_together_share_key_frames():
+    async with Server(MOVING) as server:
+        viewers = [Viewer(server) for _ in range(10)]
+        for viewer in viewers:
+            await viewer.__aenter__()
+        await asyncio.gather(*(viewer.join() for viewer in viewers))
+
+        async def watch(viewer):
+            while len(viewer.frames) < 20:
+                await viewer.until(FRAME)
+            return sum(flags & 1 for _, flags, _ in viewer.frames)
+
+        keys = await asyncio.gather(*(watch(viewer) for viewer in viewers))
+        for viewer in viewers:
+            await viewer.__aexit__()
+        # One for the first of them, one for all others, and one for a change of codecs.
+        assert max(keys) <= 4, keys
+
+
+@check
+async def a_broken_decoder_gets_a_key_frame():
+    async with Server(MOVING) as server, Viewer(server) as viewer:
+        await viewer.join()
+        while len(viewer.frames) < 5:
+            await viewer.until(FRAME)
+        await viewer.send(NEED_KEY, struct.pack("<I", 3))
+        seen = len(viewer.frames)
+        while not any(flags & 1 for _, flags, _ in viewer.frames[seen:]):
+            await viewer.until(FRAME)
+
+
+@check
+async def many_connections_leave_nothing_behind():
+    async with Server(MOVING) as server:
+        async def visit():
+            async with Viewer(server) as viewer:
+                await viewer.join()
+                await viewer.until(FRAME)
+
+        async def stay(viewer, count):
+            seen = len(viewer.frames)
+            while len(viewer.frames) < seen + count:
+                await viewer.until(FRAME)
+
+        await asyncio.gather(*(visit() for _ in range(8)))
+        async with Viewer(server) as viewer:
+            await viewer.join()
+            await stay(viewer, 10)
+            before = server.count_descriptors()
+            for _ in range(8):
+                await asyncio.gather(stay(viewer, 5), *(visit() for _ in range(8)))
+            await stay(viewer, 10)
+            assert server.count_descriptors() <= before + 1, (before, server.count_descriptors())
+
+
+@check
+async def native_viewers_check_the_certificate():
+    async with Server(MOVING) as server:
+        def view(*arguments):
+            return subprocess.run([HOST, "view", server.address, "--no-window", "--frames", "3", "--log-dir",
+                                   server.folder.name, *arguments], capture_output=True, text=True, check=False)
+        refused = await asyncio.to_thread(view)
+        assert refused.returncode == 1 and "tell it with --fingerprint" in refused.stderr, refused.stderr
+        told = re.search(r"fingerprint ([0-9a-f]{64})", server.log()).group(1)
+        good = await asyncio.to_thread(view, "--fingerprint", told, "--report", "-")
+        assert good.returncode == 0 and '"frames": 3' in good.stdout, good.stderr
+        wrong = await asyncio.to_thread(view, "--fingerprint", "0" * 64)
+        assert wrong.returncode == 1, wrong.stderr
+
+
+@check
+async def input_moves_the_pointer_of_the_screen():
+    async with Server("--demo", environment={"DISPLAY": ""}) as server, Viewer(server) as viewer, Viewer(server) as other:
+        await viewer.join(flags=1)
+        await viewer.until(CONTROL_STATE)
+        await other.join()
+        await viewer.send(POINTER, struct.pack("<iiH", 321, 123, 0))
+        while True:
+            head, _ = await viewer.until(POINTER_AT)
+            if struct.unpack("<ii", head) == (321, 123):
+                break
+        # Whoever only looks on moves nothing.
+        await other.send(POINTER, struct.pack("<iiH", 5, 5, 0))
+        await viewer.send(POINTER, struct.pack("<iiH", 400, 300, 0))
+        while True:
+            head, _ = await viewer.until(POINTER_AT)
+            assert struct.unpack("<ii", head) != (5, 5)
+            if struct.unpack("<ii", head) == (400, 300):
+                break
+
+
+@check
+async def the_clipboard_goes_both_ways():
+    async with Server("--demo", environment={"DISPLAY": ""}) as server, Viewer(server) as viewer:
+        await viewer.join(flags=1)
+        await viewer.send(CLIPBOARD_SET, b"", "grüß dich".encode())
+        await viewer.send(CLIPBOARD_GET)
+        _, payload = await viewer.until(CLIPBOARD)
+        assert payload.decode() == "grüß dich"
+
+
+@check
+async def a_browser_shows_the_screen_and_reloads():
+    async with Server("--demo", environment={"DISPLAY": ""}) as server, browser.Browser() as chromium:
+        await chromium.open(server.address)
+        await chromium.until("Number(document.documentElement.dataset.frames) > 10", "ten frames")
+        size = await chromium.evaluate("[document.getElementById('screen').width, document.getElementById('screen').height]")
+        assert size == [1280, 720], size
+        # The demonstration's background, which blocks keep exactly.
+        color = "Array.from(document.getElementById('screen').getContext('2d').getImageData(3, 700, 1, 1).data).join()"
+        assert await chromium.evaluate(color) == "32,48,64,255", await chromium.evaluate(color)
+        assert await chromium.evaluate("location.hash") == ""
+        await chromium.call("Page.reload")
+        await chromium.until("Number(document.documentElement.dataset.frames) > 10", "frames after a reload")
+        assert not chromium.messages, chromium.messages
+
+
+@check
+async def a_browser_decodes_vp9():
+    async with Server("generate:321x241@30:3000", "--codec", "vp9") as server, browser.Browser() as chromium:
+        await chromium.open(server.address)
+        await chromium.until("Number(document.documentElement.dataset.frames) > 10", "ten frames")
+        size = await chromium.evaluate("[document.getElementById('screen').width, document.getElementById('screen').height]")
+        assert size == [321, 241], size
+        assert not chromium.messages, chromium.messages
+
+
+@check
+async def a_browser_moves_the_pointer():
+    async with Server("--demo", environment={"DISPLAY": ""}) as server, browser.Browser() as chromium, Viewer(server) as viewer:
+        await chromium.open(server.address)
+        await chromium.until("document.getElementById('state').textContent.startsWith('You are in control')", "control")
+        await viewer.join()
+        x, y, scale = await chromium.evaluate(
+            "(() => { const c = document.getElementById('screen'), r = c.getBoundingClientRect();"
+            " return [r.left, r.top, r.width / 1280]; })()")
+        await chromium.call("Input.dispatchMouseEvent", type="mouseMoved", x=x + 200.5 * scale, y=y + 100.5 * scale)
+        while True:
+            head, _ = await viewer.until(POINTER_AT)
+            place = struct.unpack("<ii", head)
+            if abs(place[0] - 200) <= 1 and abs(place[1] - 100) <= 1:
+                break
+
+
+if __name__ == "__main__":
+    asyncio.run(CHECKS[sys.argv[1]]())

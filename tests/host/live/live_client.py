@@ -1,0 +1,109 @@
+"""A viewer of a live screen in plain Python, which can also misbehave."""
+import asyncio
+import os
+import pathlib
+import ssl
+import struct
+import subprocess
+import tempfile
+
+import websockets
+
+MAGIC = 0x4D72797A
+HELLO, ACKNOWLEDGE, NEED_KEY, POINTER, WHEEL, KEY, RELEASE_ALL, CLIPBOARD_SET, CLIPBOARD_GET, CONTROL, PING = range(1, 12)
+WELCOME, STREAM, FRAME, CURSOR, POINTER_AT, CLIPBOARD, CONTROL_STATE, PONG, STATISTICS, REFUSED = range(64, 74)
+HOST = os.environ["ZYR_HOST_PROGRAM"]
+
+
+def text(value):
+    return struct.pack("<H", len(value)) + value.encode()
+
+
+def hello(token, flags=0, codecs=3, version=1):
+    return struct.pack("<IIB", version, flags, codecs) + text("") + text(token)
+
+
+class Server:
+    """zyr-host serve, until the block ends."""
+
+    def __init__(self, *arguments, environment=None):
+        self.arguments = arguments
+        self.environment = environment or {}
+
+    async def __aenter__(self):
+        self.folder = tempfile.TemporaryDirectory(prefix="zyr-live-")
+        self.errors = pathlib.Path(self.folder.name) / "errors"
+        environment = {**os.environ, "XDG_STATE_HOME": self.folder.name, **self.environment}
+        with open(self.errors, "wb") as errors:
+            self.process = subprocess.Popen([HOST, "serve", "--log-dir", self.folder.name, *self.arguments],
+                                            stdout=subprocess.PIPE, stderr=errors, env=environment)
+        line = await asyncio.get_running_loop().run_in_executor(None, self.process.stdout.readline)
+        assert line, f"the server did not start: {self.errors.read_text()}"
+        self.address = line.decode().strip()
+        self.page, _, fragment = self.address.partition("#")
+        self.token = fragment.removeprefix("token=")
+        self.port = int(self.page.rstrip("/").rsplit(":", 1)[1])
+        return self
+
+    async def __aexit__(self, *_):
+        self.process.terminate()
+        self.process.wait()
+        self.process.stdout.close()
+        self.folder.cleanup()
+
+    def log(self):
+        return self.errors.read_text()
+
+    def count_descriptors(self):
+        return len(os.listdir(f"/proc/{self.process.pid}/fd"))
+
+
+def insecure():
+    context = ssl.SSLContext(ssl.PROTOCOL_TLS_CLIENT)
+    context.check_hostname = False
+    context.verify_mode = ssl.CERT_NONE
+    return context
+
+
+class Viewer:
+    def __init__(self, server, origin=None):
+        self.server = server
+        self.origin = origin or server.page.rstrip("/")
+        self.frames = []
+
+    async def __aenter__(self):
+        scheme = "wss" if self.server.page.startswith("https") else "ws"
+        self.socket = await websockets.connect(
+            f"{scheme}://127.0.0.1:{self.server.port}/live", max_size=None, origin=self.origin, compression=None,
+            ssl=insecure() if scheme == "wss" else None)
+        return self
+
+    async def __aexit__(self, *_):
+        await self.socket.close()
+
+    async def send(self, kind, head=b"", payload=b""):
+        await self.socket.send(struct.pack("<IIIIQ", MAGIC, kind, 1, len(head), len(payload)) + head + payload)
+
+    async def receive(self):
+        message = await asyncio.wait_for(self.socket.recv(), 60)
+        magic, kind, _, size, payload = struct.unpack_from("<IIIIQ", message)
+        assert magic == MAGIC and len(message) == 24 + size + payload
+        return kind, message[24:24 + size], message[24 + size:]
+
+    async def until(self, wanted, acknowledge=True):
+        """Receives until a message of the kind comes."""
+        while True:
+            kind, head, payload = await self.receive()
+            if kind == FRAME:
+                sequence, codec, flags = struct.unpack_from("<IBB", head)
+                self.frames.append((codec, flags, len(payload)))
+                if acknowledge:
+                    await self.send(ACKNOWLEDGE, struct.pack("<III", sequence, 0, 0))
+            if kind == wanted:
+                return head, payload
+            assert kind != REFUSED, f"refused: {head}"
+
+    async def join(self, flags=0, codecs=3):
+        await self.send(HELLO, hello(self.server.token, flags, codecs))
+        await self.until(WELCOME)
+        return self

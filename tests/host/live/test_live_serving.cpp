@@ -1,0 +1,53 @@
+// Runs the checks of check_live.py, each of which talks to a server of its own as browsers and viewers do.
+#include "zyr_program_run.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+#include <unistd.h>
+
+namespace zyr {
+
+namespace {
+
+constexpr const char* PYTHON = "/usr/bin/python3";
+constexpr const char* BROWSER = "/usr/lib/chromium/chromium";
+
+class LiveServing : public testing::TestWithParam<const char*> {};
+
+bool hasWebSockets() {
+    return runProgram(PYTHON, {"-c", "import websockets"}).m_exitCode == 0;
+}
+
+std::string nameOf(const testing::TestParamInfo<const char*>& p_info) {
+    return p_info.param;
+}
+
+} // namespace
+
+TEST_P(LiveServing, Holds) {
+    if (!hasWebSockets()) {
+        GTEST_SKIP() << "this machine has no python3-websockets";
+    }
+    if (std::string(GetParam()).rfind("a_browser", 0) == 0 && access(BROWSER, X_OK) != 0) {
+        GTEST_SKIP() << "this machine has no Chromium";
+    }
+    setenv("ZYR_HOST_PROGRAM", ZYR_HOST_PROGRAM, 1);
+    const ProgramRun run = runProgram(PYTHON, {std::string(ZYR_LIVE_CHECKS) + "/check_live.py", GetParam()});
+    EXPECT_EQ(run.m_exitCode, 0) << run.m_err;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Check, LiveServing,
+    testing::Values("a_viewer_gets_a_key_frame_first", "a_wrong_token_is_refused_and_not_logged",
+                    "broken_messages_end_the_connection", "no_common_codec_is_refused", "another_origin_is_refused",
+                    "the_page_comes_with_its_guards", "plain_http_is_not_spoken_on_the_secure_port",
+                    "the_fingerprint_is_that_of_the_certificate", "a_silent_viewer_gets_no_more_than_its_window",
+                    "viewers_that_join_together_share_key_frames", "a_broken_decoder_gets_a_key_frame",
+                    "many_connections_leave_nothing_behind", "native_viewers_check_the_certificate",
+                    "input_moves_the_pointer_of_the_screen", "the_clipboard_goes_both_ways",
+                    "a_browser_shows_the_screen_and_reloads", "a_browser_decodes_vp9", "a_browser_moves_the_pointer"),
+    nameOf);
+
+} // namespace zyr

@@ -1,0 +1,140 @@
+#include "host/live/zyr_screen_clipboard.h"
+#include "host/live/zyr_screen_input.h"
+#include "zyr_test_screen.h"
+
+namespace zyr::host {
+
+namespace {
+
+constexpr uint16_t KEY_A = 30;
+constexpr uint8_t X_KEY_A = 38;
+constexpr uint32_t SYMBOL_EURO = 0x20AC + 0x1000000;
+
+} // namespace
+
+class ScreenInputTest : public ScreenTest {
+protected:
+    uint8_t awaitKey(uint8_t p_type) {
+        const auto event = await<xcb_key_press_event_t>(p_type, [](const auto&) { return true; });
+        return event ? reinterpret_cast<const xcb_key_press_event_t*>(event.get())->detail : 0;
+    }
+
+    uint32_t symbolOf(xcb_keycode_t p_code) {
+        const ReplyHandle<xcb_get_keyboard_mapping_reply_t> map(
+            xcb_get_keyboard_mapping_reply(m_own.get(), xcb_get_keyboard_mapping(m_own.get(), p_code, 1), nullptr));
+        return map ? xcb_get_keyboard_mapping_keysyms(map.get())[0] : 0;
+    }
+
+    const xcb_window_t m_window = showWindow(XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE |
+                                             XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE);
+    ScreenInput m_input{m_screen.getDisplay()};
+};
+
+TEST_F(ScreenInputTest, PressesAndReleasesAKey) {
+    m_input.press({'a', KEY_A, true});
+    EXPECT_EQ(awaitKey(XCB_KEY_PRESS), X_KEY_A);
+    m_input.press({'a', KEY_A, false});
+    EXPECT_EQ(awaitKey(XCB_KEY_RELEASE), X_KEY_A);
+    EXPECT_FALSE(m_input.isHolding());
+}
+
+TEST_F(ScreenInputTest, ReleasesTheKeyThatWasPressedThoughItsSymbolHasChanged) {
+    m_input.press({'A', KEY_A, true});
+    EXPECT_EQ(awaitKey(XCB_KEY_PRESS), X_KEY_A);
+    m_input.press({'a', KEY_A, false});
+    EXPECT_EQ(awaitKey(XCB_KEY_RELEASE), X_KEY_A);
+}
+
+TEST_F(ScreenInputTest, ReleasesAllThatIsHeld) {
+    m_input.press({'a', KEY_A, true});
+    m_input.point(5, 6, 1);
+    EXPECT_TRUE(m_input.isHolding());
+    m_input.releaseAll();
+    EXPECT_EQ(awaitKey(XCB_KEY_RELEASE), X_KEY_A);
+    EXPECT_TRUE(await<xcb_button_press_event_t>(XCB_BUTTON_RELEASE, [](const auto& p) { return p.detail == 1; }));
+    EXPECT_FALSE(m_input.isHolding());
+}
+
+TEST_F(ScreenInputTest, PressesShiftForATypedCapital) {
+    m_input.press({'A', 0, true});
+    m_input.press({'A', 0, false});
+    EXPECT_NE(awaitKey(XCB_KEY_PRESS), X_KEY_A);
+    const auto event = await<xcb_key_press_event_t>(XCB_KEY_PRESS, [](const auto&) { return true; });
+    const auto& press = *reinterpret_cast<const xcb_key_press_event_t*>(event.get());
+    EXPECT_EQ(press.detail, X_KEY_A);
+    EXPECT_EQ(press.state & XCB_MOD_MASK_SHIFT, XCB_MOD_MASK_SHIFT);
+}
+
+TEST_F(ScreenInputTest, PutsASymbolThatNoKeyHasOnASpareKey) {
+    m_input.press({SYMBOL_EURO, 0, true});
+    const uint8_t code = awaitKey(XCB_KEY_PRESS);
+    EXPECT_EQ(symbolOf(code), SYMBOL_EURO);
+}
+
+TEST_F(ScreenInputTest, MovesThePointerAndPressesItsButtons) {
+    m_input.point(50, 60, 4);
+    const auto event = await<xcb_button_press_event_t>(XCB_BUTTON_PRESS, [](const auto&) { return true; });
+    const auto& press = *reinterpret_cast<const xcb_button_press_event_t*>(event.get());
+    EXPECT_EQ(press.detail, 3);
+    EXPECT_EQ(press.root_x, 50);
+    EXPECT_EQ(press.root_y, 60);
+}
+
+TEST_F(ScreenInputTest, TurnsTheWheelByButtons) {
+    m_input.point(50, 60, 0);
+    m_input.turnWheel(-1, 2);
+    for (const uint8_t button : {5, 5, 6}) {
+        const auto event = await<xcb_button_press_event_t>(XCB_BUTTON_PRESS, [](const auto&) { return true; });
+        EXPECT_EQ(reinterpret_cast<const xcb_button_press_event_t*>(event.get())->detail, button);
+    }
+}
+
+TEST_F(ScreenInputTest, HoldsNoMoreKeysThanFingersCan) {
+    for (uint16_t code = 1; code <= 80; code++) {
+        m_input.press({0, code, true});
+    }
+    m_input.releaseAll();
+    sync();
+    unsigned presses = 0;
+    while (const ReplyHandle<xcb_generic_event_t> event{xcb_poll_for_event(m_own.get())}) {
+        presses += (event->response_type & 0x7F) == XCB_KEY_PRESS ? 1 : 0;
+    }
+    EXPECT_GE(presses, 20u);
+    EXPECT_LE(presses, 40u) << "the server may repeat one meanwhile";
+}
+
+class ScreenClipboardTest : public ScreenTest {
+protected:
+    /// Asks one clipboard for what the other one offers.
+    std::string fetch() {
+        std::string text;
+        std::string none;
+        m_reader.request();
+        while (!m_reader.update(text)) {
+            pollfd waits[] = {{m_reader.getDescriptor(), POLLIN, 0}, {m_writer.getDescriptor(), POLLIN, 0}};
+            if (poll(waits, 2, 60'000) <= 0) {
+                return "nothing came";
+            }
+            m_writer.update(none);
+        }
+        return text;
+    }
+
+    ScreenClipboard m_writer{m_screen.getDisplay(), 1000};
+    ScreenClipboard m_reader{m_screen.getDisplay(), 1000};
+};
+
+TEST_F(ScreenClipboardTest, GivesWhatAnotherOneOffers) {
+    ASSERT_TRUE(m_writer.offer("Grüße"));
+    EXPECT_EQ(fetch(), "Grüße");
+    ASSERT_TRUE(m_writer.offer("more"));
+    EXPECT_EQ(fetch(), "more");
+}
+
+TEST_F(ScreenClipboardTest, RefusesATextAboveTheLimit) {
+    ASSERT_TRUE(m_writer.offer("kept"));
+    EXPECT_FALSE(m_writer.offer(std::string(1001, 'x')));
+    EXPECT_EQ(fetch(), "kept");
+}
+
+} // namespace zyr::host
