@@ -17,8 +17,11 @@ enum DiffExitCode : int { EXIT_SAME = 0, EXIT_DIFFERENT = 1, EXIT_TROUBLE = 2 };
 
 class ObjectComparison {
 public:
-    ObjectComparison(const SavedTree& p_first, const SavedTree& p_second, bool p_json)
-        : m_first(p_first), m_second(p_second), m_json(p_json) {}
+    ObjectComparison(const ObjectView& p_first, const ObjectView& p_second, bool p_json)
+        : m_first(p_first.m_tree),
+          m_second(p_second.m_tree),
+          m_wordsAreTexts((p_first.m_format == "xml") != (p_second.m_format == "xml")),
+          m_json(p_json) {}
 
     void compare(uint32_t p_first, uint32_t p_second) {
         const bool group = m_first.isGroup(p_first) && !isPlainList(m_first, p_first);
@@ -27,7 +30,7 @@ public:
                        m_first.getClass(p_first) != m_second.getClass(p_second)))) {
             tell(p_first, p_second);
         } else if (!group) {
-            if (makeSavedJson(m_first, p_first) != makeSavedJson(m_second, p_second)) {
+            if (!isSameValue(p_first, p_second)) {
                 tell(p_first, p_second);
             }
         } else if (m_first.isArray(p_first)) {
@@ -47,6 +50,17 @@ public:
     bool isSame() const { return m_same; }
 
 private:
+    bool isSameValue(uint32_t p_first, uint32_t p_second) const {
+        const std::string first = makeSavedJson(m_first, p_first);
+        const std::string second = makeSavedJson(m_second, p_second);
+        if (first == second || !m_wordsAreTexts) {
+            return first == second;
+        }
+        // XML has texts alone where no class tells what they are.
+        return (m_first.getKind(p_first) == SavedKind::TEXT && m_first.getBytes(p_first) == second) ||
+               (m_second.getKind(p_second) == SavedKind::TEXT && m_second.getBytes(p_second) == first);
+    }
+
     /// Whether it is an array of single values, which a binary format keeps without nodes.
     static bool isPlainList(const SavedTree& p_tree, uint32_t p_node) {
         if (p_tree.getKind(p_node) != SavedKind::LIST) {
@@ -154,6 +168,7 @@ private:
 
     const SavedTree& m_first;
     const SavedTree& m_second;
+    bool m_wordsAreTexts;
     bool m_json;
     bool m_same = true;
     SavedPath m_path;
@@ -193,7 +208,7 @@ int runObjectDiff(const ObjectDiffOptions& p_options) {
     if (!open(framework, p_options.m_second, second) || !readable) {
         return EXIT_TROUBLE;
     }
-    ObjectComparison comparison(first.m_tree, second.m_tree, p_options.m_json);
+    ObjectComparison comparison(first, second, p_options.m_json);
     comparison.compare(first.getObjectNode(), second.getObjectNode());
     if (!comparison.finish()) {
         return EXIT_TROUBLE;

@@ -110,8 +110,9 @@ private:
             makeTexts(m_tree, p_node, p_node, type);
         } else if (kind == SavedKind::LIST && type == SavedKind::ENUMERATIONS) {
             makeTexts(m_tree, p_node, p_node, SavedKind::WORDS);
-        } else if (kind == SavedKind::TEXT && m_typed.isGroup(p_typed)) {
-            // An empty element can be anything.
+        } else if (m_typed.isGroup(p_typed) &&
+                   (kind == SavedKind::TEXT || (kind == SavedKind::NUMBERS && m_tree.getBytes(p_node).empty()))) {
+            // An empty element can be anything, and an empty array one of anything.
             m_tree.setKind(p_node, type);
             m_tree.setClass(p_node, m_typed.getClass(p_typed), m_typed.getGUID(p_typed));
         } else if (kind == SavedKind::TEXT && (type == SavedKind::TEXT || type == SavedKind::SHARED_TEXT)) {

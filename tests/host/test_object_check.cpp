@@ -184,6 +184,26 @@ TEST_F(ObjectDiff, TellsElementsThatStandInOneFileAlone) {
     EXPECT_EQ(run({"diff", getPath("a.json"), getPath("b.json")}).m_out, "- x[0].n: 1\n+ x[0].n: 3\n- x[1]: record\n");
 }
 
+TEST_F(ObjectDiff, TakesTextsOfXmlForWhatTheyMayBe) {
+    writeDeferred("a.json", "none.json");
+    write("a.xml", "<?xml version=\"1.0\"?><zyr><fileHeader format=\"xml\"/><fileObject _class=\"DeferredFileObject\" "
+                   "_guid=\"a03b5026-7714-4049-a21b-f4d78362fd25\" filePath=\"none.json\" readOnly=\"false\"/></zyr>");
+    EXPECT_EQ(run({"diff", getPath("a.json"), getPath("a.xml")}).m_out, "");
+    writeObject("b.json", "{\"_class\": \"A\", \"n\": 5}");
+    writeObject("c.json", "{\"_class\": \"A\", \"n\": \"5\"}");
+    EXPECT_EQ(run({"diff", getPath("b.json"), getPath("c.json")}).m_out, "- n: 5\n+ n: \"5\"\n");
+}
+
+TEST_F(ObjectDiff, FindsNoDifferenceBetweenEmptyArrays) {
+    writeObject("a.json", "{\"_class\": \"ArrayOfObjects\", \"_guid\": \"\", \"items\": []}");
+    for (const char* name : {"a.raw", "a.zbf", "a.xml"}) {
+        convert("a.json", name);
+        EXPECT_EQ(run({"show", getPath(name), "--field", "items"}).m_out, "items: records of 0\n");
+    }
+    EXPECT_EQ(run({"show", getPath("a.json"), "--field", "items"}).m_out, "items: records of 0\n");
+    EXPECT_EQ(run({"diff", getPath("a.xml"), getPath("a.zbf")}).m_out, "");
+}
+
 TEST_F(ObjectDiff, GivesTwoForTrouble) {
     writePicture("a.json", "png");
     const ProgramRun missing = run({"diff", getPath("a.json"), getPath("none.json")});
