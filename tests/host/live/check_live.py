@@ -1,10 +1,13 @@
 """One check of a live screen; its name is the argument. The environment names the program (ZYR_HOST_PROGRAM)."""
 import asyncio
+import os
+import pathlib
 import re
 import ssl
 import struct
 import subprocess
 import sys
+import tempfile
 import urllib.error
 import urllib.request
 
@@ -12,7 +15,7 @@ import websockets
 
 import browser
 from live_client import (ACKNOWLEDGE, CLIPBOARD, CLIPBOARD_GET, CLIPBOARD_SET, CONTROL_STATE, FRAME, HELLO, HOST, NEED_KEY, POINTER,
-                         POINTER_AT, REFUSED, STREAM, WELCOME, Server, Viewer, hello, insecure)
+                         POINTER_AT, REFUSED, STREAM, WELCOME, Screen, Server, Viewer, hello, insecure)
 
 MOVING = "generate:320x240@30:3000"
 CHECKS = {}
@@ -288,6 +291,71 @@ async def a_browser_moves_the_pointer():
             place = struct.unpack("<ii", head)
             if abs(place[0] - 200) <= 1 and abs(place[1] - 100) <= 1:
                 break
+
+
+@check
+async def a_browser_follows_changes_of_size():
+    with Screen() as screen:
+        async with Server("--display", screen.display) as server, browser.Browser() as chromium:
+            await chromium.open(server.address)
+            await chromium.until("Number(document.documentElement.dataset.frames) > 0", "a frame")
+            for width, height in ((801, 601), (902, 700)):
+                await asyncio.to_thread(screen.resize, width, height)
+                await chromium.until(f"document.getElementById('screen').width === {width} && "
+                                     f"document.getElementById('screen').height === {height}", f"{width}x{height}")
+            assert not chromium.messages, chromium.messages
+
+
+async def tap(chromium, character):
+    """Presses what a person presses for a letter or an underscore."""
+    code = f"Key{character.upper()}" if character.isalpha() else "Minus"
+    shift = 8 if character.isupper() or character == "_" else 0
+    if shift:
+        await chromium.call("Input.dispatchKeyEvent", type="keyDown", key="Shift", code="ShiftLeft", modifiers=shift, location=1)
+    for kind in ("keyDown", "keyUp"):
+        await chromium.call("Input.dispatchKeyEvent", type=kind, key=character, code=code, modifiers=shift)
+    if shift:
+        await chromium.call("Input.dispatchKeyEvent", type="keyUp", key="Shift", code="ShiftLeft", location=1)
+
+
+@check
+async def a_browser_types_into_a_terminal():
+    with Screen() as screen, tempfile.TemporaryDirectory() as folder:
+        typed = pathlib.Path(folder) / "typed"
+        terminal = screen.start("xterm", "-geometry", "80x24+0+0", "-e", f"echo > {typed}; cat >> {typed}")
+        async with Server("--display", screen.display) as server, browser.Browser() as chromium:
+            await chromium.open(server.address)
+            await chromium.until("document.getElementById('state').textContent.startsWith('You are in control')", "control")
+            while not typed.exists():
+                await asyncio.sleep(0.05)
+            x, y = await chromium.evaluate(
+                "(() => { const r = document.getElementById('screen').getBoundingClientRect(); return [r.left + 40, r.top + 40]; })()")
+            for kind in ("mouseMoved", "mousePressed", "mouseReleased"):
+                await chromium.call("Input.dispatchMouseEvent", type=kind, x=x, y=y, button="left", clickCount=1)
+            for character in "Hi_there":
+                await tap(chromium, character)
+            for kind in ("keyDown", "keyUp"):
+                await chromium.call("Input.dispatchKeyEvent", type=kind, key="Enter", code="Enter")
+            while typed.read_text().strip() != "Hi_there":
+                await asyncio.sleep(0.05)
+        terminal.terminate()
+        terminal.wait()
+
+
+@check
+async def a_browser_comes_back_to_a_server_that_was_killed():
+    with tempfile.TemporaryDirectory() as folder:
+        token = pathlib.Path(folder) / "token"
+        token.write_text("0123456789abcdef0123456789abcdef\n")
+        os.chmod(token, 0o600)
+        async with browser.Browser() as chromium:
+            async with Server(MOVING, "--token-file", str(token)) as server:
+                await chromium.open(server.page + "#token=0123456789abcdef0123456789abcdef")
+                await chromium.until("Number(document.documentElement.dataset.frames) > 5", "frames")
+                server.process.kill()
+            before = await chromium.evaluate("Number(document.documentElement.dataset.frames)")
+            async with Server(MOVING, "--token-file", str(token), "--port", str(server.port)):
+                await chromium.until(f"Number(document.documentElement.dataset.frames) > {before + 5}", "frames again")
 
 
 if __name__ == "__main__":

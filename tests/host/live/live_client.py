@@ -58,6 +58,33 @@ class Server:
         return len(os.listdir(f"/proc/{self.process.pid}/fd"))
 
 
+class Screen:
+    """Xvfb whose size can be changed, until the block ends."""
+
+    def __enter__(self):
+        end, other = os.pipe()
+        self.process = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(other), "-screen", "0", "1280x720x24", "-noreset", "-nolisten", "tcp"],
+            pass_fds=[other], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        os.close(other)
+        with os.fdopen(end) as told:
+            self.display = ":" + told.readline().strip()
+        return self
+
+    def __exit__(self, *_):
+        self.process.terminate()
+        self.process.wait()
+
+    def start(self, *command):
+        return subprocess.Popen(command, env={**os.environ, "DISPLAY": self.display}, stderr=subprocess.DEVNULL)
+
+    def resize(self, width, height):
+        name = f"{width}x{height}"
+        for arguments in (["--newmode", name, "10", *[str(width)] * 4, *[str(height)] * 4], ["--addmode", "screen", name],
+                          ["--output", "screen", "--mode", name]):
+            subprocess.run(["xrandr", "-display", self.display, *arguments], check=True)
+
+
 def insecure():
     context = ssl.SSLContext(ssl.PROTOCOL_TLS_CLIENT)
     context.check_hostname = False

@@ -47,7 +47,9 @@ INSTANTIATE_TEST_SUITE_P(
                     "viewers_that_join_together_share_key_frames", "a_broken_decoder_gets_a_key_frame",
                     "many_connections_leave_nothing_behind", "native_viewers_check_the_certificate",
                     "input_moves_the_pointer_of_the_screen", "the_clipboard_goes_both_ways",
-                    "a_browser_shows_the_screen_and_reloads", "a_browser_decodes_vp9", "a_browser_moves_the_pointer"),
+                    "a_browser_shows_the_screen_and_reloads", "a_browser_decodes_vp9", "a_browser_moves_the_pointer",
+                    "a_browser_follows_changes_of_size", "a_browser_types_into_a_terminal",
+                    "a_browser_comes_back_to_a_server_that_was_killed"),
     nameOf);
 
 } // namespace zyr

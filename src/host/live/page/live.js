@@ -18,7 +18,7 @@ const pointer = byId('pointer');
 
 const state = {
     socket: null, secret: null, user: '', codecs: 0, stream: null, control: Control.FREE, viewOnly: false,
-    wait: FIRST_WAIT, heard: 0, offset: null, roundTrip: 0, drawn: 0, stopped: false,
+    wait: FIRST_WAIT, heard: 0, offset: null, roundTrip: 0, shortest: LONGEST_WAIT, drawn: 0, stopped: false,
     figures: { fps: 0, decode: 0, draw: 0, total: 0, capture: 0, encode: 0, queue: 0 }, statistics: null, last: null,
 };
 
@@ -154,7 +154,12 @@ function takeMessage({ type, head, payload }) {
     case Message.PONG: {
         const sent = head.u64() / 1000;
         state.roundTrip = performance.now() - sent;
-        state.offset = head.u64() / 1000 - (sent + state.roundTrip / 2);
+        // The shortest way of late tells best how far the clocks are apart.
+        state.shortest = Math.min(state.shortest * 1.02, LONGEST_WAIT);
+        if (state.roundTrip <= state.shortest) {
+            state.shortest = state.roundTrip;
+            state.offset = head.u64() / 1000 - (sent + state.roundTrip / 2);
+        }
         break;
     }
     case Message.STATISTICS:
@@ -184,6 +189,7 @@ function connect() {
     socket.onopen = () => {
         state.heard = performance.now();
         screen.reset();
+        state.shortest = LONGEST_WAIT;
         send(pack(Message.HELLO, new Writer().u32(VERSION).u32(WANTS_CONTROL).u8(state.codecs).text(state.user)
             .text(state.secret)));
     };
