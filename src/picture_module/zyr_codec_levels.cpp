@@ -1,7 +1,5 @@
 #include "picture_module/zyr_codec_levels.h"
 
-#include "picture_module/zyr_references.h"
-
 namespace zyr {
 
 bool_t FrameEncoderLevel::initialize(const FrameCodecInfo& p_codecInfo) {
@@ -26,18 +24,18 @@ void FrameEncoderLevel::copy_This(const IFrameEncoder* p_src) {
 }
 
 bool_t FrameEncoderContextLevel::initialize(IFrameEncoder* p_encoder) {
-    if (m_encoder != nullptr || p_encoder == nullptr) {
+    if (m_encoder || p_encoder == nullptr) {
         return 0;
     }
-    setReference(m_encoder, p_encoder);
+    m_encoder = Ref<IFrameEncoder>::share(p_encoder);
     return 1;
 }
 
 bool_t FrameEncoderContextLevel::deinitialize() {
-    if (m_encoder == nullptr) {
+    if (!m_encoder) {
         return 0;
     }
-    releaseReference(m_encoder);
+    m_encoder.clear();
     return 1;
 }
 
@@ -52,7 +50,7 @@ bool_t FrameEncoderContextLevel::setQuality(uint8_t p_quality) {
 }
 
 void FrameEncoderContextLevel::release_This() {
-    releaseReference(m_encoder);
+    m_encoder.clear();
 }
 
 bool_t FrameDecoderLevel::initialize(const FrameCodecInfo& p_codecInfo) {
@@ -75,18 +73,18 @@ void FrameDecoderLevel::copy_This(const IFrameDecoder* p_src) {
 }
 
 bool_t FrameDecoderContextLevel::initialize(IFrameDecoder* p_decoder) {
-    if (m_decoder != nullptr || p_decoder == nullptr) {
+    if (m_decoder || p_decoder == nullptr) {
         return 0;
     }
-    setReference(m_decoder, p_decoder);
+    m_decoder = Ref<IFrameDecoder>::share(p_decoder);
     return 1;
 }
 
 bool_t FrameDecoderContextLevel::deinitialize() {
-    if (m_decoder == nullptr) {
+    if (!m_decoder) {
         return 0;
     }
-    releaseReference(m_decoder);
+    m_decoder.clear();
     return 1;
 }
 
@@ -96,7 +94,7 @@ IUnpackedFrameData* FrameDecoderContextLevel::decode(IPackedFrameData*) {
 }
 
 void FrameDecoderContextLevel::release_This() {
-    releaseReference(m_decoder);
+    m_decoder.clear();
 }
 
 } // namespace zyr

@@ -5,6 +5,7 @@
 #include "picture/zyr_frame_decoder.h"
 #include "picture/zyr_frame_encoder.h"
 #include "zyr_common/implementation/zyr_implementation.h"
+#include "zyr_common/memory/zyr_ref.h"
 
 namespace zyr {
 
@@ -41,7 +42,7 @@ public:
     bool_t initialize(IFrameEncoder* p_encoder) override;
     bool_t deinitialize() override;
     IPackedFrameData* encode(IUnpackedFrameData* p_frame) override;
-    IFrameEncoder* getEncoder() const override { return m_encoder; }
+    IFrameEncoder* getEncoder() const override { return m_encoder.get(); }
     uint8_t getQuality() const override { return m_quality; }
     bool_t setQuality(uint8_t p_quality) override;
     ILifeCycleReserved* getFrameEncoderContextReserved() const override { return &m_reserved; }
@@ -53,7 +54,7 @@ public:
 private:
     static constexpr uint8_t defaultQuality = 60;
 
-    IFrameEncoder* m_encoder = nullptr;
+    Ref<IFrameEncoder> m_encoder;
     uint8_t m_quality = defaultQuality;
     mutable LevelReserved<FrameEncoderContextLevel, ILifeCycleReserved> m_reserved{this};
 };
@@ -88,7 +89,7 @@ public:
     bool_t initialize(IFrameDecoder* p_decoder) override;
     bool_t deinitialize() override;
     IUnpackedFrameData* decode(IPackedFrameData* p_frame) override;
-    IFrameDecoder* getDecoder() const override { return m_decoder; }
+    IFrameDecoder* getDecoder() const override { return m_decoder.get(); }
     ILifeCycleReserved* getFrameDecoderContextReserved() const override { return &m_reserved; }
 
     void init_This() {}
@@ -96,7 +97,7 @@ public:
     void copy_This(const IFrameDecoderContext*) {}
 
 private:
-    IFrameDecoder* m_decoder = nullptr;
+    Ref<IFrameDecoder> m_decoder;
     mutable LevelReserved<FrameDecoderContextLevel, ILifeCycleReserved> m_reserved{this};
 };
 

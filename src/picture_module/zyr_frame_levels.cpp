@@ -3,7 +3,6 @@
 #include "picture_module/zyr_diffmap_level.h"
 #include "picture_module/zyr_image_level.h"
 #include "picture_module/zyr_image_state.h"
-#include "picture_module/zyr_references.h"
 #include "zyr_common/memory/zyr_permanent.h"
 #include "zyr_common/serialization/zyr_byte_stream.h"
 #include "zyr_common/serialization/zyr_record_walker.h"
@@ -13,40 +12,38 @@ namespace zyr {
 template class RecordWalker<PackedFrameState>;
 
 void UnpackedFrameDataLevel::Reserved::setSystemMemory(IImage* p_systemMemory) {
-    setReference(m_level->m_systemMemory, p_systemMemory);
+    m_level->m_systemMemory = Ref<IImage>::share(p_systemMemory);
 }
 
 void UnpackedFrameDataLevel::Reserved::setGPUMemory(ISharedTexture* p_gpuMemory) {
-    setReference(m_level->m_gpuMemory, p_gpuMemory);
+    m_level->m_gpuMemory = Ref<ISharedTexture>::share(p_gpuMemory);
 }
 
 void UnpackedFrameDataLevel::Reserved::setDiffmap(IDiffmap* p_diffmap) {
-    setReference(m_level->m_diffmap, p_diffmap);
+    m_level->m_diffmap = Ref<IDiffmap>::share(p_diffmap);
 }
 
 IImage* UnpackedFrameDataLevel::getSystemMemory(bool_t p_addReference, bool_t p_existing) const {
-    if (m_systemMemory == nullptr && !p_existing && m_gpuMemory != nullptr) {
-        Image* image = new Image;
-        if (m_gpuMemory->copyToSystemMemory(image)) {
-            m_systemMemory = image;
-        } else {
-            image->release();
+    if (!m_systemMemory && !p_existing && m_gpuMemory) {
+        Ref<IImage> image = Ref<IImage>::adopt(new Image);
+        if (m_gpuMemory->copyToSystemMemory(image.get())) {
+            m_systemMemory = std::move(image);
         }
     }
     // Whoever takes the image may be about to code it, in its even size.
-    const ImageLevel* ownImage = ImageLevel::findIn(m_systemMemory);
+    const ImageLevel* ownImage = ImageLevel::findIn(m_systemMemory.get());
     if (ownImage != nullptr) {
         ownImage->fillPadding();
     }
-    return getReference(m_systemMemory, p_addReference);
+    return m_systemMemory.get(p_addReference);
 }
 
 ISharedTexture* UnpackedFrameDataLevel::getGPUMemory(bool_t p_addReference) const {
-    return getReference(m_gpuMemory, p_addReference);
+    return m_gpuMemory.get(p_addReference);
 }
 
 IDiffmap* UnpackedFrameDataLevel::getDiffmap(bool_t p_addReference) const {
-    return getReference(m_diffmap, p_addReference);
+    return m_diffmap.get(p_addReference);
 }
 
 void UnpackedFrameDataLevel::init_This() {
@@ -56,18 +53,18 @@ void UnpackedFrameDataLevel::init_This() {
 }
 
 void UnpackedFrameDataLevel::release_This() {
-    releaseReference(m_systemMemory);
-    releaseReference(m_gpuMemory);
-    releaseReference(m_diffmap);
+    m_systemMemory.clear();
+    m_gpuMemory.clear();
+    m_diffmap.clear();
 }
 
 void UnpackedFrameDataLevel::copy_This(const IUnpackedFrameData* p_src) {
     m_width = p_src->getWidth();
     m_height = p_src->getHeight();
     m_videoFrameID = p_src->getVideoFrameID();
-    setReference(m_systemMemory, p_src->getSystemMemory(0, 1));
-    setReference(m_gpuMemory, p_src->getGPUMemory(0));
-    setReference(m_diffmap, p_src->getDiffmap(0));
+    m_systemMemory = Ref<IImage>::share(p_src->getSystemMemory(0, 1));
+    m_gpuMemory = Ref<ISharedTexture>::share(p_src->getGPUMemory(0));
+    m_diffmap = Ref<IDiffmap>::share(p_src->getDiffmap(0));
 }
 
 bool_t UnpackedFrameDataLevel::readSerialized_This(IDeserializer*) {
@@ -80,11 +77,11 @@ bool_t UnpackedFrameDataLevel::writeSerialized_This(ISerializer*, bool_t, bool_t
 }
 
 void PackedFrameDataLevel::Reserved::setDiffmap(IDiffmap* p_diffmap) {
-    setReference(m_level->m_diffmap, p_diffmap);
+    m_level->m_diffmap = Ref<IDiffmap>::share(p_diffmap);
 }
 
 IDiffmap* PackedFrameDataLevel::getDiffmap(bool_t p_addReference) const {
-    return getReference(m_diffmap, p_addReference);
+    return m_diffmap.get(p_addReference);
 }
 
 void PackedFrameDataLevel::init_This() {
@@ -96,7 +93,7 @@ void PackedFrameDataLevel::init_This() {
 
 void PackedFrameDataLevel::release_This() {
     m_packedData.clear();
-    releaseReference(m_diffmap);
+    m_diffmap.clear();
 }
 
 void PackedFrameDataLevel::copy_This(const IPackedFrameData* p_src) {
@@ -105,7 +102,7 @@ void PackedFrameDataLevel::copy_This(const IPackedFrameData* p_src) {
     m_videoFrameID = p_src->getVideoFrameID();
     m_uncompressedSize = p_src->getUncompressedSize();
     m_packedData = *p_src->getPackedData();
-    setReference(m_diffmap, p_src->getDiffmap(0));
+    m_diffmap = Ref<IDiffmap>::share(p_src->getDiffmap(0));
 }
 
 static const String& getPackedDataKey() {
@@ -137,7 +134,7 @@ bool_t PackedFrameDataLevel::readSerialized_This(IDeserializer* p_deserializer) 
     const bool_t isRead = diffmap->readSerialized(p_deserializer);
     // An empty map stands for none.
     if (isRead && diffmap->getData() != nullptr) {
-        setReference<IDiffmap>(m_diffmap, diffmap);
+        m_diffmap = Ref<IDiffmap>::share(diffmap);
     }
     diffmap->release();
     return p_deserializer->leaveGroup() && isRead;
@@ -157,7 +154,7 @@ bool_t PackedFrameDataLevel::writeSerialized_This(ISerializer* p_serializer, boo
         return p_result;
     }
     Diffmap empty;
-    IDiffmap* diffmap = m_diffmap != nullptr ? m_diffmap : &empty;
+    IDiffmap* diffmap = m_diffmap ? m_diffmap.get() : &empty;
     const String& typeName = zyr_getNameAssociatedToType(static_cast<const IDiffmap*>(nullptr));
     bool_t isWritten = 1;
     if (p_headerPass) {

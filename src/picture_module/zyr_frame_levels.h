@@ -7,6 +7,7 @@
 #include "picture/zyr_shared_texture.h"
 #include "zyr_common/containers/zyr_array.h"
 #include "zyr_common/implementation/zyr_implementation.h"
+#include "zyr_common/memory/zyr_ref.h"
 
 namespace zyr {
 
@@ -50,9 +51,9 @@ private:
     uint32_t m_height = 0;
     uint64_t m_videoFrameID = 0;
     /// Filled on demand from the GPU memory, hence mutable.
-    mutable IImage* m_systemMemory = nullptr;
-    ISharedTexture* m_gpuMemory = nullptr;
-    IDiffmap* m_diffmap = nullptr;
+    mutable Ref<IImage> m_systemMemory;
+    Ref<ISharedTexture> m_gpuMemory;
+    Ref<IDiffmap> m_diffmap;
     mutable Reserved m_reserved{this};
 };
 
@@ -101,7 +102,7 @@ private:
     uint64_t m_videoFrameID = 0;
     uint64_t m_uncompressedSize = 0;
     mutable Array<uint8_t> m_packedData;
-    IDiffmap* m_diffmap = nullptr;
+    Ref<IDiffmap> m_diffmap;
     mutable Reserved m_reserved{this};
 };
 

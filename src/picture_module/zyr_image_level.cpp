@@ -2,7 +2,6 @@
 
 #include "picture/zyr_diffmap.h"
 #include "picture_module/zyr_palette_level.h"
-#include "picture_module/zyr_references.h"
 #include "zyr_common/containers/zyr_array.h"
 #include "zyr_common/formats/zyr_format_info.h"
 #include "zyr_common/geometry/zyr_shape_enums.h"
@@ -94,29 +93,15 @@ PixelArea ImageLevel::getStorageArea(const Storage& p_storage) {
 }
 
 bool ImageLevel::makePalette(bool p_isIndexed, PixelFormatEnum p_format, uint32_t p_numOfIndices,
-                             IPalette*& p_palette) {
-    p_palette = nullptr;
-    if (!p_isIndexed) {
-        return true;
-    }
-    p_palette = new Palette;
-    if (p_numOfIndices != 0 && !p_palette->init(p_numOfIndices, p_format)) {
-        p_palette->release();
-        p_palette = nullptr;
-        return false;
-    }
-    return true;
-}
-
-void ImageLevel::setPalette(IPalette* p_palette) {
-    releaseReference(m_palette);
-    m_palette = p_palette;
+                             Ref<IPalette>& p_palette) {
+    p_palette = Ref<IPalette>::adopt(p_isIndexed ? new Palette : nullptr);
+    return !p_isIndexed || p_numOfIndices == 0 || p_palette->init(p_numOfIndices, p_format);
 }
 
 bool_t ImageLevel::init(uint32_t p_width, uint32_t p_height, uint32_t p_pitch, PixelFormatEnum p_format,
                         ColorSpaceEnum p_colorSpace, PixelFormatEnum p_paletteFormat, uint32_t p_numOfPaletteIndices) {
     Storage storage;
-    IPalette* palette = nullptr;
+    Ref<IPalette> palette;
     if (!describeStorage(p_width, p_height, p_pitch, p_format, storage) ||
         !makePalette(storage.m_isIndexed, p_paletteFormat, p_numOfPaletteIndices, palette)) {
         return 0;
@@ -127,11 +112,10 @@ bool_t ImageLevel::init(uint32_t p_width, uint32_t p_height, uint32_t p_pitch, P
     if (canStay) {
         storage.m_block = m_block;
     } else if (!allocateStorage(storage)) {
-        releaseReference(palette);
         return 0;
     }
     useStorage(storage);
-    setPalette(palette);
+    m_palette = std::move(palette);
     m_colorSpace = p_colorSpace;
     return 1;
 }
@@ -140,7 +124,7 @@ bool_t ImageLevel::bindFixedSizeData(void* p_data, uint32_t p_width, uint32_t p_
                                      PixelFormatEnum p_format, ColorSpaceEnum p_colorSpace,
                                      PixelFormatEnum p_paletteFormat, uint32_t p_numOfPaletteIndices) {
     Storage storage;
-    IPalette* palette = nullptr;
+    Ref<IPalette> palette;
     if (p_data == nullptr || !describeStorage(p_width, p_height, p_pitch, p_format, storage) ||
         !makePalette(storage.m_isIndexed, p_paletteFormat, p_numOfPaletteIndices, palette)) {
         return 0;
@@ -151,7 +135,7 @@ bool_t ImageLevel::bindFixedSizeData(void* p_data, uint32_t p_width, uint32_t p_
     useStorage(storage);
     m_data = p_data;
     m_isBound = true;
-    setPalette(palette);
+    m_palette = std::move(palette);
     m_colorSpace = p_colorSpace;
     return 1;
 }
@@ -171,7 +155,7 @@ bool_t ImageLevel::changeFormat(PixelFormatEnum p_format, PixelFormatEnum) {
     }
     copyPixels(source.getArea(), getStorageArea(storage));
     useStorage(storage);
-    setPalette(nullptr);
+    m_palette.clear();
     return 1;
 }
 
@@ -275,19 +259,19 @@ bool_t ImageLevel::setAllocationModel(uint32_t p_condition, uint32_t p_step) {
 }
 
 IDataFormatInfo* ImageLevel::getColorDataFormatInfo(bool_t p_addReference) const {
-    return getReference(m_colorInfo, p_addReference);
+    return m_colorInfo.get(p_addReference);
 }
 
 void ImageLevel::setColorDataFormatInfo(IDataFormatInfo* p_formatInfo) {
-    setReference(m_colorInfo, p_formatInfo);
+    m_colorInfo = Ref<IDataFormatInfo>::share(p_formatInfo);
 }
 
 IDataFormatInfo* ImageLevel::getAlphaDataFormatInfo(bool_t p_addReference) const {
-    return getReference(m_alphaInfo, p_addReference);
+    return m_alphaInfo.get(p_addReference);
 }
 
 void ImageLevel::setAlphaDataFormatInfo(IDataFormatInfo* p_formatInfo) {
-    setReference(m_alphaInfo, p_formatInfo);
+    m_alphaInfo = Ref<IDataFormatInfo>::share(p_formatInfo);
 }
 
 void ImageLevel::init_This() {
@@ -306,9 +290,9 @@ void ImageLevel::init_This() {
 void ImageLevel::release_This() {
     givePictureBlockBack(m_block);
     m_block = PictureBlock();
-    releaseReference(m_palette);
-    releaseReference(m_colorInfo);
-    releaseReference(m_alphaInfo);
+    m_palette.clear();
+    m_colorInfo.clear();
+    m_alphaInfo.clear();
 }
 
 void ImageLevel::copy_This(const IImage* p_src) {
@@ -323,7 +307,7 @@ void ImageLevel::copy_This(const IImage* p_src) {
     for (uint32_t y = 0; y < m_height; ++y) {
         memcpy(m_block.m_data + size_t{y} * m_pitch, data + size_t{y} * p_src->getPitch(), rowSize);
     }
-    if (m_palette != nullptr && p_src->getPalette() != nullptr) {
+    if (m_palette && p_src->getPalette() != nullptr) {
         m_palette->copyUnsafe(p_src->getPalette());
     }
 }

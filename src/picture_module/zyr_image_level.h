@@ -5,7 +5,9 @@
 #include "picture/zyr_palette.h"
 #include "picture_module/zyr_picture_memory.h"
 #include "picture_module/zyr_pixel_area.h"
+#include "zyr_common/formats/zyr_format_info.h"
 #include "zyr_common/implementation/zyr_implementation.h"
+#include "zyr_common/memory/zyr_ref.h"
 
 namespace zyr {
 
@@ -74,7 +76,7 @@ public:
     uint32_t getBitsPerPixel() const override { return m_bitsPerPixel; }
     void* getData() const override { return m_data; }
     uint64_t getSize() const override { return uint64_t{m_pitch} * m_height; }
-    IPalette* getPalette() const override { return m_palette; }
+    IPalette* getPalette() const override { return m_palette.get(); }
     IDataFormatInfo* getColorDataFormatInfo(bool_t p_addReference) const override;
     void setColorDataFormatInfo(IDataFormatInfo* p_formatInfo) override;
     IDataFormatInfo* getAlphaDataFormatInfo(bool_t p_addReference) const override;
@@ -115,8 +117,8 @@ private:
     void useStorage(const Storage& p_storage);
     static PixelArea getStorageArea(const Storage& p_storage);
     /// An empty palette of that form for an indexed format, null for others. False when it cannot be made.
-    static bool makePalette(bool p_isIndexed, PixelFormatEnum p_format, uint32_t p_numOfIndices, IPalette*& p_palette);
-    void setPalette(IPalette* p_palette);
+    static bool makePalette(bool p_isIndexed, PixelFormatEnum p_format, uint32_t p_numOfIndices,
+                            Ref<IPalette>& p_palette);
 
     uint32_t m_width = 0;
     uint32_t m_height = 0;
@@ -129,9 +131,9 @@ private:
     bool m_isBound = false;
     void* m_data = nullptr;
     PictureBlock m_block;
-    IPalette* m_palette = nullptr;
-    IDataFormatInfo* m_colorInfo = nullptr;
-    IDataFormatInfo* m_alphaInfo = nullptr;
+    Ref<IPalette> m_palette;
+    Ref<IDataFormatInfo> m_colorInfo;
+    Ref<IDataFormatInfo> m_alphaInfo;
     mutable LevelReserved<ImageLevel> m_imageReserved{this};
 };
 

@@ -53,7 +53,7 @@ bool_t ImageLevel::readSerialized_This(IDeserializer* p_deserializer) {
     for (uint32_t y = 0; y < m_height; ++y) {
         memcpy(m_block.m_data + size_t{y} * m_pitch, pixels.getData() + y * rowSize, rowSize);
     }
-    return m_palette == nullptr || fillPalette(m_palette, static_cast<PixelFormatEnum>(state.m_paletteFormat), colors);
+    return !m_palette || fillPalette(m_palette.get(), static_cast<PixelFormatEnum>(state.m_paletteFormat), colors);
 }
 
 bool_t ImageLevel::writeSerialized_This(ISerializer* p_serializer, bool_t p_firstPass, bool_t p_headerPass,
@@ -63,7 +63,7 @@ bool_t ImageLevel::writeSerialized_This(ISerializer* p_serializer, bool_t p_firs
     state.m_height = m_height;
     state.m_format = m_format;
     state.m_colorSpace = m_colorSpace;
-    state.m_paletteFormat = m_palette != nullptr ? m_palette->getFormat() : ZYR_PIXEL_FORMAT_NONE;
+    state.m_paletteFormat = m_palette ? m_palette->getFormat() : ZYR_PIXEL_FORMAT_NONE;
     Array<uint8_t> pixels;
     const size_t rowSize = (size_t{m_width} * m_bitsPerPixel + 7) / 8;
     if (m_data != nullptr && pixels.resize(rowSize * m_height)) {
@@ -71,7 +71,7 @@ bool_t ImageLevel::writeSerialized_This(ISerializer* p_serializer, bool_t p_firs
             memcpy(pixels.getData() + y * rowSize, static_cast<const uint8_t*>(m_data) + size_t{y} * m_pitch, rowSize);
         }
     }
-    const void* colors = m_palette != nullptr ? m_palette->getData() : nullptr;
+    const void* colors = m_palette ? m_palette->getData() : nullptr;
     p_result =
         state.writeSerialized_This(p_serializer, p_firstPass, p_headerPass, p_result) &&
         writeBytes(p_serializer, getPixelsKey(), p_firstPass, p_headerPass, pixels.getData(), pixels.getSize()) &&

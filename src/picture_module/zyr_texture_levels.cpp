@@ -1,6 +1,5 @@
 #include "picture_module/zyr_texture_levels.h"
 
-#include "picture_module/zyr_references.h"
 #include "zyr_common/serialization/zyr_record_walker.h"
 
 namespace zyr {
@@ -26,11 +25,11 @@ void ReadbackContextLevel::copy_This(const IReadbackContext* p_src) {
 }
 
 IReadbackContext* SharedTextureLevel::getReadbackContext(bool_t p_addReference) const {
-    return getReference(m_readbackContext, p_addReference);
+    return m_readbackContext.get(p_addReference);
 }
 
 void SharedTextureLevel::setReadbackContext(IReadbackContext* p_readbackContext) {
-    setReference(m_readbackContext, p_readbackContext);
+    m_readbackContext = Ref<IReadbackContext>::share(p_readbackContext);
 }
 
 bool_t SharedTextureLevel::copyToSystemMemory(IImage*) const {
@@ -51,7 +50,7 @@ void SharedTextureLevel::init_This() {
 }
 
 void SharedTextureLevel::release_This() {
-    releaseReference(m_readbackContext);
+    m_readbackContext.clear();
 }
 
 void SharedTextureLevel::copy_This(const ISharedTexture* p_src) {

@@ -9,6 +9,7 @@
 #include "picture_module/zyr_codec_levels.h"
 #include "picture_module/zyr_image_state.h"
 #include "zyr_common/implementation/zyr_native_format_info_level.h"
+#include "zyr_common/memory/zyr_ref.h"
 
 namespace zyr {
 
@@ -73,7 +74,7 @@ private:
     uint32_t m_width = 0;
     uint32_t m_height = 0;
     PixelFormatEnum m_format = ZYR_PIXEL_FORMAT_NONE;
-    IReadbackContext* m_readbackContext = nullptr;
+    Ref<IReadbackContext> m_readbackContext;
     void* m_originalTexture = nullptr;
     void* m_sharedHandle = nullptr;
     mutable Reserved m_reserved{this};
