@@ -3,6 +3,7 @@
 #include "zyr_common/memory/zyr_ref.h"
 #include "zyr_common/transport/zyr_socket.h"
 
+#include <cstring>
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -74,6 +75,20 @@ TEST_F(SocketTest, ConnectsOverTcp) {
     uint32_t user = 7;
     EXPECT_FALSE(m_server->getPeerUser(user));
     EXPECT_EQ(user, 7u);
+}
+
+TEST_F(SocketTest, ListensAtAllAddresses) {
+    ASSERT_TRUE(m_listener->listenTcp("", 0));
+    const bool hasVersion6 = m_listener->getLocalAddress().getData()[0] == '[';
+    for (const char* host : {"127.0.0.1", "::1"}) {
+        if (strchr(host, ':') != nullptr && !hasVersion6) {
+            continue;
+        }
+        ASSERT_TRUE(m_client->connectTcp(host, m_listener->getLocalPort()));
+        waitFor(*m_listener, POLLIN);
+        ASSERT_TRUE(m_listener->acceptConnection(*m_server));
+        EXPECT_TRUE(m_server->isPeerLocal()) << host;
+    }
 }
 
 TEST_F(SocketTest, NeverBlocksAndIsNotInherited) {

@@ -169,6 +169,7 @@ void Connection::goOnClosing() {
 void Connection::closeNow(TransportCloseReasonEnum p_reason, const char* p_text) {
     noteReason(p_reason, 0, p_text);
     getState().m_phase = ZYR_TRANSPORT_CLOSED;
+    m_isInputLeft = false;
     m_queue.clear();
     m_input.clear();
     m_assembler.clear();

@@ -66,6 +66,9 @@ bool MessageAssembler::makeRoom() {
 }
 
 size_t MessageAssembler::feed(const unsigned char* p_bytes, size_t p_size) {
+    if (p_size == 0) {
+        return 0;
+    }
     size_t used = 0;
     if (m_envelopeSize < MessageEnvelope::SIZE) {
         const size_t missing = MessageEnvelope::SIZE - m_envelopeSize;

@@ -12,6 +12,7 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace zyr {
 
@@ -92,11 +93,19 @@ bool_t Socket::listenTcp(const String& p_address, uint32_t p_port, uint32_t p_ba
         ZYR_LOG_WARN("Unable to listen at %s, port %u: %s", p_address.getData(), p_port, reason.getData());
         return 0;
     }
+    // One socket of version 6 takes the connections of version 4, too.
+    for (size_t i = 1; p_address.isEmpty() && i < addresses.getSize(); i++) {
+        if (addresses[i].m_size == sizeof(sockaddr_in6)) {
+            std::swap(addresses[0], addresses[i]);
+        }
+    }
     int error = EADDRNOTAVAIL;
     for (const SocketAddress& address : addresses) {
         const int descriptor = openSocket(address);
         const int yes = 1;
+        const int isAlone = !p_address.isEmpty();
         setsockopt(descriptor, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
+        setsockopt(descriptor, IPPROTO_IPV6, IPV6_V6ONLY, &isAlone, sizeof(isAlone));
         if (descriptor >= 0 && listenAt(descriptor, address, p_backlog)) {
             return begin(descriptor, ZYR_SOCKET_LISTENING);
         }
