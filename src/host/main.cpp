@@ -1,10 +1,12 @@
 #include "host/zyr_command_line.h"
+#include "host/zyr_completion.h"
 #include "host/zyr_encoder_options.h"
 #include "host/zyr_framework_arguments.h"
 #include "host/zyr_live_arguments.h"
 #include "host/zyr_object_arguments.h"
 #include "host/zyr_object_file.h"
 #include "host/zyr_plugin_guard.h"
+#include "host/zyr_standard_output.h"
 #include "host/zyr_video_source.h"
 #include "zyr_common/platform/zyr_time.h"
 #include "zyr_common/platform/zyr_version.h"
@@ -99,6 +101,7 @@ struct Program {
     LayoutOptions m_layout;
     ObjectArguments m_object;
     LiveArguments m_live;
+    std::string m_shell;
     std::string m_size;
     std::string m_bitrate;
     std::vector<std::string> m_resizes;
@@ -119,6 +122,7 @@ struct Program {
         addLayout();
         m_object.add(m_app, m_result);
         m_live.add(m_app, m_result);
+        addCompletion();
     }
 
     void addInspect() {
@@ -289,6 +293,17 @@ struct Program {
                           "Show the others when a rectangle has no solution; the exit code is 1 all the same");
         addLogOptions(*command, m_layout.m_framework);
         command->callback([this] { m_result = runLayout(m_layout); });
+    }
+
+    void addCompletion() {
+        CLI::App* command = m_app.add_subcommand("completion", "Print a script that completes this program's options");
+        command->add_option("shell", m_shell, "The shell that it is for")
+            ->required()
+            ->check(CLI::IsMember({"bash", "zsh", "fish"}));
+        command->callback([this] {
+            const bool printed = printText(makeCompletion(m_app, m_shell));
+            m_result = printed ? EXIT_DONE : EXIT_RUN_FAILED;
+        });
     }
 
     /// Takes what stands behind "--" of a launch, which is the program's and not to be parsed. Gives the number of
