@@ -26,3 +26,13 @@ configure_file("${CMAKE_CURRENT_LIST_DIR}/ZyrmontConfig.cmake" "${CMAKE_BINARY_D
 write_basic_package_version_file("${CMAKE_BINARY_DIR}/ZyrmontConfigVersion.cmake" COMPATIBILITY SameMinorVersion)
 install(FILES "${CMAKE_BINARY_DIR}/ZyrmontConfig.cmake" "${CMAKE_BINARY_DIR}/ZyrmontConfigVersion.cmake"
     "${CMAKE_CURRENT_LIST_DIR}/ZyrModule.cmake" "${CMAKE_CURRENT_LIST_DIR}/module.map.in" DESTINATION ${packageDir})
+
+# The same for those who build without CMake. Modules need more than this: the options in ZyrModule.cmake.
+set(zyrPcMiniz " miniz")
+set(zyrPcLibraries "")
+if(TARGET zyr_miniz)
+    set(zyrPcMiniz "")
+    set(zyrPcLibraries " -lzyr_miniz")
+endif()
+configure_file("${CMAKE_CURRENT_LIST_DIR}/zyrmont.pc.in" "${CMAKE_BINARY_DIR}/zyrmont.pc" @ONLY)
+install(FILES "${CMAKE_BINARY_DIR}/zyrmont.pc" DESTINATION lib/pkgconfig)
