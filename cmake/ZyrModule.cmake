@@ -30,3 +30,12 @@ function(zyr_add_module target)
         target_link_options(${target} PRIVATE -Wl,-z,defs)
     endif()
 endfunction()
+
+# zyr_add_plugin(target WORD <module word> OUTPUT <file name without .so> LIBRARIES <targets>...): a module with the
+# twelve entry points of a plug-in, which ZYR_PLUGIN_EXPORTS defines.
+function(zyr_add_plugin target)
+    zyr_add_module(${target} ${ARGN} EXPORTS zyr_plugin_getName zyr_plugin_getVersion zyr_plugin_getLongName
+        zyr_plugin_getGUID zyr_plugin_getDescription zyr_plugin_getNamespace
+        zyr_plugin_getDependenciesComponentModules zyr_plugin_getDependenciesPluginModules zyr_plugin_initialize
+        zyr_plugin_deinitialize zyr_plugin_isExtensionSupported zyr_plugin_getProcAddress)
+endfunction()

@@ -15,6 +15,8 @@ NOT_PUBLIC = {
     "zyr_common/geometry/zyr_number_lanes.h": "how the matrices calculate",
     "zyr_common/process/zyr_command_vector.h": "a part of the launchers",
     "zyr_common/serialization/zyr_record_walker.h": "the bodies behind a record; for the one source that has its fields",
+    "zyr_common/plugins/zyr_plugin_entry.h": "for the one source of a plug-in that has its entry points",
+    "picture/zyr_codec_plugin.h": "for the sources of a plug-in with a codec",
     "picture/zyr_level_reserved.h": "a part of each facade",
 }
 UMBRELLAS = {

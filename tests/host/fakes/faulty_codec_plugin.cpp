@@ -10,10 +10,13 @@
 #include <cstdlib>
 #include <cstring>
 #include <pthread.h>
+#include <unistd.h>
 
 #define zyr_plugin_initialize initializeWithoutFault
 #include "lossless_plugin.cpp"
 #undef zyr_plugin_initialize
+
+using namespace zyr;
 
 namespace {
 
@@ -43,8 +46,22 @@ void crashIf(const char* p_name) {
 
 class FaultyEncoderContext : public LosslessFrameEncoderContext {
 public:
+    FaultyEncoderContext() {
+        if (hasFault("leak")) {
+            void* volatile lost = malloc(64);
+            static_cast<void>(lost);
+        }
+        if (hasFault("descriptor")) {
+            dup(STDIN_FILENO);
+        }
+    }
     IPackedFrameData* encode(IUnpackedFrameData* p_frame) override {
         m_frame++;
+        if (p_frame == nullptr) {
+            crashIf("null_frame");
+        } else if (p_frame->getWidth() > 1000) {
+            crashIf("large_frame");
+        }
         if (hasFaultAt("encode", m_frame)) {
             crash();
         }
@@ -61,7 +78,7 @@ public:
             pthread_join(thread, nullptr);
         }
         IPackedFrameData* packed = LosslessFrameEncoderContext::encode(p_frame);
-        if (hasFaultAt("packet_size", m_frame)) {
+        if (packed != nullptr && hasFaultAt("packet_size", m_frame)) {
             packed->getPackedFrameDataReserved()->setWidth(16);
         }
         return packed;
@@ -106,6 +123,12 @@ public:
             crash();
         }
         IUnpackedFrameData* result = LosslessFrameDecoderContext::decode(p_packet);
+        if (result == nullptr) {
+            if (p_packet != nullptr) {
+                crashIf("damaged_packet");
+            }
+            return nullptr;
+        }
         IUnpackedFrameDataReserved* fill = result->getUnpackedFrameDataReserved();
         if (hasFaultAt("no_picture", m_frame)) {
             fill->setSystemMemory(nullptr);
@@ -148,12 +171,7 @@ public:
 
 extern "C" ZYR_API uint8_t zyr_plugin_initialize(void* p_applicationData) {
     crashIf("initialize");
-    ApplicationData* appData = static_cast<ApplicationData*>(p_applicationData);
-    zyr_setApplicationData(appData);
-    if (!appData->commonInitialize() || !appData->coreInitialize() || !appData->pictureInitialize()) {
-        return 0;
-    }
-    zyr_addObjectAllocator<FaultyEncoder>();
-    zyr_addObjectAllocator<FaultyDecoder>();
-    return 1;
+    PluginDescription description = DESCRIPTION;
+    description.m_register = &registerPluginClasses<FaultyEncoder, FaultyDecoder>;
+    return startPlugin(description, p_applicationData, ZYR_MODULE_WORD, __PRETTY_FUNCTION__);
 }
