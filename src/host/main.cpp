@@ -1,5 +1,6 @@
 #include "host/zyr_command_line.h"
 #include "host/zyr_completion.h"
+#include "host/zyr_conform_arguments.h"
 #include "host/zyr_encoder_options.h"
 #include "host/zyr_framework_arguments.h"
 #include "host/zyr_live_arguments.h"
@@ -102,6 +103,7 @@ struct Program {
     ObjectArguments m_object;
     LiveArguments m_live;
     std::string m_shell;
+    ConformArguments m_conform;
     std::string m_size;
     std::string m_bitrate;
     std::vector<std::string> m_resizes;
@@ -123,6 +125,7 @@ struct Program {
         m_object.add(m_app, m_result);
         m_live.add(m_app, m_result);
         addCompletion();
+        m_conform.add(m_app, m_result);
     }
 
     void addInspect() {

@@ -168,7 +168,7 @@ bool parseLogLine(const std::string& p_line, LogLine& p_parts) {
 
 CommonLibrary::CommonLibrary(const FrameworkOptions& p_options) : m_data(new HostApplicationData) {
     m_data->prepareAndSetEssentialDirectories();
-    const std::string directory = prepareLogDirectory(p_options.m_logDirectory);
+    const std::string directory = p_options.m_withoutLog ? "" : prepareLogDirectory(p_options.m_logDirectory);
     m_data->setLogDirectory(toString(directory));
     m_data->setLogLevel(p_options.m_logLevel);
     if (!directory.empty()) {
@@ -202,7 +202,7 @@ Framework::Framework(const FrameworkOptions& p_options)
         m_moduleDirectory = findModuleDirectory();
     }
     m_pluginDirectories = p_options.m_pluginDirectories;
-    loadComponent("core", "zyr_core_prepare");
+    loadComponent("core", p_options.m_corePath, "zyr_core_prepare");
     m_data->startListening();
     if (!m_data->coreInitialize()) {
         throw ModuleError("module core did not start: " + lastWarning(m_data->stopListening()));
@@ -219,7 +219,7 @@ Framework::Framework(const FrameworkOptions& p_options)
     if (p_options.m_coreOnly) {
         return;
     }
-    loadComponent("picture", "zyr_picture_prepare");
+    loadComponent("picture", p_options.m_picturePath, "zyr_picture_prepare");
     m_data->startListening();
     if (!m_data->pictureInitialize()) {
         throw ModuleError("module picture did not start: " + lastWarning(m_data->stopListening()));
@@ -245,8 +245,8 @@ Framework::Framework(const FrameworkOptions& p_options)
 
 Framework::~Framework() = default;
 
-void Framework::loadComponent(const char* p_name, const char* p_prepareName) {
-    const std::string path = m_moduleDirectory + "zyr_" + p_name + ".so";
+void Framework::loadComponent(const char* p_name, const std::string& p_path, const char* p_prepareName) {
+    const std::string path = p_path.empty() ? m_moduleDirectory + "zyr_" + p_name + ".so" : p_path;
     m_data->startListening();
     void* handle = zyr_loadLibrary(toString(path), 0, 0, 0, 0);
     const std::string reason = lastWarning(m_data->stopListening());

@@ -28,6 +28,9 @@ struct FrameworkOptions {
     bool m_logLevelGiven = false;   ///< Otherwise the settings decide, once the core module is up.
     bool m_coreOnly = false;        ///< Loads the core module and nothing else.
     bool m_withoutSettings = false; ///< Uses no settings, as whoever shows them: what is wrong is logged once.
+    bool m_withoutLog = false;      ///< Writes no log file; lines can be listened to.
+    std::string m_corePath;         ///< File of the core module. Empty: the one in the module directory.
+    std::string m_picturePath;      ///< The same of the picture module.
 };
 
 /// Application data that keeps a copy of the lines it logs while somebody listens. Modules log through the virtual
@@ -115,7 +118,7 @@ public:
     std::vector<ObjectHandle<IFrameDecoder>> createDecoders();
 
 private:
-    void loadComponent(const char* p_name, const char* p_prepareName);
+    void loadComponent(const char* p_name, const std::string& p_path, const char* p_prepareName);
     void applySettings(const FrameworkOptions& p_options);
 
     CommonLibrary m_library;

@@ -1,0 +1,195 @@
+#include "host/conform/zyr_conform_child.h"
+
+#include "host/zyr_plugin_guard.h"
+#include "host/zyr_standard_output.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace zyr::host {
+
+namespace {
+
+typedef std::chrono::steady_clock Clock;
+
+/// What the child says, in memory that outlives it. Zero-filled at first.
+struct ConformPage {
+    ConformResult m_result;
+    bool m_done;
+    char m_reason[2048];
+    char m_step[256];
+};
+
+ConformPage* g_page = nullptr;
+
+void setText(char* p_target, size_t p_size, const std::string& p_text) {
+    const size_t size = std::min(p_size - 1, p_text.size());
+    memcpy(p_target, p_text.data(), size);
+    p_target[size] = 0;
+}
+
+void limitChild() {
+    const rlimit noCore = {0, 0};
+    setrlimit(RLIMIT_CORE, &noCore);
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+    // The sanitizers reserve far more than they use.
+    const rlimit memory = {rlim_t{4} << 30, rlim_t{4} << 30};
+    setrlimit(RLIMIT_AS, &memory);
+#endif
+}
+
+void judgeInChild(const ConformCase& p_case, const ConformSubject& p_subject) {
+    ConformPage& page = *g_page;
+    page.m_result = ConformResult::FAILED;
+    try {
+        const PluginGuard guard;
+        p_case.m_run(p_subject);
+        page.m_result = ConformResult::PASSED;
+    } catch (const ConformSkip& skip) {
+        page.m_result = ConformResult::SKIPPED;
+        setText(page.m_reason, sizeof(page.m_reason), skip.what());
+    } catch (const std::exception& error) {
+        std::string reason = error.what();
+        for (size_t line = reason.find("\n  "); line != std::string::npos; line = reason.find("\n  ")) {
+            reason.replace(line, 3, ", ");
+        }
+        setText(page.m_reason, sizeof(page.m_reason), reason);
+    }
+    page.m_done = true;
+}
+
+[[noreturn]] void runChild(const ConformCase& p_case, const ConformSubject& p_subject, int p_output, pid_t p_parent) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    setpgid(0, 0);
+    if (getppid() != p_parent) {
+        _exit(1);
+    }
+    limitChild();
+    const int null = open("/dev/null", O_RDWR | O_CLOEXEC);
+    dup2(null, STDIN_FILENO);
+    dup2(p_output, STDOUT_FILENO);
+    dup2(p_output, STDERR_FILENO);
+    judgeInChild(p_case, p_subject);
+    // No destructors: after a crash nothing that the module holds may be touched.
+    _exit(0);
+}
+
+/// Whether the other end was closed in time, that is, whether the child has ended.
+bool waitForEnd(int p_pipe, unsigned p_seconds) {
+    const Clock::time_point deadline = Clock::now() + std::chrono::seconds(p_seconds);
+    for (;;) {
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
+        pollfd descriptor = {p_pipe, POLLIN, 0};
+        const int ready = left > 0 ? poll(&descriptor, 1, static_cast<int>(left)) : 0;
+        if (ready >= 0 || errno != EINTR) {
+            return ready > 0;
+        }
+    }
+}
+
+/// The last line that the child wrote to its output.
+std::string readLastLine(int p_output) {
+    char buffer[2048];
+    const off_t size = lseek(p_output, 0, SEEK_END);
+    const off_t start = std::max<off_t>(0, size - off_t(sizeof(buffer)));
+    const ssize_t count = pread(p_output, buffer, sizeof(buffer), start);
+    std::string text(buffer, count > 0 ? size_t(count) : 0);
+    text.erase(text.find_last_not_of("\n ") + 1);
+    const size_t line = text.rfind('\n');
+    return maskControls(line == std::string::npos ? text : text.substr(line + 1));
+}
+
+std::string describeEnd(int p_status, bool p_timedOut, unsigned p_seconds, const std::string& p_said) {
+    const std::string step = g_page->m_step[0] != 0 ? std::string(" in ") + g_page->m_step : "";
+    if (p_timedOut) {
+        return "it is not done within " + std::to_string(p_seconds) + " s" + step;
+    }
+    std::string text;
+    if (WIFSIGNALED(p_status)) {
+        text = std::string("it crashed") + step + " (SIG" + sigabbrev_np(WTERMSIG(p_status)) + ")";
+    } else {
+        text = "it ended the process with status " + std::to_string(WEXITSTATUS(p_status)) + step;
+    }
+    return p_said.empty() ? text : text + ": " + p_said;
+}
+
+class Descriptor {
+public:
+    explicit Descriptor(int p_number) : m_number(p_number) {}
+    ~Descriptor() { close(); }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    int get() const { return m_number; }
+    void close() {
+        if (m_number >= 0) {
+            ::close(m_number);
+        }
+        m_number = -1;
+    }
+
+private:
+    int m_number;
+};
+
+} // namespace
+
+void noteConformStep(const std::string& p_step) {
+    if (g_page != nullptr) {
+        setText(g_page->m_step, sizeof(g_page->m_step), p_step);
+    }
+}
+
+ConformVerdict runConformCase(const ConformCase& p_case, const ConformSubject& p_subject, unsigned p_seconds) {
+    ConformVerdict verdict;
+    int ends[2] = {-1, -1};
+    void* memory = mmap(nullptr, sizeof(ConformPage), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    if (memory == MAP_FAILED || pipe2(ends, O_CLOEXEC) != 0) {
+        throw std::runtime_error(std::string("no memory or pipe for a child: ") + strerror(errno));
+    }
+    g_page = static_cast<ConformPage*>(memory);
+    const Descriptor readEnd(ends[0]);
+    Descriptor writeEnd(ends[1]);
+    const Descriptor output(memfd_create("conform", MFD_CLOEXEC));
+    fflush(nullptr);
+    const Clock::time_point start = Clock::now();
+    const pid_t parent = getpid();
+    const pid_t child = fork();
+    if (child < 0) {
+        throw std::runtime_error(std::string("no child process: ") + strerror(errno));
+    }
+    if (child == 0) {
+        runChild(p_case, p_subject, output.get(), parent);
+    }
+    writeEnd.close();
+    const bool ended = waitForEnd(readEnd.get(), p_seconds);
+    // The child itself, if its group is not there yet.
+    if (!ended && kill(-child, SIGKILL) != 0) {
+        kill(child, SIGKILL);
+    }
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    verdict.m_seconds = std::chrono::duration<double>(Clock::now() - start).count();
+    if (ended && g_page->m_done) {
+        verdict.m_result = g_page->m_result;
+        verdict.m_reason = g_page->m_reason;
+    } else {
+        verdict.m_reason = describeEnd(status, !ended, p_seconds, readLastLine(output.get()));
+    }
+    munmap(memory, sizeof(ConformPage));
+    g_page = nullptr;
+    return verdict;
+}
+
+} // namespace zyr::host
