@@ -4,6 +4,7 @@
 #include "host/zyr_encoder_options.h"
 #include "host/zyr_framework_arguments.h"
 #include "host/zyr_live_arguments.h"
+#include "host/zyr_new_plugin_arguments.h"
 #include "host/zyr_object_arguments.h"
 #include "host/zyr_object_file.h"
 #include "host/zyr_plugin_guard.h"
@@ -104,6 +105,7 @@ struct Program {
     LiveArguments m_live;
     std::string m_shell;
     ConformArguments m_conform;
+    NewPluginArguments m_newPlugin;
     std::string m_size;
     std::string m_bitrate;
     std::vector<std::string> m_resizes;
@@ -126,6 +128,7 @@ struct Program {
         m_live.add(m_app, m_result);
         addCompletion();
         m_conform.add(m_app, m_result);
+        m_newPlugin.add(m_app, m_result);
     }
 
     void addInspect() {

@@ -37,4 +37,16 @@ expect "the reason" "no encoder and decoder agree" "$(cat "$work/errors")"
 report=$("$work/prefix/bin/zyr-host" stream generate:128x96:4 --no-default-plugins --plugins "$work/build/plugins" --json) ||
     fail "zyr-host with the example's plug-in"
 expect "the codec of zyr-host" '"codec": "lossless"' "$(grep -o '"codec": "[a-z0-9]*"' <<<"$report" | head -n 1)"
+"$work/prefix/bin/zyr-host" conform "$work/build/plugins/lossless.so" >"$work/conform.log" ||
+    { grep -A3 '^not ok' "$work/conform.log"; fail "the example's plug-in keeps the rules"; }
+
+# A new project builds at once, and its own tests pass.
+for kind in codec objects; do
+    "$work/prefix/bin/zyr-host" new-plugin fresh_one "$work/$kind" --kind "$kind" >/dev/null || fail "new-plugin $kind"
+    CXX=$compiler CXXFLAGS="-Wall -Wextra -Werror -O1 -g0" CMAKE_GENERATOR=Ninja "$work/$kind/ci.sh" "$work/prefix" \
+        >"$work/$kind.log" 2>&1 || { cat "$work/$kind.log"; fail "the new project ($kind)"; }
+done
+report=$("$work/prefix/bin/zyr-host" stream generate:128x96:4 --no-default-plugins --plugins "$work/codec/build/plugins" \
+    --json) || fail "zyr-host with the new plug-in"
+expect "the new codec" '"codec": "fresh_one"' "$(grep -o '"codec": "[a-z0-9_]*"' <<<"$report" | head -n 1)"
 echo "OK"

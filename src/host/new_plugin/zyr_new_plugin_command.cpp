@@ -1,0 +1,126 @@
+#include "host/new_plugin/zyr_new_plugin_command.h"
+
+#include "host/new_plugin/zyr_plugin_templates.h"
+#include "host/zyr_command_line.h"
+#include "host/zyr_run_error.h"
+#include "host/zyr_standard_output.h"
+#include "zyr_common/digest/zyr_guid.h"
+
+#include <cctype>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <sys/random.h>
+
+namespace zyr::host {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr size_t LONGEST_NAME = 40;
+constexpr int NUM_OF_GUIDS = 10;
+constexpr const char* CODEC_TOUR =
+    "`src/%name%_codec.h` names the codec and its four classes, `src/%name%_codec.cpp` packs a picture and unpacks it, "
+    "and\n`src/%name%_runs.cpp` is the codec proper: begin there. `src/%name%_plugin.cpp` tells hosts who you are.";
+constexpr const char* OBJECTS_TOUR =
+    "`src/%name%_note.h` is a class with two fields that are saved and loaded: begin there. `src/%name%_plugin.cpp` "
+    "tells\nhosts who you are.";
+
+/// Classes keep their GUIDs for good, so these come from the system's generator.
+std::string drawGUID() {
+    GUID_t guid;
+    if (getrandom(guid.m_data, sizeof(guid.m_data), 0) != ssize_t(sizeof(guid.m_data))) {
+        throw RunError("the system gives no random numbers");
+    }
+    guid.setVersion4();
+    return toText(guid);
+}
+
+/// "my_codec" as "MyCodec".
+std::string toClassName(const std::string& p_name) {
+    std::string text;
+    bool begins = true;
+    for (const char c : p_name) {
+        if (c != '_') {
+            text += begins ? char(toupper(c)) : c;
+        }
+        begins = c == '_';
+    }
+    return text;
+}
+
+std::string toUpper(std::string p_text) {
+    for (char& c : p_text) {
+        c = char(toupper(c));
+    }
+    return p_text;
+}
+
+std::map<std::string, std::string> makeWords(const NewPluginOptions& p_options) {
+    std::map<std::string, std::string> words = {
+        {"%name%", p_options.m_name}, {"%Name%", toClassName(p_options.m_name)}, {"%NAME%", toUpper(p_options.m_name)}};
+    for (int i = 0; i < NUM_OF_GUIDS; i++) {
+        words["%guid" + std::to_string(i) + "%"] = drawGUID();
+    }
+    return words;
+}
+
+std::string replaceWords(std::string p_text, const std::map<std::string, std::string>& p_words) {
+    for (const auto& [word, value] : p_words) {
+        for (size_t at = p_text.find(word); at != std::string::npos; at = p_text.find(word, at + value.size())) {
+            p_text.replace(at, word.size(), value);
+        }
+    }
+    return p_text;
+}
+
+void writeFile(const fs::path& p_path, const std::string& p_text) {
+    std::error_code error;
+    fs::create_directories(p_path.parent_path(), error);
+    std::ofstream file(p_path, std::ios::binary);
+    file << p_text;
+    file.close();
+    if (!file) {
+        throw RunError("the file '" + p_path.string() + "' cannot be written");
+    }
+    if (p_text.compare(0, 2, "#!") == 0) {
+        fs::permissions(p_path, fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec,
+                        fs::perm_options::add, error);
+    }
+}
+
+} // namespace
+
+std::string checkPluginName(const std::string& p_name) {
+    const char* allowed = "abcdefghijklmnopqrstuvwxyz0123456789_";
+    const bool isName = !p_name.empty() && p_name.size() <= LONGEST_NAME && p_name[0] >= 'a' && p_name[0] <= 'z' &&
+                        p_name.back() != '_' && p_name.find("__") == std::string::npos &&
+                        p_name.find_first_not_of(allowed) == std::string::npos;
+    return isName ? "" : "'" + p_name + "' is not a name of small letters, digits and single underscores";
+}
+
+int runNewPlugin(const NewPluginOptions& p_options) {
+    const fs::path directory = p_options.m_directory.empty() ? p_options.m_name : p_options.m_directory;
+    std::error_code error;
+    if (fs::exists(directory, error) && !fs::is_empty(directory, error)) {
+        throw RunError("'" + directory.string() + "' is there already and not empty");
+    }
+    const std::map<std::string, std::string> words = makeWords(p_options);
+    const std::map<std::string, std::string> tour = {
+        {"%tour%", p_options.m_kind == "codec" ? CODEC_TOUR : OBJECTS_TOUR}};
+    for (const PluginTemplate& file : listPluginTemplates()) {
+        const std::string folder = file.m_folder;
+        if (folder == "common" || folder == p_options.m_kind) {
+            writeFile(directory / replaceWords(file.m_path, words),
+                      replaceWords(replaceWords(file.m_text, tour), words));
+        }
+    }
+    const std::string where = directory.string();
+    const bool done =
+        printText("Wrote " + where + ". Build and test it:\n\n    cmake -S " + where + " -B " + where +
+                  "/build && cmake --build " + where + "/build && ctest --test-dir " + where + "/build\n");
+    return done ? EXIT_DONE : EXIT_RUN_FAILED;
+}
+
+} // namespace zyr::host
