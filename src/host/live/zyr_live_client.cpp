@@ -12,6 +12,12 @@ namespace {
 constexpr uint64_t BETWEEN_PINGS = 500'000;
 constexpr uint32_t IDLE_MILLIS = 30'000;
 
+/// What the server says is not to be trusted with our memory.
+bool isPossible(uint32_t p_width, uint32_t p_height) {
+    constexpr uint32_t LARGEST_SIDE = 16384;
+    return p_width > 0 && p_height > 0 && p_width <= LARGEST_SIDE && p_height <= LARGEST_SIDE;
+}
+
 } // namespace
 
 LiveClient::LiveClient(const LiveClientOptions& p_options, const LiveCodecs& p_codecs,
@@ -121,7 +127,9 @@ void LiveClient::take(const DataMessage& p_message) {
         m_isWelcome = true;
         break;
     case LiveMessage::STREAM:
-        m_stream.read(reader);
+        if (!m_stream.read(reader) || !isPossible(m_stream.m_width, m_stream.m_height)) {
+            throw RunError("the server shows a screen of an impossible size");
+        }
         break;
     case LiveMessage::FRAME:
         takeFrame(p_message);

@@ -27,6 +27,8 @@ constexpr uint64_t BETWEEN_STATISTICS = 1'000'000;
 constexpr unsigned MOST_STRANGERS = 16;
 /// Bytes that the kernel holds back at most: what waits there cannot be dropped any more.
 constexpr uint32_t UNSENT_LIMIT = 128 * 1024;
+/// Passwords that are looked at side by side, each on a thread of its own.
+constexpr size_t MOST_CHECKS = 8;
 constexpr uint64_t BETWEEN_CLIPBOARDS = 200'000;
 
 std::string hostOf(const std::string& p_address) {
@@ -198,6 +200,10 @@ void LiveServer::takeHello(Guest& p_guest, const LiveReader& p_reader) {
         link.refuse(LiveRefusal::ANOTHER_VERSION, "another version of the protocol");
         return;
     }
+    if (!hello.m_user.empty() && countChecks() >= MOST_CHECKS) {
+        link.refuse(LiveRefusal::TOO_MANY, "too many come in at once");
+        return;
+    }
     link.m_codecs = hello.m_codecs & m_codecs.getCodecs();
     link.m_wantsControl = (hello.m_flags & LiveHello::WANTS_CONTROL) != 0;
     link.m_state = ViewerLink::State::CHECKING;
@@ -209,6 +215,12 @@ size_t LiveServer::countViewers() const {
     return size_t(std::count_if(m_guests.begin(), m_guests.end(), [](const auto& p_guest) {
         return p_guest.second.m_link->m_state == ViewerLink::State::VIEWING;
     }));
+}
+
+size_t LiveServer::countChecks() const {
+    return m_forsaken.size() + size_t(std::count_if(m_guests.begin(), m_guests.end(), [](const auto& p_guest) {
+               return p_guest.second.m_link->m_state == ViewerLink::State::CHECKING;
+           }));
 }
 
 void LiveServer::settle(Guest& p_guest) {
@@ -257,8 +269,6 @@ bool LiveServer::takeFromViewer(Guest& p_guest, const DataMessage& p_message, ui
     const auto type = LiveMessage(p_message.getType());
     const bool steers = m_control.isPossible() && m_control.getController() == link.getId();
     LiveAcknowledge acknowledge;
-    int32_t x = 0;
-    int32_t y = 0;
     switch (type) {
     case LiveMessage::ACKNOWLEDGE:
         // One that does not fit is of a frame before a change of lanes.
@@ -270,8 +280,8 @@ bool LiveServer::takeFromViewer(Guest& p_guest, const DataMessage& p_message, ui
     case LiveMessage::WHEEL:
     case LiveMessage::KEY:
     case LiveMessage::RELEASE_ALL:
-        m_pictures.getOrigin(x, y);
-        return !steers || m_control.take(type, reader, x, y, p_now); // What comes after a loss of control is too late.
+        return !steers || m_control.take(type, reader, m_pictures.getArea(),
+                                         p_now); // What comes after a loss of control is too late.
     case LiveMessage::CONTROL:
         takeControl(link.getId(), reader.take<uint8_t>() != 0);
         return reader.isGood();
@@ -394,6 +404,7 @@ void LiveServer::refreshDemand() {
 
 void LiveServer::tick(uint64_t p_now) {
     m_control.watch(p_now);
+    std::erase_if(m_forsaken, [](AccessCheck& p_check) { return p_check.isDone(); });
     const bool isStatisticsTime = p_now - m_statisticsTime >= BETWEEN_STATISTICS;
     m_statisticsTime = isStatisticsTime ? p_now : m_statisticsTime;
     const auto viewers = uint16_t(countViewers());
@@ -424,6 +435,9 @@ void LiveServer::remove(Guests::iterator p_guest) {
                 toText(state.m_closeText).c_str());
     }
     const uint32_t id = p_guest->first;
+    if (!p_guest->second.m_check.isDone()) {
+        m_forsaken.push_back(std::move(p_guest->second.m_check));
+    }
     m_guests.erase(p_guest);
     if (m_control.getController() == id) {
         takeControl(id, false);

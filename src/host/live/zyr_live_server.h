@@ -53,6 +53,7 @@ private:
     void take(Guest& p_guest, const DataMessage& p_message, uint64_t p_now);
     void takeHello(Guest& p_guest, const LiveReader& p_reader);
     size_t countViewers() const;
+    size_t countChecks() const;
     void settle(Guest& p_guest);
     void welcome(Guest& p_guest);
     bool takeFromViewer(Guest& p_guest, const DataMessage& p_message, uint64_t p_now);
@@ -76,6 +77,7 @@ private:
     uint32_t m_lastId = 0;
     std::array<LaneDemand, ViewerPace::NUM_OF_LANES> m_demands;
     std::array<bool, ViewerPace::NUM_OF_LANES> m_demandsMet{};
+    std::vector<AccessCheck> m_forsaken; ///< Under way though the viewer has gone: their end is not waited for.
     std::shared_ptr<CursorPicture> m_cursor;
     uint64_t m_tickTime = 0;
     uint64_t m_statisticsTime = 0;

@@ -19,6 +19,14 @@ struct CursorPicture {
     std::vector<uint8_t> m_pixels;
 };
 
+/// A part of a screen, in its pixels.
+struct LiveArea {
+    int32_t m_x = 0;
+    int32_t m_y = 0;
+    uint32_t m_width = 0;
+    uint32_t m_height = 0;
+};
+
 /// A source of live pictures. One thread.
 class LiveSource {
 public:

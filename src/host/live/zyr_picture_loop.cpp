@@ -84,9 +84,9 @@ uint64_t PictureLoop::getInterval(unsigned p_lane) const {
     return m_interval * ViewerPace::describe(p_lane).m_divisor;
 }
 
-void PictureLoop::getOrigin(int32_t& p_x, int32_t& p_y) const {
-    p_x = m_originX;
-    p_y = m_originY;
+LiveArea PictureLoop::getArea() {
+    const std::lock_guard lock(m_mutex);
+    return m_area;
 }
 
 void PictureLoop::setDemand(unsigned p_lane, const LaneDemand& p_demand) {
@@ -204,11 +204,10 @@ bool PictureLoop::capture(uint64_t p_now) {
     m_generation++;
     m_captureTime = p_now;
     m_captureMicros = uint32_t(getLiveTime() - p_now);
-    int32_t x = 0;
-    int32_t y = 0;
-    m_source.getOrigin(x, y);
-    m_originX = x;
-    m_originY = y;
+    LiveArea area{0, 0, m_picture->m_width, m_picture->m_height};
+    m_source.getOrigin(area.m_x, area.m_y);
+    const std::lock_guard lock(m_mutex);
+    m_area = area;
     return true;
 }
 

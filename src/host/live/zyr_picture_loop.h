@@ -67,7 +67,7 @@ public:
     bool take(PictureNews& p_news);
 
     /// Where the picture lies on the screen.
-    void getOrigin(int32_t& p_x, int32_t& p_y) const;
+    LiveArea getArea();
 
     /// Microseconds between two pictures of a lane.
     uint64_t getInterval(unsigned p_lane) const;
@@ -93,10 +93,9 @@ private:
     int m_wakeEvent;
     std::thread m_thread;
     std::atomic<bool> m_stopping{false};
-    std::atomic<int32_t> m_originX{0};
-    std::atomic<int32_t> m_originY{0};
 
-    std::mutex m_mutex; ///< Guards the next two.
+    std::mutex m_mutex; ///< Guards the next three.
+    LiveArea m_area;
     std::array<LaneDemand, ViewerPace::NUM_OF_LANES> m_demands;
     std::deque<PictureNews> m_news;
 

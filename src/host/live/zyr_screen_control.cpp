@@ -3,12 +3,18 @@
 #include "host/live/zyr_screen_clipboard.h"
 #include "host/live/zyr_screen_input.h"
 
+#include <algorithm>
+
 namespace zyr::host {
 
 namespace {
 
 /// A viewer's page says something at least every second while a key is held.
 constexpr uint64_t LONGEST_SILENCE = 5'000'000;
+
+int32_t limit(int32_t p_place, uint32_t p_size) {
+    return std::clamp<int32_t>(p_place, 0, std::max(int32_t(p_size), 1) - 1);
+}
 
 } // namespace
 
@@ -26,8 +32,7 @@ void ScreenControl::give(uint32_t p_viewer) {
     m_controller = p_viewer;
 }
 
-bool ScreenControl::take(LiveMessage p_type, const LiveReader& p_reader, int32_t p_originX, int32_t p_originY,
-                         uint64_t p_now) {
+bool ScreenControl::take(LiveMessage p_type, const LiveReader& p_reader, const LiveArea& p_shown, uint64_t p_now) {
     m_lastInput = p_now;
     LivePointer pointer;
     LiveWheel wheel;
@@ -37,8 +42,8 @@ bool ScreenControl::take(LiveMessage p_type, const LiveReader& p_reader, int32_t
         if (!pointer.read(p_reader)) {
             return false;
         }
-        m_input->point(int32_t(int64_t{pointer.m_x} + p_originX), int32_t(int64_t{pointer.m_y} + p_originY),
-                       pointer.m_buttons);
+        m_input->point(p_shown.m_x + limit(pointer.m_x, p_shown.m_width),
+                       p_shown.m_y + limit(pointer.m_y, p_shown.m_height), pointer.m_buttons);
         return true;
     case LiveMessage::WHEEL:
         if (!wheel.read(p_reader)) {

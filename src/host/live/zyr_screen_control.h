@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/live/zyr_live_messages.h"
+#include "host/live/zyr_live_source.h"
 
 #include <cstdint>
 #include <memory>
@@ -29,9 +30,9 @@ public:
     /// Hands control over, to NOBODY too.
     void give(uint32_t p_viewer);
 
-    /// Takes an input message of the viewer that steers. `p_originX`, `p_originY`: where the picture lies on the
-    /// screen. False for a message that is none.
-    bool take(LiveMessage p_type, const LiveReader& p_reader, int32_t p_originX, int32_t p_originY, uint64_t p_now);
+    /// Takes an input message of the viewer that steers. The pointer does not leave the part of the screen that is
+    /// shown. False for a message that is none.
+    bool take(LiveMessage p_type, const LiveReader& p_reader, const LiveArea& p_shown, uint64_t p_now);
 
     /// Lets go of what is held if the viewer has been silent for too long.
     void watch(uint64_t p_now);

@@ -60,10 +60,11 @@ void tellAddress(const ServeOptions& p_options, const LiveServer& p_server, cons
                        std::to_string(p_server.getPort()) + "/";
     // What stands behind the mark stays in the browser: it is in no request and no log.
     text += p_token.empty() || !p_options.m_tokenPath.empty() ? "" : "#token=" + p_token;
-    printText(text + "\n");
     if (!p_certificate.m_fingerprint.empty()) {
         fprintf(stderr, "zyr-host: certificate's SHA-256 fingerprint %s\n", p_certificate.m_fingerprint.c_str());
     }
+    // Whoever has read the address has all that was said before.
+    printText(text + "\n");
 }
 
 std::unique_ptr<LiveSource> openSource(const ServeOptions& p_options) {
