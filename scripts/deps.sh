@@ -134,7 +134,7 @@ if $cross; then
     tools+=(gcc-aarch64-linux-gnu g++-aarch64-linux-gnu qemu-user-static)
 fi
 installPackages "${tools[@]}" "${headers[@]}" "${libraries[@]/%/$suffix}"
-wants test && installPackages ffmpeg openssl curl python3-websockets python3-jsonschema xvfb xterm qemu-user-static locales nodejs
+wants test && installPackages ffmpeg openssl curl python3-websockets python3-jsonschema jq libxml2-utils xvfb xterm qemu-user-static locales nodejs
 wants lint && installPackages clang-format clang-tidy python3 shellcheck
 wants docs && installPackages doxygen
 wants bench && installPackages libspdlog-dev libtsl-ordered-map-dev libtbb-dev libeigen3-dev libglm-dev libvncserver-dev

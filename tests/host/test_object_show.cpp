@@ -82,6 +82,31 @@ TEST_F(ObjectShow, WritesTheFormatThatIsAskedFor) {
               "zyr-host: the extension of the output names no format: --format raw, zbf, xml or json does\n");
 }
 
+// jq, xmllint and Python get the same text out of what is written.
+TEST_F(ObjectShow, OtherProgramsReadWhatIsWritten) {
+    const std::string text = "a \"b\" <c> & 'd' \\ \t\n ]]> \xC3\xBC \xE2\x82\xAC \xF0\x9F\x99\x82 e";
+    writePicture("a.json", json(text).dump().substr(1, json(text).dump().size() - 2));
+    convert("a.json", "b.xml");
+    convert("b.xml", "b.zbf");
+    convert("b.zbf", "b.json");
+    write("shown.json", show({getPath("b.zbf"), "--json"}));
+    const auto ask = [this](const std::string& p_command) {
+        const ProgramRun result = runProgram("/bin/sh", {"-c", "cd '" + m_directory.getPath() + "' && " + p_command});
+        EXPECT_EQ(result.m_exitCode, 0) << p_command << "\n" << result.m_err;
+        return result.m_out;
+    };
+    EXPECT_EQ(ask("jq -j .fileObject.formatName b.json"), text);
+    EXPECT_EQ(ask("jq -c .fileObject.originalFile b.json"), "[5,67305985,7]\n");
+    EXPECT_EQ(ask("jq -j '.object.fields[0].value' shown.json"), text);
+    EXPECT_EQ(ask("xmllint --noout b.xml"), "");
+    EXPECT_EQ(ask("xmllint --xpath 'string(/zyr/fileObject/@formatName)' b.xml"), text + "\n");
+    EXPECT_EQ(ask("python3 -c \"import json, sys, xml.etree.ElementTree as t\n"
+                  "a = json.load(open('b.json', encoding='utf-8'))['fileObject']['formatName']\n"
+                  "b = t.parse('b.xml').getroot().find('fileObject').get('formatName')\n"
+                  "sys.stdout.buffer.write((a if a == b else 'different').encode())\""),
+              text);
+}
+
 TEST_F(ObjectShow, RefusesToConvertAFileIntoItself) {
     writePicture("a.json", "png");
     const std::string before = read("a.json");
