@@ -253,6 +253,7 @@ TEST_F(FramesTest, ShutdownDoesNotWaitForeverForAPeerThatDoesNotRead) {
 }
 
 TEST_F(FramesTest, PeerThatIsGoneIsNoSignal) {
+    expectNoSignal();
     connectPeer();
     closePeer();
     while (m_left.send(1, "", "x")) {

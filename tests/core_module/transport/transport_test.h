@@ -6,6 +6,7 @@
 #include "zyr_common/transport/zyr_client_transport.h"
 #include "zyr_common/transport/zyr_server_transport.h"
 
+#include <csignal>
 #include <functional>
 #include <gmock/gmock.h>
 #include <poll.h>
@@ -75,6 +76,9 @@ protected:
         }
         m_peer = -1;
     }
+
+    /// Lets a write to a peer that is gone end the test program, as it would a host that does not ignore the signal.
+    static void expectNoSignal() { signal(SIGPIPE, SIG_DFL); }
 
     /// Drives the ends, and reads what comes for the peer, until the condition holds.
     bool pump(std::vector<TransportEnd*> p_ends, const std::function<bool()>& p_isDone, int p_extra = -1) {
