@@ -27,8 +27,10 @@ public:
         if (getRemaining() < p_size) {
             return false;
         }
-        memcpy(p_target, m_place, p_size);
-        m_place += p_size;
+        if (p_size != 0) { // An empty array has no place for bytes.
+            memcpy(p_target, m_place, p_size);
+            m_place += p_size;
+        }
         return true;
     }
     bool skip(uint64_t p_size) {
