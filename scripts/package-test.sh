@@ -92,8 +92,8 @@ fi
 
 say "removing and purging"
 mapfile -t installed < <(inside dpkg-query -W -f '${Package} ${Source}\n' | sed -n 's/ zyrmont$//p')
-apt remove "${installed[@]}"
-apt purge "${installed[@]}"
+inside dpkg --remove "${installed[@]}" >"$work/log" 2>&1 || { cat "$work/log"; die "dpkg --remove"; }
+inside dpkg --purge "${installed[@]}" >"$work/log" 2>&1 || { cat "$work/log"; die "dpkg --purge"; }
 rm -rf "$root/packages"
 # The program's own log is the user's, in his own directories.
 rm -rf "$root"/tmp/*

@@ -8,7 +8,7 @@
 #   scripts/package.sh --no-deps          don't look for missing packages first
 #   scripts/package.sh --lint             and checks them with lintian
 #
-#   zyrmont-host      the program, its manual and its completion for bash, zsh and fish
+#   zyrmont-host      the program, its page, manual and completion for bash, zsh and fish, a service for live screens
 #   zyrmont-modules   core and picture modules, plug-ins; FFmpeg where the release has no 7.1
 #   libzyrmont-dev    headers, static libraries, CMake package, pkg-config, examples
 #   zyrmont-dbgsym    debug symbols of all of it
@@ -77,6 +77,8 @@ for place in bash:bash-completion/completions/zyr-host zsh:zsh/vendor-completion
     $host completion "${place%%:*}" >"$all/usr/share/${place#*:}" || die "the completion for ${place%%:*}"
 done
 gzip -9n "$all"/usr/share/man/man1/*.1
+mkdir -p "$all/usr/lib/systemd/system"
+cp packaging/zyr-host-serve@.service "$all/usr/lib/systemd/system/"
 
 # FFmpeg of our own travels along; each file finds it from where it stands itself.
 ffmpeg=$(sed -n 's/^ZYR_FFMPEG_PREFIX_USED:INTERNAL=//p' "$build/CMakeCache.txt")
@@ -158,9 +160,9 @@ pack() {
     chmod -R u=rwX,go=rX "$root"
     find "$root" -exec touch -h -d "@$SOURCE_DATE_EPOCH" {} +
     local file=$output/$1_${fullVersion}_$debian.deb
-    # Debug symbols are compressed already.
+    # Debug symbols are compressed already; more takes minutes and gains nothing.
     local compression=(-Zxz)
-    [ "$2" != debug ] || compression=(-Znone)
+    [ "$2" != debug ] || compression=(-Zgzip -z1)
     dpkg-deb --root-owner-group "${compression[@]}" --build "$root" "$file" >/dev/null || die "dpkg-deb for $1"
     printf '%-17s %7s KiB installed  %s\n' "$1" "$(du -k -s --apparent-size "$root/usr" | cut -f1)" "$file"
     files+=("$file")
@@ -168,6 +170,7 @@ pack() {
 
 mkdir -p "$output"
 files=()
+take zyrmont-host usr/share/zyrmont/live usr/lib/systemd
 take zyrmont-modules usr/lib/zyrmont usr/share/zyrmont
 take zyrmont-host usr/bin usr/share/man usr/share/bash-completion usr/share/zsh usr/share/fish
 take libzyrmont-dev usr/include usr/lib/cmake usr/lib/pkgconfig usr/share/doc/libzyrmont-dev
@@ -208,6 +211,11 @@ printf 'host and modules take %d.%d MB without FFmpeg\n' $((size * 1024 / 100000
 
 if $lint; then
     command -v lintian >/dev/null || die "lintian is not installed (Debian package lintian)"
+    # The instance of somebody: what is offered to the service is at most 2.5 of 10.
+    cp packaging/zyr-host-serve@.service "$work/zyr-host-serve@ada.service"
+    systemd-analyze security --offline=true --threshold=25 "$work/zyr-host-serve@ada.service" >"$work/exposure" ||
+        { cat "$work/exposure"; die "the service is exposed"; }
+    tail -n 1 "$work/exposure"
     lintian --allow-root --fail-on error,warning --tag-display-limit 0 "${files[@]}" || die "lintian"
     echo "lintian has nothing to say"
 fi

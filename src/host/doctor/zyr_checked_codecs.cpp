@@ -19,7 +19,7 @@ using MatchList = std::vector<std::unique_ptr<Match>>;
 // All codecs are opened more than once in these, by libraries that may be slow to give up.
 constexpr unsigned FRAMEWORK_SECONDS = 300;
 constexpr unsigned ROADS_SECONDS = 60;
-constexpr unsigned TRIAL_SECONDS = 30;
+constexpr unsigned TRIAL_SECONDS = 60;
 
 /// One trial for each pair, whoever asks for it.
 class Trials {
