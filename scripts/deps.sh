@@ -6,6 +6,7 @@
 #   scripts/deps.sh --with lint        also clang-format, clang-tidy and shellcheck
 #   scripts/deps.sh --with docs        also what draws up the reference of all classes
 #   scripts/deps.sh --with bench       also the peers that the benchmarks measure against
+#   scripts/deps.sh --with package     also what makes, checks and tries Debian packages
 #   scripts/deps.sh --arch aarch64     what the AArch64 cross-build and its emulated runs need
 #
 # System packages come from apt-get (as root, or through sudo). FFmpeg 7.1 comes from the system where it has it; else it is
@@ -137,6 +138,7 @@ installPackages "${tools[@]}" "${headers[@]}" "${libraries[@]/%/$suffix}"
 wants test && installPackages ffmpeg openssl curl python3-websockets python3-jsonschema jq libxml2-utils xvfb xterm qemu-user-static locales nodejs
 wants lint && installPackages clang-format clang-tidy python3 shellcheck
 wants docs && installPackages doxygen
+wants package && installPackages dpkg-dev lintian mmdebstrap
 wants bench && installPackages libspdlog-dev libtsl-ordered-map-dev libtbb-dev libeigen3-dev libglm-dev libvncserver-dev
 
 pkgConfig() {

@@ -44,7 +44,7 @@ if [ "$arch" != "$(uname -m)" ]; then
     preset=package-$arch
     tool=$arch-linux-gnu-
 fi
-if $deps; then scripts/deps.sh --arch "$arch"; fi
+if $deps; then scripts/deps.sh --arch "$arch" --with package; fi
 if [ -z "$build" ]; then
     build=build/$preset
     configureAndBuild "$preset" zyr_programs || die "the build"
