@@ -24,8 +24,6 @@ namespace zyr::bench {
 
 namespace {
 
-using host::ObjectHandle;
-
 struct Sample {
     double m_wall; ///< Milliseconds.
     double m_cpu;  ///< Milliseconds of all threads.
@@ -188,14 +186,14 @@ int run(const char* p_codec, uint32_t p_width, uint32_t p_height, const host::Ma
         fprintf(stderr, "%s was refused\n", p_codec);
         return 1;
     }
-    const ObjectHandle<IFrameEncoderContext> encoderContext(encoder.createFrameEncoderContext());
-    const ObjectHandle<IFrameDecoderContext> decoderContext(decoder.createFrameDecoderContext());
+    const auto encoderContext = Ref<IFrameEncoderContext>::adopt(encoder.createFrameEncoderContext());
+    const auto decoderContext = Ref<IFrameDecoderContext>::adopt(decoder.createFrameDecoderContext());
     HandEncoder handEncoder(host::toText(match->m_info.codecImplementation), host::toText(match->m_info.codecOptions),
                             (p_width + 1) & ~1u, (p_height + 1) & ~1u);
     HandDecoder handDecoder(host::toText(match->m_decoderInfo.codecImplementation), (p_width + 1) & ~1u,
                             (p_height + 1) & ~1u);
     IImage* image = nullptr;
-    const ObjectHandle<IUnpackedFrameData> frame = host::createSourceFrame(p_width, p_height, image);
+    const Ref<IUnpackedFrameData> frame = host::createSourceFrame(p_width, p_height, image);
     HandPixels handPixels(*image);
     Series series[4];
     std::vector<size_t> blocks[3]; // Before the encoding, after it, after the decoding of the last frame.
@@ -209,14 +207,15 @@ int run(const char* p_codec, uint32_t p_width, uint32_t p_height, const host::Ma
         const int pitch = int(image->getPitch());
         libyuv::ARGBCopy(picture.m_pixels.data(), int(picture.m_pitch), pixels, pitch, int(p_width), int(p_height));
         handPixels.take();
-        ObjectHandle<IPackedFrameData> packed;
-        ObjectHandle<IUnpackedFrameData> unpacked;
+        Ref<IPackedFrameData> packed;
+        Ref<IUnpackedFrameData> unpacked;
         std::vector<uint8_t> handPacket;
         const uint8_t* handPicture = nullptr;
         Sample samples[4];
         blocks[0] = countAllocations();
         inTurns(
-            i % 2 != 0, samples[0], samples[1], [&] { packed.reset(encoderContext->encode(frame.get())); },
+            i % 2 != 0, samples[0], samples[1],
+            [&] { packed = Ref<IPackedFrameData>::adopt(encoderContext->encode(frame.get())); },
             [&] { handPacket = handEncoder.encode(handPixels.getData(), handPixels.getPitch()); });
         if (!packed) {
             fprintf(stderr, "frame %zu could not be encoded\n", i);
@@ -224,7 +223,8 @@ int run(const char* p_codec, uint32_t p_width, uint32_t p_height, const host::Ma
         }
         blocks[1] = countAllocations();
         inTurns(
-            i % 2 != 0, samples[2], samples[3], [&] { unpacked.reset(decoderContext->decode(packed.get())); },
+            i % 2 != 0, samples[2], samples[3],
+            [&] { unpacked = Ref<IUnpackedFrameData>::adopt(decoderContext->decode(packed.get())); },
             [&] { handPicture = handDecoder.decode(handPacket); });
         if (!unpacked) {
             fprintf(stderr, "frame %zu could not be decoded\n", i);

@@ -107,8 +107,8 @@ private:
     }
 
     Pair m_pair;
-    host::ObjectHandle<IServerTransport> m_server{zyr_createObject<IServerTransport>()};
-    host::ObjectHandle<IClientTransport> m_client{zyr_createObject<IClientTransport>()};
+    Ref<IServerTransport> m_server = Ref<IServerTransport>::adopt(zyr_createObject<IServerTransport>());
+    Ref<IClientTransport> m_client = Ref<IClientTransport>::adopt(zyr_createObject<IClientTransport>());
 };
 
 /// The same by hand, over OpenSSL's own socket functions.
@@ -234,7 +234,7 @@ int main(int p_argc, char** p_argv) {
     options.m_logDirectory = DIRECTORY;
     host::Framework framework(options);
     {
-        const host::ObjectHandle<ICertificatesHandler> handler(zyr_createObject<ICertificatesHandler>());
+        const auto handler = Ref<ICertificatesHandler>::adopt(zyr_createObject<ICertificatesHandler>());
         String fingerprint;
         require(handler->generateSelfSignedToFile(getPath("crt"), getPath("key"), "localhost", nullptr, 1, fingerprint),
                 "no certificate");

@@ -45,13 +45,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* p_data, size_t p_size) {
         return 0;
     }
     IFrameDecoder& decoder = decoders.initialize(p_data[0]);
-    ObjectHandle<IFrameDecoderContext> context(decoder.createFrameDecoderContext());
+    auto context = Ref<IFrameDecoderContext>::adopt(decoder.createFrameDecoderContext());
     const uint8_t* end = p_data + p_size;
     p_data++;
     for (uint64_t id = 1; end - p_data >= 2; id++) {
         const size_t size = std::min<size_t>(p_data[0] | p_data[1] << 8, static_cast<size_t>(end - p_data - 2));
         p_data += 2;
-        const ObjectHandle<IPackedFrameData> packed(zyr_createInterfaceObject<IPackedFrameData>());
+        const auto packed = Ref<IPackedFrameData>::adopt(zyr_createInterfaceObject<IPackedFrameData>());
         IPackedFrameDataReserved* fill = packed->getPackedFrameDataReserved();
         fill->setWidth(WIDTH);
         fill->setHeight(HEIGHT);
@@ -60,11 +60,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* p_data, size_t p_size) {
         p_data += size;
         IUnpackedFrameData* unpacked = context->decode(packed.get());
         if (unpacked != nullptr) {
-            const ObjectHandle<IUnpackedFrameData> picture(unpacked);
+            const auto picture = Ref<IUnpackedFrameData>::adopt(unpacked);
             zyr_fuzz::require(picture->getVideoFrameID() == id, "a picture carries the number of its packet");
         }
     }
-    context.reset();
+    context.clear();
     decoder.deinitialize();
     return 0;
 }

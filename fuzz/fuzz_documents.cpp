@@ -113,20 +113,20 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* p_data, size_t p_size) {
     bytes.setAllocationModel(ZYR_ALLOC_CONDITION_ON_RESIZE, 1);
     bytes.pushBackRange(p_data + 1, p_size - 1);
     if (p_data[0] % 4 == 0) {
-        const host::ObjectHandle<IJsonParser> parser(zyr_createObject<IJsonParser>());
+        const auto parser = Ref<IJsonParser>::adopt(zyr_createObject<IJsonParser>());
         const bool done = parse(*parser, bytes);
         zyr_fuzz::require(done == (parser->getElementTree() != nullptr), "a tree stands for a good text");
         zyr_fuzz::require(!done || walk(*parser->getElementTree()) <= bytes.getSize() * 2, "texts don't grow");
     } else if (p_data[0] % 4 == 1) {
-        const host::ObjectHandle<IXmlParser> parser(zyr_createObject<IXmlParser>());
+        const auto parser = Ref<IXmlParser>::adopt(zyr_createObject<IXmlParser>());
         const bool done = parse(*parser, bytes);
         zyr_fuzz::require(done == (parser->getElementTree() != nullptr), "a tree stands for a good text");
         zyr_fuzz::require(!done || walk(*parser->getElementTree()) <= bytes.getSize(), "texts don't grow");
     } else if (p_data[0] % 4 == 2) {
-        const host::ObjectHandle<IConfigParser> parser(zyr_createObject<IConfigParser>());
+        const auto parser = Ref<IConfigParser>::adopt(zyr_createObject<IConfigParser>());
         zyr_fuzz::require(parse(*parser, bytes) || parser->getSections().isEmpty(), "a fault leaves no section");
     } else {
-        const host::ObjectHandle<IBinaryReader> reader(zyr_createObject<IBinaryReader>());
+        const auto reader = Ref<IBinaryReader>::adopt(zyr_createObject<IBinaryReader>());
         reader->setInputData(&bytes);
         readBinary(*reader, bytes);
     }

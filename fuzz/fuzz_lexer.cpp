@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* p_data, size_t p_size) {
         return 0;
     }
     zyr_fuzz::getFramework(true);
-    const host::ObjectHandle<ILexer> lexer(zyr_createObject<ILexer>());
+    const auto lexer = Ref<ILexer>::adopt(zyr_createObject<ILexer>());
     const uint8_t words = p_data[0];
     if (words & 1) {
         lexer->pushBackKeywords("M m let letter");

@@ -23,7 +23,7 @@ constexpr const char* HANDSHAKE =
 
 class Listener {
 public:
-    Listener(uint8_t p_kind) : m_transport(make(p_kind)) {
+    Listener(uint8_t p_kind) : m_transport(Ref<ITransport>::adopt(make(p_kind))) {
         int pair[2];
         zyr_fuzz::require(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, pair) == 0, "a pair of sockets");
         m_peer = pair[1];
@@ -93,7 +93,7 @@ private:
         }
     }
 
-    host::ObjectHandle<ITransport> m_transport;
+    Ref<ITransport> m_transport;
     Ref<Socket> m_socket = Ref<Socket>::adopt(new Socket);
     int m_peer = -1;
 };

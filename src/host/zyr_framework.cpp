@@ -46,11 +46,11 @@ std::string withSlash(const std::string& p_directory) {
     return p_directory.empty() || p_directory.back() == '/' ? p_directory : p_directory + "/";
 }
 
-template <typename Interface, typename Guard> std::vector<ObjectHandle<Interface>> createAll(Guard&& p_guard) {
-    std::vector<ObjectHandle<Interface>> objects;
+template <typename Interface, typename Guard> std::vector<Ref<Interface>> createAll(Guard&& p_guard) {
+    std::vector<Ref<Interface>> objects;
     GUID_t parent;
     GUID_t_fromString(parent, InterfaceTraits<Interface>::c_guidText);
-    ObjectHandle<IListOfObjects> list(zyr_createObjectsFromParentGUID(parent));
+    auto list = Ref<IListOfObjects>::adopt(zyr_createObjectsFromParentGUID(parent));
     for (List<IObject*>::iterator it = list->begin(); it != list->end(); ++it) {
         objects.push_back(p_guard(static_cast<Interface*>((*it)->addRef())));
     }
@@ -260,32 +260,32 @@ void Framework::loadComponent(const char* p_name, const std::string& p_path, con
     prepare(m_data);
 }
 
-std::vector<ObjectHandle<IFrameEncoder>> Framework::createEncoders() {
+std::vector<Ref<IFrameEncoder>> Framework::createEncoders() {
     return createAll<IFrameEncoder>(guardEncoder);
 }
 
-std::vector<ObjectHandle<IFrameDecoder>> Framework::createDecoders() {
+std::vector<Ref<IFrameDecoder>> Framework::createDecoders() {
     return createAll<IFrameDecoder>(guardDecoder);
 }
 
 namespace {
 
-template <typename Interface> ObjectHandle<Interface> createByInterface() {
+template <typename Interface> Ref<Interface> createByInterface() {
     GUID_t guid;
     GUID_t_fromString(guid, InterfaceTraits<Interface>::c_guidText);
     IObject* object = zyr_createObjectFromGUIDAndTypeName(guid, String::getConstEmpty());
     if (object == nullptr) {
         throw ModuleError(std::string("the picture module offers no ") + InterfaceTraits<Interface>::c_typeName);
     }
-    return ObjectHandle<Interface>(static_cast<Interface*>(object));
+    return Ref<Interface>::adopt(static_cast<Interface*>(object));
 }
 
 } // namespace
 
-ObjectHandle<IUnpackedFrameData> createSourceFrame(uint32_t p_width, uint32_t p_height, IImage*& p_image) {
+Ref<IUnpackedFrameData> createSourceFrame(uint32_t p_width, uint32_t p_height, IImage*& p_image) {
     constexpr PixelFormatEnum BGRA = PixelFormatEnum(504);
-    ObjectHandle<IUnpackedFrameData> frame = createByInterface<IUnpackedFrameData>();
-    ObjectHandle<IImage> image = createByInterface<IImage>();
+    Ref<IUnpackedFrameData> frame = createByInterface<IUnpackedFrameData>();
+    Ref<IImage> image = createByInterface<IImage>();
     if (!image->init(p_width, p_height, 0, BGRA, ColorSpaceEnum(1), PixelFormatEnum(0), 0)) {
         throw ModuleError("the picture module refused a picture of " + std::to_string(p_width) + "x" +
                           std::to_string(p_height));
@@ -298,7 +298,7 @@ ObjectHandle<IUnpackedFrameData> createSourceFrame(uint32_t p_width, uint32_t p_
     return frame;
 }
 
-ObjectHandle<IPackedFrameData> createPackedFrame() {
+Ref<IPackedFrameData> createPackedFrame() {
     return createByInterface<IPackedFrameData>();
 }
 

@@ -3,6 +3,7 @@
 
 #include "picture/zyr_picture.h"
 #include "zyr_common/application/zyr_application_data.h"
+#include "zyr_common/memory/zyr_ref.h"
 
 #include <memory>
 #include <mutex>
@@ -72,12 +73,6 @@ struct LogLine {
 /// Takes a line of the log apart; false for lines of another form (the repeat summaries).
 bool parseLogLine(const std::string& p_line, LogLine& p_parts);
 
-/// Owner of a framework object: releases its reference.
-struct ObjectReleaser {
-    void operator()(IObject* p_object) const { p_object->release(); }
-};
-template <typename Interface> using ObjectHandle = std::unique_ptr<Interface, ObjectReleaser>;
-
 /// The common library alone, with its log, for what needs no module. One per process; made and destroyed on the main
 /// thread. The application data itself lives on until the process ends.
 class CommonLibrary {
@@ -114,8 +109,8 @@ public:
     const std::vector<std::string>& getRefusals() const { return m_refusals; }
 
     /// One new object of each registered class that extends the interface, in the order of registration.
-    std::vector<ObjectHandle<IFrameEncoder>> createEncoders();
-    std::vector<ObjectHandle<IFrameDecoder>> createDecoders();
+    std::vector<Ref<IFrameEncoder>> createEncoders();
+    std::vector<Ref<IFrameDecoder>> createDecoders();
 
 private:
     void loadComponent(const char* p_name, const std::string& p_path, const char* p_prepareName);
@@ -129,10 +124,10 @@ private:
 };
 
 /// A new picture frame around a new image of the given size in B,G,R,A. Null handles never come back.
-ObjectHandle<IUnpackedFrameData> createSourceFrame(uint32_t p_width, uint32_t p_height, IImage*& p_image);
+Ref<IUnpackedFrameData> createSourceFrame(uint32_t p_width, uint32_t p_height, IImage*& p_image);
 
 /// A new packed frame without contents. Null handles never come back.
-ObjectHandle<IPackedFrameData> createPackedFrame();
+Ref<IPackedFrameData> createPackedFrame();
 
 std::string toText(const String& p_text);
 std::string toText(const GUID_t& p_guid);

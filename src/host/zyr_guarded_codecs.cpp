@@ -185,12 +185,12 @@ public:
 
 } // namespace
 
-ObjectHandle<IFrameEncoder> guardEncoder(IFrameEncoder* p_encoder) {
-    return ObjectHandle<IFrameEncoder>(new GuardedEncoder(p_encoder));
+Ref<IFrameEncoder> guardEncoder(IFrameEncoder* p_encoder) {
+    return Ref<IFrameEncoder>::adopt(new GuardedEncoder(p_encoder));
 }
 
-ObjectHandle<IFrameDecoder> guardDecoder(IFrameDecoder* p_decoder) {
-    return ObjectHandle<IFrameDecoder>(new GuardedDecoder(p_decoder));
+Ref<IFrameDecoder> guardDecoder(IFrameDecoder* p_decoder) {
+    return Ref<IFrameDecoder>::adopt(new GuardedDecoder(p_decoder));
 }
 
 std::string findModuleFile(const IObject& p_object) {

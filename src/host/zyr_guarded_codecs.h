@@ -8,10 +8,10 @@ namespace zyr::host {
 /// A facade around a plug-in's encoder, whose reference it takes over. Its calls and those of its contexts go through
 /// callPlugin(), and what comes back is checked: proposals that cannot be used are left out with a line on the standard
 /// error, and frames that cannot be used are PluginErrors. Frames are counted by the calls of each context.
-ObjectHandle<IFrameEncoder> guardEncoder(IFrameEncoder* p_encoder);
+Ref<IFrameEncoder> guardEncoder(IFrameEncoder* p_encoder);
 
 /// The same for a decoder.
-ObjectHandle<IFrameDecoder> guardDecoder(IFrameDecoder* p_decoder);
+Ref<IFrameDecoder> guardDecoder(IFrameDecoder* p_decoder);
 
 /// The file of the module that the class of an object comes from, as the loader knows it, also behind such a facade;
 /// empty when it cannot be told.

@@ -42,7 +42,7 @@ json listClasses(Framework& p_framework) {
     HostApplicationData& data = p_framework.getApplicationData();
     const ScopedReadLock lock(data.m_objectAllocatorLock);
     for (auto it = data.m_objectAllocatorsByName.begin(); it != data.m_objectAllocatorsByName.end(); ++it) {
-        const ObjectHandle<IObject> object(it->m_second());
+        const auto object = Ref<IObject>::adopt(it->m_second());
         classes.push_back({{"name", toText(it->m_first)}, {"guid", toText(object->getClassGUID())}});
     }
     return classes;

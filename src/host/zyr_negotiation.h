@@ -27,8 +27,8 @@ struct Wish {
 
 /// What works on this machine.
 struct Market {
-    std::vector<ObjectHandle<IFrameEncoder>> m_encoders;
-    std::vector<ObjectHandle<IFrameDecoder>> m_decoders;
+    std::vector<Ref<IFrameEncoder>> m_encoders;
+    std::vector<Ref<IFrameDecoder>> m_decoders;
     std::vector<Offer> m_offers;
     std::vector<Wish> m_wishes;
 };

@@ -116,16 +116,16 @@ std::vector<std::string> ObjectLog::stop() {
     return messages;
 }
 
-ObjectHandle<IObject> loadObject(Framework& p_framework, const std::string& p_path, const std::string& p_format,
-                                 std::vector<std::string>& p_reasons) {
+Ref<IObject> loadObject(Framework& p_framework, const std::string& p_path, const std::string& p_format,
+                        std::vector<std::string>& p_reasons) {
     // A relative path would be joined to the directory, which it holds already.
     char* whole = realpath(p_path.c_str(), nullptr);
     const std::string path = whole != nullptr ? whole : p_path;
     free(whole);
     ObjectLog log(p_framework);
-    ObjectHandle<IObject> object(zyr_loadFromFile(path.c_str(), p_format.c_str(), getDirectoryOf(path).c_str()));
+    auto object = Ref<IObject>::adopt(zyr_loadFromFile(path.c_str(), p_format.c_str(), getDirectoryOf(path).c_str()));
     const std::vector<std::string> messages = log.stop();
-    if (object == nullptr) {
+    if (!object) {
         p_reasons.insert(p_reasons.end(), messages.begin(), messages.end());
     }
     return object;

@@ -37,7 +37,7 @@ private:
 };
 
 /// Loads the object; null with the reasons in p_reasons.
-ObjectHandle<IObject> loadObject(Framework& p_framework, const std::string& p_path, const std::string& p_format,
-                                 std::vector<std::string>& p_reasons);
+Ref<IObject> loadObject(Framework& p_framework, const std::string& p_path, const std::string& p_format,
+                        std::vector<std::string>& p_reasons);
 
 } // namespace zyr::host

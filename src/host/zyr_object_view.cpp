@@ -49,7 +49,7 @@ ObjectView openObjectView(const std::string& p_path, const std::string& p_format
 
 bool loadObjectView(Framework& p_framework, ObjectView& p_view, std::vector<std::string>& p_reasons) {
     p_view.m_object = loadObject(p_framework, p_view.m_path, p_view.m_format, p_reasons);
-    if (p_view.m_object == nullptr) {
+    if (!p_view.m_object) {
         return false;
     }
     SavedTree typed;

@@ -19,7 +19,7 @@ struct ObjectView {
     /// What is wrong with the bytes.
     std::vector<std::string> m_problems;
     /// The object, once it was loaded; the fields that its classes do not have.
-    ObjectHandle<IObject> m_object;
+    Ref<IObject> m_object;
     std::vector<std::string> m_strangers;
 
     /// The object's node, or the null node.

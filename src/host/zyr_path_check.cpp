@@ -38,8 +38,9 @@ bool isNumber(const Token& p_token) {
 /// Reads a text as the library does, and throws where that would lose something.
 class PathChecker {
 public:
-    explicit PathChecker(const std::string& p_text) : m_text(p_text), m_lexer(zyr_createObject<ILexer>()) {
-        if (m_lexer == nullptr) {
+    explicit PathChecker(const std::string& p_text)
+        : m_text(p_text), m_lexer(Ref<ILexer>::adopt(zyr_createObject<ILexer>())) {
+        if (!m_lexer) {
             throw ModuleError("the core module offers no lexer");
         }
         zyr_prepareSVGPathLexer(m_lexer.get());
@@ -204,7 +205,7 @@ private:
     }
 
     const std::string& m_text;
-    ObjectHandle<ILexer> m_lexer;
+    Ref<ILexer> m_lexer;
     Array<unsigned char> m_data;
     Token m_token;
     char m_letter = 0;

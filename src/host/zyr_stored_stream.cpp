@@ -179,8 +179,8 @@ private:
     bool decode(const PacketHead& p_head, PictureBuffer& p_picture);
 
     std::unique_ptr<InputFile> m_file;
-    std::vector<ObjectHandle<IFrameDecoder>> m_decoders;
-    ObjectHandle<IFrameDecoderContext> m_context;
+    std::vector<Ref<IFrameDecoder>> m_decoders;
+    Ref<IFrameDecoderContext> m_context;
     std::vector<uint8_t> m_bytes;
     std::string m_codec;
     std::string m_implementation;
@@ -255,7 +255,7 @@ void StoredStreamSource::openDecoder(Framework& p_framework, const Market& p_mar
     if (!decoder.initialize(info)) {
         throw RunError("the decoder refused the stored stream '" + m_file->getPath() + "' (see the log)");
     }
-    m_context.reset(decoder.createFrameDecoderContext());
+    m_context = Ref<IFrameDecoderContext>::adopt(decoder.createFrameDecoderContext());
 }
 
 bool StoredStreamSource::readPacket(PacketHead& p_head) {
@@ -290,13 +290,13 @@ bool StoredStreamSource::decode(const PacketHead& p_head, PictureBuffer& p_pictu
         p_head.m_height == 0 || p_head.m_width > LARGEST_SIDE || p_head.m_height > LARGEST_SIDE) {
         return false;
     }
-    const ObjectHandle<IPackedFrameData> packet = createPackedFrame();
+    const Ref<IPackedFrameData> packet = createPackedFrame();
     IPackedFrameDataReserved* fill = packet->getPackedFrameDataReserved();
     fill->setWidth(p_head.m_width);
     fill->setHeight(p_head.m_height);
     fill->setVideoFrameID(m_packets);
     fill->getPackedDataMutable()->pushBackRange(m_bytes.data(), m_bytes.size());
-    const ObjectHandle<IUnpackedFrameData> frame(m_context->decode(packet.get()));
+    const auto frame = Ref<IUnpackedFrameData>::adopt(m_context->decode(packet.get()));
     const IImage* image = frame ? frame->getSystemMemory(0, 1) : nullptr;
     if (image == nullptr || image->getWidth() != p_head.m_width || image->getHeight() != p_head.m_height) {
         return false;

@@ -46,16 +46,16 @@ void StreamCoder::open(const EncoderOptions& p_options, unsigned p_quality) {
     if (!m_decoder.initialize(m_match.m_decoderInfo)) {
         throw RunError("the decoder refused what was negotiated (see the log)");
     }
-    m_decoderContext.reset(m_decoder.createFrameDecoderContext());
+    m_decoderContext = Ref<IFrameDecoderContext>::adopt(m_decoder.createFrameDecoderContext());
 }
 
 void StreamCoder::openEncoder() {
-    m_encoderContext.reset();
+    m_encoderContext.clear();
     m_match.m_info.codecOptions = String(m_options.toText());
     if (!m_encoder.initialize(m_match.m_info)) {
         throw RunError("the encoder refused what was negotiated (see the log)");
     }
-    m_encoderContext.reset(m_encoder.createFrameEncoderContext());
+    m_encoderContext = Ref<IFrameEncoderContext>::adopt(m_encoder.createFrameEncoderContext());
     m_encoderContext->setQuality(uint8_t(m_quality));
 }
 
@@ -81,7 +81,7 @@ EncodedFrame StreamCoder::encode(IUnpackedFrameData& p_frame, PlanePicture* p_pl
     EncodedFrame result;
     bool failed = false;
     callAndWatch(p_planes, p_frame.getWidth(), p_frame.getHeight(), failed, result.m_reason, [&] {
-        result.m_packet.reset(m_encoderContext->encode(&p_frame));
+        result.m_packet = Ref<IPackedFrameData>::adopt(m_encoderContext->encode(&p_frame));
         failed = !result.m_packet;
     });
     return result;
@@ -91,7 +91,7 @@ DecodedFrame StreamCoder::decode(IPackedFrameData& p_packet, PlanePicture* p_pla
     DecodedFrame result;
     bool failed = false;
     callAndWatch(p_planes, p_packet.getWidth(), p_packet.getHeight(), failed, result.m_reason, [&] {
-        result.m_picture.reset(m_decoderContext->decode(&p_packet));
+        result.m_picture = Ref<IUnpackedFrameData>::adopt(m_decoderContext->decode(&p_packet));
         failed = !result.m_picture;
     });
     return result;

@@ -12,13 +12,13 @@ namespace zyr::host {
 
 /// What an encoder made of a picture.
 struct EncodedFrame {
-    ObjectHandle<IPackedFrameData> m_packet; ///< Null when it failed.
-    std::string m_reason;                    ///< Of a failure: the last warning of the log.
+    Ref<IPackedFrameData> m_packet; ///< Null when it failed.
+    std::string m_reason;           ///< Of a failure: the last warning of the log.
 };
 
 /// What a decoder made of a packet.
 struct DecodedFrame {
-    ObjectHandle<IUnpackedFrameData> m_picture; ///< Null when it failed.
+    Ref<IUnpackedFrameData> m_picture; ///< Null when it failed.
     std::string m_reason;
 };
 
@@ -61,8 +61,8 @@ private:
     Match& m_match;
     IFrameEncoder& m_encoder;
     IFrameDecoder& m_decoder;
-    ObjectHandle<IFrameEncoderContext> m_encoderContext;
-    ObjectHandle<IFrameDecoderContext> m_decoderContext;
+    Ref<IFrameEncoderContext> m_encoderContext;
+    Ref<IFrameDecoderContext> m_decoderContext;
     EncoderOptions m_options;
     std::string m_implementation;
     unsigned m_quality = 0;

@@ -24,7 +24,7 @@ public:
     IUnpackedFrameData& getFrame() { return *m_frame; }
 
 private:
-    ObjectHandle<IUnpackedFrameData> m_frame;
+    Ref<IUnpackedFrameData> m_frame;
     IImage* m_image = nullptr; ///< The frame's.
 };
 

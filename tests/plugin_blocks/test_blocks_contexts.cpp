@@ -58,7 +58,7 @@ FrameCodecInfo makeInfo(CompressionTypeEnum p_compression) {
 /// A frame with the painted picture in some format.
 Ref<IUnpackedFrameData> makeFrame(const ScreenPainter& p_screen, PixelFormatEnum p_format = ZYR_PIXEL_FORMAT_BGRA_8) {
     IImage* image = nullptr;
-    ObjectHandle<IUnpackedFrameData> frame = createSourceFrame(p_screen.getWidth(), p_screen.getHeight(), image);
+    Ref<IUnpackedFrameData> frame = createSourceFrame(p_screen.getWidth(), p_screen.getHeight(), image);
     for (uint32_t y = 0; y < p_screen.getHeight(); y++) {
         memcpy(static_cast<uint8_t*>(image->getData()) + size_t(y) * image->getPitch(),
                p_screen.getBytes() + size_t(y) * p_screen.getWidth() * 4, size_t(p_screen.getWidth()) * 4);
@@ -213,7 +213,7 @@ TEST_F(BlocksContexts, brought_map_tells_where_to_look) {
     screen.fill({0, 0, 64, 32}, 0xFF203040);
     seen.fill({32, 0, 32, 32}, 0xFF203040);
     // Of another block size, so that it has to be converted.
-    Ref<IDiffmap> map = Ref<IDiffmap>::adopt(zyr_createInterfaceObject<IDiffmap>());
+    auto map = Ref<IDiffmap>::adopt(zyr_createInterfaceObject<IDiffmap>());
     map->init(64, 32, 32, 32, 0);
     map->getData()[1] = 1;
     const Ref<IUnpackedFrameData> frame = makeFrame(screen);
@@ -273,8 +273,8 @@ TEST_F(BlocksContexts, contexts_are_initialized_once_and_by_their_own_kind) {
     EXPECT_TRUE(m_encoding->deinitialize() && m_decoding->deinitialize());
     EXPECT_FALSE(m_encoding->deinitialize());
     EXPECT_FALSE(m_decoding->deinitialize());
-    const Ref<IFrameEncoder> encoder = Ref<IFrameEncoder>::adopt(zyr_createInterfaceObject<IFrameEncoder>());
-    const Ref<IFrameDecoder> decoder = Ref<IFrameDecoder>::adopt(zyr_createInterfaceObject<IFrameDecoder>());
+    const auto encoder = Ref<IFrameEncoder>::adopt(zyr_createInterfaceObject<IFrameEncoder>());
+    const auto decoder = Ref<IFrameDecoder>::adopt(zyr_createInterfaceObject<IFrameDecoder>());
     EXPECT_FALSE(m_encoding->initialize(encoder.get()));
     EXPECT_FALSE(m_decoding->initialize(decoder.get()));
     EXPECT_EQ((Lines{"zyr_blocks.so: Already initialized. Cannot initialize",
@@ -287,13 +287,13 @@ TEST_F(BlocksContexts, contexts_are_initialized_once_and_by_their_own_kind) {
 }
 
 TEST_F(BlocksContexts, two_streams_of_one_encoder_do_not_disturb_each_other) {
-    const Ref<IFrameEncoderContext> encoding = Ref<IFrameEncoderContext>::adopt(m_encoder->createFrameEncoderContext());
-    const Ref<IFrameDecoderContext> decoding = Ref<IFrameDecoderContext>::adopt(m_decoder->createFrameDecoderContext());
+    const auto encoding = Ref<IFrameEncoderContext>::adopt(m_encoder->createFrameEncoderContext());
+    const auto decoding = Ref<IFrameDecoderContext>::adopt(m_decoder->createFrameDecoderContext());
     for (uint32_t i = 0; i < 5; i++) {
         const ScreenPainter other = zyr_test::paintDesktop(80, 50, 10 + i);
         EXPECT_TRUE(comesBack(zyr_test::paintDesktop(50, 80, i)));
-        const Ref<IPackedFrameData> packed = Ref<IPackedFrameData>::adopt(encoding->encode(makeFrame(other).get()));
-        const Ref<IUnpackedFrameData> unpacked = Ref<IUnpackedFrameData>::adopt(decoding->decode(packed.get()));
+        const auto packed = Ref<IPackedFrameData>::adopt(encoding->encode(makeFrame(other).get()));
+        const auto unpacked = Ref<IUnpackedFrameData>::adopt(decoding->decode(packed.get()));
         EXPECT_TRUE(isSame(other, *unpacked));
     }
 }

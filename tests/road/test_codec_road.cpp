@@ -24,7 +24,7 @@ class CodecRoad : public testing::TestWithParam<std::string> {};
 
 TEST_P(CodecRoad, PacketsAndPicturesEqualThoseMadeByHand) {
     Road road = RoadSystem::get().open(GetParam());
-    ASSERT_NE(road.m_encoder, nullptr);
+    ASSERT_TRUE(road.m_encoder);
     bench::HandEncoder handEncoder(road.m_encoderName, road.m_encoderOptions, WIDTH, HEIGHT);
     bench::HandDecoder handDecoder(road.m_decoderName, WIDTH, HEIGHT);
     const auto source =
@@ -37,15 +37,15 @@ TEST_P(CodecRoad, PacketsAndPicturesEqualThoseMadeByHand) {
             memcpy(static_cast<uint8_t*>(image->getData()) + size_t(y) * image->getPitch(),
                    picture.m_pixels.data() + size_t(y) * picture.m_pitch, size_t(WIDTH) * 4);
         }
-        const host::ObjectHandle<IPackedFrameData> packet(road.m_encoder->encode(frame.get()));
-        ASSERT_NE(packet, nullptr) << "frame " << number;
+        const auto packet = Ref<IPackedFrameData>::adopt(road.m_encoder->encode(frame.get()));
+        ASSERT_TRUE(packet) << "frame " << number;
         EXPECT_EQ(packet->getVideoFrameID(), number);
         const std::vector<uint8_t> byHand = handEncoder.encode(picture.m_pixels.data(), int(picture.m_pitch));
         const Array<uint8_t>* bytes = packet->getPackedData();
         ASSERT_EQ(std::vector<uint8_t>(bytes->getData(), bytes->getData() + bytes->getSize()), byHand)
             << "frame " << number;
-        const host::ObjectHandle<IUnpackedFrameData> result(road.m_decoder->decode(packet.get()));
-        ASSERT_NE(result, nullptr) << "frame " << number;
+        const auto result = Ref<IUnpackedFrameData>::adopt(road.m_decoder->decode(packet.get()));
+        ASSERT_TRUE(result) << "frame " << number;
         EXPECT_EQ(result->getVideoFrameID(), number);
         ASSERT_TRUE(equalsPicture(*result, handDecoder.decode(byHand), handDecoder.getPitch())) << "frame " << number;
     }

@@ -70,12 +70,12 @@ TEST_P(ForeignStream, DecodesToThePicturesMadeByHand) {
     const std::vector<std::vector<uint8_t>> packets = readPackets(path);
     ASSERT_EQ(packets.size(), size_t(FRAMES));
     Road road = RoadSystem::get().open(GetParam().m_codec, GetParam().m_decoder);
-    ASSERT_NE(road.m_decoder, nullptr);
+    ASSERT_TRUE(road.m_decoder);
     bench::HandDecoder handDecoder(GetParam().m_decoder, WIDTH, HEIGHT);
     for (size_t i = 0; i < packets.size(); i++) {
         const auto packet = createPacket(packets[i].data(), packets[i].size(), WIDTH, HEIGHT);
-        const host::ObjectHandle<IUnpackedFrameData> picture(road.m_decoder->decode(packet.get()));
-        ASSERT_NE(picture, nullptr) << "packet " << i;
+        const auto picture = Ref<IUnpackedFrameData>::adopt(road.m_decoder->decode(packet.get()));
+        ASSERT_TRUE(picture) << "packet " << i;
         ASSERT_TRUE(equalsPicture(*picture, handDecoder.decode(packets[i]), handDecoder.getPitch())) << "packet " << i;
     }
 }

@@ -36,16 +36,15 @@ Road RoadSystem::open(const std::string& p_codec, const std::string& p_decoder) 
     IFrameDecoder& decoder = *m_market.m_decoders[match->m_wish->m_decoder];
     encoder.initialize(match->m_info);
     decoder.initialize(match->m_decoderInfo);
-    road.m_encoder.reset(encoder.createFrameEncoderContext());
-    road.m_decoder.reset(decoder.createFrameDecoderContext());
+    road.m_encoder = Ref<IFrameEncoderContext>::adopt(encoder.createFrameEncoderContext());
+    road.m_decoder = Ref<IFrameDecoderContext>::adopt(decoder.createFrameDecoderContext());
     road.m_encoderName = host::toText(match->m_info.codecImplementation);
     road.m_encoderOptions = host::toText(match->m_info.codecOptions);
     road.m_decoderName = host::toText(match->m_decoderInfo.codecImplementation);
     return road;
 }
 
-host::ObjectHandle<IPackedFrameData> createPacket(const uint8_t* p_data, size_t p_size, uint32_t p_width,
-                                                  uint32_t p_height) {
+Ref<IPackedFrameData> createPacket(const uint8_t* p_data, size_t p_size, uint32_t p_width, uint32_t p_height) {
     GUID_t guid;
     GUID_t_fromString(guid, InterfaceTraits<IPackedFrameData>::c_guidText);
     IPackedFrameData* packet =
@@ -54,7 +53,7 @@ host::ObjectHandle<IPackedFrameData> createPacket(const uint8_t* p_data, size_t 
     reserved->setWidth(p_width);
     reserved->setHeight(p_height);
     reserved->getPackedDataMutable()->pushBackRange(p_data, p_size);
-    return host::ObjectHandle<IPackedFrameData>(packet);
+    return Ref<IPackedFrameData>::adopt(packet);
 }
 
 bool equalsPicture(const IUnpackedFrameData& p_picture, const uint8_t* p_pixels, size_t p_pitch) {

@@ -11,8 +11,8 @@ namespace zyr {
 
 /// An encoder context and a decoder context of one software codec.
 struct Road {
-    host::ObjectHandle<IFrameEncoderContext> m_encoder;
-    host::ObjectHandle<IFrameDecoderContext> m_decoder;
+    Ref<IFrameEncoderContext> m_encoder;
+    Ref<IFrameDecoderContext> m_decoder;
     std::string m_encoderName;
     std::string m_encoderOptions;
     std::string m_decoderName;
@@ -35,8 +35,7 @@ private:
 };
 
 /// A packed frame that holds the bytes.
-host::ObjectHandle<IPackedFrameData> createPacket(const uint8_t* p_data, size_t p_size, uint32_t p_width,
-                                                  uint32_t p_height);
+Ref<IPackedFrameData> createPacket(const uint8_t* p_data, size_t p_size, uint32_t p_width, uint32_t p_height);
 
 /// Whether a picture equals R,G,B,A rows of `p_pitch` bytes.
 bool equalsPicture(const IUnpackedFrameData& p_picture, const uint8_t* p_pixels, size_t p_pitch);

@@ -19,10 +19,10 @@ constexpr uint32_t SMALLEST_FULL_GRADIENT = 64;
 constexpr double LARGEST_MEAN_DIFFERENCE = 16;
 constexpr uint8_t BEST_QUALITY = 100;
 
-template <typename Interface> std::vector<ObjectHandle<Interface>> createCodecs(PluginBench& p_bench) {
-    std::vector<ObjectHandle<Interface>> codecs;
+template <typename Interface> std::vector<Ref<Interface>> createCodecs(PluginBench& p_bench) {
+    std::vector<Ref<Interface>> codecs;
     for (Ref<IObject>& object : p_bench.createAll(zyr_getInterfaceGUID<Interface>())) {
-        codecs.emplace_back(static_cast<Interface*>(object.release()));
+        codecs.push_back(Ref<Interface>::adopt(static_cast<Interface*>(object.release())));
     }
     return codecs;
 }
@@ -85,9 +85,9 @@ std::string nameOf(const Match& p_match) {
            toText(p_match.m_decoderInfo.codecImplementation);
 }
 
-ObjectHandle<IUnpackedFrameData> makePicture(uint32_t p_width, uint32_t p_height, unsigned p_number) {
+Ref<IUnpackedFrameData> makePicture(uint32_t p_width, uint32_t p_height, unsigned p_number) {
     IImage* image = nullptr;
-    ObjectHandle<IUnpackedFrameData> frame = createSourceFrame(p_width, p_height, image);
+    Ref<IUnpackedFrameData> frame = createSourceFrame(p_width, p_height, image);
     uint8_t* row = static_cast<uint8_t*>(image->getData());
     const uint64_t spanX = std::max(p_width, SMALLEST_FULL_GRADIENT);
     const uint64_t spanY = std::max(p_height, SMALLEST_FULL_GRADIENT);
@@ -124,9 +124,9 @@ void ConformRoad::reopen() {
     if (!m_bench.call(m_decoder, "initialize", [&] { return m_decoder.initialize(m_match.m_decoderInfo); })) {
         fail("the decoder refuses what was agreed" + m_bench.takeWarning());
     }
-    m_encoderContext.reset(
+    m_encoderContext = Ref<IFrameEncoderContext>::adopt(
         m_bench.call(m_encoder, "createFrameEncoderContext", [&] { return m_encoder.createFrameEncoderContext(); }));
-    m_decoderContext.reset(
+    m_decoderContext = Ref<IFrameDecoderContext>::adopt(
         m_bench.call(m_decoder, "createFrameDecoderContext", [&] { return m_decoder.createFrameDecoderContext(); }));
     if (!m_encoderContext || !m_decoderContext) {
         fail(std::string(m_encoderContext ? "the decoder" : "the encoder") + " gives no context");
@@ -139,18 +139,18 @@ void ConformRoad::reopen() {
 }
 
 void ConformRoad::close() {
-    m_encoderContext.reset();
-    m_decoderContext.reset();
+    m_encoderContext.clear();
+    m_decoderContext.clear();
 }
 
-ObjectHandle<IPackedFrameData> ConformRoad::tryEncode(IUnpackedFrameData* p_picture) {
-    return ObjectHandle<IPackedFrameData>(m_bench.call(toText(m_encoder.getClassName()), "encode", ++m_encoded,
-                                                       [&] { return m_encoderContext->encode(p_picture); }));
+Ref<IPackedFrameData> ConformRoad::tryEncode(IUnpackedFrameData* p_picture) {
+    return Ref<IPackedFrameData>::adopt(m_bench.call(toText(m_encoder.getClassName()), "encode", ++m_encoded,
+                                                     [&] { return m_encoderContext->encode(p_picture); }));
 }
 
-ObjectHandle<IUnpackedFrameData> ConformRoad::tryDecode(IPackedFrameData* p_packet) {
-    return ObjectHandle<IUnpackedFrameData>(m_bench.call(toText(m_decoder.getClassName()), "decode", ++m_decoded,
-                                                         [&] { return m_decoderContext->decode(p_packet); }));
+Ref<IUnpackedFrameData> ConformRoad::tryDecode(IPackedFrameData* p_packet) {
+    return Ref<IUnpackedFrameData>::adopt(m_bench.call(toText(m_decoder.getClassName()), "decode", ++m_decoded,
+                                                       [&] { return m_decoderContext->decode(p_packet); }));
 }
 
 void ConformRoad::checkPacket(const IPackedFrameData& p_packet, uint32_t p_width, uint32_t p_height) const {
@@ -171,8 +171,8 @@ void ConformRoad::checkPicture(const IUnpackedFrameData& p_picture, uint32_t p_w
     }
 }
 
-ObjectHandle<IPackedFrameData> ConformRoad::encode(IUnpackedFrameData& p_picture) {
-    ObjectHandle<IPackedFrameData> packet = tryEncode(&p_picture);
+Ref<IPackedFrameData> ConformRoad::encode(IUnpackedFrameData& p_picture) {
+    Ref<IPackedFrameData> packet = tryEncode(&p_picture);
     const std::string size = std::to_string(p_picture.getWidth()) + "x" + std::to_string(p_picture.getHeight());
     if (!packet) {
         fail("no packet for frame " + std::to_string(m_encoded) + " of " + size + m_bench.takeWarning());
@@ -184,8 +184,8 @@ ObjectHandle<IPackedFrameData> ConformRoad::encode(IUnpackedFrameData& p_picture
     return packet;
 }
 
-ObjectHandle<IUnpackedFrameData> ConformRoad::decode(IPackedFrameData& p_packet) {
-    ObjectHandle<IUnpackedFrameData> picture = tryDecode(&p_packet);
+Ref<IUnpackedFrameData> ConformRoad::decode(IPackedFrameData& p_packet) {
+    Ref<IUnpackedFrameData> picture = tryDecode(&p_packet);
     if (!picture) {
         fail("no picture for packet " + std::to_string(m_decoded) + " of " + std::to_string(p_packet.getWidth()) + "x" +
              std::to_string(p_packet.getHeight()) + m_bench.takeWarning());
@@ -216,8 +216,8 @@ void ConformRoad::compare(const IUnpackedFrameData& p_source, const IUnpackedFra
 }
 
 void ConformRoad::send(uint32_t p_width, uint32_t p_height, unsigned p_number) {
-    const ObjectHandle<IUnpackedFrameData> picture = makePicture(p_width, p_height, p_number);
-    const ObjectHandle<IPackedFrameData> packet = encode(*picture);
+    const Ref<IUnpackedFrameData> picture = makePicture(p_width, p_height, p_number);
+    const Ref<IPackedFrameData> packet = encode(*picture);
     compare(*picture, *decode(*packet));
 }
 

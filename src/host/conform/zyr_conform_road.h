@@ -27,7 +27,7 @@ private:
 std::string nameOf(const Match& p_match);
 
 /// A picture in B, G, R, A that can be told from others: a gradient with a box in it, moved by its number.
-ObjectHandle<IUnpackedFrameData> makePicture(uint32_t p_width, uint32_t p_height, unsigned p_number);
+Ref<IUnpackedFrameData> makePicture(uint32_t p_width, uint32_t p_height, unsigned p_number);
 
 /// An encoder context and a decoder context of one pair. All checks throw ConformFailure.
 class ConformRoad {
@@ -43,15 +43,15 @@ public:
     void close();
 
     /// One packet with bytes, of the picture's size.
-    ObjectHandle<IPackedFrameData> encode(IUnpackedFrameData& p_picture);
+    Ref<IPackedFrameData> encode(IUnpackedFrameData& p_picture);
     /// One picture of the packet's size, in R, G, B, A, with its number.
-    ObjectHandle<IUnpackedFrameData> decode(IPackedFrameData& p_packet);
+    Ref<IUnpackedFrameData> decode(IPackedFrameData& p_packet);
     /// Encodes, decodes and compares.
     void send(uint32_t p_width, uint32_t p_height, unsigned p_number);
 
     /// The bare calls, for what may fail. What they give is checked by the caller.
-    ObjectHandle<IPackedFrameData> tryEncode(IUnpackedFrameData* p_picture);
-    ObjectHandle<IUnpackedFrameData> tryDecode(IPackedFrameData* p_packet);
+    Ref<IPackedFrameData> tryEncode(IUnpackedFrameData* p_picture);
+    Ref<IUnpackedFrameData> tryDecode(IPackedFrameData* p_packet);
     /// The same checks as of encode() and decode(), on what came of a try.
     void checkPacket(const IPackedFrameData& p_packet, uint32_t p_width, uint32_t p_height) const;
     void checkPicture(const IUnpackedFrameData& p_picture, uint32_t p_width, uint32_t p_height) const;
@@ -72,8 +72,8 @@ private:
     IFrameEncoder& m_encoder;
     IFrameDecoder& m_decoder;
     std::string m_name;
-    ObjectHandle<IFrameEncoderContext> m_encoderContext;
-    ObjectHandle<IFrameDecoderContext> m_decoderContext;
+    Ref<IFrameEncoderContext> m_encoderContext;
+    Ref<IFrameDecoderContext> m_decoderContext;
     uint64_t m_encoded = 0;
     uint64_t m_decoded = 0;
 };

@@ -70,8 +70,8 @@ void checkPackets(const ConformSubject& p_subject) {
     withEachRoad(p_subject, [](ConformRoad& p_road) {
         uint64_t last = 0;
         for (unsigned i = 1; i <= 30; i++) {
-            const ObjectHandle<IUnpackedFrameData> picture = makePicture(WIDTH, HEIGHT, i);
-            const ObjectHandle<IPackedFrameData> packet = p_road.encode(*picture);
+            const Ref<IUnpackedFrameData> picture = makePicture(WIDTH, HEIGHT, i);
+            const Ref<IPackedFrameData> packet = p_road.encode(*picture);
             const uint64_t number = packet->getVideoFrameID();
             if (i != 1 && number != last + 1) {
                 p_road.fail("packet " + std::to_string(number) + " follows packet " + std::to_string(last));
@@ -84,13 +84,13 @@ void checkPackets(const ConformSubject& p_subject) {
 void checkPictures(const ConformSubject& p_subject) {
     withEachRoad(p_subject, [](ConformRoad& p_road) {
         for (unsigned i = 1; i <= 30; i++) {
-            const ObjectHandle<IUnpackedFrameData> picture = makePicture(WIDTH, HEIGHT, i);
-            const ObjectHandle<IPackedFrameData> packet = p_road.encode(*picture);
+            const Ref<IUnpackedFrameData> picture = makePicture(WIDTH, HEIGHT, i);
+            const Ref<IPackedFrameData> packet = p_road.encode(*picture);
             const Ref<IDiffmap> diffmap = Ref<IDiffmap>::adopt(zyr_createInterfaceObject<IDiffmap>());
             if (packet->getDiffmap(0) == nullptr) {
                 packet->getPackedFrameDataReserved()->setDiffmap(diffmap.get());
             }
-            const ObjectHandle<IUnpackedFrameData> decoded = p_road.decode(*packet);
+            const Ref<IUnpackedFrameData> decoded = p_road.decode(*packet);
             p_road.compare(*picture, *decoded);
             if (decoded->getVideoFrameID() != packet->getVideoFrameID() ||
                 decoded->getDiffmap(0) != packet->getDiffmap(0)) {
@@ -102,9 +102,9 @@ void checkPictures(const ConformSubject& p_subject) {
 
 /// A picture of a size that may be refused: with a line in the log, and without harm to what follows.
 void sendIfPossible(ConformRoad& p_road, Size p_size) {
-    const ObjectHandle<IUnpackedFrameData> picture = makePicture(p_size.m_width, p_size.m_height, 1);
+    const Ref<IUnpackedFrameData> picture = makePicture(p_size.m_width, p_size.m_height, 1);
     p_road.getBench().takeWarning();
-    const ObjectHandle<IPackedFrameData> packet = p_road.tryEncode(picture.get());
+    const Ref<IPackedFrameData> packet = p_road.tryEncode(picture.get());
     const std::string size = std::to_string(p_size.m_width) + "x" + std::to_string(p_size.m_height);
     if (!packet || packet->getPackedData()->getSize() == 0) {
         if (p_road.getBench().takeWarning().empty()) {
@@ -163,8 +163,8 @@ void checkQualities(const ConformSubject& p_subject) {
         IFrameEncoderContext& context = p_road.getEncoderContext();
         for (unsigned quality = 0; quality <= 255; quality += quality < 100 ? 10 : 31) {
             p_road.getBench().call(context, "setQuality", [&] { return context.setQuality(uint8_t(quality)); });
-            const ObjectHandle<IUnpackedFrameData> picture = makePicture(WIDTH, HEIGHT, quality);
-            const ObjectHandle<IPackedFrameData> packet = p_road.encode(*picture);
+            const Ref<IUnpackedFrameData> picture = makePicture(WIDTH, HEIGHT, quality);
+            const Ref<IPackedFrameData> packet = p_road.encode(*picture);
             p_road.decode(*packet);
         }
     });
@@ -173,16 +173,16 @@ void checkQualities(const ConformSubject& p_subject) {
 /// A packet of a stream that begins anew, as a decoder wants it behind damage.
 void expectRecovery(ConformRoad& p_road, const std::string& p_behind) {
     ConformRoad& road = p_road;
-    const ObjectHandle<IFrameEncoderContext> fresh(road.getEncoder().createFrameEncoderContext());
-    const ObjectHandle<IUnpackedFrameData> picture = makePicture(WIDTH, HEIGHT, 7);
-    const ObjectHandle<IPackedFrameData> packet(fresh->encode(picture.get()));
+    const auto fresh = Ref<IFrameEncoderContext>::adopt(road.getEncoder().createFrameEncoderContext());
+    const Ref<IUnpackedFrameData> picture = makePicture(WIDTH, HEIGHT, 7);
+    const auto packet = Ref<IPackedFrameData>::adopt(fresh->encode(picture.get()));
     if (!packet || !road.tryDecode(packet.get())) {
         road.fail("no picture for the key frame behind " + p_behind + road.getBench().takeWarning());
     }
 }
 
-ObjectHandle<IPackedFrameData> copyPacket(const IPackedFrameData& p_packet) {
-    ObjectHandle<IPackedFrameData> copy = createPackedFrame();
+Ref<IPackedFrameData> copyPacket(const IPackedFrameData& p_packet) {
+    Ref<IPackedFrameData> copy = createPackedFrame();
     IPackedFrameDataReserved* fill = copy->getPackedFrameDataReserved();
     fill->setWidth(p_packet.getWidth());
     fill->setHeight(p_packet.getHeight());
@@ -193,7 +193,7 @@ ObjectHandle<IPackedFrameData> copyPacket(const IPackedFrameData& p_packet) {
 
 /// Null, or a picture that can be used.
 void tryBadPacket(ConformRoad& p_road, IPackedFrameData& p_packet) {
-    const ObjectHandle<IUnpackedFrameData> picture = p_road.tryDecode(&p_packet);
+    const Ref<IUnpackedFrameData> picture = p_road.tryDecode(&p_packet);
     if (picture) {
         p_road.checkPicture(*picture, p_packet.getWidth(), p_packet.getHeight());
     }
@@ -201,7 +201,7 @@ void tryBadPacket(ConformRoad& p_road, IPackedFrameData& p_packet) {
 
 void checkEmptyPackets(const ConformSubject& p_subject) {
     withEachRoad(p_subject, [](ConformRoad& p_road) {
-        const ObjectHandle<IPackedFrameData> empty = createPackedFrame();
+        const Ref<IPackedFrameData> empty = createPackedFrame();
         empty->getPackedFrameDataReserved()->setWidth(WIDTH);
         empty->getPackedFrameDataReserved()->setHeight(HEIGHT);
         for (unsigned i = 0; i < 3; i++) {
@@ -210,7 +210,7 @@ void checkEmptyPackets(const ConformSubject& p_subject) {
             }
             expectRecovery(p_road, "an empty packet");
         }
-        const ObjectHandle<IPackedFrameData> nothing = createPackedFrame();
+        const Ref<IPackedFrameData> nothing = createPackedFrame();
         if (p_road.tryDecode(nothing.get())) {
             p_road.fail("a picture out of a packet of 0x0");
         }
@@ -222,9 +222,9 @@ void checkDamagedPackets(const ConformSubject& p_subject) {
     withEachRoad(p_subject, [](ConformRoad& p_road) {
         std::mt19937 dice(20);
         for (unsigned i = 1; i <= 40; i++) {
-            const ObjectHandle<IUnpackedFrameData> picture = makePicture(WIDTH, HEIGHT, i);
-            const ObjectHandle<IPackedFrameData> packet = p_road.encode(*picture);
-            const ObjectHandle<IPackedFrameData> bad = copyPacket(*packet);
+            const Ref<IUnpackedFrameData> picture = makePicture(WIDTH, HEIGHT, i);
+            const Ref<IPackedFrameData> packet = p_road.encode(*picture);
+            const Ref<IPackedFrameData> bad = copyPacket(*packet);
             Array<uint8_t>& bytes = *bad->getPackedData();
             std::string what = "a damaged packet";
             if (i % 5 == 0) {
@@ -265,7 +265,7 @@ void checkOddFrames(const ConformSubject& p_subject) {
                 image->init(WIDTH, HEIGHT, 0, format, ColorSpaceEnum(1), PixelFormatEnum(0), 0);
             }
             frame->getUnpackedFrameDataReserved()->setSystemMemory(image.get());
-            const ObjectHandle<IPackedFrameData> packet = p_road.tryEncode(frame.get());
+            const Ref<IPackedFrameData> packet = p_road.tryEncode(frame.get());
             if (packet && format == PixelFormatEnum(0)) {
                 p_road.fail("a packet for a picture of 0x0");
             }

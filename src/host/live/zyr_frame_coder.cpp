@@ -42,9 +42,9 @@ CodedPicture FrameCoder::encode(IUnpackedFrameData& p_frame, uint8_t p_missing, 
     if (!side.m_context || isTurnToVideo || isKeyDue(p_missing, p_atRest, p_time)) {
         side.m_context = m_codecs.createEncoder(result.m_codec);
     }
-    result.m_packet.reset(side.m_context->encode(&p_frame));
+    result.m_packet = Ref<IPackedFrameData>::adopt(side.m_context->encode(&p_frame));
     if (!result.m_packet) {
-        side.m_context.reset();
+        side.m_context.clear();
         return result;
     }
     const Array<uint8_t>& bytes = *result.m_packet->getPackedData();

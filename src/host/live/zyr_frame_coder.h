@@ -13,7 +13,7 @@ struct CodedPicture {
     LiveCodec m_codec{};
     bool m_key = false;
     bool m_exact = false;
-    ObjectHandle<IPackedFrameData> m_packet; ///< Null when the encoder failed.
+    Ref<IPackedFrameData> m_packet; ///< Null when the encoder failed.
 };
 
 /// Holds a context for each codec. Their states do not touch: a picture goes through one of them, and the others go on
@@ -36,7 +36,7 @@ public:
 
 private:
     struct Side {
-        ObjectHandle<IFrameEncoderContext> m_context;
+        Ref<IFrameEncoderContext> m_context;
         uint64_t m_keyTime = 0; ///< 0: no key frame yet.
     };
 

@@ -25,8 +25,8 @@ LiveClient::LiveClient(const LiveClientOptions& p_options, const LiveCodecs& p_c
     : m_options(p_options),
       m_codecs(p_codecs),
       m_listener(p_listener),
-      m_socket(new Socket),
-      m_transport(zyr_createInterfaceObject<IClientTransport>()) {
+      m_socket(Ref<Socket>::adopt(new Socket)),
+      m_transport(Ref<IClientTransport>::adopt(zyr_createInterfaceObject<IClientTransport>())) {
     begin();
 }
 
@@ -77,7 +77,7 @@ void LiveClient::turn(int p_other, int p_millis) {
         greet();
     }
     for (DataMessage* message = nullptr; m_transport->receiveMessage(message) && message != nullptr;) {
-        const std::unique_ptr<DataMessage, RecordReleaser<DataMessage>> owner(message);
+        const auto owner = Ref<DataMessage>::adopt(message);
         take(*message);
     }
     if (state.m_phase == ZYR_TRANSPORT_CLOSED) {
@@ -166,27 +166,27 @@ void LiveClient::takeFrame(const DataMessage& p_message) {
     frame.m_stream = m_stream;
     frame.m_clockOffset = m_clockOffset;
     frame.m_roundTrip = m_roundTrip;
-    const ObjectHandle<IPackedFrameData> packet = createPackedFrame();
+    const Ref<IPackedFrameData> packet = createPackedFrame();
     IPackedFrameDataReserved* fill = packet->getPackedFrameDataReserved();
     fill->setWidth(frame.m_head.m_width);
     fill->setHeight(frame.m_head.m_height);
     fill->setVideoFrameID(frame.m_head.m_sequence);
     fill->getPackedDataMutable()->pushBackRange(p_message.getPayload(), size_t(p_message.getPayloadSize()));
     frame.m_packet = packet.get();
-    ObjectHandle<IFrameDecoderContext>& decoder = m_decoders[size_t(frame.m_head.m_codec)];
+    Ref<IFrameDecoderContext>& decoder = m_decoders[size_t(frame.m_head.m_codec)];
     const bool isKey = (frame.m_head.m_flags & LiveFrameHead::KEY) != 0;
     if (isKey && m_codecs.has(frame.m_head.m_codec)) {
         decoder = m_codecs.createDecoder(frame.m_head.m_codec);
     }
-    ObjectHandle<IUnpackedFrameData> picture;
+    Ref<IUnpackedFrameData> picture;
     if (decoder && p_message.getPayloadSize() > 0) {
-        picture.reset(decoder->decode(packet.get()));
+        picture = Ref<IUnpackedFrameData>::adopt(decoder->decode(packet.get()));
     }
     frame.m_image = picture ? picture->getSystemMemory(0, 1) : nullptr;
     const uint64_t decoded = getLiveTime();
     frame.m_decodeMicros = decoded - frame.m_arrivalTime;
     if (frame.m_image == nullptr) {
-        decoder.reset();
+        decoder.clear();
         send(LiveMessage::NEED_KEY, LiveWriter().add(uint32_t(codecBit(frame.m_head.m_codec))).getBytes());
     }
     if (m_listener.m_onFrame) {

@@ -70,9 +70,9 @@ private:
     const LiveClientOptions& m_options;
     const LiveCodecs& m_codecs;
     const LiveClientListener& m_listener;
-    std::unique_ptr<Socket, RecordReleaser<Socket>> m_socket;
-    ObjectHandle<IClientTransport> m_transport;
-    std::array<ObjectHandle<IFrameDecoderContext>, NUM_OF_LIVE_CODECS> m_decoders;
+    Ref<Socket> m_socket;
+    Ref<IClientTransport> m_transport;
+    std::array<Ref<IFrameDecoderContext>, NUM_OF_LIVE_CODECS> m_decoders;
     LiveStream m_stream;
     std::string m_refusal;
     bool m_isGreeted = false;

@@ -84,9 +84,9 @@ uint8_t LiveCodecs::getCodecs() const {
     return codecs;
 }
 
-ObjectHandle<IFrameEncoderContext> LiveCodecs::createEncoder(LiveCodec p_codec) const {
+Ref<IFrameEncoderContext> LiveCodecs::createEncoder(LiveCodec p_codec) const {
     const Way& way = m_ways[size_t(p_codec)];
-    ObjectHandle<IFrameEncoderContext> context(way.m_encoder->createFrameEncoderContext());
+    auto context = Ref<IFrameEncoderContext>::adopt(way.m_encoder->createFrameEncoderContext());
     if (!context) {
         throw RunError("the encoder gives no context (see the log)");
     }
@@ -96,8 +96,8 @@ ObjectHandle<IFrameEncoderContext> LiveCodecs::createEncoder(LiveCodec p_codec) 
     return context;
 }
 
-ObjectHandle<IFrameDecoderContext> LiveCodecs::createDecoder(LiveCodec p_codec) const {
-    ObjectHandle<IFrameDecoderContext> context(m_ways[size_t(p_codec)].m_decoder->createFrameDecoderContext());
+Ref<IFrameDecoderContext> LiveCodecs::createDecoder(LiveCodec p_codec) const {
+    auto context = Ref<IFrameDecoderContext>::adopt(m_ways[size_t(p_codec)].m_decoder->createFrameDecoderContext());
     if (!context) {
         throw RunError("the decoder gives no context (see the log)");
     }

@@ -24,8 +24,8 @@ public:
     bool isBt709() const { return m_bt709; }
 
     /// A context whose first frame is a key frame. The codec must be usable.
-    ObjectHandle<IFrameEncoderContext> createEncoder(LiveCodec p_codec) const;
-    ObjectHandle<IFrameDecoderContext> createDecoder(LiveCodec p_codec) const;
+    Ref<IFrameEncoderContext> createEncoder(LiveCodec p_codec) const;
+    Ref<IFrameDecoderContext> createDecoder(LiveCodec p_codec) const;
 
     /// True for a packet that can be decoded without what came before.
     static bool isKey(LiveCodec p_codec, const uint8_t* p_data, size_t p_size);

@@ -86,7 +86,7 @@ LiveCertificate provideCertificate(const std::vector<std::string>& p_names) {
         access(certificate.m_keyPath.c_str(), R_OK) == 0) {
         return certificate;
     }
-    const ObjectHandle<ICertificatesHandler> handler(zyr_createInterfaceObject<ICertificatesHandler>());
+    const auto handler = Ref<ICertificatesHandler>::adopt(zyr_createInterfaceObject<ICertificatesHandler>());
     List<String> names;
     for (const std::string& name : p_names) {
         names.pushBack(String(name));

@@ -39,7 +39,11 @@ std::string hostOf(const std::string& p_address) {
 
 LiveServer::LiveServer(const LiveServerOptions& p_options, PictureLoop& p_pictures, ScreenControl& p_control,
                        const LiveCodecs& p_codecs)
-    : m_options(p_options), m_pictures(p_pictures), m_control(p_control), m_codecs(p_codecs), m_listener(new Socket) {
+    : m_options(p_options),
+      m_pictures(p_pictures),
+      m_control(p_control),
+      m_codecs(p_codecs),
+      m_listener(Ref<Socket>::adopt(new Socket)) {
     if (!m_listener->listenTcp(String(p_options.m_address), p_options.m_port)) {
         throw RunError("cannot listen at " + p_options.m_address + ":" + std::to_string(p_options.m_port) +
                        " (see the log)");
@@ -128,7 +132,7 @@ bool LiveServer::isCrowded(const std::string& p_peer) const {
 
 void LiveServer::acceptAll() {
     for (;;) {
-        CountedHandle<Socket> socket(new Socket);
+        auto socket = Ref<Socket>::adopt(new Socket);
         if (!m_listener->acceptConnection(*socket)) {
             return;
         }
@@ -138,7 +142,7 @@ void LiveServer::acceptAll() {
             continue;
         }
         socket->setUnsentLimit(UNSENT_LIMIT);
-        ObjectHandle<IServerTransport> transport(zyr_createInterfaceObject<IServerTransport>());
+        auto transport = Ref<IServerTransport>::adopt(zyr_createInterfaceObject<IServerTransport>());
         transport->setFeatures(m_features);
         transport->setHttpsDocumentRoot(String(m_options.m_pageDirectory), String("index.html"));
         transport->setWebSocketPath(String(WEB_SOCKET_PATH));
@@ -158,7 +162,7 @@ void LiveServer::acceptAll() {
 void LiveServer::serve(Guest& p_guest, uint64_t p_now) {
     ViewerLink& link = *p_guest.m_link;
     link.iterate();
-    while (const CountedHandle<DataMessage> message = link.receive()) {
+    while (const Ref<DataMessage> message = link.receive()) {
         take(p_guest, *message, p_now);
     }
     if (link.m_state == ViewerLink::State::CHECKING) {

@@ -71,7 +71,7 @@ private:
     PictureLoop& m_pictures;
     ScreenControl& m_control;
     const LiveCodecs& m_codecs;
-    CountedHandle<Socket> m_listener;
+    Ref<Socket> m_listener;
     TransportFeatures m_features;
     Guests m_guests;
     uint32_t m_lastId = 0;

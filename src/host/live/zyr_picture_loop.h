@@ -23,7 +23,7 @@ struct LiveFrame {
     unsigned m_lane = 0;
     LiveStream m_stream;
     LiveFrameHead m_head; ///< Without the time in the queue.
-    ObjectHandle<IPackedFrameData> m_packet;
+    Ref<IPackedFrameData> m_packet;
     uint64_t m_readyTime = 0;
 
     bool isKey() const { return (m_head.m_flags & LiveFrameHead::KEY) != 0; }

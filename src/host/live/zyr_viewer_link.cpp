@@ -13,7 +13,7 @@ constexpr uint64_t MESSAGES_AT_ONCE = 4000;
 
 } // namespace
 
-ViewerLink::ViewerLink(uint32_t p_id, CountedHandle<Socket> p_socket, ObjectHandle<IServerTransport> p_transport)
+ViewerLink::ViewerLink(uint32_t p_id, Ref<Socket> p_socket, Ref<IServerTransport> p_transport)
     : m_since(getLiveTime()),
       m_lastMessage(m_since),
       m_id(p_id),
@@ -36,10 +36,10 @@ void ViewerLink::iterate() {
     }
 }
 
-CountedHandle<DataMessage> ViewerLink::receive() {
+Ref<DataMessage> ViewerLink::receive() {
     DataMessage* message = nullptr;
     m_transport->receiveMessage(message);
-    return CountedHandle<DataMessage>(message);
+    return Ref<DataMessage>::adopt(message);
 }
 
 bool ViewerLink::send(LiveMessage p_type, const std::vector<uint8_t>& p_head, const void* p_payload, size_t p_size) {

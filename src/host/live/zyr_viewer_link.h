@@ -12,8 +12,6 @@
 
 namespace zyr::host {
 
-template <typename Counted> using CountedHandle = std::unique_ptr<Counted, RecordReleaser<Counted>>;
-
 /// One thread.
 class ViewerLink {
 public:
@@ -25,7 +23,7 @@ public:
     };
 
     /// The transport has been initialized with the socket.
-    ViewerLink(uint32_t p_id, CountedHandle<Socket> p_socket, ObjectHandle<IServerTransport> p_transport);
+    ViewerLink(uint32_t p_id, Ref<Socket> p_socket, Ref<IServerTransport> p_transport);
 
     uint32_t getId() const { return m_id; }
     const Socket& getSocket() const { return *m_socket; }
@@ -36,7 +34,7 @@ public:
     void iterate();
 
     /// The next message, or null.
-    CountedHandle<DataMessage> receive();
+    Ref<DataMessage> receive();
 
     bool send(LiveMessage p_type, const std::vector<uint8_t>& p_head, const void* p_payload = nullptr,
               size_t p_size = 0);
@@ -76,8 +74,8 @@ public:
 
 private:
     uint32_t m_id;
-    CountedHandle<Socket> m_socket;
-    ObjectHandle<IServerTransport> m_transport;
+    Ref<Socket> m_socket;
+    Ref<IServerTransport> m_transport;
     CreditWindow m_window;
     ViewerPace m_pace;
     LiveStream m_stream;
