@@ -3,6 +3,7 @@
 #include "host/zyr_run_error.h"
 
 #include <charconv>
+#include <cstdlib>
 #include <cstring>
 #include <xcb/randr.h>
 
@@ -117,8 +118,7 @@ ScreenArea findMonitor(const ScreenConnection& p_connection, const std::string& 
     p_connection.findExtension(&xcb_randr_id, "RANDR");
     xcb_connection_t* c = p_connection.get();
     // The server hides monitors from those that have not told which version they speak.
-    ReplyHandle<xcb_randr_query_version_reply_t>(
-        xcb_randr_query_version_reply(c, xcb_randr_query_version(c, 1, 5), nullptr));
+    free(xcb_randr_query_version_reply(c, xcb_randr_query_version(c, 1, 5), nullptr));
     const ReplyHandle<xcb_randr_get_monitors_reply_t> monitors(
         xcb_randr_get_monitors_reply(c, xcb_randr_get_monitors(c, p_connection.getRoot(), 1), nullptr));
     std::string known;

@@ -8,6 +8,7 @@
 #include <xcb/xfixes.h>
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace zyr::host {
 
@@ -75,12 +76,9 @@ ScreenSource::ScreenSource(const ScreenChoice& p_choice)
 void ScreenSource::watch() {
     xcb_connection_t* c = m_connection.get();
     // Each extension answers those only who tell their version first.
-    ReplyHandle<xcb_xfixes_query_version_reply_t>(
-        xcb_xfixes_query_version_reply(c, xcb_xfixes_query_version(c, 5, 0), nullptr));
-    ReplyHandle<xcb_damage_query_version_reply_t>(
-        xcb_damage_query_version_reply(c, xcb_damage_query_version(c, 1, 1), nullptr));
-    ReplyHandle<xcb_randr_query_version_reply_t>(
-        xcb_randr_query_version_reply(c, xcb_randr_query_version(c, 1, 5), nullptr));
+    free(xcb_xfixes_query_version_reply(c, xcb_xfixes_query_version(c, 5, 0), nullptr));
+    free(xcb_damage_query_version_reply(c, xcb_damage_query_version(c, 1, 1), nullptr));
+    free(xcb_randr_query_version_reply(c, xcb_randr_query_version(c, 1, 5), nullptr));
     m_damage = xcb_generate_id(c);
     xcb_damage_create(c, m_damage, m_drawable, XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY);
     xcb_xfixes_select_cursor_input(c, m_connection.getRoot(), XCB_XFIXES_CURSOR_NOTIFY_MASK_DISPLAY_CURSOR);

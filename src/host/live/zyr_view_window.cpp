@@ -4,6 +4,7 @@
 
 #include <libyuv.h>
 
+#include <cstdlib>
 #include <cstring>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -123,8 +124,7 @@ void ViewWindow::draw() {
                           uint16_t(m_width), uint16_t(m_height), 0, 0, m_connection.getScreen().root_depth,
                           XCB_IMAGE_FORMAT_Z_PIXMAP, 0, m_segment, 0);
         // The server reads the memory when it comes to it: the next picture must not overwrite it before.
-        ReplyHandle<xcb_get_input_focus_reply_t>(
-            xcb_get_input_focus_reply(m_connection.get(), xcb_get_input_focus(m_connection.get()), nullptr));
+        free(xcb_get_input_focus_reply(m_connection.get(), xcb_get_input_focus(m_connection.get()), nullptr));
     }
 }
 

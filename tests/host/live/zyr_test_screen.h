@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <poll.h>
 
 namespace zyr::host {
@@ -36,10 +37,7 @@ protected:
     }
 
     /// Returns when the server has done what was asked of it.
-    void sync() {
-        ReplyHandle<xcb_get_input_focus_reply_t>(
-            xcb_get_input_focus_reply(m_own.get(), xcb_get_input_focus(m_own.get()), nullptr));
-    }
+    void sync() { free(xcb_get_input_focus_reply(m_own.get(), xcb_get_input_focus(m_own.get()), nullptr)); }
 
     /// A window that gets all input.
     xcb_window_t showWindow(uint32_t p_events) {
