@@ -39,9 +39,7 @@ TEST(ConformFakes, FailExactlyTheirCases) {
         {"no_guid", {"guid", "initialize-null", "initialize-version"}, "'none' is no GUID"},
         {"base", {"initialize-null", "initialize-version"}, "zyr_plugin_initialize(NULL) gives 1"},
         {"other_patch", {"initialize-null", "initialize-version"}, "zyr_plugin_initialize(NULL) gives 1"},
-        {"fake_class",
-         {"initialize-null", "initialize-version"},
-         "it ended the process with status 0 in zyr_plugin_initialize"},
+        {"fake_class", {"initialize-null", "initialize-version"}, "it ended the process with status "},
     };
     for (const Fault& fault : faults) {
         const ConformReport report = conform(FAKES + fault.m_module + ".so");
@@ -58,7 +56,9 @@ TEST(ConformFakes, ThatEndOrHangTheirProcessFailToLoad) {
         {"hanging", "it is not done within 2 s in the loader"},
     };
     for (const auto& [module, reason] : faults) {
-        const ConformReport report = conform(FAKES + module + ".so", {"--timeout", "2"});
+        // Whoever ends by itself does so at once, but a machine may be busy.
+        const char* seconds = std::string(module) == "hanging" ? "2" : "100";
+        const ConformReport report = conform(FAKES + module + ".so", {"--timeout", seconds});
         EXPECT_EQ(report.m_exitCode, 1) << module;
         EXPECT_THAT(report.list("failed"), ElementsAre("load")) << module;
         EXPECT_EQ(report.m_reasons.at("load"), reason) << module;

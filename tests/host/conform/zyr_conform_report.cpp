@@ -51,7 +51,8 @@ ConformReport conform(const std::string& p_module, const std::vector<std::string
 }
 
 std::vector<std::string> listQuickCases() {
-    std::vector<std::string> arguments;
+    // How busy the machine is does not matter here.
+    std::vector<std::string> arguments = {"--timeout", "250"};
     const nlohmann::json list =
         nlohmann::json::parse(runProgram(ZYR_HOST_PROGRAM, {"conform", "--list", "--json"}).m_out, nullptr, false);
     EXPECT_TRUE(list.is_array());
