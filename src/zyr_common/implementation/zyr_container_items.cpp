@@ -6,8 +6,13 @@
 
 namespace zyr {
 
-thread_local uint32_t ContainerVisit::s_depth = 0;
-thread_local bool ContainerVisit::s_givenUp = false;
+namespace {
+
+// Not members: another unit would reach them through a symbol that modules share.
+thread_local uint32_t s_depth = 0;
+thread_local bool s_givenUp = false;
+
+} // namespace
 
 ContainerVisit::ContainerVisit(const String* p_className) {
     if (++s_depth > MAX_DEPTH && !s_givenUp) {
@@ -23,6 +28,10 @@ ContainerVisit::~ContainerVisit() {
     if (--s_depth == 0) {
         s_givenUp = false;
     }
+}
+
+bool ContainerVisit::isGivenUp() {
+    return s_givenUp;
 }
 
 IObject* takeElement(IObject* p_element, bool_t p_share) {

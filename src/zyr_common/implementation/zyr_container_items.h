@@ -32,11 +32,7 @@ public:
     ContainerVisit& operator=(const ContainerVisit&) = delete;
 
     /// Whether this thread's walk has given up, here or deeper inside.
-    static bool isGivenUp() { return s_givenUp; }
-
-private:
-    static thread_local uint32_t s_depth;
-    static thread_local bool s_givenUp;
+    static bool isGivenUp();
 };
 
 /// Stands for the key in a container without keys.
