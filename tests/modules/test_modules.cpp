@@ -58,6 +58,8 @@ std::set<std::string> offeredFunctions(const std::string& p_folder) {
             addOfferedFunctions(stream, names);
         }
     }
+    // The entry points are declared for plug-ins, which define them.
+    std::erase_if(names, [](const std::string& p_name) { return p_name.rfind("zyr_plugin_", 0) == 0; });
     return names;
 }
 
