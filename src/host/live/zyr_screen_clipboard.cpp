@@ -30,9 +30,12 @@ bool ScreenClipboard::offer(const std::string& p_text) {
         return false;
     }
     m_offered = p_text;
-    xcb_set_selection_owner(m_connection.get(), m_window, m_clipboard, XCB_CURRENT_TIME);
-    m_connection.flush();
-    return true;
+    xcb_connection_t* c = m_connection.get();
+    xcb_set_selection_owner(c, m_window, m_clipboard, XCB_CURRENT_TIME);
+    // Whoever asks from here on gets this text. Events that come with the reply wait for update().
+    const ReplyHandle<xcb_get_selection_owner_reply_t> owner(
+        xcb_get_selection_owner_reply(c, xcb_get_selection_owner(c, m_clipboard), nullptr));
+    return owner && owner->owner == m_window;
 }
 
 void ScreenClipboard::answer(const xcb_selection_request_event_t& p_request) {

@@ -42,6 +42,9 @@ bool ScreenControl::take(LiveMessage p_type, const LiveReader& p_reader, const L
         if (!pointer.read(p_reader)) {
             return false;
         }
+        if (p_shown.m_width == 0 || p_shown.m_height == 0) {
+            return true; // Nothing has been shown yet that a place could lie in.
+        }
         m_input->point(p_shown.m_x + limit(pointer.m_x, p_shown.m_width),
                        p_shown.m_y + limit(pointer.m_y, p_shown.m_height), pointer.m_buttons);
         return true;

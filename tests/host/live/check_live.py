@@ -224,6 +224,8 @@ async def input_moves_the_pointer_of_the_screen():
     async with Server("--demo", environment={"DISPLAY": ""}) as server, Viewer(server) as viewer, Viewer(server) as other:
         await viewer.join(flags=1)
         await viewer.until(CONTROL_STATE)
+        # Places are those of a picture.
+        await viewer.until(FRAME)
         await other.join()
         await viewer.send(POINTER, struct.pack("<iiH", 321, 123, 0))
         while True:
@@ -281,6 +283,7 @@ async def a_browser_moves_the_pointer():
     async with Server("--demo", environment={"DISPLAY": ""}) as server, browser.Browser() as chromium, Viewer(server) as viewer:
         await chromium.open(server.address)
         await chromium.until("document.getElementById('state').textContent.startsWith('You are in control')", "control")
+        await chromium.until("Number(document.documentElement.dataset.frames) > 0", "a picture to point at")
         await viewer.join()
         x, y, scale = await chromium.evaluate(
             "(() => { const c = document.getElementById('screen'), r = c.getBoundingClientRect();"
@@ -326,6 +329,7 @@ async def a_browser_types_into_a_terminal():
         async with Server("--display", screen.display) as server, browser.Browser() as chromium:
             await chromium.open(server.address)
             await chromium.until("document.getElementById('state').textContent.startsWith('You are in control')", "control")
+            await chromium.until("Number(document.documentElement.dataset.frames) > 0", "a picture to point at")
             while not typed.exists():
                 await asyncio.sleep(0.05)
             x, y = await chromium.evaluate(

@@ -110,6 +110,7 @@ protected:
         std::string text;
         std::string none;
         m_reader.request();
+        m_writer.update(none);
         while (!m_reader.update(text)) {
             pollfd waits[] = {{m_reader.getDescriptor(), POLLIN, 0}, {m_writer.getDescriptor(), POLLIN, 0}};
             if (poll(waits, 2, 60'000) <= 0) {
