@@ -15,8 +15,8 @@ constexpr uint32_t HEIGHT = 64;
 constexpr unsigned WARM_UP = 60;
 constexpr unsigned ROUNDS = 4;
 constexpr unsigned OPENINGS = 250; ///< Of each round.
-/// Less than what the smallest object takes, 64 bytes, for each opening. The heap's own caches grow by more now and then,
-/// but not in every round.
+/// Less than what the smallest object takes, 64 bytes, for each opening. The heap's own caches grow by more now and
+/// then, but not in every round.
 constexpr size_t LARGEST_GROWTH = OPENINGS * 60;
 
 void checkTwoContexts(const ConformSubject& p_subject) {
