@@ -180,7 +180,9 @@ ChannelResultEnum TlsChannel::write(const iovec* p_pieces, size_t p_count, size_
         for (size_t i = 0; i < p_count && size < SMALL_PIECE; i++) {
             const size_t room = SMALL_PIECE - size;
             const size_t part = p_pieces[i].iov_len < room ? p_pieces[i].iov_len : room;
-            memcpy(joined + size, p_pieces[i].iov_base, part);
+            if (part != 0) {
+                memcpy(joined + size, p_pieces[i].iov_base, part);
+            }
             size += part;
         }
         bytes = joined;
