@@ -32,7 +32,9 @@ PixelRect getChangedPart(const PixelRect& p_block, const BlockChange& p_change) 
     const uint32_t top = static_cast<uint32_t>(__builtin_ctz(p_change.rows));
     const uint32_t right = 32 - static_cast<uint32_t>(__builtin_clz(p_change.columns));
     const uint32_t bottom = 32 - static_cast<uint32_t>(__builtin_clz(p_change.rows));
-    return {p_block.x + left, p_block.y + top, right - left, bottom - top};
+    // A key frame marks whole blocks as changed, also those that the picture's edge cuts off.
+    return {p_block.x + left, p_block.y + top, (right < p_block.width ? right : p_block.width) - left,
+            (bottom < p_block.height ? bottom : p_block.height) - top};
 }
 
 /// The part, its sides moved out to whole bytes of a two-coloured block's indices: letters that stand at the same place
