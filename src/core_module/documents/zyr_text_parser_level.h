@@ -27,7 +27,7 @@ public:
         return readInput();
     }
     ILexer* getLexer(bool_t p_addReference) const override { return m_parser.m_lexer.get(p_addReference); }
-    void setLexer(ILexer* p_lexer) override { m_parser.m_lexer = Ref<ILexer>::share(p_lexer); }
+    void setLexer(ILexer* p_lexer) override { m_parser.setLexer(p_lexer); }
     bool_t initializeLexer() override { return m_parser.prepareLexer(this->getInputData()); }
     const List<String>& getLineTerminators() const override { return m_parser.m_lineTerminators; }
     bool_t isLineTerminator(const String& p_text, const String* p_additional) const override {
@@ -66,7 +66,9 @@ public:
 protected:
     virtual void forget() { m_parser.forget(); }
     /// Reads the input, which is there.
-    virtual bool_t readInput() { return (m_parser.m_initialized || this->initialize()) && m_parser.readTokens(); }
+    virtual bool_t readInput() {
+        return (m_parser.m_initialized || this->initialize()) && m_parser.readTokens(this->getInputData());
+    }
 
     TextParserState m_parser;
 

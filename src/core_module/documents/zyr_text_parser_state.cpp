@@ -28,6 +28,13 @@ bool TextParserState::makeLexer() {
     return static_cast<bool>(m_lexer);
 }
 
+void TextParserState::setLexer(ILexer* p_lexer) {
+    m_lexer = Ref<ILexer>::share(p_lexer);
+    if (p_lexer == nullptr) {
+        m_initialized = 0;
+    }
+}
+
 bool TextParserState::prepareLexer(Array<unsigned char>* p_input) {
     if (!m_lexer) {
         return false;
@@ -41,7 +48,9 @@ bool TextParserState::prepareLexer(Array<unsigned char>* p_input) {
     return true;
 }
 
-bool TextParserState::readTokens() {
+bool TextParserState::readTokens(Array<unsigned char>* p_input) {
+    // The lexer stands where the last reading ended, and may have come without an input.
+    m_lexer->setInputData(p_input);
     m_tokens.setAllocationModel(ZYR_ALLOC_CONDITION_ON_OVERFLOW, ZYR_ALLOC_STEP_DOUBLE);
     Token token;
     while (m_lexer->readToken(token)) {

@@ -20,10 +20,13 @@ public:
     void forget();
     /// Makes a lexer where there is none. False when that fails.
     bool makeLexer();
+    /// Takes a reference. Without a lexer the parser has to be initialized again.
+    void setLexer(ILexer* p_lexer);
     /// Gives the lexer the fillers of all texts and the input. False without a lexer.
     bool prepareLexer(Array<unsigned char>* p_input);
-    /// Fills the tokens. False, with a message and without tokens, at input that is no token.
-    bool readTokens();
+    /// Fills the tokens with those of the whole input. False, with a message and without tokens, at input that is no
+    /// token.
+    bool readTokens(Array<unsigned char>* p_input);
     void skipLine(const String* p_additional);
     bool isLineTerminator(const String& p_text, const String* p_additional) const;
     const Token* getToken(size_t p_position) const {

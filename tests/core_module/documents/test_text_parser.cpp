@@ -87,5 +87,36 @@ TEST_F(TextParserTest, UsesTheLexerThatItIsGiven) {
     EXPECT_EQ(m_parser->getTokenByPosition(1)->m_type, ZYR_TOKEN_TYPE_PUNCTUATOR);
 }
 
+TEST_F(TextParserTest, ReadsTheWholeInputAtEachParse) {
+    ASSERT_TRUE(parse("a b"));
+    m_parser->getInputData()->pushBackRange(" c", 2);
+    ASSERT_TRUE(m_parser->parse());
+    ASSERT_EQ(m_parser->getTokens().getSize(), 3u);
+    EXPECT_EQ(show(m_parser->getTokenByPosition(2)->m_text), "c");
+}
+
+TEST_F(TextParserTest, ReadsWithALexerThatComesLate) {
+    ASSERT_TRUE(parse("a b"));
+    m_parser->getInputData()->pushBackRange(" $", 2);
+    ILexer* lexer = zyr_createObject<ILexer>();
+    lexer->pushBackFiller(" ");
+    lexer->pushBackKeywords("$");
+    m_parser->setLexer(lexer);
+    lexer->release();
+    EXPECT_TRUE(m_parser->isInitialized());
+    ASSERT_TRUE(m_parser->parse());
+    ASSERT_EQ(m_parser->getTokens().getSize(), 3u);
+    EXPECT_EQ(m_parser->getTokenByPosition(2)->m_type, ZYR_TOKEN_TYPE_KEYWORD);
+}
+
+TEST_F(TextParserTest, MakesAnotherLexerWhenItsOwnIsTakenAway) {
+    ASSERT_TRUE(parse("a b"));
+    m_parser->setLexer(nullptr);
+    EXPECT_FALSE(m_parser->isInitialized());
+    ASSERT_TRUE(m_parser->parse());
+    EXPECT_EQ(m_parser->getTokens().getSize(), 2u);
+    EXPECT_NE(m_parser->getLexer(0), nullptr);
+}
+
 } // namespace
 } // namespace zyr
