@@ -4,15 +4,6 @@ namespace zyr {
 
 namespace {
 
-bool isBlankText(const WrappedString& p_text) {
-    for (size_t i = 0; i < p_text.getSize(); ++i) {
-        if (!isDocumentBlank(p_text.getData()[i])) {
-            return false;
-        }
-    }
-    return true;
-}
-
 /// Compares without regard to the case of ASCII letters; the word is in lower case.
 bool isWord(const WrappedString& p_text, const char* p_word) {
     if (p_text.getSize() != strlen(p_word)) {
@@ -21,6 +12,19 @@ bool isWord(const WrappedString& p_text, const char* p_word) {
     for (size_t i = 0; i < p_text.getSize(); ++i) {
         const char byte = p_text.getData()[i];
         if ((byte >= 'A' && byte <= 'Z' ? byte + ('a' - 'A') : byte) != p_word[i]) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// "1." and digits.
+bool isVersion(const WrappedString& p_text) {
+    if (p_text.getSize() < 3 || memcmp(p_text.getData(), "1.", 2) != 0) {
+        return false;
+    }
+    for (size_t i = 2; i < p_text.getSize(); ++i) {
+        if (!isDocumentDigit(p_text.getData()[i])) {
             return false;
         }
     }
@@ -123,12 +127,13 @@ bool XmlReader::readDeclaration(XmlElement& p_document) {
         if (next == 1 && !isWord(attribute.m_second, "utf-8") && !isWord(attribute.m_second, "us-ascii")) {
             return m_text.fail("Encoding that is not UTF-8", attribute.m_second.getData());
         }
+        if ((next == 0 && !isVersion(attribute.m_second)) ||
+            (next == 2 && attribute.m_second != "yes" && attribute.m_second != "no")) {
+            return m_text.fail("Faulty XML declaration", begin);
+        }
         ++next;
     }
-    const auto version = declaration->getMutableAttributes().find("version");
-    const bool isOne = version != declaration->getMutableAttributes().end() && version->m_second.getSize() > 2 &&
-                       memcmp(version->m_second.getData(), "1.", 2) == 0;
-    return isOne || m_text.fail("Faulty XML declaration", begin);
+    return next != 0 || m_text.fail("Faulty XML declaration", begin);
 }
 
 bool XmlReader::readElement(XmlElement& p_parent) {
@@ -178,10 +183,9 @@ bool XmlReader::readContent(XmlElement& p_element) {
             done = skipComment();
         } else if (m_text.isAt("<![CDATA[")) {
             done = readCharacterData();
-        } else if (m_text.isAt("<?")) {
-            done = readProcessingInstruction(p_element);
         } else {
-            done = readElement(p_element);
+            done = m_text.isAt("<?") ? readProcessingInstruction(p_element) : readElement(p_element);
+            m_pieces.pushBack(WrappedString());
         }
         if (!done) {
             return false;
@@ -321,6 +325,9 @@ bool XmlReader::skipDocumentType() {
     const char* begin = m_text.m_current;
     m_text.m_current += 9;
     WrappedString name;
+    if (m_text.isAtEnd() || !isDocumentBlank(*m_text.m_current)) {
+        return failHere();
+    }
     m_text.skipBlanks();
     if (!readName(name)) {
         return false;
@@ -402,32 +409,6 @@ bool XmlReader::readCharacterData() {
             m_pieces.pushBack(WrappedString("\n"));
         }
     }
-}
-
-void XmlReader::joinPieces(size_t p_first, XmlElement& p_element) {
-    const bool hasChildren = p_element.getNodes() != nullptr;
-    size_t size = 0;
-    size_t count = p_first;
-    for (size_t i = p_first; i < m_pieces.getSize(); ++i) {
-        if (!hasChildren || !isBlankText(m_pieces[i])) {
-            m_pieces[count] = m_pieces[i];
-            size += m_pieces[count].getSize();
-            ++count;
-        }
-    }
-    if (count == p_first + 1) {
-        p_element.setContent(m_pieces[p_first]);
-    } else if (size != 0) {
-        char* text = m_storage.take(size);
-        WrappedString content;
-        content.bindData(text, size);
-        for (size_t i = p_first; i < count; ++i) {
-            memcpy(text, m_pieces[i].getData(), m_pieces[i].getSize());
-            text += m_pieces[i].getSize();
-        }
-        p_element.setContent(content);
-    }
-    m_pieces.resize(p_first);
 }
 
 } // namespace zyr

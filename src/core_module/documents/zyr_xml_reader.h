@@ -41,7 +41,7 @@ private:
     DocumentText& m_text;
     TextStorage& m_storage;
     size_t m_depth;
-    /// The pieces of text of all open elements.
+    /// The pieces of text of all open elements; one without data stands for a child.
     Array<WrappedString> m_pieces;
 };
 

@@ -1,4 +1,4 @@
-// The characters of XML: names, references and line ends.
+// The characters of XML: names, references, line ends and the text of an element.
 #include "core_module/documents/zyr_xml_reader.h"
 #include "zyr_common/text/zyr_unicode.h"
 
@@ -40,6 +40,15 @@ size_t getNameSize(const char* p_begin, const char* p_end) {
         place += size;
     }
     return static_cast<size_t>(place - p_begin);
+}
+
+bool isBlankText(const WrappedString& p_text) {
+    for (size_t i = 0; i < p_text.getSize(); ++i) {
+        if (!isDocumentBlank(p_text.getData()[i])) {
+            return false;
+        }
+    }
+    return true;
 }
 
 struct Entity {
@@ -141,6 +150,39 @@ bool XmlReader::resolveReference(const char*& p_place, const char* p_end, char*&
         }
     }
     return m_text.fail("Unknown entity", place);
+}
+
+void XmlReader::joinPieces(size_t p_first, XmlElement& p_element) {
+    const bool hasChildren = p_element.getNodes() != nullptr;
+    size_t size = 0;
+    size_t count = p_first;
+    for (size_t begin = p_first; begin < m_pieces.getSize();) {
+        // Comments and sections cut a text into pieces, so what stands between two children is looked at as a whole.
+        bool isBlank = hasChildren;
+        size_t end = begin;
+        for (; end < m_pieces.getSize() && m_pieces[end].getData() != nullptr; ++end) {
+            isBlank = isBlank && isBlankText(m_pieces[end]);
+        }
+        for (; !isBlank && begin != end; ++begin) {
+            m_pieces[count] = m_pieces[begin];
+            size += m_pieces[count].getSize();
+            ++count;
+        }
+        begin = end + 1;
+    }
+    if (count == p_first + 1) {
+        p_element.setContent(m_pieces[p_first]);
+    } else if (size != 0) {
+        char* text = m_storage.take(size);
+        WrappedString content;
+        content.bindData(text, size);
+        for (size_t i = p_first; i < count; ++i) {
+            memcpy(text, m_pieces[i].getData(), m_pieces[i].getSize());
+            text += m_pieces[i].getSize();
+        }
+        p_element.setContent(content);
+    }
+    m_pieces.resize(p_first);
 }
 
 } // namespace zyr

@@ -282,12 +282,13 @@ protected:
             out += std::string(attribute.name()) + "=" + attribute.value() + ";";
         }
         std::vector<std::pair<std::string, std::string>> children;
-        std::vector<std::string> pieces;
+        std::vector<std::string> pieces{""}; // what stands in front of, between and behind the children
         for (const pugi::xml_node& child : p_node.children()) {
             if (child.type() == pugi::node_pcdata || child.type() == pugi::node_cdata) {
-                pieces.emplace_back(child.value());
+                pieces.back() += child.value();
                 continue;
             }
+            pieces.emplace_back();
             const auto place = std::find_if(children.begin(), children.end(),
                                             [&](const auto& p_entry) { return p_entry.first == child.name(); });
             if (place != children.end()) {

@@ -57,6 +57,8 @@ TEST_F(XmlParserTest, GivesTheItemsOfAList) {
 
 TEST_F(XmlParserTest, JoinsThePiecesOfAText) {
     EXPECT_EQ(getContent("<a>one<b/> two<!-- c --><![CDATA[<&]]>]<b/>\n</a>"), "one two<&]");
+    EXPECT_EQ(getContent("<a>\n <b/>x<![CDATA[ ]]>y<!-- c --> <b/> <![CDATA[ ]]>\n</a>"), "x y ");
+    EXPECT_EQ(getContent("<a><b/><![CDATA[x\ry]]></a>"), "x\ny");
     EXPECT_EQ(getContent("<a> <!-- c --> </a>"), "  ");
     EXPECT_EQ(getContent("<a>\n <b/>\n</a>"), "");
     EXPECT_EQ(getContent("<a><![CDATA[]]></a>"), "");
@@ -96,6 +98,7 @@ TEST_F(XmlParserTest, SkipsTheDocumentTypeAndWhatItDeclares) {
         bomb += "<!ENTITY l" + std::to_string(i) + " '" + former + former + former + former + "'>";
     }
     EXPECT_THAT(getFault(bomb + "]><a>&l29;</a>"), testing::HasSubstr("Unknown entity: \"&l29;</a>\""));
+    EXPECT_EQ(getFault("<!DOCTYPEa><a/>"), "1:10 Unexpected character: \"a><a/>\"");
     EXPECT_EQ(getFault("<!DOCTYPE a [ <a/>"), "1:1 Document type without end: \"<!DOCTYPE a [ <a/>\"");
     EXPECT_EQ(getFault("<!DOCTYPE a><!DOCTYPE a><a/>"), "1:14 Unexpected character: \"!DOCTYPE a><a/>\"");
 }
@@ -132,6 +135,7 @@ TEST_F(XmlParserTest, ChecksTheDeclaration) {
     EXPECT_TRUE(parse("<?xml version='1.1' standalone='yes'?><a/>"));
     EXPECT_TRUE(parse("<?xml version='1.0' encoding='UTF-8' standalone='no' ?><a/>"));
     for (const char* text : {"<?xml encoding='utf-8'?><a/>", "<?xml version='2.0'?><a/>", "<?xml version='1.'?><a/>",
+                             "<?xml version='1.x'?><a/>", "<?xml version='1.0' standalone='maybe'?><a/>",
                              "<?xml version='1.0' standalone='no' encoding='utf-8'?><a/>",
                              "<?xml version='1.0' other='1'?><a/>", "<?xml ?><a/>"}) {
         EXPECT_THAT(getFault(text), testing::StartsWith("1:1 Faulty XML declaration")) << text;
