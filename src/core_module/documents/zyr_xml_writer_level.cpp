@@ -4,6 +4,8 @@
 #include "core_module/zyr_core_class.h"
 #include "zyr_common/text/zyr_unicode.h"
 
+#include <strings.h>
+
 namespace zyr {
 
 namespace {
@@ -66,10 +68,11 @@ void XmlWriterLevel::init_This() {
 
 bool_t XmlWriterLevel::beginTag(const String& p_name, bool_t p_processingInstruction) {
     Level* top = getTop();
-    const bool isDeclaration = p_processingInstruction && p_name == "xml";
+    // In other cases of letters the target of the declaration is nobody's.
+    const bool isReserved = p_processingInstruction && strcasecmp(p_name.getData(), "xml") == 0;
     const bool isSecondRoot = top == nullptr && m_hasRoot && !p_processingInstruction;
     if (!isXmlName(p_name.getWrapped()) || isSecondRoot || (top != nullptr && top->m_instruction) ||
-        (isDeclaration && m_hasOutput)) {
+        (isReserved && (m_hasOutput || p_name != "xml"))) {
         ZYR_LOG_WARN("Unable to begin %s", p_name.getData());
         return 0;
     }

@@ -156,6 +156,7 @@ TEST_F(XmlWriterTest, RefusesWhatDoesNotFitWhereItStands) {
     for (const char* name : {"", "1", "a b", "a<", "-"}) {
         EXPECT_FALSE(m_writer->beginTag(name, 0)) << name;
     }
+    EXPECT_FALSE(m_writer->beginTag("XML", 1));
     m_writer->beginTag("a", 0);
     EXPECT_TRUE(m_writer->addProperty("k", "v"));
     EXPECT_FALSE(m_writer->addProperty("k", "w"));
