@@ -192,7 +192,9 @@ int64_t ByteFile::tell() {
 }
 
 bool ByteFile::seek(int64_t p_offset, int p_origin) {
-    return m_file >= 0 && isSeekable() && writePending() && dropReadAhead() && ::lseek(m_file, p_offset, p_origin) >= 0;
+    // The system knows more origins, which would be counted otherwise in memory.
+    const bool isKnown = p_origin == SEEK_SET || p_origin == SEEK_CUR || p_origin == SEEK_END;
+    return isKnown && isSeekable() && writePending() && dropReadAhead() && ::lseek(m_file, p_offset, p_origin) >= 0;
 }
 
 bool ByteFile::isSeekable() const {

@@ -56,7 +56,7 @@ bool_t MemoryStreamLevel::close() {
 }
 
 uint64_t MemoryStreamLevel::readBytes(void* p_data, uint64_t p_size) {
-    if ((m_access & ZYR_ACCESS_READ) == 0 || m_place >= m_data->getSize()) {
+    if ((m_access & ZYR_ACCESS_READ) == 0 || p_size == 0 || m_place >= m_data->getSize()) {
         return 0;
     }
     const uint64_t remaining = m_data->getSize() - m_place;

@@ -170,6 +170,39 @@ TEST_F(StreamTest, MemoryGrowsByTheRulesOfItsArray) {
     stream->release();
 }
 
+TEST_F(StreamTest, ThereAreThreeOriginsToSeekFrom) {
+    Array<unsigned char> data;
+    data.pushBackRange("abc", 3);
+    m_directory.writeFile("a", "abc");
+    IFileStream* file = zyr_createObject<IFileStream>();
+    IMemoryStream* memory = zyr_createObject<IMemoryStream>();
+    ASSERT_TRUE(file->open(path("a").c_str(), ZYR_ACCESS_READ, 0) && memory->open(&data, ZYR_ACCESS_READ));
+    for (int origin : {SEEK_SET - 1, SEEK_END + 1, SEEK_END + 2}) {
+        EXPECT_FALSE(file->seek(1, origin)) << origin;
+        EXPECT_FALSE(memory->seek(1, origin)) << origin;
+    }
+    EXPECT_EQ(file->tell(), 0);
+    EXPECT_EQ(memory->tell(), 0);
+    file->release();
+    memory->release();
+}
+
+TEST_F(StreamTest, NoBytesNeedNoMemory) {
+    Array<unsigned char> data;
+    data.pushBackRange("abc", 3);
+    m_directory.writeFile("a", "abc");
+    IFileStream* file = zyr_createObject<IFileStream>();
+    IMemoryStream* memory = zyr_createObject<IMemoryStream>();
+    ASSERT_TRUE(file->open(path("a").c_str(), ZYR_ACCESS_READ_WRITE, 0));
+    ASSERT_TRUE(memory->open(&data, ZYR_ACCESS_READ_WRITE));
+    EXPECT_EQ(file->readBytes(nullptr, 0) + file->writeBytes(nullptr, 0), 0U);
+    EXPECT_EQ(memory->readBytes(nullptr, 0) + memory->writeBytes(nullptr, 0), 0U);
+    EXPECT_EQ(file->tell(), 0);
+    EXPECT_EQ(memory->tell(), 0);
+    file->release();
+    memory->release();
+}
+
 TEST_F(StreamTest, MemoryStreamsReadWriteAndEmptyTheirArray) {
     Array<unsigned char> data;
     String line;
