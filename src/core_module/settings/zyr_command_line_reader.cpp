@@ -58,7 +58,7 @@ bool CommandLineReader::readShort(const String& p_argument, CommandLineOption& p
     const size_t length = p_argument.getLengthInBytes();
     size_t size = 0;
     const char* letter = p_argument.getCharacter(m_letter, size);
-    size = size != 0 ? size : 1;
+    size = size == 0 ? 1 : size < length - m_letter ? size : length - m_letter; // The character may be cut off.
     const String name(letter, size);
     p_option.m_name = "-";
     p_option.m_name += name;

@@ -53,6 +53,12 @@ const String* findValue(const List<ConfigSection*>& p_sections, const String& p_
 void SettingsHandlerLevel::add(SettingValue* p_setting, const String& p_regName, const String& p_regPath,
                                const String& p_envName, const String& p_confName, const String& p_confSection,
                                const String& p_cmdShort, const String& p_cmdName, const String& p_cmdDesc) {
+    bool_t initial = 0;
+    if (p_setting->getReferenceBool(initial) == nullptr) { // It gives the variable of any type.
+        ZYR_LOG_WARN("Unable to add setting %s: it has no variable", p_cmdName.getData());
+        p_setting->release();
+        return;
+    }
     p_setting->setRegName(p_regName);
     p_setting->setRegPath(p_regPath);
     p_setting->setEnvName(p_envName);

@@ -18,8 +18,8 @@
 namespace zyr {
 
 /// Inserting a setting sets its variable to the default, held inside the range. The variable belongs to the program and
-/// must outlive the handler. An empty name means that the source doesn't know the setting. Options are named without
-/// their hyphens.
+/// must outlive the handler; without one nothing is inserted, which leaves a line in the log. An empty name means that
+/// the source doesn't know the setting. Options are named without their hyphens.
 ///
 /// Sources, the stronger first: command line, environment, configuration file, registry. A variable that no source
 /// gives keeps its value. Numbers are decimal, or hexadecimal behind 0x; a Boolean is one of 1, true, yes, on and 0,

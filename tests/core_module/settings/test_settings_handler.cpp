@@ -102,6 +102,31 @@ TEST_F(SettingsHandlerTest, EndsTheOptionsAtTwoHyphens) {
     EXPECT_EQ(m_quality, 1);
 }
 
+TEST_F(SettingsHandlerTest, StandsAnOptionWhoseCharacterIsCutOff) {
+    for (const char* text : {"-\xF0", "-v\xE4", "-\xFF\xFF"}) {
+        EXPECT_FALSE(readCommandLine(text));
+    }
+    expectLine("Unable to use option -\xF0 : it is unknown");
+    expectLine("Unable to use option -\xE4 : it is unknown");
+    EXPECT_EQ(m_verbose, 1);
+    Array<String> arguments;
+    arguments.pushBack("-\xF0");
+    size_t index = 0;
+    EXPECT_TRUE(m_handler->selectCommandLineArgument("\xF0", index, arguments));
+}
+
+TEST_F(SettingsHandlerTest, LeavesOutASettingWithoutAVariable) {
+    m_handler->insertInt32(nullptr, 1, 0, 2, "", "", "", "", "", "", "lost", "");
+    m_handler->insertBool(nullptr, 1, "", "", "", "", "", "", "", "truth", "", "", "");
+    m_handler->insertString(nullptr, "text", "", "", "", "", "", "", "text", "");
+    m_handler->insertEnum(nullptr, "small", "", "", "", "", "", "", "word", "", &convertSize);
+    for (const char* name : {"lost", "truth", "text", "word"}) {
+        expectLine((std::string("Unable to add setting ") + name + ": it has no variable").c_str());
+    }
+    EXPECT_FALSE(readCommandLine("--lost 2"));
+    expectLine("Unable to use option --lost : it is unknown");
+}
+
 TEST_F(SettingsHandlerTest, LeavesTheVariableOfAFaultyOptionAndSetsTheOthers) {
     EXPECT_FALSE(readCommandLine("--quality 101 --title x"));
     EXPECT_EQ(m_quality, 50);
