@@ -58,6 +58,18 @@ TEST(JsonElement, KeepsTheReferenceOnAnItemThatAFixedArrayCannotStore) {
     item->release();
 }
 
+TEST(JsonElement, GivesUpAFixedArrayOfItemsWhenCleared) {
+    JsonElement element;
+    Array<JsonElement*>& items = *reinterpret_cast<Array<JsonElement*>*>(reinterpret_cast<char*>(&element) + 147);
+    JsonElement* place[1] = {};
+    items.bindFixedSizeData(place, 0);
+    element.clear();
+    JsonElement* item = new JsonElement;
+    element.insertItem(item);
+    item->release();
+    EXPECT_EQ(element.getNumOfItems(), 1u);
+}
+
 TEST(JsonElement, EndsTheProcessForANullItem) {
     JsonElement element;
     EXPECT_EXIT(element.insertItem(nullptr), testing::ExitedWithCode(0),

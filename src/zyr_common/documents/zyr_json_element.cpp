@@ -45,7 +45,7 @@ void JsonElement::init_This() {
 }
 
 void JsonElement::release_This() {
-    if (m_items.isEmpty()) {
+    if (m_items.getData() == nullptr) {
         return;
     }
     for (JsonElement* p_item : m_items) {
