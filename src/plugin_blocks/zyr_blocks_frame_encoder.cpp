@@ -2,6 +2,7 @@
 
 #include "plugin_blocks/zyr_blocks_frame_encoder_context.h"
 #include "plugin_blocks/zyr_blocks_offers.h"
+#include "zyr_common/memory/zyr_permanent.h"
 #include "zyr_common/platform/zyr_version.h"
 
 namespace zyr {
@@ -16,7 +17,7 @@ BlocksFrameEncoder::~BlocksFrameEncoder() {
 }
 
 const String& BlocksFrameEncoder::getLibName() const {
-    static const String name("blocks");
+    static const String& name = makePermanent<String>("blocks");
     return name;
 }
 

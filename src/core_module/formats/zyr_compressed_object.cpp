@@ -3,6 +3,7 @@
 #include "zyr_common/formats/zyr_format_info.h"
 #include "zyr_common/formats/zyr_stored_objects.h"
 #include "zyr_common/implementation/zyr_implementation.h"
+#include "zyr_common/memory/zyr_permanent.h"
 #include "zyr_common/serialization/zyr_byte_stream.h"
 
 namespace zyr {
@@ -10,11 +11,11 @@ namespace zyr {
 namespace {
 
 const String& getInfoKey() {
-    static const String key("compressionInfo");
+    static const String& key = makePermanent<String>("compressionInfo");
     return key;
 }
 const String& getDataKey() {
-    static const String key("compressedData");
+    static const String& key = makePermanent<String>("compressedData");
     return key;
 }
 

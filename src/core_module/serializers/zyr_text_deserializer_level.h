@@ -13,6 +13,7 @@
 #include "core_module/serializers/zyr_text_scan_error.h"
 #include "core_module/serializers/zyr_text_tree.h"
 #include "zyr_common/containers/zyr_array.h"
+#include "zyr_common/memory/zyr_permanent.h"
 
 namespace zyr {
 
@@ -53,8 +54,8 @@ public:
     bool_t leaveGroup() override { return leave(); }
 
     bool_t enterObject(const String& p_name, bool_t& p_found) override {
-        static const String classKey(Input::c_classKey);
-        static const String guidKey(Input::c_guidKey);
+        static const String& classKey = makePermanent<String>(Input::c_classKey);
+        static const String& guidKey = makePermanent<String>(Input::c_guidKey);
         p_found = find(p_name) && !Input::isNull(m_tree, m_node);
         if (p_found && !Input::isGroup(m_tree, m_node)) {
             p_found = 0;
@@ -259,7 +260,7 @@ private:
     }
     /// The node of an element's type name. It is the first of the element's, as it is written.
     uint32_t findType(uint32_t p_element) const {
-        static const String typeKey(Input::c_typeKey);
+        static const String& typeKey = makePermanent<String>(Input::c_typeKey);
         const uint32_t first = p_element + 1;
         return m_tree[p_element].m_next != first && Input::hasKey(m_tree, m_tree[first], typeKey) &&
                        Input::isScalar(m_tree, first)

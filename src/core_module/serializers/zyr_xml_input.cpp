@@ -3,6 +3,7 @@
 #include "core_module/serializers/zyr_byte_buffer.h"
 #include "core_module/serializers/zyr_text_bytes.h"
 #include "core_module/serializers/zyr_xml_output.h"
+#include "zyr_common/memory/zyr_permanent.h"
 
 #include <algorithm>
 
@@ -128,14 +129,14 @@ const String& XmlInput::getKey(const String& p_name, String& p_scratch) {
 }
 
 bool XmlInput::isNull(const TextTree& p_tree, uint32_t p_index) {
-    static const String name(c_xmlNull);
+    static const String& name = makePermanent<String>(c_xmlNull);
     const TextNode& node = p_tree[p_index];
     return node.m_kind == TextNodeKind::GROUP && node.m_next != p_index + 1 &&
            hasKey(p_tree, p_tree[p_index + 1], name);
 }
 
 bool XmlInput::isItem(const TextTree& p_tree, const TextNode& p_node) {
-    static const String name(c_xmlItem);
+    static const String& name = makePermanent<String>(c_xmlItem);
     return p_node.m_kind == TextNodeKind::GROUP && hasKey(p_tree, p_node, name);
 }
 

@@ -1,6 +1,7 @@
 #include "core_module/serializers/zyr_xml_output.h"
 
 #include "core_module/serializers/zyr_text_bytes.h"
+#include "zyr_common/memory/zyr_permanent.h"
 
 namespace zyr {
 
@@ -248,12 +249,12 @@ bool XmlOutput::nullObject(const String& p_name) {
 }
 
 bool XmlOutput::beginElement(const String& p_typeName, bool p_sameType) {
-    static const String item(c_xmlItem);
+    static const String& item = makePermanent<String>(c_xmlItem);
     return open(item) && (p_sameType || attribute(c_xmlType, p_typeName));
 }
 
 bool XmlOutput::nullElement() {
-    static const String item(c_xmlItem);
+    static const String& item = makePermanent<String>(c_xmlItem);
     return nullObject(item);
 }
 
@@ -284,7 +285,7 @@ bool XmlOutput::separate(uint32_t p_index, uint32_t p_rowLength) {
 }
 
 bool XmlOutput::textItem(const String& p_text) {
-    static const String item(c_xmlItem);
+    static const String& item = makePermanent<String>(c_xmlItem);
     return open(item) && (p_text.isEmpty() || (closeTag() && appendXmlText(m_buffer, p_text, false))) && leave();
 }
 
