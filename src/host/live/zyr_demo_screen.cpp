@@ -13,6 +13,7 @@
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 namespace zyr::host {
 
@@ -20,6 +21,8 @@ namespace {
 
 constexpr int START_MILLIS = 20'000;
 constexpr int PAINTS_A_SECOND = 20;
+constexpr uint32_t FILM_WIDTH = 256;
+constexpr uint32_t FILM_HEIGHT = 128;
 constexpr uint32_t BACKGROUND = 0x203040;
 constexpr uint32_t COLORS[] = {0xE05A47, 0x4FA3D9, 0x6FBF73, 0xF2C14E};
 
@@ -63,6 +66,13 @@ public:
         xcb_poly_fill_rectangle(m_connection.get(), m_connection.getRoot(), m_context, 1, &area);
     }
 
+    void draw(int p_x, int p_y, uint32_t p_width, const std::vector<uint32_t>& p_pixels) const {
+        xcb_put_image(m_connection.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, m_connection.getRoot(), m_context,
+                      uint16_t(p_width), uint16_t(p_pixels.size() / p_width), int16_t(p_x), int16_t(p_y), 0,
+                      m_connection.getScreen().root_depth, uint32_t(p_pixels.size() * 4),
+                      reinterpret_cast<const uint8_t*>(p_pixels.data()));
+    }
+
     void write(int p_x, int p_y, const std::string& p_text) const {
         const uint32_t white = 0xFFFFFF;
         xcb_change_gc(m_connection.get(), m_context, XCB_GC_FOREGROUND, &white);
@@ -74,6 +84,23 @@ private:
     const ScreenConnection& m_connection;
     xcb_gcontext_t m_context;
 };
+
+/// A picture of a film, with the grain that cameras make.
+std::vector<uint32_t> makeFilm(unsigned p_step) {
+    std::vector<uint32_t> pixels(size_t(FILM_WIDTH) * FILM_HEIGHT);
+    uint32_t grain = p_step;
+    for (uint32_t i = 0; i < pixels.size(); i++) {
+        const uint32_t x = i % FILM_WIDTH;
+        const uint32_t y = i / FILM_WIDTH;
+        grain = grain * 1664525u + 1013904223u;
+        const uint32_t ring = (x * x + y * y) / 256 + p_step * 3;
+        const uint32_t red = (ring & 127) + (grain >> 28);
+        const uint32_t green = ((x + p_step * 2) & 255) / 2 + (grain >> 24 & 15);
+        const uint32_t blue = ((y * 2 + p_step) & 255) / 2 + (grain >> 20 & 15);
+        pixels[i] = red << 16 | green << 8 | blue;
+    }
+    return pixels;
+}
 
 /// Where something is that goes to and fro.
 int swing(unsigned p_step, int p_range) {
@@ -141,6 +168,11 @@ void DemoScreen::paint() {
                 const int range = std::max(1, int(size->width) - int(side));
                 brush.fill(swing((step - 1) * (i + 2) * 2, range), y, side, side, BACKGROUND);
                 brush.fill(swing(step * (i + 2) * 2, range), y, side, side, COLORS[i]);
+            }
+            // Below the rectangles, where there is room for it.
+            if (size->width > FILM_WIDTH + 16 && uint32_t(size->height) * 5 / 24 >= FILM_HEIGHT + 16) {
+                brush.draw(size->width - int(FILM_WIDTH) - 16, size->height - int(FILM_HEIGHT) - 16, FILM_WIDTH,
+                           makeFilm(step));
             }
             const time_t now = time(nullptr);
             tm local{};

@@ -1,38 +1,45 @@
 /// Encodes the pictures of one lane for all of its viewers.
 #pragma once
 
-#include "host/live/zyr_codec_choice.h"
 #include "host/live/zyr_live_codecs.h"
+#include "host/live/zyr_region_choice.h"
+#include "host/zyr_stream_run.h"
 
 #include <array>
+#include <vector>
 
 namespace zyr::host {
 
-/// An encoded picture.
-struct CodedPicture {
+/// A packet of a picture.
+struct CodedPart {
     LiveCodec m_codec{};
     bool m_key = false;
-    bool m_exact = false;
-    Ref<IPackedFrameData> m_packet; ///< Null when the encoder failed.
+    bool m_exact = false; ///< With it, all of the screen is shown to the bit.
+    PictureArea m_area;
+    Ref<IPackedFrameData> m_packet;
 };
 
-/// Holds a context for each codec. Their states do not touch: a picture goes through one of them, and the others go on
-/// from where they were. Times are microseconds. One thread.
+/// Blocks are for all of the picture but the region that moves like a video; that one goes by VP9, in a context of its
+/// size. At rest, and when the region has come to rest, blocks show it exactly. The two contexts' states do not touch:
+/// what blocks leave out they have as it was. Times are microseconds. One thread.
 class FrameCoder {
 public:
     /// `p_codecs` must outlive the object.
-    explicit FrameCoder(const LiveCodecs& p_codecs)
-        : m_codecs(p_codecs), m_choice(p_codecs.getCodecs()), m_allowed(p_codecs.getCodecs()) {}
+    explicit FrameCoder(const LiveCodecs& p_codecs) : m_codecs(p_codecs), m_allowed(p_codecs.getCodecs()) {}
 
     /// Leaves only codecs that all viewers know.
     void setAllowed(uint8_t p_codecs);
 
-    /// True when a picture encoded now would be a key frame, though it needs not be: a viewer misses what the chosen
-    /// codec stands on (`p_missing`: codecBit() of the codecs), and the last key frame is a second ago.
+    /// codecBit() of the codecs that a picture encoded now would take.
+    uint8_t getUsed(bool p_atRest, uint64_t p_time) const;
+
+    /// True when a picture encoded now would have a key frame for those who miss what its codecs stand on (`p_missing`:
+    /// codecBit() of the codecs). There is one in a second at most.
     bool isKeyDue(uint8_t p_missing, bool p_atRest, uint64_t p_time) const;
 
-    /// Encodes a picture. A key frame comes from a new context beside the running one, which it replaces.
-    CodedPicture encode(IUnpackedFrameData& p_frame, uint8_t p_missing, bool p_atRest, uint64_t p_time);
+    /// Encodes a picture, blocks before VP9. A key frame comes from a new context, which replaces the running one.
+    /// Empty when an encoder has failed.
+    std::vector<CodedPart> encode(IUnpackedFrameData& p_frame, uint8_t p_missing, bool p_atRest, uint64_t p_time);
 
 private:
     struct Side {
@@ -40,12 +47,23 @@ private:
         uint64_t m_keyTime = 0; ///< 0: no key frame yet.
     };
 
-    static uint64_t countChangedPixels(const IPackedFrameData& p_packet);
+    bool isKeyDue(LiveCodec p_codec, uint8_t p_missing, uint64_t p_time) const;
+    PictureArea findVideo(const PictureArea& p_whole, bool p_atRest, uint64_t p_time) const;
+    void watchRegion(const IUnpackedFrameData& p_frame, uint64_t p_time);
+    Ref<IDiffmap> findRest(const PictureArea& p_whole, const PictureArea& p_video) const;
+    void addBlocks(IUnpackedFrameData& p_frame, const PictureArea& p_video, uint8_t p_missing, uint64_t p_time,
+                   std::vector<CodedPart>& p_parts);
+    void addVideo(IUnpackedFrameData& p_frame, const PictureArea& p_area, uint8_t p_missing, uint64_t p_time,
+                  std::vector<CodedPart>& p_parts);
+    bool run(CodedPart& p_part, IUnpackedFrameData& p_frame, bool p_afresh, uint64_t p_time);
 
     const LiveCodecs& m_codecs;
-    CodecChoice m_choice;
+    RegionChoice m_choice;
     uint8_t m_allowed;
-    LiveCodec m_last{};
+    PictureArea m_videoArea; ///< That VP9's context is for.
+    PictureArea m_seenArea;  ///< The region that the present one of the next was taken from.
+    std::array<FramePicture, 2> m_seen;
+    size_t m_present = 0;
     std::array<Side, NUM_OF_LIVE_CODECS> m_sides;
 };
 

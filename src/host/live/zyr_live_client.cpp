@@ -127,7 +127,8 @@ void LiveClient::take(const DataMessage& p_message) {
         m_isWelcome = true;
         break;
     case LiveMessage::STREAM:
-        if (!m_stream.read(reader) || !isPossible(m_stream.m_width, m_stream.m_height)) {
+        if (!m_stream.read(reader) || !isPossible(m_stream.m_width, m_stream.m_height) ||
+            !isPossible(m_stream.m_codedWidth, m_stream.m_codedHeight)) {
             throw RunError("the server shows a screen of an impossible size");
         }
         break;
@@ -157,6 +158,23 @@ void LiveClient::take(const DataMessage& p_message) {
     }
 }
 
+bool LiveClient::decode(const LiveFrameHead& p_head, IPackedFrameData& p_packet) {
+    Ref<IFrameDecoderContext>& decoder = m_decoders[size_t(p_head.m_codec)];
+    if ((p_head.m_flags & LiveFrameHead::KEY) != 0 && m_codecs.has(p_head.m_codec)) {
+        decoder = m_codecs.createDecoder(p_head.m_codec);
+    }
+    Ref<IUnpackedFrameData> picture;
+    if (decoder && p_packet.getPackedData()->getSize() > 0) {
+        picture = Ref<IUnpackedFrameData>::adopt(decoder->decode(&p_packet));
+    }
+    if (!picture || picture->getSystemMemory(0, 1) == nullptr) {
+        decoder.clear();
+        return false;
+    }
+    m_canvas.take(p_head, std::move(picture));
+    return true;
+}
+
 void LiveClient::takeFrame(const DataMessage& p_message) {
     ShownFrame frame;
     frame.m_arrivalTime = getLiveTime();
@@ -173,24 +191,21 @@ void LiveClient::takeFrame(const DataMessage& p_message) {
     fill->setVideoFrameID(frame.m_head.m_sequence);
     fill->getPackedDataMutable()->pushBackRange(p_message.getPayload(), size_t(p_message.getPayloadSize()));
     frame.m_packet = packet.get();
-    Ref<IFrameDecoderContext>& decoder = m_decoders[size_t(frame.m_head.m_codec)];
-    const bool isKey = (frame.m_head.m_flags & LiveFrameHead::KEY) != 0;
-    if (isKey && m_codecs.has(frame.m_head.m_codec)) {
-        decoder = m_codecs.createDecoder(frame.m_head.m_codec);
-    }
-    Ref<IUnpackedFrameData> picture;
-    if (decoder && p_message.getPayloadSize() > 0) {
-        picture = Ref<IUnpackedFrameData>::adopt(decoder->decode(packet.get()));
-    }
-    frame.m_image = picture ? picture->getSystemMemory(0, 1) : nullptr;
+    frame.m_isDecoded = decode(frame.m_head, *packet);
     const uint64_t decoded = getLiveTime();
     frame.m_decodeMicros = decoded - frame.m_arrivalTime;
-    if (frame.m_image == nullptr) {
-        decoder.clear();
+    if (!frame.m_isDecoded) {
         send(LiveMessage::NEED_KEY, LiveWriter().add(uint32_t(codecBit(frame.m_head.m_codec))).getBytes());
+    }
+    const bool isLast = (frame.m_head.m_flags & LiveFrameHead::LAST) != 0;
+    if (isLast) {
+        frame.m_canvas = m_canvas.compose(m_stream);
     }
     if (m_listener.m_onFrame) {
         m_listener.m_onFrame(frame);
+    }
+    if (!isLast) {
+        return; // A picture is acknowledged as a whole.
     }
     LiveAcknowledge acknowledge;
     acknowledge.m_sequence = frame.m_head.m_sequence;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/live/zyr_live_address.h"
+#include "host/live/zyr_live_canvas.h"
 #include "host/live/zyr_live_codecs.h"
 #include "host/live/zyr_live_source.h"
 #include "host/zyr_packet_file.h"
@@ -24,13 +25,14 @@ struct LiveClientOptions {
     bool m_wantsControl = false;
 };
 
-/// A frame as it came, and what became of it.
+/// A packet of a picture as it came, and what became of it.
 struct ShownFrame {
     LiveFrameHead m_head;
     LiveStream m_stream;
     const IPackedFrameData* m_packet = nullptr;
-    const IImage* m_image = nullptr; ///< R,G,B,A; null when it could not be decoded.
-    uint64_t m_arrivalTime = 0;      ///< In microseconds of this machine's clock.
+    bool m_isDecoded = false;
+    CanvasView m_canvas; ///< The whole screen, with the last packet of a picture; without pixels before there are some.
+    uint64_t m_arrivalTime = 0; ///< In microseconds of this machine's clock.
     uint64_t m_decodeMicros = 0;
     int64_t m_clockOffset = 0; ///< What to add to this machine's clock for the server's.
     uint64_t m_roundTrip = 0;  ///< In microseconds; 0 before it was measured.
@@ -63,6 +65,7 @@ private:
     void greet();
     void take(const DataMessage& p_message);
     void takeFrame(const DataMessage& p_message);
+    bool decode(const LiveFrameHead& p_head, IPackedFrameData& p_packet);
     void takePong(LiveReader p_reader);
     void ping(uint64_t p_now);
     [[noreturn]] void fail();
@@ -73,6 +76,7 @@ private:
     Ref<Socket> m_socket;
     Ref<IClientTransport> m_transport;
     std::array<Ref<IFrameDecoderContext>, NUM_OF_LIVE_CODECS> m_decoders;
+    LiveCanvas m_canvas;
     LiveStream m_stream;
     std::string m_refusal;
     bool m_isGreeted = false;

@@ -13,6 +13,7 @@ class LiveReport {
 public:
     void note(const ShownFrame& p_frame, uint64_t p_shownTime);
 
+    /// Pictures, of one packet or of two.
     uint64_t getFrames() const { return m_frames; }
 
     /// As JSON, or as a table for people.
@@ -32,6 +33,9 @@ private:
     uint64_t m_exact = 0;
     uint64_t m_bytes = 0;
     std::array<uint64_t, NUM_OF_LIVE_CODECS> m_ofCodec{};
+    std::array<uint64_t, NUM_OF_LIVE_CODECS> m_bytesOfCodec{};
+    uint64_t m_regions = 0;
+    LiveFrameHead m_region; ///< The last one.
     uint64_t m_firstTime = 0;
     uint64_t m_lastTime = 0;
     uint64_t m_roundTrip = 0;

@@ -46,7 +46,6 @@ struct PictureLoop::Lane {
     uint64_t m_scaledGeneration = 0;
     uint64_t m_generation = 0; ///< Of the picture that was encoded last.
     uint64_t m_nextTime = 0;
-    uint32_t m_sequence = 0;
     bool m_isExact = false;
 };
 
@@ -179,11 +178,12 @@ bool PictureLoop::isReady(const Lane& p_lane, bool p_hasNews, bool& p_atRest, ui
     if (p_lane.m_coder.isKeyDue(p_lane.m_demand.m_missing, p_atRest, p_now) && (m_generation > 0 || p_hasNews)) {
         return true;
     }
-    if (!isFresh && p_lane.m_isExact && p_lane.m_demand.m_missing == 0) {
+    const bool isMissing = (p_lane.m_demand.m_missing & p_lane.m_coder.getUsed(p_atRest, p_now)) != 0;
+    if (!isFresh && p_lane.m_isExact && !isMissing) {
         return false;
     }
     // Waiting viewers are looked at again when the next key frame may be made.
-    p_wait = std::min<uint64_t>(p_wait, p_lane.m_demand.m_missing != 0 ? REST : LONGEST_SLEEP);
+    p_wait = std::min<uint64_t>(p_wait, isMissing ? REST : LONGEST_SLEEP);
     if (isFresh && p_now < p_lane.m_nextTime) {
         p_wait = std::min(p_wait, p_lane.m_nextTime - p_now);
         return false;
@@ -236,29 +236,22 @@ void PictureLoop::encode(unsigned p_index, Lane& p_lane, bool p_atRest) {
     // The rate is kept on the average: a picture that came late does not put off the next one.
     const uint64_t interval = getInterval(p_index);
     p_lane.m_nextTime = std::max(p_lane.m_nextTime + interval, m_captureTime + interval / 2);
-    CodedPicture coded = p_lane.m_coder.encode(source, p_lane.m_demand.m_missing, p_atRest, start);
-    if (!coded.m_packet) {
+    std::vector<CodedPart> parts = p_lane.m_coder.encode(source, p_lane.m_demand.m_missing, p_atRest, start);
+    if (parts.empty()) {
         return;
     }
     const bool canBeExact = (p_lane.m_demand.m_allowed & m_codecs.getCodecs() & codecBit(LiveCodec::BLOCKS)) != 0;
     p_lane.m_generation = m_generation;
-    p_lane.m_isExact = coded.m_exact || !canBeExact;
+    p_lane.m_isExact = parts.front().m_exact || !canBeExact;
     auto frame = std::make_shared<LiveFrame>();
     frame->m_lane = p_index;
     frame->m_stream = LiveStream{m_picture->m_width,   m_picture->m_height,    source.getWidth(), source.getHeight(),
                                  m_codecs.getCodecs(), m_codecs.isFullRange(), m_codecs.isBt709()};
-    LiveFrameHead& head = frame->m_head;
-    head.m_sequence = ++p_lane.m_sequence;
-    head.m_codec = coded.m_codec;
-    head.m_flags = uint8_t((coded.m_key ? LiveFrameHead::KEY : 0) | (coded.m_exact ? LiveFrameHead::EXACT : 0) |
-                           LiveFrameHead::LAST);
-    head.m_width = uint16_t(source.getWidth());
-    head.m_height = uint16_t(source.getHeight());
-    head.m_captureTime = m_captureTime;
-    head.m_captureMicros = m_captureMicros;
+    frame->m_head.m_captureTime = m_captureTime;
+    frame->m_head.m_captureMicros = m_captureMicros;
     frame->m_readyTime = getLiveTime();
-    head.m_encodeMicros = uint32_t(frame->m_readyTime - start);
-    frame->m_packet = std::move(coded.m_packet);
+    frame->m_head.m_encodeMicros = uint32_t(frame->m_readyTime - start);
+    frame->m_parts = std::move(parts);
     {
         const std::lock_guard lock(m_mutex);
         m_demands[p_index].m_wanted = false;

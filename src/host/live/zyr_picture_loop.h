@@ -22,11 +22,9 @@ class FramePicture;
 struct LiveFrame {
     unsigned m_lane = 0;
     LiveStream m_stream;
-    LiveFrameHead m_head; ///< Without the time in the queue.
-    Ref<IPackedFrameData> m_packet;
+    LiveFrameHead m_head; ///< What its parts have in common; without the time in the queue.
+    std::vector<CodedPart> m_parts;
     uint64_t m_readyTime = 0;
-
-    bool isKey() const { return (m_head.m_flags & LiveFrameHead::KEY) != 0; }
 };
 
 /// What a lane's viewers want. One picture is made for it; then it has to be told anew.

@@ -32,15 +32,11 @@ public:
         if (!m_packetPath.empty()) {
             keep(p_frame);
         }
-        if (m_pictures && p_frame.m_image != nullptr) {
-            const IImage& image = *p_frame.m_image;
-            const ShownPicture shown{nullptr,
-                                     static_cast<const uint8_t*>(image.getData()),
-                                     uint32_t(image.getPitch()),
-                                     image.getWidth(),
-                                     image.getHeight(),
-                                     false};
-            m_pictures->write(shown, m_count++);
+        const CanvasView& canvas = p_frame.m_canvas;
+        if (m_pictures && canvas.m_pixels != nullptr) {
+            m_pictures->write(
+                ShownPicture{nullptr, canvas.m_pixels, canvas.m_pitch, canvas.m_width, canvas.m_height, false},
+                m_count++);
         }
     }
 
@@ -141,8 +137,8 @@ int runView(const ViewOptions& p_options) {
     LiveClientListener listener;
     listener.m_onFrame = [&](const ShownFrame& p_frame) {
         recorder.take(p_frame);
-        if (window && p_frame.m_image != nullptr) {
-            window->show(p_frame.m_stream, *p_frame.m_image);
+        if (window && p_frame.m_canvas.m_pixels != nullptr) {
+            window->show(p_frame.m_stream, p_frame.m_canvas);
         }
         report.note(p_frame, getLiveTime());
     };

@@ -102,17 +102,16 @@ void ViewWindow::fit(uint32_t p_width, uint32_t p_height) {
     xcb_configure_window(c, m_window, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, values);
 }
 
-void ViewWindow::show(const LiveStream& p_stream, const IImage& p_image) {
+void ViewWindow::show(const LiveStream& p_stream, const CanvasView& p_canvas) {
     if (m_segment == XCB_NONE || p_stream.m_width != m_width || p_stream.m_height != m_height) {
         fit(p_stream.m_width, p_stream.m_height);
     }
-    const auto* const source = static_cast<const uint8_t*>(p_image.getData());
-    const int pitch = int(p_image.getPitch());
-    if (p_image.getWidth() == m_width && p_image.getHeight() == m_height) {
-        libyuv::ABGRToARGB(source, pitch, m_pixels, int(m_width) * 4, int(m_width), int(m_height));
+    const int pitch = int(p_canvas.m_pitch);
+    if (p_canvas.m_width == m_width && p_canvas.m_height == m_height) {
+        libyuv::ABGRToARGB(p_canvas.m_pixels, pitch, m_pixels, int(m_width) * 4, int(m_width), int(m_height));
     } else {
-        libyuv::ARGBScale(source, pitch, int(p_image.getWidth()), int(p_image.getHeight()), m_pixels, int(m_width) * 4,
-                          int(m_width), int(m_height), libyuv::kFilterBilinear);
+        libyuv::ARGBScale(p_canvas.m_pixels, pitch, int(p_canvas.m_width), int(p_canvas.m_height), m_pixels,
+                          int(m_width) * 4, int(m_width), int(m_height), libyuv::kFilterBilinear);
         libyuv::ABGRToARGB(m_pixels, int(m_width) * 4, m_pixels, int(m_width) * 4, int(m_width), int(m_height));
     }
     draw();

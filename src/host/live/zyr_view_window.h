@@ -21,7 +21,7 @@ public:
     int getDescriptor() const { return m_connection.getDescriptor(); }
 
     /// Shows a picture, in the screen's true size.
-    void show(const LiveStream& p_stream, const IImage& p_image);
+    void show(const LiveStream& p_stream, const CanvasView& p_canvas);
 
     /// Hands what was done in the window on to the server. False once the window was closed.
     bool update(LiveClient& p_client);

@@ -51,38 +51,64 @@ bool ViewerLink::hasCredit(uint64_t p_interval) const {
     return m_state == State::VIEWING && m_window.hasCredit(p_interval);
 }
 
+bool ViewerLink::canDecode(const CodedPart& p_part) const {
+    const uint8_t codec = codecBit(p_part.m_codec);
+    return (m_codecs & codec) != 0 && (p_part.m_key || (m_standing & codec) != 0);
+}
+
 void ViewerLink::sendFrame(const std::shared_ptr<LiveFrame>& p_frame, uint64_t p_interval, uint64_t p_now) {
-    const uint8_t codec = codecBit(p_frame->m_head.m_codec);
-    const bool canDecode = (m_codecs & codec) != 0 && (p_frame->isKey() || (m_standing & codec) != 0);
-    if (m_state != State::VIEWING || !canDecode || !m_window.hasCredit(p_interval)) {
-        // Without this frame, later ones of its codec cannot be decoded.
-        m_standing &= uint8_t(~codec);
-        m_dropped += m_state == State::VIEWING ? 1 : 0;
-        return;
+    const std::vector<CodedPart>& parts = p_frame->m_parts;
+    const CodedPart* last = nullptr;
+    if (hasCredit(p_interval)) {
+        for (const CodedPart& part : parts) {
+            last = canDecode(part) ? &part : last;
+        }
+        // A region without what is around it is no picture.
+        last = canDecode(parts.front()) ? last : nullptr;
     }
-    if (m_stream != p_frame->m_stream) {
+    if (last != nullptr && m_stream != p_frame->m_stream) {
         m_stream = p_frame->m_stream;
         send(LiveMessage::STREAM, m_stream.write());
     }
-    LiveFrameHead head = p_frame->m_head;
-    head.m_sequence = m_sequence + 1;
-    head.m_queueMicros = uint32_t(p_now - p_frame->m_readyTime);
-    const std::vector<uint8_t> bytes = head.write();
-    const Array<uint8_t>& packet = *p_frame->m_packet->getPackedData();
-    if (!m_transport->sendMessage(uint32_t(LiveMessage::FRAME), uint32_t(bytes.size()), bytes.data(), packet.getSize(),
-                                  packet.getData(), 1)) {
-        m_standing &= uint8_t(~codec);
-        m_dropped++;
+    bool isWhole = last != nullptr;
+    for (const CodedPart& part : parts) {
+        const bool isSent = isWhole && canDecode(part) && sendPart(p_frame, part, &part == last, p_now);
+        // Without this one, later ones of its codec cannot be decoded.
+        m_standing = uint8_t(isSent ? m_standing | codecBit(part.m_codec) : m_standing & ~codecBit(part.m_codec));
+        isWhole = isWhole && (isSent || &part > last);
+    }
+    if (!isWhole) {
+        m_dropped += m_state == State::VIEWING ? 1 : 0;
         return;
     }
-    m_sequence++;
     m_frames++;
-    m_standing |= codec;
     m_window.noteSent(m_sequence, p_now);
+}
+
+bool ViewerLink::sendPart(const std::shared_ptr<LiveFrame>& p_frame, const CodedPart& p_part, bool p_isLast,
+                          uint64_t p_now) {
+    LiveFrameHead head = p_frame->m_head;
+    head.m_sequence = m_sequence + 1;
+    head.m_codec = p_part.m_codec;
+    head.m_flags = uint8_t((p_part.m_key ? LiveFrameHead::KEY : 0) | (p_part.m_exact ? LiveFrameHead::EXACT : 0) |
+                           (p_isLast ? LiveFrameHead::LAST : 0));
+    head.m_x = uint16_t(p_part.m_area.m_x);
+    head.m_y = uint16_t(p_part.m_area.m_y);
+    head.m_width = uint16_t(p_part.m_area.m_width);
+    head.m_height = uint16_t(p_part.m_area.m_height);
+    head.m_queueMicros = uint32_t(p_now - p_frame->m_readyTime);
+    const std::vector<uint8_t> bytes = head.write();
+    const Array<uint8_t>& packet = *p_part.m_packet->getPackedData();
+    if (!m_transport->sendMessage(uint32_t(LiveMessage::FRAME), uint32_t(bytes.size()), bytes.data(), packet.getSize(),
+                                  packet.getData(), 1)) {
+        return false;
+    }
+    m_sequence++;
     const TransportState& state = m_socket->getState();
     if (state.m_lastSentID != state.m_lastTakenID) {
         m_borrowed.push_back({state.m_lastTakenID, p_frame});
     }
+    return true;
 }
 
 bool ViewerLink::noteDrawn(const LiveAcknowledge& p_acknowledge, uint64_t p_now) {

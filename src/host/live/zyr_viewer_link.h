@@ -39,7 +39,7 @@ public:
     bool send(LiveMessage p_type, const std::vector<uint8_t>& p_head, const void* p_payload = nullptr,
               size_t p_size = 0);
 
-    /// Sends a frame, or notes that it was left out because the viewer has no room or cannot decode it.
+    /// Sends what the viewer can decode of a picture, or notes that it was left out for want of room.
     void sendFrame(const std::shared_ptr<LiveFrame>& p_frame, uint64_t p_interval, uint64_t p_now);
 
     /// The viewer has drawn a frame. False when that cannot be.
@@ -73,6 +73,9 @@ public:
     bool m_wantsClipboard = false;
 
 private:
+    bool canDecode(const CodedPart& p_part) const;
+    bool sendPart(const std::shared_ptr<LiveFrame>& p_frame, const CodedPart& p_part, bool p_isLast, uint64_t p_now);
+
     uint32_t m_id;
     Ref<Socket> m_socket;
     Ref<IServerTransport> m_transport;

@@ -15,7 +15,7 @@ import websockets
 
 import browser
 from live_client import (ACKNOWLEDGE, CLIPBOARD, CLIPBOARD_GET, CLIPBOARD_SET, CONTROL_STATE, FRAME, HELLO, HOST, NEED_KEY, POINTER,
-                         POINTER_AT, REFUSED, STREAM, WELCOME, Screen, Server, Viewer, hello, insecure)
+                         POINTER_AT, REFUSED, STREAM, WELCOME, EXACT, KEY_FRAME, LAST, Screen, Server, Viewer, hello, insecure)
 
 MOVING = "generate:320x240@30:3000"
 CHECKS = {}
@@ -149,6 +149,24 @@ async def a_silent_viewer_gets_no_more_than_its_window():
 
 
 @check
+async def a_film_goes_by_vp9_beside_blocks():
+    async with Server("--demo", environment={"DISPLAY": ""}) as server, Viewer(server) as viewer:
+        await viewer.join()
+        while viewer.area != [1008, 576, 256, 128]:
+            await viewer.until(FRAME)
+        # Blocks come first and are no longer exact; with the film's packet the picture is complete.
+        (codec, flags, _), (film, film_flags, _) = viewer.frames[-2:]
+        assert (codec, flags & ~KEY_FRAME) == (0, 0), viewer.frames[-2:]
+        assert (film, film_flags) == (1, KEY_FRAME | LAST), viewer.frames[-2:]
+        # Whoever knows no VP9 gets all by blocks, and then all do.
+        async with Viewer(server) as other:
+            await other.join(codecs=1)
+            while len(other.frames) < 5:
+                await other.until(FRAME)
+            assert all(codec == 0 and flags & EXACT for codec, flags, _ in other.frames), other.frames
+
+
+@check
 async def viewers_that_join_together_share_key_frames():
     async with Server(MOVING) as server:
         viewers = [Viewer(server) for _ in range(10)]
@@ -265,6 +283,24 @@ async def a_browser_shows_the_screen_and_reloads():
         assert await chromium.evaluate("location.hash") == ""
         await chromium.call("Page.reload")
         await chromium.until("Number(document.documentElement.dataset.frames) > 10", "frames after a reload")
+        assert not chromium.messages, chromium.messages
+
+
+@check
+async def a_browser_puts_a_film_among_the_blocks():
+    async with Server("--demo", environment={"DISPLAY": ""}) as server, browser.Browser() as chromium:
+        await chromium.open(server.address)
+        await chromium.until("Number(document.documentElement.dataset.frames) > 0", "a frame")
+        await chromium.evaluate("document.getElementById('figures').click()")
+        await chromium.until("document.getElementById('overlay').textContent.includes('blocks, vp9 in 256x128 at 1008,576')",
+                             "a region")
+        pixels = ("((x, y) => Array.from(document.getElementById('screen').getContext('2d').getImageData(x, y, 1, 1).data)"
+                  ".join())")
+        # The film's neighbours are as they were painted, on all four sides.
+        for x, y in ((1007, 640), (1264, 640), (1100, 575), (1100, 704)):
+            assert await chromium.evaluate(f"{pixels}({x}, {y})") == "32,48,64,255", (x, y)
+        first = await chromium.evaluate(f"{pixels}(1100, 640)")
+        await chromium.until(f"{pixels}(1100, 640) !== '{first}'", "another picture of the film")
         assert not chromium.messages, chromium.messages
 
 

@@ -12,6 +12,7 @@ import websockets
 MAGIC = 0x4D72797A
 HELLO, ACKNOWLEDGE, NEED_KEY, POINTER, WHEEL, KEY, RELEASE_ALL, CLIPBOARD_SET, CLIPBOARD_GET, CONTROL, PING = range(1, 12)
 WELCOME, STREAM, FRAME, CURSOR, POINTER_AT, CLIPBOARD, CONTROL_STATE, PONG, STATISTICS, REFUSED = range(64, 74)
+KEY_FRAME, EXACT, LAST = 1, 2, 4
 HOST = os.environ["ZYR_HOST_PROGRAM"]
 
 
@@ -97,6 +98,7 @@ class Viewer:
         self.server = server
         self.origin = origin or server.page.rstrip("/")
         self.frames = []
+        self.area = None
 
     async def __aenter__(self):
         scheme = "wss" if self.server.page.startswith("https") else "ws"
@@ -122,9 +124,9 @@ class Viewer:
         while True:
             kind, head, payload = await self.receive()
             if kind == FRAME:
-                sequence, codec, flags = struct.unpack_from("<IBB", head)
+                sequence, codec, flags, *self.area = struct.unpack_from("<IBBHHHH", head)
                 self.frames.append((codec, flags, len(payload)))
-                if acknowledge:
+                if acknowledge and flags & LAST:
                     await self.send(ACKNOWLEDGE, struct.pack("<III", sequence, 0, 0))
             if kind == wanted:
                 return head, payload

@@ -1,4 +1,3 @@
-#include "host/live/zyr_codec_choice.h"
 #include "host/live/zyr_credit_window.h"
 #include "host/live/zyr_viewer_pace.h"
 
@@ -26,12 +25,6 @@ uint64_t passUntil(ViewerPace& p_pace, unsigned p_lane, bool p_isCongested, uint
         p_pace.notePicture(!p_isCongested, p_isCongested ? 400'000 : 0, 20'000, p_time);
     }
     return p_time - start;
-}
-
-void passFrames(CodecChoice& p_choice, unsigned p_count, LiveCodec p_codec, uint64_t p_bytes, uint64_t& p_time) {
-    for (unsigned i = 0; i < p_count; i++, p_time += INTERVAL) {
-        p_choice.noteFrame(p_codec, false, p_bytes, 100'000, p_time);
-    }
 }
 
 } // namespace
@@ -131,54 +124,6 @@ TEST(ViewerPace, TakesAStoppedViewerForNoSlowOne) {
         EXPECT_FALSE(pace.notePicture(false, 2 * SECOND, 20'000, time));
     }
     EXPECT_EQ(pace.getLane(), 0u);
-}
-
-TEST(CodecChoice, BeginsWithBlocks) {
-    EXPECT_EQ(CodecChoice(3).choose(false), LiveCodec::BLOCKS);
-}
-
-TEST(CodecChoice, IsBoundToTheOnlyCodec) {
-    CodecChoice video(codecBit(LiveCodec::VP9));
-    EXPECT_EQ(video.choose(false), LiveCodec::VP9);
-    EXPECT_EQ(video.choose(true), LiveCodec::VP9);
-    CodecChoice blocks(codecBit(LiveCodec::BLOCKS));
-    uint64_t time = SECOND;
-    passFrames(blocks, 60, LiveCodec::BLOCKS, 200'000, time);
-    EXPECT_EQ(blocks.choose(false), LiveCodec::BLOCKS);
-}
-
-TEST(CodecChoice, GoesToVp9WhenExpensiveFramesGoOn) {
-    CodecChoice choice(3);
-    uint64_t time = SECOND;
-    passFrames(choice, 5, LiveCodec::BLOCKS, 200'000, time);
-    EXPECT_EQ(choice.choose(false), LiveCodec::BLOCKS);
-    passFrames(choice, 10, LiveCodec::BLOCKS, 200'000, time);
-    EXPECT_EQ(choice.choose(false), LiveCodec::VP9);
-}
-
-TEST(CodecChoice, StaysWithBlocksForFramesOfFewColors) {
-    CodecChoice choice(3);
-    uint64_t time = SECOND;
-    passFrames(choice, 60, LiveCodec::BLOCKS, 30'000, time);
-    EXPECT_EQ(choice.choose(false), LiveCodec::BLOCKS);
-}
-
-TEST(CodecChoice, TakesBlocksAtRest) {
-    CodecChoice choice(3);
-    uint64_t time = SECOND;
-    passFrames(choice, 20, LiveCodec::BLOCKS, 200'000, time);
-    EXPECT_EQ(choice.choose(true), LiveCodec::BLOCKS);
-    EXPECT_EQ(choice.choose(false), LiveCodec::VP9);
-}
-
-TEST(CodecChoice, ComesBackWhenVp9HasLittleToDo) {
-    CodecChoice choice(3);
-    uint64_t time = SECOND;
-    passFrames(choice, 20, LiveCodec::BLOCKS, 200'000, time);
-    passFrames(choice, 60, LiveCodec::VP9, 20'000, time);
-    ASSERT_EQ(choice.choose(false), LiveCodec::VP9);
-    passFrames(choice, 40, LiveCodec::VP9, 500, time);
-    EXPECT_EQ(choice.choose(false), LiveCodec::BLOCKS);
 }
 
 } // namespace zyr::host

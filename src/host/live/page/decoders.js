@@ -26,9 +26,10 @@ export class Screen {
         this.onBroken = onBroken;
         this.stream = null;
         this.blocks = new BlocksDecoder();
-        this.video = null;
         this.resizeAt = null; // The frame behind which the canvas takes its new size.
-        this.shown = null;    // The pixels that the canvas shows, when they are the decoder of blocks'.
+        this.shown = null;    // The pixels that the canvas shows around the video, when they are the decoder of blocks'.
+        this.video = null;
+        this.videoArea = null; // What of the canvas shows the video's picture.
         this.waiting = [];  // Frames whose turn has not come: [{frame, picture}], the picture null until it is decoded.
         this.needsKey = [true, true];
     }
@@ -38,6 +39,7 @@ export class Screen {
         this.blocks = new BlocksDecoder();
         this.waiting = [];
         this.shown = null;
+        this.videoArea = null;
         this.needsKey = [true, true];
         if (this.resizeAt !== null) this.resize();
     }
@@ -55,6 +57,7 @@ export class Screen {
     resize() {
         this.resizeAt = null;
         this.shown = null;
+        this.videoArea = null;
         this.canvas.width = this.stream.codedWidth;
         this.canvas.height = this.stream.codedHeight;
         this.canvas.dispatchEvent(new Event('resize'));
@@ -145,14 +148,22 @@ export class Screen {
     }
 
     draw(entry) {
-        const { frame, picture, packet } = entry;
-        if (frame.codec === Codec.VP9) {
-            // Odd sizes come padded to even ones: only the true size counts.
-            this.context.drawImage(picture, 0, 0, frame.width, frame.height, frame.x, frame.y, frame.width, frame.height);
-            picture.close();
-            this.shown = null;
-            return;
-        }
+        if (entry.frame.codec === Codec.VP9) this.drawVideo(entry);
+        else this.drawBlocks(entry);
+    }
+
+    drawVideo({ frame, picture }) {
+        const { x, y, width, height } = frame;
+        const old = this.videoArea;
+        if (old && this.shown && !covers(frame, old)) this.putBlocks([old]);
+        // Odd sizes come padded to even ones: only the true size counts.
+        this.context.drawImage(picture, 0, 0, width, height, x, y, width, height);
+        picture.close();
+        this.videoArea = { x, y, width, height };
+    }
+
+    drawBlocks(entry) {
+        const { frame, packet } = entry;
         try {
             this.blocks.decode(packet);
         } catch (error) {
@@ -160,16 +171,39 @@ export class Screen {
             return;
         }
         entry.decodedTime = performance.now();
+        // An exact picture has no video in it; until it comes, the video lies over the blocks.
+        const over = frame.flags & Flag.EXACT ? null : this.videoArea;
+        const isFresh = this.shown !== this.blocks.pixels || (over === null && this.videoArea !== null);
+        this.shown = this.blocks.pixels;
+        this.videoArea = over;
+        // Where the canvas shows the decoder's last picture, only what has changed is put there.
+        const all = { x: 0, y: 0, width: this.blocks.width, height: this.blocks.height };
+        const areas = isFresh ? [all] : this.blocks.changed;
+        this.putBlocks(over ? areas.flatMap((area) => subtract(area, over)) : areas);
+    }
+
+    putBlocks(areas) {
         const { pixels, width, height } = this.blocks;
         const image = new ImageData(pixels, width, height);
-        // Where the canvas shows the decoder's last picture, only what has changed is put there.
-        if (this.shown === pixels) {
-            for (const area of this.blocks.changed) {
-                this.context.putImageData(image, frame.x, frame.y, area.x, area.y, area.width, area.height);
-            }
-        } else {
-            this.context.putImageData(image, frame.x, frame.y);
-        }
-        this.shown = pixels;
+        for (const area of areas) this.context.putImageData(image, 0, 0, area.x, area.y, area.width, area.height);
     }
+}
+
+function covers(area, other) {
+    return area.x <= other.x && area.y <= other.y && area.x + area.width >= other.x + other.width &&
+        area.y + area.height >= other.y + other.height;
+}
+
+// What of an area lies outside of another one.
+export function subtract(area, other) {
+    const right = area.x + area.width, bottom = area.y + area.height;
+    const left = Math.max(area.x, other.x), top = Math.max(area.y, other.y);
+    const end = Math.min(right, other.x + other.width), low = Math.min(bottom, other.y + other.height);
+    if (left >= end || top >= low) return [area];
+    return [
+        { x: area.x, y: area.y, width: area.width, height: top - area.y },
+        { x: area.x, y: low, width: area.width, height: bottom - low },
+        { x: area.x, y: top, width: left - area.x, height: low - top },
+        { x: end, y: top, width: right - end, height: low - top },
+    ].filter((part) => part.width > 0 && part.height > 0);
 }

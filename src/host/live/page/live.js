@@ -295,9 +295,11 @@ function showFigures() {
     const { figures, statistics, stream, last } = state;
     if (byId('overlay').hidden || !statistics || !stream || !last) return;
     const ms = (value) => `${value.toFixed(1)} ms`;
-    const exact = last.flags & Flag.EXACT ? ', exact' : '';
+    const isRegion = last.width < stream.codedWidth || last.height < stream.codedHeight;
+    const codec = isRegion ? `blocks, ${CODEC_NAMES[last.codec]} in ${last.width}x${last.height} at ${last.x},${last.y}`
+        : CODEC_NAMES[last.codec] + (last.flags & Flag.EXACT ? ', exact' : '');
     byId('overlay').textContent = [
-        `${statistics.fps.toFixed(1)} fps   ${(statistics.kilobits / 8).toFixed(0)} kB/s   ${CODEC_NAMES[last.codec]}${exact}`,
+        `${statistics.fps.toFixed(1)} fps   ${(statistics.kilobits / 8).toFixed(0)} kB/s   ${codec}`,
         `${stream.width}x${stream.height} in ${stream.codedWidth}x${stream.codedHeight}   lane ${statistics.lane}`,
         `capture ${ms(figures.capture)}  encode ${ms(figures.encode)}  queue ${ms(figures.queue)}`,
         `network ${ms(state.roundTrip / 2)}  decode ${ms(figures.decode)}  draw ${ms(figures.draw)}`,

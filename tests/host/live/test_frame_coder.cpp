@@ -1,0 +1,243 @@
+// Pictures through the real codecs, as a lane's viewers get them.
+#include "host/live/zyr_frame_coder.h"
+#include "host/live/zyr_live_canvas.h"
+#include "host/zyr_framework.h"
+#include "support/zyr_temporary_directory.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+namespace zyr::host {
+
+namespace {
+
+constexpr uint32_t WIDTH = 400;
+constexpr uint32_t HEIGHT = 300;
+constexpr PictureArea FILM{128, 64, 160, 144};
+constexpr uint64_t INTERVAL = 33'333;
+constexpr uint8_t BLOCKS = codecBit(LiveCodec::BLOCKS);
+constexpr uint8_t VP9 = codecBit(LiveCodec::VP9);
+
+/// Lives until the process ends, as the application data does.
+Framework& getFramework() {
+    static TemporaryDirectory logs;
+    static Framework* const framework = [] {
+        FrameworkOptions options;
+        options.m_moduleDirectory = ZYR_MODULE_DIRECTORY;
+        options.m_logDirectory = logs.getPath();
+        options.m_logLevel = ZYR_LOG_LEVEL_WARN;
+        return new Framework(options);
+    }();
+    return *framework;
+}
+
+class FrameCoderTest : public testing::Test {
+protected:
+    FrameCoderTest() {
+        m_picture.resize(WIDTH, HEIGHT);
+        for (uint32_t y = 0; y < HEIGHT; y++) {
+            for (uint32_t x = 0; x < WIDTH; x++) {
+                set(x, y, x / 40 % 2 == 0 ? 0x303030 : 0x20406080);
+            }
+        }
+    }
+
+    void set(uint32_t p_x, uint32_t p_y, uint32_t p_pixel) {
+        const uint32_t pixel = p_pixel | 0xFF000000;
+        memcpy(m_picture.getPixels() + size_t{p_y} * m_picture.m_pitch + size_t{p_x} * 4, &pixel, sizeof(pixel));
+    }
+
+    void paintFilm() {
+        m_step++;
+        for (uint32_t y = FILM.m_y; y < FILM.m_y + FILM.m_height; y++) {
+            for (uint32_t x = FILM.m_x; x < FILM.m_x + FILM.m_width; x++) {
+                m_noise = m_noise * 1664525u + 1013904223u;
+                const uint32_t red = (x + m_step * 3) % 200 + (m_noise >> 28);
+                const uint32_t green = (y + m_step * 2) % 200 + (m_noise >> 24 & 15);
+                set(x, y, red << 16 | green << 8 | (m_noise >> 26));
+            }
+        }
+    }
+
+    std::vector<CodedPart> encode(uint8_t p_missing = 0, bool p_atRest = false) {
+        m_time += INTERVAL;
+        std::vector<CodedPart> parts = m_coder.encode(m_picture.getFrame(), p_missing, p_atRest, m_time);
+        for (const CodedPart& part : parts) {
+            show(part);
+        }
+        return parts;
+    }
+
+    /// What a viewer does with a packet.
+    void show(const CodedPart& p_part) {
+        Ref<IFrameDecoderContext>& decoder = m_decoders[size_t(p_part.m_codec)];
+        if (p_part.m_key) {
+            decoder = m_codecs.createDecoder(p_part.m_codec);
+        }
+        LiveFrameHead head;
+        head.m_codec = p_part.m_codec;
+        head.m_flags = p_part.m_exact ? LiveFrameHead::EXACT : 0;
+        head.m_x = uint16_t(p_part.m_area.m_x);
+        head.m_y = uint16_t(p_part.m_area.m_y);
+        ASSERT_TRUE(decoder);
+        auto picture = Ref<IUnpackedFrameData>::adopt(decoder->decode(p_part.m_packet.get()));
+        ASSERT_TRUE(picture);
+        m_canvas.take(head, std::move(picture));
+    }
+
+    /// Films until a region goes by VP9.
+    std::vector<CodedPart> startFilm() {
+        for (unsigned i = 0; i < 30; i++) {
+            paintFilm();
+            std::vector<CodedPart> parts = encode();
+            if (parts.size() == 2) {
+                return parts;
+            }
+        }
+        return {};
+    }
+
+    /// Pixels of the viewer's picture that differ, inside the film or outside of it.
+    unsigned countDifferences(bool p_inFilm, int p_tolerance) {
+        const CanvasView canvas = m_canvas.compose({WIDTH, HEIGHT, WIDTH, HEIGHT, 3, false, false});
+        unsigned count = 0;
+        for (uint32_t y = 0; y < HEIGHT && canvas.m_pixels != nullptr; y++) {
+            for (uint32_t x = 0; x < WIDTH; x++) {
+                const bool isFilm =
+                    x >= FILM.m_x && x < FILM.m_x + FILM.m_width && y >= FILM.m_y && y < FILM.m_y + FILM.m_height;
+                const uint8_t* const shown = canvas.m_pixels + size_t{y} * canvas.m_pitch + size_t{x} * 4;
+                const uint8_t* const pixel = m_picture.getPixels() + size_t{y} * m_picture.m_pitch + size_t{x} * 4;
+                bool differs = false;
+                for (unsigned i = 0; i < 3; i++) {
+                    differs = differs || std::abs(int(shown[i]) - int(pixel[2 - i])) > p_tolerance;
+                }
+                count += isFilm == p_inFilm && differs ? 1 : 0;
+            }
+        }
+        return canvas.m_pixels == nullptr ? UINT32_MAX : count;
+    }
+
+    LiveCodecs m_codecs{getFramework(), "auto", 60};
+    FrameCoder m_coder{m_codecs};
+    FramePicture m_picture;
+    std::array<Ref<IFrameDecoderContext>, NUM_OF_LIVE_CODECS> m_decoders;
+    LiveCanvas m_canvas;
+    uint64_t m_time = 5'000'000;
+    uint32_t m_step = 0;
+    uint32_t m_noise = 1;
+};
+
+} // namespace
+
+TEST_F(FrameCoderTest, SendsStillsByBlocksAlone) {
+    const auto first = encode();
+    ASSERT_EQ(first.size(), 1u);
+    EXPECT_EQ(first[0].m_codec, LiveCodec::BLOCKS);
+    EXPECT_TRUE(first[0].m_key);
+    EXPECT_TRUE(first[0].m_exact);
+    EXPECT_EQ(first[0].m_area, (PictureArea{0, 0, WIDTH, HEIGHT}));
+    EXPECT_FALSE(encode()[0].m_key);
+    EXPECT_EQ(countDifferences(false, 0) + countDifferences(true, 0), 0u);
+}
+
+TEST_F(FrameCoderTest, SendsAFilmByVp9AndTheRestByBlocks) {
+    encode();
+    const auto parts = startFilm();
+    ASSERT_EQ(parts.size(), 2u);
+    EXPECT_EQ(parts[0].m_codec, LiveCodec::BLOCKS);
+    EXPECT_FALSE(parts[0].m_key);
+    EXPECT_FALSE(parts[0].m_exact);
+    EXPECT_EQ(parts[1].m_codec, LiveCodec::VP9);
+    EXPECT_TRUE(parts[1].m_key);
+    EXPECT_EQ(parts[1].m_area, FILM);
+    // While the film goes on, text beside it stays exact, and blocks carry nothing of the film.
+    for (unsigned i = 0; i < 10; i++) {
+        paintFilm();
+        set(5 + i, 5, 0xFFFFFF);
+        const auto more = encode();
+        ASSERT_EQ(more.size(), 2u);
+        EXPECT_LT(more[0].m_packet->getPackedData()->getSize(), 200u);
+        EXPECT_FALSE(more[1].m_key);
+    }
+    EXPECT_EQ(countDifferences(false, 0), 0u);
+    EXPECT_LT(countDifferences(true, 48), FILM.m_width * FILM.m_height / 20);
+}
+
+TEST_F(FrameCoderTest, SharpensTheFilmWhenItStops) {
+    encode();
+    ASSERT_EQ(startFilm().size(), 2u);
+    for (unsigned i = 0; i < 2; i++) {
+        set(5 + i, 5, 0xFFFFFF);
+        EXPECT_EQ(encode().size(), 2u);
+    }
+    EXPECT_GT(countDifferences(true, 0), 0u);
+    // Though something else changes, the film has stood still for long enough.
+    for (unsigned i = 0; i < 2; i++) {
+        set(9 + i, 5, 0xFFFFFF);
+        encode();
+    }
+    const auto parts = encode();
+    ASSERT_EQ(parts.size(), 1u);
+    EXPECT_TRUE(parts[0].m_exact);
+    EXPECT_EQ(countDifferences(false, 0) + countDifferences(true, 0), 0u);
+}
+
+TEST_F(FrameCoderTest, GoesOnWithAFilmWithoutAKeyFrame) {
+    encode();
+    ASSERT_EQ(startFilm().size(), 2u);
+    m_time += 120'000;
+    EXPECT_EQ(encode(0, true).size(), 1u);
+    EXPECT_EQ(countDifferences(true, 0), 0u);
+    paintFilm();
+    const auto parts = encode();
+    ASSERT_EQ(parts.size(), 2u);
+    EXPECT_FALSE(parts[1].m_key);
+    EXPECT_EQ(parts[1].m_area, FILM);
+    EXPECT_LT(countDifferences(true, 48), FILM.m_width * FILM.m_height / 20);
+}
+
+TEST_F(FrameCoderTest, MakesOneKeyFrameOfEachCodecInASecond) {
+    encode();
+    ASSERT_EQ(startFilm().size(), 2u);
+    unsigned blocksKeys = 0;
+    unsigned videoKeys = 0;
+    for (unsigned i = 0; i < 90; i++) {
+        paintFilm();
+        const uint64_t next = m_time + INTERVAL;
+        const bool isDue = m_coder.isKeyDue(BLOCKS | VP9, false, next);
+        const auto parts = encode(BLOCKS | VP9);
+        ASSERT_EQ(parts.size(), 2u);
+        EXPECT_EQ(isDue, parts[0].m_key || parts[1].m_key);
+        blocksKeys += parts[0].m_key ? 1 : 0;
+        videoKeys += parts[1].m_key ? 1 : 0;
+    }
+    EXPECT_EQ(videoKeys, 2u);
+    EXPECT_EQ(blocksKeys, 3u);
+    EXPECT_EQ(countDifferences(false, 0), 0u);
+}
+
+TEST_F(FrameCoderTest, LeavesVp9OutWhenAViewerDoesNotKnowIt) {
+    encode();
+    ASSERT_EQ(startFilm().size(), 2u);
+    m_coder.setAllowed(BLOCKS);
+    paintFilm();
+    const auto parts = encode();
+    ASSERT_EQ(parts.size(), 1u);
+    EXPECT_TRUE(parts[0].m_exact);
+    EXPECT_EQ(countDifferences(true, 0), 0u);
+}
+
+TEST_F(FrameCoderTest, TakesVp9ForAllWhenItIsTheOnlyOne) {
+    m_coder.setAllowed(VP9);
+    for (const bool atRest : {false, true}) {
+        const auto parts = encode(0, atRest);
+        ASSERT_EQ(parts.size(), 1u);
+        EXPECT_EQ(parts[0].m_codec, LiveCodec::VP9);
+        EXPECT_EQ(parts[0].m_area, (PictureArea{0, 0, WIDTH, HEIGHT}));
+        EXPECT_FALSE(parts[0].m_exact);
+    }
+    EXPECT_EQ(m_coder.getUsed(true, m_time), VP9);
+}
+
+} // namespace zyr::host
