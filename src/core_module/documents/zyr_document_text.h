@@ -15,6 +15,11 @@ public:
 
     size_t getRest() const { return static_cast<size_t>(m_end - m_current); }
     bool isAtEnd() const { return m_current == m_end; }
+    /// Whether the place is one of this text, its end included.
+    bool contains(const char* p_place) const {
+        return reinterpret_cast<uintptr_t>(p_place) >= reinterpret_cast<uintptr_t>(m_begin) &&
+               reinterpret_cast<uintptr_t>(p_place) <= reinterpret_cast<uintptr_t>(m_end);
+    }
     /// Whether the word stands at the place.
     bool isAt(const char* p_word) const;
     /// Steps over the word if it stands at the place.

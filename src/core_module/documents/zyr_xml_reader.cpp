@@ -125,7 +125,9 @@ bool XmlReader::readDeclaration(XmlElement& p_document) {
             return m_text.fail("Faulty XML declaration", begin);
         }
         if (next == 1 && !isWord(attribute.m_second, "utf-8") && !isWord(attribute.m_second, "us-ascii")) {
-            return m_text.fail("Encoding that is not UTF-8", attribute.m_second.getData());
+            // A value with references in it is a copy, and lies outside of the text.
+            const char* value = attribute.m_second.getData();
+            return m_text.fail("Encoding that is not UTF-8", m_text.contains(value) ? value : begin);
         }
         if ((next == 0 && !isVersion(attribute.m_second)) ||
             (next == 2 && attribute.m_second != "yes" && attribute.m_second != "no")) {

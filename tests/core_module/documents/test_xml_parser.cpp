@@ -142,6 +142,9 @@ TEST_F(XmlParserTest, ChecksTheDeclaration) {
     }
     EXPECT_EQ(getFault("<?xml version='1.0' encoding='latin1'?><a/>"),
               "1:31 Encoding that is not UTF-8: \"latin1'?><a/>\"");
+    // A value with a reference is not a piece of the text any more.
+    EXPECT_THAT(getFault("<?xml version='1.0' encoding='l&#97;tin1'?><a/>"),
+                testing::StartsWith("1:1 Encoding that is not UTF-8: \"<?xml version='1.0'"));
     EXPECT_TRUE(parse("<?xml-stylesheet href='x'?><a/>"));
     EXPECT_EQ(show(root("xml-stylesheet")->getContent()), "href='x'");
 }
