@@ -14,7 +14,8 @@ using testing::HasSubstr;
 class ObjectCheck : public ObjectFiles {
 protected:
     void convert(const std::string& p_from, const std::string& p_to) const {
-        ASSERT_EQ(run({"convert", getPath(p_from), getPath(p_to)}).m_exitCode, 0);
+        const ProgramRun result = run({"convert", getPath(p_from), getPath(p_to)});
+        ASSERT_EQ(result.m_exitCode, 0) << result.m_err;
     }
     /// The lines of a bad file, without its name.
     std::string check(const std::string& p_name) const {
