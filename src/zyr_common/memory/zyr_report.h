@@ -1,7 +1,7 @@
 /// How code reports: one macro per level, and the check of an invariant.
 ///
 /// The macros pass the module word of the target that is being compiled and the full signature of the caller, so they
-/// must stand in the function itself and not in a lambda or a helper.
+/// must stand in the function itself and not in a lambda or a helper. A target without a word reports as the library.
 #pragma once
 
 #include "zyr_common/zyr_types.h"
@@ -9,7 +9,7 @@
 #include <cstdlib>
 
 #ifndef ZYR_MODULE_WORD
-#error "The target must define ZYR_MODULE_WORD, the word under which its messages appear in the log"
+#define ZYR_MODULE_WORD "common"
 #endif
 
 namespace zyr {
