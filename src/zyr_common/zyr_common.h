@@ -133,6 +133,7 @@
 #include "zyr_common/serialization/zyr_record.h"
 #include "zyr_common/serialization/zyr_record_fields.h"
 #include "zyr_common/serialization/zyr_serializer.h"
+#include "zyr_common/serialization/zyr_single_objects.h"
 #include "zyr_common/settings/zyr_argument_text.h"
 #include "zyr_common/settings/zyr_setting_value.h"
 #include "zyr_common/settings/zyr_settings_handler.h"

@@ -4,6 +4,7 @@
 #include "zyr_common/formats/zyr_format_info.h"
 #include "zyr_common/memory/zyr_ref.h"
 #include "zyr_common/object/zyr_factories.h"
+#include "zyr_common/serialization/zyr_single_objects.h"
 
 namespace zyr::test {
 

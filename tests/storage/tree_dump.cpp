@@ -1,6 +1,7 @@
 #include "storage/tree_dump.h"
 
 #include "support/zyr_recording_serializer.h"
+#include "zyr_common/serialization/zyr_single_objects.h"
 
 #include <cstring>
 

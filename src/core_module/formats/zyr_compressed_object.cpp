@@ -5,6 +5,7 @@
 #include "zyr_common/implementation/zyr_implementation.h"
 #include "zyr_common/memory/zyr_permanent.h"
 #include "zyr_common/serialization/zyr_byte_stream.h"
+#include "zyr_common/serialization/zyr_single_objects.h"
 
 namespace zyr {
 

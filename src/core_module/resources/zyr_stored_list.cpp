@@ -1,6 +1,7 @@
 #include "core_module/resources/zyr_stored_list.h"
 
 #include "zyr_common/memory/zyr_report.h"
+#include "zyr_common/serialization/zyr_single_objects.h"
 
 #include <utility>
 

@@ -1,6 +1,6 @@
 #include "zyr_common/implementation/zyr_container_stream.h"
 
-#include "zyr_common/object/zyr_object.h"
+#include "zyr_common/serialization/zyr_single_objects.h"
 
 namespace zyr {
 

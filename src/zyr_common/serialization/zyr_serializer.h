@@ -29,8 +29,8 @@ enum HeaderFieldMarkerEnum : uint32_t {
 
 /// Writes fields into an output of some format.
 ///
-/// The functions that are no operations of the table write whole objects (see storage/). They exist for IObject,
-/// IDeferredFileObject and ICompressedObject.
+/// The functions that are no operations of the table write whole objects (see storage/). They are declared once more in
+/// zyr_single_objects.h, which those who call them include.
 class ISerializer : public IObject {
 public:
     /// Header pass: declares the class that will stand in the stream for the object, and a field of it. Null declares
@@ -155,8 +155,8 @@ ZYR_INTERFACE_TRAITS(Serializer, IObject, "4156bdfe-538f-4a31-af54-2a527f566795"
 /// remembers where the key was found last; access it atomically, since a site may run on several threads), and the
 /// value. A key that isn't there leaves the value as it is and is no failure. A String* that is read is the caller's.
 ///
-/// The functions that are no operations of the table read whole objects (see storage/). They exist for IObject,
-/// IDeferredFileObject and ICompressedObject.
+/// The functions that are no operations of the table read whole objects (see storage/). They are declared once more in
+/// zyr_single_objects.h, which those who call them include.
 class IDeserializer : public IObject {
 public:
     /// Reads the object under the name into a new one, which the caller releases, also where the result is false: then

@@ -1,7 +1,7 @@
 // The parts of ISerializer and IDeserializer that write and read the records in front of a saved object.
 #include "zyr_common/memory/zyr_permanent.h"
 #include "zyr_common/memory/zyr_report.h"
-#include "zyr_common/serialization/zyr_serializer.h"
+#include "zyr_common/serialization/zyr_single_objects.h"
 #include "zyr_common/storage/zyr_file_format_header.h"
 
 namespace zyr {

@@ -5,7 +5,7 @@
 #include "zyr_common/memory/zyr_permanent.h"
 #include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/object/zyr_factories.h"
-#include "zyr_common/serialization/zyr_serializer.h"
+#include "zyr_common/serialization/zyr_single_objects.h"
 #include "zyr_common/storage/zyr_file_format_header.h"
 #include "zyr_common/storage/zyr_load_nesting.h"
 #include "zyr_common/storage/zyr_load_save.h"

@@ -4,7 +4,7 @@
 #include "zyr_common/formats/zyr_format_info.h"
 #include "zyr_common/formats/zyr_stored_objects.h"
 #include "zyr_common/memory/zyr_memory.h"
-#include "zyr_common/serialization/zyr_serializer.h"
+#include "zyr_common/serialization/zyr_single_objects.h"
 #include "zyr_common/storage/zyr_load_nesting.h"
 #include "zyr_common/storage/zyr_load_save.h"
 #include "zyr_common/storage/zyr_stored_path.h"
@@ -37,7 +37,7 @@ String getBracedPart(const String& p_typeName) {
     return p_typeName.parseBracketsString('{', '}', nullptr);
 }
 
-template <class T> bool_t declareObject(ISerializer* p_serializer, T* p_object) {
+bool_t declareObject(ISerializer* p_serializer, IObject* p_object) {
     bool_t result = 1;
     return p_serializer->beginHeaderStructure(p_object->getClassName()) &&
            p_object->writeSerialized(p_serializer, 1, result) && p_serializer->endHeaderStructure();
@@ -74,7 +74,7 @@ bool_t compressObject(const ISerializer* p_serializer, IObject* p_object, ICompr
 }
 
 /// Creates the object that the entered one asks for; null if its class is not known.
-template <class T> T* createStoredObject(const IDeserializer* p_deserializer, const String& p_defaultTypeName) {
+IObject* createStoredObject(const IDeserializer* p_deserializer, const String& p_defaultTypeName) {
     IObject* object = nullptr;
     const String& typeName = p_deserializer->getCurrentObjectTypeName();
     const String& guidText = p_deserializer->getCurrentObjectGUIDText();
@@ -92,19 +92,20 @@ template <class T> T* createStoredObject(const IDeserializer* p_deserializer, co
     if (object == nullptr && !typeName.isEmpty()) {
         object = zyr_createObjectFromName(typeName);
     }
-    if (object != nullptr && !isA<IDeferredFileObject>(object) && !isA<ICompressedObject>(object) && !isA<T>(object)) {
+    if (object != nullptr && !isA<IDeferredFileObject>(object) && !isA<ICompressedObject>(object) &&
+        !isA<IObject>(object)) {
         object->release();
         object = nullptr;
     }
-    return static_cast<T*>(object);
+    return object;
 }
 
 /// Replaces a stand-in by the object in its file. Null on failure.
-template <class T> bool_t loadDeferredObject(const IDeserializer* p_deserializer, T** p_object) {
-    IDeferredFileObject* standIn = static_cast<IDeferredFileObject*>(static_cast<IObject*>(*p_object));
+bool_t loadDeferredObject(const IDeserializer* p_deserializer, IObject** p_object) {
+    IDeferredFileObject* standIn = static_cast<IDeferredFileObject*>(*p_object);
     const String path = zyr_resolvePath(standIn->getFilePath(), p_deserializer->getBaseDirectory());
     IObject* loaded = zyr_loadFromFile(path, String(), path.getDirectoryPath());
-    if (loaded != nullptr && !isA<T>(loaded)) {
+    if (loaded != nullptr && !isA<IObject>(loaded)) {
         loaded->release();
         loaded = nullptr;
     }
@@ -113,7 +114,7 @@ template <class T> bool_t loadDeferredObject(const IDeserializer* p_deserializer
         loaded->setDeferredFileReadOnly(standIn->isReadOnly());
     }
     standIn->release();
-    *p_object = static_cast<T*>(loaded);
+    *p_object = loaded;
     return loaded != nullptr;
 }
 
@@ -135,7 +136,7 @@ uint8_t* decompress(const ICompressedObject* p_standIn, const ICompressionInfo* 
 
 } // namespace
 
-template <class T> bool_t ISerializer::writeHeaderSingleObject(const String& p_name, T* p_object, bool_t& p_result) {
+template <> bool_t ISerializer::writeHeaderSingleObject(const String& p_name, IObject* p_object, bool_t& p_result) {
     p_result = 1;
     if (p_object != nullptr) {
         ICompressionInfo* info = p_object->getCompressionInfo(1);
@@ -162,7 +163,7 @@ template <class T> bool_t ISerializer::writeHeaderSingleObject(const String& p_n
     return p_result;
 }
 
-template <class T> bool_t ISerializer::writeSingleObject(const String& p_name, T* p_object) {
+template <> bool_t ISerializer::writeSingleObject(const String& p_name, IObject* p_object) {
     if (p_object == nullptr) {
         return writeNullObject(p_name);
     }
@@ -200,8 +201,8 @@ template <class T> bool_t ISerializer::writeSingleObject(const String& p_name, T
     return endObject() && result;
 }
 
-template <class T>
-bool_t IDeserializer::readSingleObject(const String& p_name, bool_t& p_found, T** p_object,
+template <>
+bool_t IDeserializer::readSingleObject(const String& p_name, bool_t& p_found, IObject** p_object,
                                        const String& p_defaultTypeName) {
     *p_object = nullptr;
     if (!enterObject(p_name, p_found)) {
@@ -210,13 +211,13 @@ bool_t IDeserializer::readSingleObject(const String& p_name, bool_t& p_found, T*
     if (!p_found) {
         return 1;
     }
-    T* object = createStoredObject<T>(this, p_defaultTypeName);
+    IObject* object = createStoredObject(this, p_defaultTypeName);
     if (object == nullptr && p_defaultTypeName.isEmpty()) {
         p_found = 0;
         return leaveObject();
     }
     if (object == nullptr) {
-        object = static_cast<T*>(zyr_createObjectFromName(p_defaultTypeName));
+        object = zyr_createObjectFromName(p_defaultTypeName);
         ZYR_ASSERT(object != NULL);
     }
     *p_object = object;
@@ -224,14 +225,14 @@ bool_t IDeserializer::readSingleObject(const String& p_name, bool_t& p_found, T*
     if (!leaveObject() || !done) {
         return 0;
     }
-    if (isA<IDeferredFileObject>(object) && !std::is_same_v<T, IDeferredFileObject>) {
+    if (isA<IDeferredFileObject>(object)) {
         p_found = loadDeferredObject(this, p_object);
         return p_found;
     }
-    if (!isA<ICompressedObject>(object) || std::is_same_v<T, ICompressedObject>) {
+    if (!isA<ICompressedObject>(object)) {
         return 1;
     }
-    ICompressedObject* standIn = static_cast<ICompressedObject*>(static_cast<IObject*>(object));
+    ICompressedObject* standIn = static_cast<ICompressedObject*>(object);
     *p_object = nullptr;
     p_found = 0;
     ICompressionInfo* info = standIn->getCompressionInfo(0);
@@ -251,7 +252,7 @@ bool_t IDeserializer::readSingleObject(const String& p_name, bool_t& p_found, T*
     bytes.bindFixedSizeData(data, size);
     IObject* loaded = zyr_loadFromData(bytes, getFormatWord(getClassName()), getBaseDirectory());
     zyr_free(data);
-    if (loaded != nullptr && !isA<T>(loaded)) {
+    if (loaded != nullptr && !isA<IObject>(loaded)) {
         loaded->release();
         loaded = nullptr;
     }
@@ -262,20 +263,9 @@ bool_t IDeserializer::readSingleObject(const String& p_name, bool_t& p_found, T*
         loaded->setCompressionInfo(info);
     }
     standIn->release();
-    *p_object = static_cast<T*>(loaded);
+    *p_object = loaded;
     p_found = loaded != nullptr;
     return p_found;
 }
-
-#define ZYR_STORED_CLASS(Class)                                                                                        \
-    template bool_t ISerializer::writeHeaderSingleObject<Class>(const String&, Class*, bool_t&);                       \
-    template bool_t ISerializer::writeSingleObject<Class>(const String&, Class*);                                      \
-    template bool_t IDeserializer::readSingleObject<Class>(const String&, bool_t&, Class**, const String&);
-
-ZYR_STORED_CLASS(IObject)
-ZYR_STORED_CLASS(IDeferredFileObject)
-ZYR_STORED_CLASS(ICompressedObject)
-
-#undef ZYR_STORED_CLASS
 
 } // namespace zyr

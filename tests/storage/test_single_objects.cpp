@@ -1,0 +1,97 @@
+// Objects in a stream that are held by pointers of their own class.
+#include "core_module/core_module_test.h"
+#include "zyr_common/memory/zyr_ref.h"
+#include "zyr_common/object/zyr_object_class.h"
+#include "zyr_common/object_containers/zyr_hash_map_of_objects.h"
+#include "zyr_common/object_containers/zyr_list_of_objects.h"
+#include "zyr_common/serialization/zyr_single_objects.h"
+
+namespace zyr {
+namespace {
+
+/// A class of this program, without an interface.
+class Leaf : public ObjectClass<Leaf, WObject> {
+public:
+    static constexpr const char* c_className = "Leaf";
+    static constexpr const char* c_classGUIDText = "10000000-0000-4000-8000-0000000000a1";
+
+    Leaf() { initObjectInterface(); }
+    void init_This() {}
+    void release_This() {}
+    void copy_This(const Leaf*) {}
+};
+
+class SingleObjects : public CoreModuleUpTest {
+protected:
+    void SetUp() override {
+        CoreModuleUpTest::SetUp();
+        m_serializer = Ref<IObject>::adopt(zyr_createObjectFromName("ZbfSerializer"));
+        m_deserializer = Ref<IObject>::adopt(zyr_createObjectFromName("ZbfDeserializer"));
+        ASSERT_TRUE(getSerializer()->initialize());
+    }
+    void TearDown() override {
+        m_serializer.clear();
+        m_deserializer.clear();
+    }
+    ISerializer* getSerializer() const { return static_cast<ISerializer*>(m_serializer.get()); }
+    IDeserializer* getDeserializer() const { return static_cast<IDeserializer*>(m_deserializer.get()); }
+
+    /// Writes the object twice, for the second to show that the first was left.
+    template <class T> void write(T* p_object) {
+        bool_t result = 0;
+        ASSERT_TRUE(getSerializer()->beginHeader());
+        EXPECT_TRUE(getSerializer()->writeHeaderSingleObject("first", p_object, result));
+        EXPECT_TRUE(result);
+        ASSERT_TRUE(getSerializer()->endHeader());
+        EXPECT_TRUE(getSerializer()->writeSingleObject("first", p_object));
+        EXPECT_TRUE(getSerializer()->writeSingleObject("second", p_object));
+        ASSERT_TRUE(getDeserializer()->initialize(getSerializer()->getData(), getSerializer()->getDataSize()));
+    }
+    template <class T> T* read(const char* p_name) {
+        bool_t found = 0;
+        T* object = nullptr;
+        EXPECT_TRUE(getDeserializer()->readSingleObject(p_name, found, &object, String::getConstEmpty()));
+        EXPECT_EQ(found, object != nullptr);
+        return object;
+    }
+
+    Ref<IObject> m_serializer;
+    Ref<IObject> m_deserializer;
+};
+
+TEST_F(SingleObjects, OfAnInterfaceComeBackAsSuch) {
+    const auto list = Ref<IListOfObjects>::adopt(zyr_createObject<IListOfObjects>());
+    list->pushBack(Ref<IObject>::adopt(zyr_createObject<IObject>()).get());
+    write(list.get());
+    const auto first = Ref<IListOfObjects>::adopt(read<IListOfObjects>("first"));
+    const auto second = Ref<IListOfObjects>::adopt(read<IListOfObjects>("second"));
+    ASSERT_TRUE(first && second);
+    EXPECT_EQ(second->getSize(), 1u);
+    EXPECT_EQ(second->getRefCount(), 0u);
+}
+
+TEST_F(SingleObjects, OfAClassOfThisProgramComeBackAsSuch) {
+    zyr_addObjectAllocator<Leaf>();
+    const auto leaf = Ref<Leaf>::adopt(new Leaf);
+    write(leaf.get());
+    EXPECT_TRUE(Ref<Leaf>::adopt(read<Leaf>("first")));
+}
+
+TEST_F(SingleObjects, OfAnotherClassAreReleasedAndNotFound) {
+    zyr_addObjectAllocator<Leaf>();
+    const auto map = Ref<IHashMapOfObjects<int32_t>>::adopt(zyr_createObject<IHashMapOfObjects<int32_t>>());
+    write(map.get());
+    EXPECT_EQ(read<IListOfObjects>("first"), nullptr);
+    EXPECT_EQ(read<Leaf>("first"), nullptr);
+    EXPECT_EQ(read<IHashMapOfObjects<uint32_t>>("first"), nullptr);
+    EXPECT_TRUE(Ref<IObject>::adopt(read<IHashMapOfObjects<int32_t>>("second")));
+}
+
+TEST_F(SingleObjects, ThatAreNotThereComeBackAsNull) {
+    write(static_cast<IListOfObjects*>(nullptr));
+    EXPECT_EQ(read<IListOfObjects>("first"), nullptr);
+    EXPECT_EQ(read<IListOfObjects>("missing"), nullptr);
+}
+
+} // namespace
+} // namespace zyr
