@@ -19,15 +19,7 @@ std::atomic<bool> failed{false};
 
 } // namespace
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-bool isHeapWatched() {
-    return false;
-}
-#else
-bool isHeapWatched() {
-    return true;
-}
-
+#ifdef ZYR_TEST_HEAP_WATCHED
 static void* note(void* p_block) {
     if (p_block != nullptr) {
         const size_t size = heapSize.fetch_add(malloc_usable_size(p_block)) + malloc_usable_size(p_block);
@@ -86,7 +78,7 @@ bool hasHeapFailed() {
 
 } // namespace zyr::test
 
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#ifdef ZYR_TEST_HEAP_WATCHED
 // The program's definitions come before the C library's for everything that is loaded; these are the C library's own
 // names for what they stand in front of.
 extern "C" {

@@ -1,13 +1,15 @@
 /// The C library's heap as all modules of a test program use it: how much is taken, and failures by count. Sanitizers
-/// bring a heap of their own: there nothing is counted and nothing fails. Link zyr_test_heap_watch.
+/// bring a heap of their own: there nothing is counted (all figures are 0), and a test that needs the count or a
+/// failing block is not built. Link zyr_test_heap_watch.
 #pragma once
 
 #include <cstddef>
 
-namespace zyr::test {
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#define ZYR_TEST_HEAP_WATCHED
+#endif
 
-/// Whether this program's heap is watched at all.
-bool isHeapWatched();
+namespace zyr::test {
 
 /// Bytes taken at the moment.
 size_t getHeapSize();
