@@ -5,6 +5,7 @@
 namespace zyr {
 
 void ArrayOfObjectsLevel::setItems(const IArrayOfObjects* p_src, bool_t p_share) {
+    ZYR_ASSERT(p_src != NULL);
     // The source may be this array.
     Array<IObject*> items;
     copyItems(items, p_src->getData(), p_src->getData() + p_src->getSize(), p_share);

@@ -14,6 +14,7 @@ class HashMultiMapOfObjectsLevel : public ContainerLevel<IHashMultiMapOfObjects<
 
 public:
     void setItems(const Interface* p_src, bool_t p_share) override {
+        ZYR_ASSERT(p_src != NULL);
         // The source may be this map.
         HashMultiMap<K, IObject*> items;
         this->copyItems(items, p_src->beginConst(), p_src->endConst(), p_share);
@@ -75,6 +76,7 @@ public:
     }
     /// The other map may be another module's, so the elements are exchanged through its operations.
     void swap(Interface* p_other) override {
+        ZYR_ASSERT(p_other != NULL);
         if (p_other->getTLIObject() == this->getTLIObject()) {
             return;
         }

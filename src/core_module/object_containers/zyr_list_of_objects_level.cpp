@@ -13,6 +13,7 @@ static bool_t checkListElement(const IObject* p_object) {
 }
 
 void ListOfObjectsLevel::setItems(const IListOfObjects* p_src, bool_t p_share) {
+    ZYR_ASSERT(p_src != NULL);
     // The source may be this list.
     List<IObject*> items;
     copyItems(items, p_src->beginConst(), p_src->endConst(), p_share);
@@ -67,6 +68,7 @@ void ListOfObjectsLevel::removeRange(iterator& p_first, iterator& p_last) {
 }
 
 void ListOfObjectsLevel::swap(IListOfObjects* p_other) {
+    ZYR_ASSERT(p_other != NULL);
     if (p_other->getTLIObject() == getTLIObject()) {
         return;
     }

@@ -14,6 +14,7 @@ class SortedMapOfObjectsLevel : public ContainerLevel<ISortedMapOfObjects<K>, So
 
 public:
     void setItems(const Interface* p_src, bool_t p_share) override {
+        ZYR_ASSERT(p_src != NULL);
         // The source may be this map.
         SortedMap<K, IObject*> items;
         this->copyItems(items, p_src->beginConst(), p_src->endConst(), p_share);

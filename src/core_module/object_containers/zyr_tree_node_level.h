@@ -16,6 +16,7 @@ public:
     ~TreeNodeLevel() override { TreeNodeLevel::release_This(); }
 
     void setItems(const Interface* p_src, bool_t p_share) override {
+        ZYR_ASSERT(p_src != NULL);
         // The source may be this node.
         Container items;
         const Container& nodes = p_src->getNodes();
