@@ -7,9 +7,11 @@
 #include "zyr_common/formats/zyr_stored_objects.h"
 #include "zyr_common/storage/zyr_load_save.h"
 
+#include <climits>
 #include <gmock/gmock.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace zyr {
 namespace {
@@ -269,6 +271,39 @@ TEST_F(LoadSaveTest, ASavedFileKeepsThePermissionsAndTheLinkOfTheOldOne) {
     ASSERT_EQ(lstat(path("a.json").c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777, 0640U);
     EXPECT_EQ(TemporaryDirectory::readFile(path("a.json")), save(info, "json"));
+    info->release();
+}
+
+TEST_F(LoadSaveTest, AFileInADirectoryThatMustNotBeChangedIsWrittenTo) {
+    constexpr uid_t nobody = 65534;
+    INativeFormatInfo* info = makeInfo("name");
+    m_directory.writeFile("a.json", "old");
+    struct stat old;
+    ASSERT_EQ(stat(path("a.json").c_str(), &old), 0);
+    const bool isRoot = geteuid() == 0;
+    ASSERT_EQ(chmod(m_directory.getPath().c_str(), 0555), 0);
+    if (isRoot) {
+        ASSERT_EQ(chown(path("a.json").c_str(), nobody, nobody), 0);
+        ASSERT_EQ(seteuid(nobody), 0);
+    }
+    const bool_t saved = zyr_saveToFile(info, path("a.json").c_str(), "", 1, "");
+    if (isRoot) {
+        ASSERT_EQ(seteuid(0), 0);
+    }
+    ASSERT_EQ(chmod(m_directory.getPath().c_str(), 0755), 0);
+    EXPECT_TRUE(saved);
+    struct stat status;
+    ASSERT_EQ(stat(path("a.json").c_str(), &status), 0);
+    EXPECT_EQ(status.st_ino, old.st_ino);
+    EXPECT_EQ(TemporaryDirectory::readFile(path("a.json")), save(info, "json"));
+    info->release();
+}
+
+TEST_F(LoadSaveTest, AFileMayHaveTheLongestName) {
+    INativeFormatInfo* info = makeInfo("name");
+    const std::string name = path(std::string(NAME_MAX - 5, 'n') + ".json");
+    EXPECT_TRUE(zyr_saveToFile(info, name.c_str(), "", 1, ""));
+    EXPECT_EQ(TemporaryDirectory::readFile(name), save(info, "json"));
     info->release();
 }
 

@@ -5,6 +5,7 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -13,11 +14,21 @@ namespace zyr {
 
 namespace {
 
+/// So much of a file's name stands in the one beside it, where names are limited too.
+constexpr size_t MAX_NAME = 200;
+
 /// A name that no other save of this machine uses at the moment.
 String makeTemporaryPath(const String& p_path) {
     static volatile uint32_t counter = 0;
     const uint32_t number = zyr_interlockedIncrementUInt32(&counter);
-    return String::newFormatted("%s.%d-%u.part", p_path.getData(), getpid(), number);
+    const char* slash = strrchr(p_path.getData(), '/');
+    const char* name = slash != nullptr ? slash + 1 : p_path.getData();
+    const int length = static_cast<int>(name - p_path.getData() + strnlen(name, MAX_NAME));
+    return String::newFormatted("%.*s.%d-%u.part", length, p_path.getData(), getpid(), number);
+}
+
+bool_t isWritable(const char* p_path) {
+    return ::faccessat(AT_FDCWD, p_path, W_OK, AT_EACCESS) == 0;
 }
 
 /// Stream and rename alone survive a crash of the process; after one of the system the new name could stand for
@@ -54,12 +65,16 @@ bool_t ReplacingFile::open(const String& p_path) {
         }
         // The rename needs no right on the file itself, so a file that must not be written to is asked for it here.
         char* target = ::realpath(p_path.getData(), nullptr);
-        if (target == nullptr || ::access(target, W_OK) != 0) {
+        if (target == nullptr || !isWritable(target)) {
             ::free(target);
             return 0;
         }
         m_path = target;
         ::free(target);
+        // Nothing can be put beside it, nor can it be replaced.
+        if (!isWritable(m_path.getDirectoryPath().getData())) {
+            return m_stream->open(m_path);
+        }
         m_mode = status.st_mode & 07777;
     }
     m_temporaryPath = makeTemporaryPath(m_path);

@@ -7,7 +7,8 @@
 namespace zyr {
 
 /// Writes beside the file that the path names (behind links, if it is one) and renames at the end, with the permissions
-/// of the old file. What is no plain file, such as a pipe, is written to directly. Without finish() nothing is left.
+/// of the old file. What is no plain file, such as a pipe, is written to directly, and so is a file in a directory that
+/// must not be changed. Without finish() nothing is left.
 class ReplacingFile {
 public:
     /// Takes over the stream.
