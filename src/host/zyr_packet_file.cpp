@@ -276,7 +276,8 @@ std::unique_ptr<PacketFile> openPacketFile(const std::string& p_path, const std:
 namespace {
 
 // The first two bytes of a packet of the codec "blocks": docs/formats.md.
-constexpr uint8_t BLOCKS_VERSION = 1;
+constexpr uint8_t FIRST_BLOCKS_VERSION = 1;
+constexpr uint8_t LAST_BLOCKS_VERSION = 2;
 constexpr uint8_t BLOCKS_KEY_FLAG = 1;
 
 } // namespace
@@ -303,7 +304,8 @@ KeyFrameFinder::~KeyFrameFinder() = default;
 
 bool KeyFrameFinder::isKeyFrame(const uint8_t* p_data, size_t p_size) {
     if (m_isBlocks) {
-        return p_size > 1 && p_data[0] == BLOCKS_VERSION && (p_data[1] & BLOCKS_KEY_FLAG) != 0;
+        return p_size > 1 && p_data[0] >= FIRST_BLOCKS_VERSION && p_data[0] <= LAST_BLOCKS_VERSION &&
+               (p_data[1] & BLOCKS_KEY_FLAG) != 0;
     }
     AVCodecParserContext* parser = m_parser->m_parser;
     if (parser == nullptr || !m_parser->m_codec) {

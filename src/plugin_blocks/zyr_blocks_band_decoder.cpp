@@ -1,6 +1,7 @@
 #include "plugin_blocks/zyr_blocks_band_decoder.h"
 
 #include "plugin_blocks/zyr_blocks_compression.h"
+#include "plugin_blocks/zyr_blocks_sorted.h"
 
 namespace zyr::blocks {
 
@@ -41,11 +42,12 @@ BandDecoder::BandDecoder() {
     }
 }
 
-bool BandDecoder::open(ByteReader& p_reader, CompressionTypeEnum p_compression, uint32_t p_numOfBlocks) {
-    m_compression = p_compression;
+bool BandDecoder::open(ByteReader& p_reader, const PacketHeader& p_header, uint32_t p_numOfBlocks) {
+    m_compression = CompressionTypeEnum(p_header.compression);
+    m_knowsSorted = p_header.version >= SORTED_VERSION;
     const uint32_t low = p_reader.readByte();
     const uint32_t mask = low | uint32_t{p_reader.readByte()} << 8;
-    if (mask >> STREAM_COUNT != 0) {
+    if (mask >> (m_knowsSorted ? STREAM_COUNT : STREAM_BUSY) != 0) {
         return false;
     }
     for (uint32_t i = 0; i < STREAM_COUNT; ++i) {
@@ -61,7 +63,7 @@ bool BandDecoder::open(ByteReader& p_reader, CompressionTypeEnum p_compression, 
         stream.bytes = p_reader.take(isPacked ? stream.packedSize : stream.size);
         if (p_reader.hasFailed() || stream.size == 0 || stream.size > size_t{p_numOfBlocks} * MOST_BLOCK_BYTES ||
             (isPacked &&
-             (stream.packedSize == 0 || stream.size > getLargestStream(p_compression, stream.packedSize)))) {
+             (stream.packedSize == 0 || stream.size > getLargestStream(m_compression, stream.packedSize)))) {
             return false;
         }
     }
@@ -242,6 +244,9 @@ bool BandDecoder::readPlain(const PixelRect& p_rect) {
 }
 
 bool BandDecoder::drawPrediction(Surface& p_surface, const Place& p_place, uint32_t p_argument, uint8_t p_bound) {
+    if (m_knowsSorted && (p_argument & (PREDICT_PACKED | PREDICT_APART)) == PREDICT_APART) {
+        return p_argument == PREDICT_SORTED && drawSorted(p_surface, p_place, p_bound, m_streams);
+    }
     if (!((p_argument & PREDICT_PACKED) != 0 ? readPacked(p_place.rect) : readPlain(p_place.rect))) {
         return false;
     }

@@ -13,7 +13,7 @@ public:
     BandDecoder();
 
     /// Finds the band's streams for so many blocks, without unpacking them. False when that can't be right.
-    bool open(ByteReader& p_reader, CompressionTypeEnum p_compression, uint32_t p_numOfBlocks);
+    bool open(ByteReader& p_reader, const PacketHeader& p_header, uint32_t p_numOfBlocks);
     /// Draws the marked ones of the band's blocks, pixels being R, G, B, A. False when the streams don't fit them; the
     /// band's rows may then hold anything, but nothing outside of them was touched.
     bool draw(Surface& p_surface, uint32_t p_firstRow, const uint8_t* p_marks, uint8_t p_bound);
@@ -43,6 +43,7 @@ private:
     bool areStreamsUsedUp() const;
 
     CompressionTypeEnum m_compression = ZYR_COMPRESSION_NONE;
+    bool m_knowsSorted = false;
     PackedStream m_packed[STREAM_COUNT] = {};
     Array<uint8_t> m_unpacked[STREAM_COUNT];
     ByteReader m_streams[STREAM_COUNT];

@@ -2,6 +2,7 @@
 
 #include "plugin_blocks/zyr_blocks_bytes.h"
 #include "plugin_blocks/zyr_blocks_compression.h"
+#include "plugin_blocks/zyr_blocks_sorted.h"
 #include "zyr_common/platform/zyr_time.h"
 
 namespace zyr::blocks {
@@ -228,34 +229,31 @@ void BandEncoder::tryPrediction(const Surface& p_surface, const Place& p_place, 
 
 uint32_t BandEncoder::choosePrediction(const Surface& p_surface, const Place& p_place) {
     uint32_t cost = UINT32_MAX;
-    for (uint32_t mode = 0; mode < PREDICT_MODES; ++mode) {
-        tryPrediction(p_surface, p_place, {Prediction(mode), false}, cost);
+    if (sortsDifferences(m_settings.compression)) {
+        tryPrediction(p_surface, p_place, {PREDICT_MEDIAN, false}, cost);
+    } else {
+        for (uint32_t mode = 0; mode < PREDICT_MODES; ++mode) {
+            tryPrediction(p_surface, p_place, {Prediction(mode), false}, cost);
+        }
+        tryPrediction(p_surface, p_place, {m_foretelling.mode, true}, cost);
     }
-    tryPrediction(p_surface, p_place, {m_foretelling.mode, true}, cost);
     return m_settings.bound == 0 ? cost
                                  : lessenByBound(cost, p_place.rect.width * p_place.rect.height, m_settings.bound);
 }
 
 void BandEncoder::encodePrediction(Surface& p_surface, const Place& p_place) {
-    const PixelRect& rect = p_place.rect;
+    if (sortsDifferences(m_settings.compression)) {
+        addKind(KIND_PREDICTED, PREDICT_SORTED);
+        sortDifferences(p_surface, p_place, m_settings.bound, m_streams);
+        return;
+    }
     Differences& differences = m_differences[m_best];
     const uint32_t argument = m_foretelling.mode | (m_foretelling.isApart ? uint32_t{PREDICT_APART} : 0);
+    addKind(KIND_PREDICTED, argument | PREDICT_PACKED);
     if (m_settings.bound != 0) {
         quantizeDifferences(p_surface, p_place, m_foretelling, m_settings.bound, differences);
     }
-    // Entropy coding wants the differences as they are, and makes less of packed ones.
-    if (m_settings.compression != ZYR_COMPRESSION_ZIP) {
-        addKind(KIND_PREDICTED, argument | PREDICT_PACKED);
-        packDifferences(differences, rect, m_streams[STREAM_WIDTHS], m_streams[STREAM_BITS]);
-        return;
-    }
-    addKind(KIND_PREDICTED, argument);
-    for (uint32_t plane = 0; plane < 3; ++plane) {
-        uint8_t* target = extend(m_streams[uint32_t{STREAM_GREEN} + plane], rect.width * rect.height);
-        for (uint32_t y = 0; y < rect.height; ++y, target += rect.width) {
-            memcpy(target, differences.planes[plane] + y * BLOCK_SIZE, rect.width);
-        }
-    }
+    packDifferences(differences, p_place.rect, m_streams[STREAM_WIDTHS], m_streams[STREAM_BITS]);
 }
 
 void BandEncoder::appendColors(const Palette& p_palette) {
@@ -306,8 +304,9 @@ void BandEncoder::finish() {
             continue;
         }
         m_bytes.getData()[i / 8] |= static_cast<uint8_t>(1 << i % 8);
-        const size_t packedSize =
-            size < LEAST_COMPRESSED ? 0 : compressStream(m_settings.compression, stream.getData(), size, m_packed);
+        const size_t packedSize = size < LEAST_COMPRESSED ? 0
+                                                          : compressStream(m_settings.compression, StreamId(i),
+                                                                           stream.getData(), size, m_packed);
         appendNumber(m_bytes, 2 * size + (packedSize != 0));
         if (packedSize != 0) {
             appendNumber(m_bytes, packedSize);

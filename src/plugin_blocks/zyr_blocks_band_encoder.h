@@ -14,6 +14,11 @@ struct BlockCounts {
     uint32_t moved; ///< pixels
 };
 
+/// Entropy coding wants the differences as they are, and sorted; others make more of packed ones.
+constexpr bool sortsDifferences(CompressionTypeEnum p_compression) {
+    return p_compression == ZYR_COMPRESSION_ZIP;
+}
+
 /// The same for all bands of a frame.
 struct BandSettings {
     CompressionTypeEnum compression;

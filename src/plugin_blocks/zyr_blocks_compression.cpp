@@ -3,6 +3,7 @@
 #include "zyr_common/digest/zyr_compression.h"
 
 #include <cstring>
+#include <miniz.h>
 
 namespace zyr::blocks {
 
@@ -12,6 +13,8 @@ namespace {
 constexpr size_t MOST_SINGLE = 128;
 constexpr size_t LEAST_REPEATED = 3;
 constexpr size_t MOST_REPEATED = 130;
+/// Asked for by the interface, and not looked at.
+constexpr int MEMORY_LEVEL = 9;
 
 size_t countRepeats(const uint8_t* p_data, size_t p_size) {
     size_t count = 1;
@@ -68,15 +71,38 @@ bool decompressRuns(const uint8_t* p_packed, size_t p_packedSize, uint8_t* p_dat
     return out == p_size;
 }
 
+/// Differences hardly ever repeat but for runs of zeros: looking for more costs time and makes the codes longer.
+size_t compressDifferences(const uint8_t* p_data, size_t p_size, Array<uint8_t>& p_packed) {
+    mz_stream stream = {};
+    if (!p_packed.resize(mz_compressBound(p_size)) ||
+        mz_deflateInit2(&stream, MZ_DEFAULT_LEVEL, MZ_DEFLATED, MZ_DEFAULT_WINDOW_BITS, MEMORY_LEVEL, MZ_RLE) !=
+            MZ_OK) {
+        return p_size;
+    }
+    stream.next_in = p_data;
+    stream.avail_in = static_cast<unsigned int>(p_size);
+    stream.next_out = p_packed.getData();
+    stream.avail_out = static_cast<unsigned int>(p_packed.getSize());
+    const bool isWhole = mz_deflate(&stream, MZ_FINISH) == MZ_STREAM_END;
+    mz_deflateEnd(&stream);
+    return isWhole ? stream.total_out : p_size;
+}
+
+bool areDifferences(StreamId p_stream) {
+    return p_stream == STREAM_QUIET || p_stream == STREAM_BUSY || p_stream == STREAM_ALIKE || p_stream == STREAM_UNLIKE;
+}
+
 } // namespace
 
-size_t compressStream(CompressionTypeEnum p_compression, const uint8_t* p_data, size_t p_size,
+size_t compressStream(CompressionTypeEnum p_compression, StreamId p_stream, const uint8_t* p_data, size_t p_size,
                       Array<uint8_t>& p_packed) {
     size_t packedSize = 0;
     if (p_compression == ZYR_COMPRESSION_RLE) {
         packedSize = compressRuns(p_data, p_size, p_packed);
     } else if (p_compression == ZYR_COMPRESSION_LZ4) {
         packedSize = zyr_compressLZ4(p_data, p_size, p_packed, 0);
+    } else if (areDifferences(p_stream)) {
+        packedSize = compressDifferences(p_data, p_size, p_packed);
     } else {
         packedSize = zyr_compressZIP(p_data, p_size, p_packed, 0);
     }

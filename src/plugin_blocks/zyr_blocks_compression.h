@@ -2,12 +2,12 @@
 #pragma once
 
 #include "picture/zyr_codec_enums.h"
-#include "zyr_common/containers/zyr_array.h"
+#include "plugin_blocks/zyr_blocks_format.h"
 
 namespace zyr::blocks {
 
 /// Gives the compressed size, with the bytes at the front of `p_packed`; 0 when that would not be smaller.
-size_t compressStream(CompressionTypeEnum p_compression, const uint8_t* p_data, size_t p_size,
+size_t compressStream(CompressionTypeEnum p_compression, StreamId p_stream, const uint8_t* p_data, size_t p_size,
                       Array<uint8_t>& p_packed);
 
 /// False unless exactly `p_size` bytes come out.

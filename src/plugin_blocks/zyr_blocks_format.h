@@ -5,7 +5,10 @@
 
 namespace zyr::blocks {
 
-constexpr uint8_t FORMAT_VERSION = 1;
+/// Each version is the one before with more in it: packets have the lowest one that holds what they need.
+constexpr uint8_t FIRST_VERSION = 1;
+/// That in which differences can be sorted.
+constexpr uint8_t SORTED_VERSION = 2;
 /// Pixels on each side of a block; blocks at the right and bottom edge are cut.
 constexpr uint32_t BLOCK_SIZE = 16;
 constexpr uint32_t BLOCK_PIXELS = BLOCK_SIZE * BLOCK_SIZE;
@@ -47,7 +50,8 @@ enum Prediction : uint8_t {
     PREDICT_AVERAGE = 3,
     PREDICT_MODES = 4,
     PREDICT_PACKED = 4, ///< Added when the differences are packed to as few bits as they need.
-    PREDICT_APART = 8   ///< Added when red and blue are coded without regard to green.
+    PREDICT_APART = 8,  ///< Added when red and blue are coded without regard to green.
+    PREDICT_SORTED = 8  ///< From SORTED_VERSION on, instead of differences that are apart and not packed.
 };
 
 enum StreamId : uint8_t {
@@ -65,7 +69,12 @@ enum StreamId : uint8_t {
     STREAM_RED,
     STREAM_BLUE,
     STREAM_RAW,
-    STREAM_COUNT
+    STREAM_BUSY,
+    STREAM_COUNT,
+    // Those of sorted differences, besides the busy ones.
+    STREAM_QUIET = STREAM_GREEN,
+    STREAM_ALIKE = STREAM_RED,
+    STREAM_UNLIKE = STREAM_BLUE
 };
 
 struct PixelRect {
@@ -83,6 +92,7 @@ struct Move {
 };
 
 struct PacketHeader {
+    uint8_t version;
     uint8_t flags;
     uint8_t compression; ///< CompressionTypeEnum
     uint8_t bound;       ///< Largest difference of a channel that predicted blocks may have; 0 is lossless.

@@ -5,7 +5,7 @@
 namespace zyr::blocks {
 
 void writeHeader(const PacketHeader& p_header, Array<uint8_t>& p_packet) {
-    appendByte(p_packet, FORMAT_VERSION);
+    appendByte(p_packet, p_header.version);
     appendByte(p_packet, p_header.flags);
     appendByte(p_packet, p_header.compression);
     appendByte(p_packet, p_header.bound);
@@ -15,7 +15,7 @@ void writeHeader(const PacketHeader& p_header, Array<uint8_t>& p_packet) {
 }
 
 const char* readHeader(ByteReader& p_reader, PacketHeader& p_header) {
-    const uint8_t version = p_reader.readByte();
+    p_header.version = p_reader.readByte();
     p_header.flags = p_reader.readByte();
     p_header.compression = p_reader.readByte();
     p_header.bound = p_reader.readByte();
@@ -25,7 +25,7 @@ const char* readHeader(ByteReader& p_reader, PacketHeader& p_header) {
     if (p_reader.hasFailed()) {
         return "it is cut short";
     }
-    if (version != FORMAT_VERSION) {
+    if (p_header.version < FIRST_VERSION || p_header.version > SORTED_VERSION) {
         return "it is of another version";
     }
     const uint8_t flags = p_header.flags;

@@ -110,7 +110,7 @@ const char* PictureDecoder::openBands(ByteReader& p_reader, const PacketHeader& 
         band.isUsed = marked != 0;
         band.isDrawn = !band.isUsed;
         p_numOfBlocks += marked;
-        if (band.isUsed && !band.decoder.open(p_reader, CompressionTypeEnum(p_header.compression), marked)) {
+        if (band.isUsed && !band.decoder.open(p_reader, p_header, marked)) {
             return "its streams are damaged";
         }
     }

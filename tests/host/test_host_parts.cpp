@@ -128,10 +128,12 @@ TEST(KeyFrameFinder, ReadsTheFlagOfBlocksPackets) {
     KeyFrameFinder finder("blocks");
     const uint8_t key[] = {1, 5, 2, 0, 0, 64, 64};
     const uint8_t repeated[] = {1, 0, 2, 0, 1, 64, 64};
-    const uint8_t otherVersion[] = {2, 5, 2, 0, 0, 64, 64};
+    const uint8_t laterKey[] = {2, 5, 3, 0, 0, 64, 64};
+    const uint8_t otherVersion[] = {3, 5, 2, 0, 0, 64, 64};
     EXPECT_TRUE(finder.isKeyFrame(key, sizeof(key)));
     EXPECT_FALSE(finder.isKeyFrame(repeated, sizeof(repeated)));
     EXPECT_TRUE(finder.isKeyFrame(key, sizeof(key))) << "a later one";
+    EXPECT_TRUE(finder.isKeyFrame(laterKey, sizeof(laterKey)));
     EXPECT_FALSE(finder.isKeyFrame(otherVersion, sizeof(otherVersion)));
     EXPECT_FALSE(finder.isKeyFrame(key, 1));
 }

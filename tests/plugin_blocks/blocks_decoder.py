@@ -111,7 +111,7 @@ class Decoder:
         width, height = source.number(), source.number()
         before, self.sequence = self.sequence, sequence
         is_key = flags & 1
-        if version != 1 or flags > 7 or (is_key and flags != 5) or compression not in (1, 2, 3) or bound > 32:
+        if version not in (1, 2) or flags > 7 or (is_key and flags != 5) or compression not in (1, 2, 3) or bound > 32:
             raise Damaged("header")
         if not (0 < width <= 32768 and 0 < height <= 32768 and width * height <= 1 << 26):
             raise Damaged("size")
@@ -121,7 +121,7 @@ class Decoder:
         if flags & 2:
             self._moves(source, width, height)
         if flags & 4:
-            self._blocks(source, is_key, compression, bound, width, height)
+            self._blocks(source, is_key, compression, bound, width, height, version)
         if not source.is_used_up():
             raise Damaged("bytes left over")
 
@@ -143,7 +143,7 @@ class Decoder:
             for i, row in enumerate(rows):
                 self.rows[y + i][x:x + w] = row
 
-    def _blocks(self, source, is_key, compression, bound, width, height):
+    def _blocks(self, source, is_key, compression, bound, width, height, version):
         columns, lines = -(-width // 16), -(-height // 16)
         count = columns * lines
         if is_key:
@@ -161,22 +161,24 @@ class Decoder:
         for first in range(0, count, columns * 16):
             blocks = [i for i in range(first, min(first + columns * 16, count)) if marks[i]]
             if blocks:
-                Band(self, source, compression, bound, first // columns * 16).draw(blocks, columns)
+                Band(self, source, compression, bound, first // columns * 16, version).draw(blocks, columns)
 
 
 class Band:
     KINDS, PARTS, COLORS, INDICES, VECTORS, WIDTHS, BITS, GREEN, RAW = 0, 1, 2, 3, 7, 8, 9, 10, 13
 
-    def __init__(self, decoder, source, compression, bound, top):
-        self.decoder, self.bound, self.top = decoder, bound, top
+    QUIET, ALIKE, UNLIKE, BUSY = 10, 11, 12, 14
+
+    def __init__(self, decoder, source, compression, bound, top, version):
+        self.decoder, self.bound, self.top, self.version = decoder, bound, top, version
         self.rows = decoder.rows
         self.palettes = [[] for _ in range(5)]
-        self.streams = [Bytes(b"") for _ in range(14)]
+        self.streams = [Bytes(b"") for _ in range(15)]
         self.packed = []
         mask = source.byte() | source.byte() << 8
-        if mask >> 14:
+        if mask >> (14 if version == 1 else 15):
             raise Damaged("mask")
-        for i in range(14):
+        for i in range(15):
             if mask >> i & 1:
                 number = source.number()
                 size = number // 2
@@ -282,7 +284,37 @@ class Band:
         return tuple(min(l, u) if c >= max(l, u) else max(l, u) if c <= min(l, u) else l + u - c
                      for l, u, c in zip(left, up, corner))
 
+    def _sum(self, foretold, difference):
+        if self.bound == 0:
+            return (foretold + difference) % 256
+        signed = difference - 256 if difference > 127 else difference
+        return min(max(foretold + signed * (2 * self.bound + 1), 0), 255)
+
+    def _sorted(self, x, y):
+        left = self.rows[y][x - 1] if x > 0 else None
+        up = self.rows[y - 1][x] if y > self.top else None
+        corner = self.rows[y - 1][x - 1] if left and up else None
+        left = left or up or (0, 0, 0)
+        up = up or left
+        corner = corner or up
+        near = left[1], up[1], corner[1]
+        busy = max(near) - min(near) > 8
+        median = sorted((near[0], near[1], near[0] + near[1] - near[2]))[1]
+        green = self._sum(median, self.streams[self.BUSY if busy else self.QUIET].byte())
+        likest = left if abs(green - left[1]) < abs(green - up[1]) else up
+        step = green - likest[1]
+        stream = self.streams[self.UNLIKE if step else self.ALIKE]
+        red = self._sum(min(max(likest[0] + step, 0), 255), stream.byte())
+        return red, green, self._sum(min(max(likest[2] + step, 0), 255), stream.byte())
+
     def _predicted(self, argument, x, y, w, h):
+        if self.version > 1 and argument & 12 == 8:
+            if argument != 8:
+                raise Damaged("argument")
+            for row in range(y, y + h):
+                for column in range(x, x + w):
+                    self.rows[row][column] = self._sorted(column, row)
+            return
         for i, (greens, reds, blues) in enumerate(self._differences(argument & 4, w, h)):
             for j in range(w):
                 green = greens[j]

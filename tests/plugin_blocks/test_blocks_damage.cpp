@@ -54,7 +54,7 @@ TEST_F(BlocksDamage, header_is_checked) {
         const char* error = decode(packet);
         return std::string(error != nullptr ? error : "");
     };
-    EXPECT_EQ("it is of another version", decodeWith(0, 2));
+    EXPECT_EQ("it is of another version", decodeWith(0, 3));
     EXPECT_EQ("its header is damaged", decodeWith(1, 8 | FLAG_KEY | FLAG_BLOCKS));
     EXPECT_EQ("its header is damaged", decodeWith(1, FLAG_KEY));
     EXPECT_EQ("its header is damaged", decodeWith(2, 0));

@@ -18,13 +18,13 @@ struct Golden {
     const char* name;
     CompressionTypeEnum compression;
     uint8_t bound;
+    bool isOld; ///< The encoder gives another version by now.
 };
 
-constexpr Golden GOLDEN[] = {{"rle", ZYR_COMPRESSION_RLE, 0},
-                             {"lz4", ZYR_COMPRESSION_LZ4, 0},
-                             {"zip", ZYR_COMPRESSION_ZIP, 0},
-                             {"lz4-bound", ZYR_COMPRESSION_LZ4, 6},
-                             {"zip-bound", ZYR_COMPRESSION_ZIP, 3}};
+constexpr Golden GOLDEN[] = {{"rle", ZYR_COMPRESSION_RLE, 0, false},        {"lz4", ZYR_COMPRESSION_LZ4, 0, false},
+                             {"zip", ZYR_COMPRESSION_ZIP, 0, true},         {"zip-2", ZYR_COMPRESSION_ZIP, 0, false},
+                             {"lz4-bound", ZYR_COMPRESSION_LZ4, 6, false},  {"zip-bound", ZYR_COMPRESSION_ZIP, 3, true},
+                             {"zip-2-bound", ZYR_COMPRESSION_ZIP, 3, false}};
 
 /// What happens in a stored stream: all kinds of blocks, moves and another size.
 std::vector<ScreenPainter> paintFrames() {
@@ -122,7 +122,7 @@ INSTANTIATE_TEST_SUITE_P(EachStream, BlocksGolden, testing::ValuesIn(GOLDEN), []
 });
 
 TEST_P(BlocksGolden, stored_stream_is_decoded_to_the_same_pixels) {
-    if (const char* directory = getenv("ZYR_WRITE_GOLDEN")) {
+    if (const char* directory = getenv("ZYR_WRITE_GOLDEN"); directory != nullptr && !GetParam().isOld) {
         store(GetParam(), directory);
     }
     const Stored stored = load(GetParam());

@@ -8,13 +8,14 @@
 // `pixels` (R, G, B, A) is the decoder's own picture, which the next packet changes. After an error a key frame is
 // needed. `changed` lists what the last packet changed, as {x, y, width, height}.
 
-const VERSION = 1;
+const FIRST_VERSION = 1, SORTED_VERSION = 2;
 const KEY = 1, MOVES = 2, BLOCKS = 4;
 const RLE = 1, LZ4 = 2, ZIP = 3;
 const BLOCK = 16, BAND_ROWS = 256;
 const LARGEST_SIDE = 32768, LARGEST_AREA = 1 << 26;
 const MOST_MOVES = 64, LARGEST_BOUND = 32, MOST_BLOCK_BYTES = 800, KEPT = 15;
-const KINDS = 0, PARTS = 1, COLORS = 2, INDICES = 3, VECTORS = 7, WIDTHS = 8, BITS = 9, GREEN = 10, RAW = 13, STREAMS = 14;
+const KINDS = 0, PARTS = 1, COLORS = 2, INDICES = 3, VECTORS = 7, WIDTHS = 8, BITS = 9, GREEN = 10, RAW = 13, BUSY = 14, STREAMS = 15;
+const QUIET = GREEN, ALIKE = 11, UNLIKE = 12, LARGEST_QUIET = 8;
 const FILL = 0, PALETTE_2 = 1, PALETTE_256 = 4, PREDICTED = 5, COPY = 6;
 const BLACK = 0xFF000000;
 
@@ -293,6 +294,13 @@ function median(left, up, corner) {
     return corner >= high ? low : corner <= low ? high : left + up - corner;
 }
 
+function cut(value) { return value < 0 ? 0 : value > 255 ? 255 : value; }
+
+// What is foretold and a difference, which a bound makes coarse.
+function sum(foretold, difference, bound) {
+    return bound === 0 ? foretold + difference & 255 : cut(foretold + (difference << 24 >> 24) * (2 * bound + 1));
+}
+
 function capacityOf(kind) { return kind === FILL ? 1 : 1 << (1 << (kind - PALETTE_2)); }
 
 export class BlocksDecoder {
@@ -304,6 +312,7 @@ export class BlocksDecoder {
         this.needsKey = true;
         this.sequence = 0;
         this.words = null;
+        this.knowsSorted = false;
         this.streams = Array.from({ length: STREAMS }, () => new Reader(new Uint8Array(0)));
         this.rooms = Array.from({ length: STREAMS }, () => new Uint8Array(0));
         this.kept = [];
@@ -323,7 +332,9 @@ export class BlocksDecoder {
 
     decodePacket(packet) {
         const reader = new Reader(packet);
-        if (reader.byte() !== VERSION) fail('another version');
+        const version = reader.byte();
+        if (version < FIRST_VERSION || version > SORTED_VERSION) fail('another version');
+        this.knowsSorted = version >= SORTED_VERSION;
         const flags = reader.byte(), compression = reader.byte(), bound = reader.byte(), sequence = reader.byte();
         const width = reader.number(), height = reader.number();
         const isKey = (flags & KEY) !== 0;
@@ -432,7 +443,7 @@ export class BlocksDecoder {
 
     openStreams(reader, compression, marked) {
         const mask = reader.byte() | reader.byte() << 8;
-        if (mask >> STREAMS !== 0) fail('damaged streams');
+        if (mask >> (this.knowsSorted ? STREAMS : BUSY) !== 0) fail('damaged streams');
         const streams = [];
         for (let i = 0; i < STREAMS; i++) {
             if ((mask >> i & 1) === 0) continue;
@@ -602,7 +613,42 @@ export class BlocksDecoder {
         }
     }
 
+    drawSorted(x, y, w, h, bandTop, bound) {
+        const quiet = this.streams[QUIET], busy = this.streams[BUSY], alike = this.streams[ALIKE], unlike = this.streams[UNLIKE];
+        const words = this.words, pitch = this.width;
+        for (let row = 0; row < h; row++) {
+            const hasUp = y + row > bandTop;
+            let to = (y + row) * pitch + x;
+            for (let i = 0; i < w; i++, to++) {
+                let left, up, corner;
+                if (hasUp && x + i > 0) {
+                    left = words[to - 1];
+                    up = words[to - pitch];
+                    corner = words[to - pitch - 1];
+                } else {
+                    left = up = corner = hasUp ? words[to - pitch] : x + i > 0 ? words[to - 1] : 0;
+                }
+                const l = left >> 8 & 255, u = up >> 8 & 255, c = corner >> 8 & 255;
+                const high = l > u ? l : u, low = l > u ? u : l;
+                const greens = (c > high ? c : high) - (c < low ? c : low) > LARGEST_QUIET ? busy : quiet;
+                const median = c >= high ? low : c <= low ? high : l + u - c;
+                const green = sum(median, greens.bytes[greens.at++], bound);
+                const likest = Math.abs(green - l) < Math.abs(green - u) ? left : up, step = green - (likest >> 8 & 255);
+                const others = step === 0 ? alike : unlike;
+                const red = sum(cut((likest & 255) + step), others.bytes[others.at++], bound);
+                const blue = sum(cut((likest >> 16 & 255) + step), others.bytes[others.at++], bound);
+                words[to] = BLACK | blue << 16 | green << 8 | red;
+            }
+        }
+        for (const stream of [quiet, busy, alike, unlike]) if (stream.at > stream.end) fail('cut short');
+    }
+
     drawPrediction(argument, x, y, w, h, bandTop, bound) {
+        if (this.knowsSorted && (argument & 12) === 8) {
+            if (argument !== 8) fail('a damaged block');
+            this.drawSorted(x, y, w, h, bandTop, bound);
+            return;
+        }
         if ((argument & 4) !== 0) this.readPacked(w, h);
         else this.readPlain(w, h);
         const [greens, reds, blues] = this.planes, words = this.words, pitch = this.width, mode = argument & 3;
@@ -639,8 +685,7 @@ export class BlocksDecoder {
     addSteps(foretold, joined, step) {
         let drawn = 0;
         for (let shift = 0; shift < 24; shift += 8) {
-            const value = (foretold >> shift & 255) + (joined << (24 - shift) >> 24) * step;
-            drawn |= (value < 0 ? 0 : value > 255 ? 255 : value) << shift;
+            drawn |= cut((foretold >> shift & 255) + (joined << (24 - shift) >> 24) * step) << shift;
         }
         return drawn;
     }
