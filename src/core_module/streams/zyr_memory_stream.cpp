@@ -67,19 +67,12 @@ uint64_t MemoryStreamLevel::readBytes(void* p_data, uint64_t p_size) {
 }
 
 uint64_t MemoryStreamLevel::writeBytes(const void* p_data, uint64_t p_size) {
-    // The owner may have made the array shorter.
-    if ((m_access & ZYR_ACCESS_WRITE) == 0 || p_size == 0 || m_place > m_data->getSize()) {
+    if ((m_access & ZYR_ACCESS_WRITE) == 0) {
         return 0;
     }
-    const uint64_t remaining = m_data->getSize() - m_place;
-    uint64_t size = p_size;
-    if (size > remaining && !m_data->resize(m_place + size)) {
-        size = remaining;
-    }
-    if (size != 0) {
-        memcpy(m_data->getData() + m_place, p_data, size);
-        m_place += size;
-    }
+    // Nothing where the owner made the array shorter than the place.
+    const uint64_t size = m_data->replace(p_data, m_place, p_size, false);
+    m_place += size;
     return size;
 }
 

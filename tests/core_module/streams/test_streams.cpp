@@ -203,6 +203,19 @@ TEST_F(StreamTest, NoBytesNeedNoMemory) {
     memory->release();
 }
 
+TEST_F(StreamTest, MemoryTakesWhatItHoldsItself) {
+    Array<unsigned char> data;
+    IMemoryStream* stream = zyr_createObject<IMemoryStream>();
+    ASSERT_TRUE(stream->open(&data, ZYR_ACCESS_READ_WRITE));
+    EXPECT_TRUE(stream->writeString(std::string(4096, 'a').c_str()) && stream->writeString("b"));
+    for (size_t size = data.getSize(); data.getSize() < 100000; size = data.getSize()) {
+        EXPECT_EQ(stream->writeBytes(data.getData(), size), size);
+        EXPECT_EQ(data.getSize(), 2 * size);
+        EXPECT_EQ(data[2 * size - 1], 'b');
+    }
+    stream->release();
+}
+
 TEST_F(StreamTest, MemoryStreamsReadWriteAndEmptyTheirArray) {
     Array<unsigned char> data;
     String line;
