@@ -34,8 +34,11 @@ public:
     }
 
 protected:
-    /// False, with nothing appended, when the array can't grow.
+    /// False, with nothing appended, when the array can't grow or there are no bytes.
     bool append(const void* p_bytes, size_t p_size) {
+        if (p_bytes == nullptr && p_size != 0) {
+            return false; // An array would grow by what was in the memory before.
+        }
         const size_t size = m_output->getSize();
         m_output->pushBackRange(p_bytes, p_size);
         return m_output->getSize() == size + p_size;

@@ -314,6 +314,14 @@ TEST_F(BinaryDataTest, WritesNothingIntoAnArrayThatCannotGrow) {
     m_writer->setOutputData(nullptr);
 }
 
+TEST_F(BinaryDataTest, WritesNothingWithoutItsBytes) {
+    EXPECT_TRUE(m_writer->writeBytes(nullptr, 0));
+    EXPECT_FALSE(m_writer->writeBytes(nullptr, 5));
+    EXPECT_FALSE(m_writer->writeMultipleBooleans(nullptr, 5));
+    EXPECT_FALSE(m_writer->writeMultipleDouble(nullptr, 5));
+    EXPECT_EQ(m_writer->getOutputData(0)->getSize(), 0u);
+}
+
 TEST_F(BinaryDataTest, AppendsToTheArrayThatItIsGiven) {
     Array<unsigned char>* output = new Array<unsigned char>;
     output->pushBack(1);
