@@ -6,8 +6,9 @@
 
 namespace zyr {
 
-String joinTypeName(const char* p_name, const char* p_argumentWord) {
-    String name(p_name);
+const String& makeTypeName(const char* p_name, const char* p_argumentWord) {
+    String& name = makePermanent<String>(p_name);
+    const PermanentScope scope;
     if (p_argumentWord != nullptr) {
         name += "{";
         name += p_argumentWord;

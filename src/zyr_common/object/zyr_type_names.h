@@ -25,8 +25,9 @@ template <typename T> inline constexpr const char* templateArgumentWord = nullpt
 template <template <typename> class Template, typename Argument>
 inline constexpr const char* templateArgumentWord<Template<Argument>> = typeWord<Argument>;
 
-/// Joins the two parts of a type name; `p_argumentWord` may be null, and the name is then what it was.
-String joinTypeName(const char* p_name, const char* p_argumentWord);
+/// Joins the two parts of a type name; `p_argumentWord` may be null, and the name is then what it was. Makes a new text
+/// at each call, which stays: for function-local statics.
+const String& makeTypeName(const char* p_name, const char* p_argumentWord);
 
 /// The word of the template argument of `Interface`; empty where it is no template.
 template <class Interface> const String& zyr_getTemplateTypeName() {
@@ -44,11 +45,10 @@ template <typename T> const String& zyr_getNameAssociatedToType(const T*) {
         static const String& name = makePermanent<String>("ObjectPtr");
         return name;
     } else if constexpr (requires { InterfaceTraits<T>::c_typeName; }) {
-        static const String& name =
-            makePermanent<String>(joinTypeName(InterfaceTraits<T>::c_typeName, templateArgumentWord<T>));
+        static const String& name = makeTypeName(InterfaceTraits<T>::c_typeName, templateArgumentWord<T>);
         return name;
     } else {
-        static const String& name = makePermanent<String>(joinTypeName(T::c_typeName, templateArgumentWord<T>));
+        static const String& name = makeTypeName(T::c_typeName, templateArgumentWord<T>);
         return name;
     }
 }

@@ -154,7 +154,7 @@ template <RecordLevel R, typename F> constexpr bool zyr_allFields(F&& p_function
     return std::apply([&](const auto&... p_field) { return (p_function(p_field) && ...); }, c_recordFields<R>);
 }
 
-struct RecordPath;
+class RecordTable;
 
 /// The part of a record that is compiled once: streaming, paths and the name. Defined in zyr_record_walker.h and
 /// instantiated in the record's source.
@@ -170,11 +170,8 @@ public:
     static const String& name();
 
 private:
-    template <size_t I> static const String& key();
-    template <size_t I> static bool_t readField(Self& p_record, IDeserializer* p_deserializer);
-    template <size_t I>
-    static bool_t writeField(Self& p_record, ISerializer* p_serializer, bool_t p_firstPass, bool_t p_headerPass);
-    template <size_t I> static VariableReference* refField(Self& p_record, const RecordPath& p_path);
+    static void locate(void* p_record, void** p_fields);
+    static RecordTable s_table;
 };
 
 /// The base of a record; see the top of this header. Adds no data.

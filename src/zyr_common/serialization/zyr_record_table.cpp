@@ -1,0 +1,110 @@
+#include "zyr_common/serialization/zyr_record_table.h"
+
+#include "zyr_common/memory/zyr_permanent.h"
+#include "zyr_common/serialization/zyr_serializer.h"
+#include "zyr_common/variable/zyr_variable_reference.h"
+
+namespace zyr {
+
+namespace {
+
+/// A dotted path in its two parts, as String::getStringPathRoot cuts it, without copies: the views are valid as long as
+/// the path.
+struct RecordPath {
+    explicit RecordPath(const String& p_path) {
+        const char* text = p_path.getData();
+        const size_t length = strnlen(text, p_path.getLengthInBytes());
+        const void* period = memchr(text, '.', length);
+        if (period == nullptr) {
+            m_root.bindData(text, p_path.getLengthInBytes());
+            return;
+        }
+        const size_t rootLength = static_cast<size_t>(static_cast<const char*>(period) - text);
+        m_root.bindData(text, rootLength);
+        m_rest.bindData(text + rootLength + 1, p_path.getLengthInBytes() - rootLength - 1);
+    }
+
+    WrappedString m_root;
+    WrappedString m_rest;
+};
+
+} // namespace
+
+/// The key of a field, and where deserializers found it last.
+struct RecordTable::Site {
+    String m_key;
+    uint32_t m_cache = 0;
+};
+
+// Made at the first use; of two threads that make them at once, one throws its own away.
+RecordTable::Site* RecordTable::getSites() {
+    Site* sites = m_sites.load(std::memory_order_acquire);
+    if (sites != nullptr) {
+        return sites;
+    }
+    const PermanentScope scope;
+    Site* made = new Site[m_count];
+    for (size_t i = 0; i < m_count; ++i) {
+        made[i].m_key = m_rows[i].m_key;
+    }
+    if (m_sites.compare_exchange_strong(sites, made, std::memory_order_acq_rel)) {
+        return made;
+    }
+    delete[] made;
+    return sites;
+}
+
+bool_t RecordTable::read(void* p_record, IDeserializer* p_deserializer) {
+    void* fields[c_maximum];
+    m_locate(p_record, fields);
+    Site* sites = getSites();
+    for (size_t i = 0; i < m_count; ++i) {
+        const RecordRow& row = m_rows[i];
+        if (!row.m_kind->m_read(p_deserializer, sites[i].m_key, sites[i].m_cache, fields[i], row.m_converter)) {
+            return 0;
+        }
+    }
+    return 1;
+}
+
+bool_t RecordTable::write(void* p_record, ISerializer* p_serializer, bool_t p_firstPass, bool_t p_headerPass) {
+    void* fields[c_maximum];
+    m_locate(p_record, fields);
+    const Site* sites = getSites();
+    for (size_t i = 0; i < m_count; ++i) {
+        const RecordRow& row = m_rows[i];
+        bool_t done = 1;
+        if (p_headerPass) {
+            bool_t result = 1;
+            done = !row.m_declared || row.m_kind->m_declare(p_serializer, sites[i].m_key, fields[i], result);
+        } else if (p_serializer->isBinaryFormat() || row.m_element != (p_firstPass != 0)) {
+            done = row.m_kind->m_write(p_serializer, sites[i].m_key, fields[i], row.m_attribute, row.m_converter);
+        }
+        if (!done) {
+            return 0;
+        }
+    }
+    return 1;
+}
+
+VariableReference* RecordTable::find(void* p_record, const String& p_path, bool_t& p_known) {
+    const RecordPath path(p_path);
+    const Site* sites = getSites();
+    size_t i = 0;
+    while (i < m_count && !(sites[i].m_key.getWrapped() == path.m_root)) {
+        ++i;
+    }
+    p_known = i < m_count;
+    if (!p_known) {
+        return nullptr;
+    }
+    void* fields[c_maximum];
+    m_locate(p_record, fields);
+    const RecordFieldKind& kind = *m_rows[i].m_kind;
+    if (!path.m_rest.isEmpty()) {
+        return kind.m_find(fields[i], path.m_rest);
+    }
+    return kind.m_type != ZYR_VARIABLE_NONE ? new VariableReference(kind.m_type, fields[i]) : nullptr;
+}
+
+} // namespace zyr
