@@ -2,6 +2,7 @@
 
 #include "core_module/serializers/zyr_field_kind.h"
 #include "core_module/serializers/zyr_text_bytes.h"
+#include "core_module/serializers/zyr_text_scanner.h"
 
 namespace zyr {
 
@@ -19,11 +20,9 @@ int getHexDigit(char p_character) {
     return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
 
-/// Walks the text without recursion, so that depth costs no stack.
-class JsonScanner {
+class JsonScanner : TextScanner {
 public:
-    JsonScanner(const char* p_text, size_t p_size, TextTree& p_tree, TextScanError& p_error)
-        : m_place(p_text), m_end(p_text + p_size), m_tree(p_tree), m_error(p_error) {}
+    using TextScanner::TextScanner;
 
     bool scan();
 
@@ -33,12 +32,6 @@ private:
         bool m_isArray;
     };
 
-    bool fail(const char* p_reason) { return m_error.set(p_reason, m_place); }
-    void skipSpace() {
-        while (m_place != m_end && (*m_place == ' ' || *m_place == '\n' || *m_place == '\r' || *m_place == '\t')) {
-            m_place++;
-        }
-    }
     bool take(char p_character) {
         if (m_place == m_end || *m_place != p_character) {
             return false;
@@ -56,12 +49,7 @@ private:
     bool push(uint32_t p_node, bool p_isArray);
     bool pop();
 
-    const char* m_place;
-    const char* m_end;
-    TextTree& m_tree;
-    TextScanError& m_error;
     Frame m_frames[c_maxDepth];
-    uint32_t m_depth = 0;
 };
 
 bool JsonScanner::scanEscape() {
@@ -191,9 +179,7 @@ bool JsonScanner::push(uint32_t p_node, bool p_isArray) {
 
 bool JsonScanner::scanValue(const char* p_key, size_t p_keySize) {
     const uint32_t index = m_tree.getSize();
-    const auto add = [&](TextNodeKind p_kind) {
-        return m_tree.add(p_kind, p_key, p_keySize) != nullptr || fail("there is no memory");
-    };
+    const auto addValue = [&](TextNodeKind p_kind) { return add(p_kind, p_key, p_keySize); };
     if (m_place == m_end) {
         return fail("a value is missing");
     }
@@ -203,20 +189,20 @@ bool JsonScanner::scanValue(const char* p_key, size_t p_keySize) {
     switch (*m_place) {
     case '"':
         m_place++;
-        if (!scanText(begin, end, escaped) || !add(TextNodeKind::TEXT)) {
+        if (!scanText(begin, end, escaped) || !addValue(TextNodeKind::TEXT)) {
             return false;
         }
         m_tree.setValue(index, begin, end, escaped);
         return true;
     case '{':
         m_place++;
-        return add(TextNodeKind::GROUP) && push(index, false);
+        return addValue(TextNodeKind::GROUP) && push(index, false);
     case '[':
         begin = ++m_place;
         if (!scanNumbers()) {
-            return add(TextNodeKind::ITEMS) && push(index, true);
+            return addValue(TextNodeKind::ITEMS) && push(index, true);
         }
-        if (!add(TextNodeKind::NUMBERS)) {
+        if (!addValue(TextNodeKind::NUMBERS)) {
             return false;
         }
         while (begin != m_place && static_cast<uint8_t>(*begin) <= ' ') {
@@ -226,14 +212,14 @@ bool JsonScanner::scanValue(const char* p_key, size_t p_keySize) {
         return true;
     case 't':
     case 'f':
-        if (!scanWord(*m_place == 't' ? "true" : "false") || !add(TextNodeKind::WORD)) {
+        if (!scanWord(*m_place == 't' ? "true" : "false") || !addValue(TextNodeKind::WORD)) {
             return false;
         }
         break;
     case 'n':
-        return scanWord("null") && add(TextNodeKind::NULL_VALUE);
+        return scanWord("null") && addValue(TextNodeKind::NULL_VALUE);
     default:
-        if (!scanNumber() || !add(TextNodeKind::WORD)) {
+        if (!scanNumber() || !addValue(TextNodeKind::WORD)) {
             return false;
         }
     }

@@ -2,6 +2,7 @@
 
 #include "core_module/serializers/zyr_byte_buffer.h"
 #include "core_module/serializers/zyr_text_bytes.h"
+#include "core_module/serializers/zyr_text_scanner.h"
 #include "core_module/serializers/zyr_xml_output.h"
 #include "zyr_common/memory/zyr_permanent.h"
 
@@ -73,7 +74,7 @@ void decodeXmlText(const char* p_text, size_t p_size, bool p_attribute, String& 
                 p_result.pushBackAsciiCharacter(p_attribute ? ' ' : '\n');
                 p_begin += p_end - p_begin > 1 && p_begin[1] == '\n';
             } else {
-                p_result.pushBackAsciiCharacter(p_attribute && isXmlSpace(*p_begin) ? ' ' : *p_begin);
+                p_result.pushBackAsciiCharacter(p_attribute && isTextSpace(*p_begin) ? ' ' : *p_begin);
             }
         }
     };
@@ -149,7 +150,7 @@ bool XmlInput::isGroup(const TextTree& p_tree, uint32_t p_index) {
         return true;
     }
     const char* text = p_tree.getText() + node.m_value;
-    return std::all_of(text, text + node.m_valueSize, &isXmlSpace);
+    return std::all_of(text, text + node.m_valueSize, &isTextSpace);
 }
 
 bool XmlInput::isArray(const TextTree& p_tree, uint32_t p_index) {

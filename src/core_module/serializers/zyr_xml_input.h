@@ -12,10 +12,6 @@ namespace zyr {
 /// everything between its tags.
 bool scanXml(const char* p_text, size_t p_size, TextTree& p_tree, TextScanError& p_error);
 
-inline bool isXmlSpace(char p_character) {
-    return p_character == ' ' || p_character == '\n' || p_character == '\t' || p_character == '\r';
-}
-
 /// Reads what stands between "&" and ";"; gives the place behind the ";", null for what is no reference.
 const char* readXmlReference(const char* p_place, const char* p_end, uint32_t& p_character);
 

@@ -1,6 +1,7 @@
 // The check of an XML document, which makes its tree.
 #include "core_module/serializers/zyr_field_kind.h"
 #include "core_module/serializers/zyr_text_bytes.h"
+#include "core_module/serializers/zyr_text_scanner.h"
 #include "core_module/serializers/zyr_xml_input.h"
 
 namespace zyr {
@@ -18,11 +19,9 @@ bool isNameCharacter(char p_character) {
            p_character == '.';
 }
 
-/// Walks the text without recursion, so that depth costs no stack.
-class XmlScanner {
+class XmlScanner : TextScanner {
 public:
-    XmlScanner(const char* p_text, size_t p_size, TextTree& p_tree, TextScanError& p_error)
-        : m_place(p_text), m_end(p_text + p_size), m_tree(p_tree), m_error(p_error) {}
+    using TextScanner::TextScanner;
 
     bool scan();
 
@@ -36,13 +35,6 @@ private:
         bool m_escaped;
     };
 
-    bool fail(const char* p_reason) { return m_error.set(p_reason, m_place); }
-    size_t remaining() const { return static_cast<size_t>(m_end - m_place); }
-    void skipSpace() {
-        while (m_place != m_end && isXmlSpace(*m_place)) {
-            m_place++;
-        }
-    }
     bool startsWith(const char* p_text) const {
         const size_t length = strlen(p_text);
         return remaining() >= length && memcmp(m_place, p_text, length) == 0;
@@ -53,9 +45,6 @@ private:
         }
         m_place += strlen(p_text);
         return true;
-    }
-    bool add(TextNodeKind p_kind, const char* p_key, size_t p_keySize) {
-        return m_tree.add(p_kind, p_key, p_keySize) != nullptr || fail("there is no memory");
     }
 
     bool scanName(const char*& p_name, size_t& p_size);
@@ -68,12 +57,7 @@ private:
     bool scanEndTag();
     bool scanContent();
 
-    const char* m_place;
-    const char* m_end;
-    TextTree& m_tree;
-    TextScanError& m_error;
     Frame m_frames[c_maxDepth];
-    uint32_t m_depth = 0;
 };
 
 bool XmlScanner::scanName(const char*& p_name, size_t& p_size) {
@@ -108,7 +92,7 @@ bool XmlScanner::scanCharacter(bool& p_escaped) {
     const size_t size = getUTF8Size(m_place, m_end);
     const bool noCharacter = size == 3 && byte == 0xEF && static_cast<uint8_t>(m_place[1]) == 0xBF &&
                              static_cast<uint8_t>(m_place[2]) >= 0xBE;
-    if (size == 0 || noCharacter || (byte < 0x20 && !isXmlSpace(*m_place))) {
+    if (size == 0 || noCharacter || (byte < 0x20 && !isTextSpace(*m_place))) {
         return fail("there is a character that XML doesn't have");
     }
     p_escaped = p_escaped || byte == '\r';
@@ -319,7 +303,7 @@ bool XmlScanner::scanContent() {
 
 bool XmlScanner::scan() {
     take("\xEF\xBB\xBF");
-    if (startsWith("<?xml") && remaining() > 5 && isXmlSpace(m_place[5])) {
+    if (startsWith("<?xml") && remaining() > 5 && isTextSpace(m_place[5])) {
         const char* name = m_place + 2;
         m_place += 5;
         if (!add(TextNodeKind::GROUP, name, 3) || !scanAttributes(true)) {
