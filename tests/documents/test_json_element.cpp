@@ -70,6 +70,17 @@ TEST(JsonElement, GivesUpAFixedArrayOfItemsWhenCleared) {
     EXPECT_EQ(element.getNumOfItems(), 1u);
 }
 
+TEST(JsonElement, BecomesACopyOfItsItem) {
+    JsonElement element;
+    JsonElement* item = new JsonElement;
+    item->setContent("content");
+    element.insertItem(item);
+    item->release();
+    element = *element.getItem(0);
+    EXPECT_EQ(element.getContent(), "content");
+    EXPECT_EQ(element.getNumOfItems(), 0u);
+}
+
 TEST(JsonElement, EndsTheProcessForANullItem) {
     JsonElement element;
     EXPECT_EXIT(element.insertItem(nullptr), testing::ExitedWithCode(0),

@@ -71,6 +71,17 @@ TEST(XmlElement, LooksForTheItemsOfACopyInTheCopy) {
     (*copy.getItems())[0]->release();
 }
 
+TEST(XmlElement, BecomesACopyOfItsChild) {
+    XmlElement element;
+    XmlElement* child = new XmlElement;
+    child->setContent("content");
+    element.pushBack("child", child);
+    child->release();
+    element = *child;
+    EXPECT_EQ(element.getContent(), "content");
+    EXPECT_EQ(element.getNodes(), nullptr);
+}
+
 TEST(XmlElement, ClearsEveryField) {
     XmlElement element;
     element.setName("name");

@@ -109,6 +109,19 @@ TEST(TreeNodeHashMap, CopiesTheShapeIntoPlainNodesOfItsOwn) {
     }
 }
 
+TEST(TreeNodeHashMap, BecomesACopyOfWhatStandsBelowIt) {
+    MapNode node;
+    addChild<MapNode>(*addChild(node, "a"), "b");
+    node.copy(node.findNode("a"));
+    EXPECT_EQ(CountedNode<MapNode>::s_living, 0);
+    EXPECT_EQ(getKeys(node), std::vector<std::string>{"b"});
+    node.findNode("b")->release();
+    addChild<MapNode>(*addChild(node, "a"), "c");
+    node = *node.findNode("a");
+    EXPECT_EQ(getKeys(node), std::vector<std::string>{"c"});
+    node.findNode("c")->release();
+}
+
 TEST(TreeNodeHashMap, EndsTheProcessForANullChild) {
     MapNode node;
     EXPECT_EXIT(
@@ -178,6 +191,19 @@ TEST(TreeNodeHashMultiMap, CopiesTheShapeIntoPlainNodesOfItsOwn) {
         EXPECT_EQ(*readAt<uint32_t*>(node, 8), 1u);
         node->release();
     }
+}
+
+TEST(TreeNodeHashMultiMap, BecomesACopyOfWhatStandsBelowIt) {
+    MultiMapNode node;
+    addChild<MultiMapNode>(*addChild(node, "a"), "b");
+    node.copy(node.findNode("a", 0));
+    EXPECT_EQ(CountedNode<MultiMapNode>::s_living, 0);
+    EXPECT_EQ(getKeys(node), std::vector<std::string>{"b"});
+    node.findNode("b", 0)->release();
+    addChild<MultiMapNode>(*addChild(node, "a"), "c");
+    node = *node.findNode("a", 0);
+    EXPECT_EQ(getKeys(node), std::vector<std::string>{"c"});
+    node.findNode("c", 0)->release();
 }
 
 TEST(TreeNodeHashMultiMap, EndsTheProcessForANullChild) {

@@ -138,6 +138,21 @@ TYPED_TEST(TreeNodeRow, IsCopiedByConstructorAndAssignmentToo) {
     this->getChildren(assigned)[0]->release();
 }
 
+TYPED_TEST(TreeNodeRow, BecomesACopyOfWhatStandsBelowIt) {
+    TypeParam node;
+    auto* child = this->addChild(node);
+    this->addChild(*this->addChild(*child));
+    node.copy(child);
+    EXPECT_EQ(CountedNode<TypeParam>::s_living, 0);
+    TypeParam* copy = this->getChildren(node).at(0);
+    TypeParam* inner = this->getChildren(*copy).at(0);
+    node = *copy;
+    EXPECT_EQ(this->getChildren(node).size(), 1u);
+    this->getChildren(node)[0]->release();
+    inner->release();
+    copy->release();
+}
+
 TEST(TreeNodeArray, EndsTheProcessForANullChild) {
     TreeNodeArray node;
     EXPECT_EXIT(

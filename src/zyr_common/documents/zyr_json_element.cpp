@@ -1,5 +1,6 @@
 #include "zyr_common/documents/zyr_json_element.h"
 
+#include "zyr_common/memory/zyr_ref.h"
 #include "zyr_common/memory/zyr_report.h"
 
 namespace zyr {
@@ -11,6 +12,8 @@ JsonElement::JsonElement(const JsonElement& p_src) : Base(p_src) {
 
 JsonElement& JsonElement::operator=(const JsonElement& p_src) {
     if (this != &p_src) {
+        // The source may stand below this node.
+        const auto source = Ref<JsonElement>::share(const_cast<JsonElement*>(&p_src));
         clear();
         Base::copy_This(p_src);
         copy_This(p_src);

@@ -1,6 +1,7 @@
 #include "zyr_common/documents/zyr_xml_element.h"
 
 #include "zyr_common/memory/zyr_permanent.h"
+#include "zyr_common/memory/zyr_ref.h"
 #include "zyr_common/text/zyr_string.h"
 
 namespace zyr {
@@ -12,6 +13,8 @@ XmlElement::XmlElement(const XmlElement& p_src) : Base(p_src) {
 
 XmlElement& XmlElement::operator=(const XmlElement& p_src) {
     if (this != &p_src) {
+        // The source may stand below this node.
+        const auto source = Ref<XmlElement>::share(const_cast<XmlElement*>(&p_src));
         clear();
         Base::copy_This(p_src);
         copy_This(p_src);

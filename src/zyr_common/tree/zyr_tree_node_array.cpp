@@ -1,5 +1,6 @@
 #include "zyr_common/tree/zyr_tree_node_array.h"
 
+#include "zyr_common/memory/zyr_ref.h"
 #include "zyr_common/memory/zyr_report.h"
 
 namespace zyr {
@@ -11,6 +12,8 @@ TreeNodeArray::TreeNodeArray(const TreeNodeArray& p_src) : RefCountedData(p_src)
 
 TreeNodeArray& TreeNodeArray::operator=(const TreeNodeArray& p_src) {
     if (this != &p_src) {
+        // The source may stand below this node.
+        const auto source = Ref<TreeNodeArray>::share(const_cast<TreeNodeArray*>(&p_src));
         clear();
         copy_This(p_src);
     }
@@ -21,6 +24,8 @@ void TreeNodeArray::copy(const TreeNodeArray* p_src) {
     if (this == p_src) {
         return;
     }
+    // The source may stand below this node.
+    const auto source = Ref<TreeNodeArray>::share(const_cast<TreeNodeArray*>(p_src));
     clear();
     if (p_src != nullptr) {
         copy_This(*p_src);

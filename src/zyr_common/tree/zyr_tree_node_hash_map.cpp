@@ -1,5 +1,6 @@
 #include "zyr_common/tree/zyr_tree_node_hash_map.h"
 
+#include "zyr_common/memory/zyr_ref.h"
 #include "zyr_common/memory/zyr_report.h"
 
 namespace zyr {
@@ -12,6 +13,8 @@ TreeNodeHashMap<K>::TreeNodeHashMap(const TreeNodeHashMap& p_src) : RefCountedDa
 
 template <typename K> TreeNodeHashMap<K>& TreeNodeHashMap<K>::operator=(const TreeNodeHashMap& p_src) {
     if (this != &p_src) {
+        // The source may stand below this node.
+        const auto source = Ref<TreeNodeHashMap>::share(const_cast<TreeNodeHashMap*>(&p_src));
         clear();
         copy_This(p_src);
     }
@@ -22,6 +25,8 @@ template <typename K> void TreeNodeHashMap<K>::copy(const TreeNodeHashMap* p_src
     if (this == p_src) {
         return;
     }
+    // The source may stand below this node.
+    const auto source = Ref<TreeNodeHashMap>::share(const_cast<TreeNodeHashMap*>(p_src));
     clear();
     if (p_src != nullptr) {
         copy_This(*p_src);

@@ -1,5 +1,6 @@
 #include "zyr_common/tree/zyr_tree_node_hash_multi_map.h"
 
+#include "zyr_common/memory/zyr_ref.h"
 #include "zyr_common/memory/zyr_report.h"
 
 namespace zyr {
@@ -13,6 +14,8 @@ TreeNodeHashMultiMap<K>::TreeNodeHashMultiMap(const TreeNodeHashMultiMap& p_src)
 
 template <typename K> TreeNodeHashMultiMap<K>& TreeNodeHashMultiMap<K>::operator=(const TreeNodeHashMultiMap& p_src) {
     if (this != &p_src) {
+        // The source may stand below this node.
+        const auto source = Ref<TreeNodeHashMultiMap>::share(const_cast<TreeNodeHashMultiMap*>(&p_src));
         clear();
         copy_This(p_src);
     }
@@ -23,6 +26,8 @@ template <typename K> void TreeNodeHashMultiMap<K>::copy(const TreeNodeHashMulti
     if (this == p_src) {
         return;
     }
+    // The source may stand below this node.
+    const auto source = Ref<TreeNodeHashMultiMap>::share(const_cast<TreeNodeHashMultiMap*>(p_src));
     clear();
     if (p_src != nullptr) {
         copy_This(*p_src);

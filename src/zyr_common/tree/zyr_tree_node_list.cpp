@@ -1,5 +1,6 @@
 #include "zyr_common/tree/zyr_tree_node_list.h"
 
+#include "zyr_common/memory/zyr_ref.h"
 #include "zyr_common/memory/zyr_report.h"
 
 namespace zyr {
@@ -11,6 +12,8 @@ TreeNodeList::TreeNodeList(const TreeNodeList& p_src) : RefCountedData(p_src), m
 
 TreeNodeList& TreeNodeList::operator=(const TreeNodeList& p_src) {
     if (this != &p_src) {
+        // The source may stand below this node.
+        const auto source = Ref<TreeNodeList>::share(const_cast<TreeNodeList*>(&p_src));
         clear();
         copy_This(p_src);
     }
@@ -21,6 +24,8 @@ void TreeNodeList::copy(const TreeNodeList* p_src) {
     if (this == p_src) {
         return;
     }
+    // The source may stand below this node.
+    const auto source = Ref<TreeNodeList>::share(const_cast<TreeNodeList*>(p_src));
     clear();
     if (p_src != nullptr) {
         copy_This(*p_src);
