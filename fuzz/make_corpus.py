@@ -277,6 +277,39 @@ TRANSPORT = {
 }
 
 
+def said(kind, head=b"", payload=b""):
+    """A message of a live screen's viewer, whose payload is a multiple of ten bytes, see fuzz_live.cpp."""
+    return bytes([kind, len(head), len(payload) // 10]) + head + payload
+
+
+def hello(user=b"", secret=b"0123456789abcdef", version=1, codecs=3):
+    return said(1, struct.pack("<IIB", version, 1, codecs) + struct.pack("<H", len(user)) + user +
+                struct.pack("<H", len(secret)) + secret)
+
+
+# Behind a 1 the viewer has been let in.
+LIVE = {
+    "hello": b"\0" + hello(),
+    "hello-twice": b"\1" + hello(),
+    "hello-wrong": b"\0" + hello(secret=b"x"),
+    "hello-user": b"\0" + hello(user=b"root"),
+    "hello-version": b"\0" + hello(version=2),
+    "hello-no-codec": b"\0" + hello(codecs=0),
+    "hello-cut-short": b"\0" + said(1, b"\1\0\0\0"),
+    "hello-long-text": b"\0" + said(1, struct.pack("<IIBHH", 1, 0, 3, 0, 65535) + b"short"),
+    "nothing-first": b"\0" + said(2, bytes(12)),
+    "all": b"\1" + b"".join((
+        said(2, struct.pack("<III", 1, 2, 3)), said(3, struct.pack("<I", 3)), said(4, struct.pack("<iiH", -1, 1 << 30, 65535)),
+        said(5, b"\x80\x7f"), said(6, struct.pack("<IHB", 0xFFFFFF, 65535, 1)), said(7), said(8, b"", b"gr\xc3\xbc\xc3\x9fe!!!"[:10]),
+        said(9), said(10, b"\1"), said(11, bytes(8)))),
+    "acknowledge-nothing": b"\1" + said(2, struct.pack("<III", 0xFFFFFFFF, 0, 0)),
+    "key-cut-short": b"\1" + said(6, b"\1\2"),
+    "ping-cut-short": b"\1" + said(11, bytes(7)),
+    "of-the-server": b"\1" + said(66, bytes(40), bytes(100)),
+    "unknown": b"\1" + said(255),
+}
+
+
 def write(name, seeds):
     directory = CORPUS / name
     directory.mkdir(parents=True, exist_ok=True)
@@ -292,6 +325,7 @@ write("svg_path", SVG_PATH)
 write("layout", LAYOUT)
 write("text", TEXT)
 write("transport", {name: bytes([kind, size]) + data for name, (kind, size, data) in TRANSPORT.items()})
+write("live", LIVE)
 write("compression", COMPRESSION)
 write("blocks", makeBlocksSeeds())
 write("load", makeLoadSeeds())

@@ -36,6 +36,9 @@ public:
     /// Serves until the program is told to end, or the source has ended. Throws RunError when the source has failed.
     void run();
 
+    /// What run() does again and again: waits for something to happen, a second at most, and serves it.
+    void turn();
+
 private:
     struct Guest {
         std::unique_ptr<ViewerLink> m_link;
@@ -45,7 +48,6 @@ private:
     };
     using Guests = std::map<uint32_t, Guest>;
 
-    void turn();
     void wait();
     void acceptAll();
     bool isCrowded(const std::string& p_peer) const;
