@@ -182,6 +182,7 @@ void LiveServer::take(Guest& p_guest, const DataMessage& p_message, uint64_t p_n
         return;
     }
     if (link.isTooFast(p_now)) {
+        fprintf(stderr, "zyr-host: %s refused, too many messages\n", p_guest.m_peer.c_str());
         link.refuse(LiveRefusal::TOO_FAST, "too many messages");
         return;
     }

@@ -3,7 +3,7 @@ import asyncio
 import os
 import pathlib
 import re
-import ssl
+import socket
 import struct
 import subprocess
 import sys
@@ -15,7 +15,8 @@ import websockets
 
 import browser
 from live_client import (ACKNOWLEDGE, CLIPBOARD, CLIPBOARD_GET, CLIPBOARD_SET, CONTROL_STATE, FRAME, HELLO, HOST, NEED_KEY, POINTER,
-                         POINTER_AT, REFUSED, STREAM, WELCOME, EXACT, KEY_FRAME, LAST, Screen, Server, Viewer, hello, insecure)
+                         POINTER_AT, REFUSED, STREAM, WELCOME, EXACT, KEY_FRAME, LAST, Screen, Server, Viewer, hello, insecure,
+                         message)
 
 MOVING = "generate:320x240@30:3000"
 CHECKS = {}
@@ -167,6 +168,80 @@ async def a_film_goes_by_vp9_beside_blocks():
 
 
 @check
+async def a_stopped_viewer_goes_on_with_the_newest_picture():
+    async with Server(MOVING) as server, Viewer(server) as stopped, Viewer(server) as other:
+        await stopped.join()
+        await other.join()
+        await asyncio.gather(stopped.watch(10), other.watch(10))
+        await other.watch(60)
+        present = other.captured
+
+        old = -1
+        while stopped.captured < present:
+            old += 1
+            await asyncio.gather(stopped.watch(1), other.watch(1))
+        assert old <= 4, f"{old} pictures of the past"
+        assert stopped.frames[-1][1] & KEY_FRAME, stopped.frames
+        last = stopped.captured
+        for _ in range(5):
+            await asyncio.gather(stopped.watch(1), other.watch(1))
+            assert stopped.captured > last
+            last = stopped.captured
+
+
+class Delay:
+    """A road to the server on which everything takes 150 ms, until the block ends."""
+
+    def __init__(self, server):
+        self.server = server
+        self.tasks = []
+
+    async def __aenter__(self):
+        self.listener = await asyncio.start_server(self.carry, "127.0.0.1", 0)
+        self.port = self.listener.sockets[0].getsockname()[1]
+        return self
+
+    async def __aexit__(self, *_):
+        self.listener.close()
+        for task in self.tasks:
+            task.cancel()
+
+    async def carry(self, reader, writer):
+        far_reader, far_writer = await asyncio.open_connection("127.0.0.1", self.server.port)
+        self.tasks += [asyncio.create_task(self.pass_on(reader, far_writer)), asyncio.create_task(self.pass_on(far_reader, writer))]
+
+    async def pass_on(self, reader, writer):
+        while data := await reader.read(65536):
+            asyncio.get_running_loop().call_later(0.15, writer.write, data)
+        writer.close()
+
+
+@check
+async def slow_viewers_and_new_ones_do_not_hold_up_others():
+    async with Server(MOVING) as server, Delay(server) as road, Viewer(server) as quick, Viewer(server, port=road.port) as slow:
+        await quick.join()
+        going = asyncio.create_task(quick.watch(1_000_000))
+        await slow.join()
+        before = len(quick.frames)
+        await slow.watch(20)
+        assert len(quick.frames) - before >= 20, (before, len(quick.frames))
+        # Ten join at once: until they all have ten pictures, the quick one has as many, and few key frames among them.
+        before = len(quick.frames)
+        started = quick.captured
+
+        async def visit():
+            async with Viewer(server) as viewer:
+                await viewer.join()
+                await viewer.watch(10)
+
+        await asyncio.gather(*(visit() for _ in range(10)))
+        keys = sum(flags & KEY_FRAME for _, flags, _ in quick.frames[before:])
+        assert len(quick.frames) - before >= 10, (before, len(quick.frames))
+        assert keys <= 2 + 2 * (quick.captured - started) / 1e6, (keys, quick.captured - started)
+        going.cancel()
+
+
+@check
 async def viewers_that_join_together_share_key_frames():
     async with Server(MOVING) as server:
         viewers = [Viewer(server) for _ in range(10)]
@@ -216,10 +291,85 @@ async def many_connections_leave_nothing_behind():
             await viewer.join()
             await stay(viewer, 10)
             before = server.count_descriptors()
-            for _ in range(8):
+            for _ in range(2):
                 await asyncio.gather(stay(viewer, 5), *(visit() for _ in range(8)))
             await stay(viewer, 10)
             assert server.count_descriptors() <= before + 1, (before, server.count_descriptors())
+
+
+def connect_rudely(server, way):
+    """Comes and goes as nobody should."""
+    with socket.create_connection(("127.0.0.1", server.port), timeout=60) as peer:
+        if way == 0:
+            return
+        head = (f"GET /live HTTP/1.1\r\nHost: 127.0.0.1:{server.port}\r\nOrigin: http://127.0.0.1:{server.port}\r\n"
+                "Upgrade: websocket\r\nConnection: Upgrade\r\nSec-WebSocket-Version: 13\r\n"
+                "Sec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\r\n\r\n").encode()
+        if way == 1:
+            peer.sendall(head[:40])
+            return
+        said = message(HELLO, hello(server.token if way == 3 else "wrong"))
+        peer.sendall(head + bytes([0x82, 0x80 | len(said), 0, 0, 0, 0]) + said)
+        wanted = struct.pack("<II", 0x4D72797A, WELCOME if way == 3 else REFUSED)
+        got = b""
+        while wanted not in got:
+            more = peer.recv(65536)
+            assert more, got
+            got += more
+
+
+@check
+async def five_hundred_connections_leave_nothing_behind():
+    async with Server(MOVING, "--insecure-plain", "--codec", "blocks") as server, Viewer(server) as viewer:
+        await viewer.join()
+
+        async def come_and_go(count):
+            for i in range(count):
+                await asyncio.to_thread(connect_rudely, server, i % 4)
+            # What they left is cleaned up before this one has its pictures.
+            await viewer.send(NEED_KEY, struct.pack("<I", 1))
+            await viewer.watch(5)
+            return server.count_descriptors(), server.count_pages()
+
+        descriptors, pages = await come_and_go(100)
+        later_descriptors, later_pages = await come_and_go(400)
+        assert later_descriptors <= descriptors, (descriptors, later_descriptors)
+        assert server.keeps_freed_memory() or later_pages - pages < 1024, (pages, later_pages)
+
+
+@check
+async def too_many_messages_end_the_connection():
+    async with Server(MOVING) as server, Viewer(server) as viewer:
+        await viewer.join()
+
+        async def chatter():
+            try:
+                for _ in range(100_000):
+                    await viewer.send(ACKNOWLEDGE, struct.pack("<III", 0, 0, 0))
+            except websockets.ConnectionClosed:
+                pass
+
+        talking = asyncio.create_task(chatter())
+        try:
+            while (await viewer.receive())[0] != REFUSED:
+                pass
+        except websockets.ConnectionClosed:
+            pass  # What was on its way may have swept the farewell away.
+        await talking
+        assert "refused, too many messages" in server.log(), server.log()
+
+
+@check
+async def who_says_nothing_is_turned_away():
+    async with Server(MOVING) as server, Viewer(server) as silent:
+        reader, writer = await asyncio.open_connection("127.0.0.1", server.port)
+
+        async def wait_without_tls():
+            assert await asyncio.wait_for(reader.read(), 60) == b""
+            writer.close()
+
+        reason, _ = await asyncio.gather(refusal_of(silent), wait_without_tls())
+        assert reason == 3
 
 
 @check

@@ -20,8 +20,12 @@ def text(value):
     return struct.pack("<H", len(value)) + value.encode()
 
 
-def hello(token, flags=0, codecs=3, version=1):
-    return struct.pack("<IIB", version, flags, codecs) + text("") + text(token)
+def hello(token, flags=0, codecs=3, version=1, user=""):
+    return struct.pack("<IIB", version, flags, codecs) + text(user) + text(token)
+
+
+def message(kind, head=b"", payload=b""):
+    return struct.pack("<IIIIQ", MAGIC, kind, 1, len(head), len(payload)) + head + payload
 
 
 class Server:
@@ -57,6 +61,14 @@ class Server:
 
     def count_descriptors(self):
         return len(os.listdir(f"/proc/{self.process.pid}/fd"))
+
+    def count_pages(self):
+        return int(pathlib.Path(f"/proc/{self.process.pid}/statm").read_text().split()[1])
+
+    def keeps_freed_memory(self):
+        """As the address sanitizer does, and an emulator."""
+        maps = pathlib.Path(f"/proc/{self.process.pid}/maps").read_text()
+        return "libasan" in maps or "qemu" in maps
 
 
 class Screen:
@@ -94,37 +106,39 @@ def insecure():
 
 
 class Viewer:
-    def __init__(self, server, origin=None):
+    def __init__(self, server, origin=None, port=None):
         self.server = server
+        self.port = port or server.port
         self.origin = origin or server.page.rstrip("/")
         self.frames = []
-        self.area = None
+        self.area = None      # Of the last packet.
+        self.captured = None  # When its picture was, in microseconds of the server's clock.
 
     async def __aenter__(self):
         scheme = "wss" if self.server.page.startswith("https") else "ws"
         self.socket = await websockets.connect(
             f"{scheme}://127.0.0.1:{self.server.port}/live", max_size=None, origin=self.origin, compression=None,
-            ssl=insecure() if scheme == "wss" else None)
+            ssl=insecure() if scheme == "wss" else None, host="127.0.0.1", port=self.port)
         return self
 
     async def __aexit__(self, *_):
         await self.socket.close()
 
     async def send(self, kind, head=b"", payload=b""):
-        await self.socket.send(struct.pack("<IIIIQ", MAGIC, kind, 1, len(head), len(payload)) + head + payload)
+        await self.socket.send(message(kind, head, payload))
 
     async def receive(self):
-        message = await asyncio.wait_for(self.socket.recv(), 60)
-        magic, kind, _, size, payload = struct.unpack_from("<IIIIQ", message)
-        assert magic == MAGIC and len(message) == 24 + size + payload
-        return kind, message[24:24 + size], message[24 + size:]
+        got = await asyncio.wait_for(self.socket.recv(), 60)
+        magic, kind, _, size, payload = struct.unpack_from("<IIIIQ", got)
+        assert magic == MAGIC and len(got) == 24 + size + payload
+        return kind, got[24:24 + size], got[24 + size:]
 
     async def until(self, wanted, acknowledge=True):
         """Receives until a message of the kind comes."""
         while True:
             kind, head, payload = await self.receive()
             if kind == FRAME:
-                sequence, codec, flags, *self.area = struct.unpack_from("<IBBHHHH", head)
+                sequence, codec, flags, *self.area, self.captured = struct.unpack_from("<IBBHHHHQ", head)
                 self.frames.append((codec, flags, len(payload)))
                 if acknowledge and flags & LAST:
                     await self.send(ACKNOWLEDGE, struct.pack("<III", sequence, 0, 0))
@@ -136,3 +150,9 @@ class Viewer:
         await self.send(HELLO, hello(self.server.token, flags, codecs))
         await self.until(WELCOME)
         return self
+
+    async def watch(self, count):
+        """Takes so many packets more."""
+        wanted = len(self.frames) + count
+        while len(self.frames) < wanted:
+            await self.until(FRAME)

@@ -44,7 +44,7 @@ INSTANTIATE_TEST_SUITE_P(
                     "broken_messages_end_the_connection", "no_common_codec_is_refused", "another_origin_is_refused",
                     "the_page_comes_with_its_guards", "plain_http_is_not_spoken_on_the_secure_port",
                     "the_fingerprint_is_that_of_the_certificate", "a_silent_viewer_gets_no_more_than_its_window",
-                    "a_film_goes_by_vp9_beside_blocks", "viewers_that_join_together_share_key_frames",
+                    "a_film_goes_by_vp9_beside_blocks", "a_stopped_viewer_goes_on_with_the_newest_picture", "slow_viewers_and_new_ones_do_not_hold_up_others", "five_hundred_connections_leave_nothing_behind", "too_many_messages_end_the_connection", "who_says_nothing_is_turned_away", "viewers_that_join_together_share_key_frames",
                     "a_broken_decoder_gets_a_key_frame", "many_connections_leave_nothing_behind",
                     "native_viewers_check_the_certificate", "input_moves_the_pointer_of_the_screen",
                     "the_clipboard_goes_both_ways", "a_browser_shows_the_screen_and_reloads",
