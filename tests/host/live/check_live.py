@@ -19,6 +19,7 @@ from live_client import (ACKNOWLEDGE, CLIPBOARD, CLIPBOARD_GET, CLIPBOARD_SET, C
                          message)
 
 MOVING = "generate:320x240@30:3000"
+SKIPPED = 77
 CHECKS = {}
 
 
@@ -546,6 +547,90 @@ async def a_browser_comes_back_to_a_server_that_was_killed():
             before = await chromium.evaluate("Number(document.documentElement.dataset.frames)")
             async with Server(MOVING, "--token-file", str(token), "--port", str(server.port)):
                 await chromium.until(f"Number(document.documentElement.dataset.frames) > {before + 5}", "frames again")
+
+
+def in_a_private_system(name):
+    """Runs another of the checks where mounts are its own; nothing outside changes."""
+    if os.geteuid() != 0 or subprocess.run(["unshare", "--mount", "true"], stderr=subprocess.DEVNULL).returncode != 0:
+        print("takes root, to have mounts and accounts of its own", file=sys.stderr)
+        sys.exit(SKIPPED)
+    run = subprocess.run(["unshare", "--mount", "--propagation", "private", sys.executable, __file__, name])
+    assert run.returncode == 0
+
+
+def replace(path, text):
+    """Another file in the place of an existing one, or one more in a directory that becomes changeable."""
+    target = pathlib.Path(path)
+    if not target.exists():
+        room = tempfile.mkdtemp(dir="/run")
+        subprocess.run(["mount", "-t", "tmpfs", "zyr-test", room], check=True)
+        for name in ("upper", "work"):
+            os.mkdir(f"{room}/{name}")
+        subprocess.run(["mount", "-t", "overlay", "zyr-test", "-o",
+                        f"lowerdir={target.parent},upperdir={room}/upper,workdir={room}/work", target.parent], check=True)
+    target.write_text(text)
+
+
+@check
+async def accounts_come_in_by_their_passwords():
+    in_a_private_system("accounts_of_a_private_system")
+
+
+@check
+async def accounts_of_a_private_system():
+    subprocess.run(["mount", "-t", "tmpfs", "zyr-test", "/run"], check=True)
+    module = os.environ["ZYR_TEST_PAM_MODULE"]
+    replace("/etc/pam.d/zyr-other", "")
+    for service in ("login", "system"):
+        replace(f"/etc/pam.d/{service}", f"auth required {module} password=secret\naccount required {module}\n")
+
+    async def say(server, user, password):
+        async with Viewer(server) as viewer:
+            await viewer.send(HELLO, hello(password, user=user))
+            kind, head, _ = await viewer.receive()
+            return "welcome" if kind == WELCOME else struct.unpack_from("<H", head)[0]
+
+    async with Server(MOVING, "--user", "carol", "--user", "dave") as server:
+        assert server.token == "", "a token beside the accounts"
+        assert await say(server, "carol", "secret") == "welcome"
+        assert await say(server, "dave", "secret") == "welcome"
+        assert await say(server, "carol", "Secret") == 1
+        assert await say(server, "erin", "secret") == 1, "an account that was not named"
+        assert await say(server, "", "secret") == 1, "a token that is a password"
+        assert await say(server, "", "") == 1
+        log = server.log()
+        assert "looks on as carol" in log and "ecret" not in log.replace("wrong secret", ""), log
+
+
+@check
+async def root_becomes_the_user_at_the_console():
+    in_a_private_system("console_of_a_private_system")
+
+
+@check
+async def console_of_a_private_system():
+    subprocess.run(["mount", "-t", "tmpfs", "zyr-test", "/run"], check=True)
+    for name in ("seats", "sessions", "users", "machines"):
+        os.makedirs(f"/run/systemd/{name}")
+    pathlib.Path("/run/systemd/sessions/7").write_text("UID=48123\nSTATE=active\nCLASS=user\nSEAT=seat0\n")
+    pathlib.Path("/run/systemd/seats/seat0").write_text("ACTIVE=7\nACTIVE_UID=48123\n")
+    os.mkdir("/run/home")
+    os.chown("/run/home", 48123, 48124)
+    for path, line in (("/etc/passwd", "console:x:48123:48124::/run/home:/bin/sh\n"), ("/etc/group", "console:x:48124:\n")):
+        text = pathlib.Path(path).read_text() + line
+        pathlib.Path("/run/copy").write_text(text)
+        subprocess.run(["cp", "/run/copy", "/run/" + pathlib.Path(path).name], check=True)
+        subprocess.run(["mount", "--bind", "/run/" + pathlib.Path(path).name, path], check=True)
+    with Screen() as screen:
+        async with Server(logs="/run/home/log", environment={"DISPLAY": screen.display}) as server, Viewer(server) as viewer:
+            status = pathlib.Path(f"/proc/{server.process.pid}/status").read_text()
+            assert re.search(r"^Uid:\t48123\t48123\t48123\t48123$", status, re.M), status
+            assert re.search(r"^Gid:\t48124\t48124\t48124\t48124$", status, re.M), status
+            assert re.search(r"^Groups:\s*48124\s*$", status, re.M), status
+            assert "runs as console, the user at the console" in server.log(), server.log()
+            await viewer.join()
+            await viewer.until(FRAME)
+            assert os.stat("/run/home/log").st_uid == 48123
 
 
 if __name__ == "__main__":

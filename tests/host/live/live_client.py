@@ -31,8 +31,9 @@ def message(kind, head=b"", payload=b""):
 class Server:
     """zyr-host serve, until the block ends."""
 
-    def __init__(self, *arguments, environment=None):
+    def __init__(self, *arguments, environment=None, logs=None):
         self.arguments = arguments
+        self.logs = logs
         self.environment = environment or {}
 
     async def __aenter__(self):
@@ -40,7 +41,7 @@ class Server:
         self.errors = pathlib.Path(self.folder.name) / "errors"
         environment = {**os.environ, "XDG_STATE_HOME": self.folder.name, **self.environment}
         with open(self.errors, "wb") as errors:
-            self.process = subprocess.Popen([HOST, "serve", "--log-dir", self.folder.name, *self.arguments],
+            self.process = subprocess.Popen([HOST, "serve", "--log-dir", self.logs or self.folder.name, *self.arguments],
                                             stdout=subprocess.PIPE, stderr=errors, env=environment)
         line = await asyncio.get_running_loop().run_in_executor(None, self.process.stdout.readline)
         assert line, f"the server did not start: {self.errors.read_text()}"

@@ -106,36 +106,94 @@ TEST_F(ScreenInputTest, HoldsNoMoreKeysThanFingersCan) {
 class ScreenClipboardTest : public ScreenTest {
 protected:
     /// Asks one clipboard for what the other one offers.
-    std::string fetch() {
+    std::string fetch(ScreenClipboard& p_reader) {
         std::string text;
-        std::string none;
-        m_reader.request();
-        m_writer.update(none);
-        while (!m_reader.update(text)) {
-            pollfd waits[] = {{m_reader.getDescriptor(), POLLIN, 0}, {m_writer.getDescriptor(), POLLIN, 0}};
+        p_reader.request();
+        serve(p_reader);
+        while (!p_reader.update(text)) {
+            pollfd waits[] = {{p_reader.getDescriptor(), POLLIN, 0}, {m_writer.getDescriptor(), POLLIN, 0}};
             if (poll(waits, 2, 60'000) <= 0) {
                 return "nothing came";
             }
-            m_writer.update(none);
+            serve(p_reader);
         }
         return text;
     }
 
-    ScreenClipboard m_writer{m_screen.getDisplay(), 1000};
-    ScreenClipboard m_reader{m_screen.getDisplay(), 1000};
+    void serve(const ScreenClipboard& p_reader) {
+        std::string none;
+        if (&p_reader != &m_writer) {
+            m_writer.update(none);
+        }
+    }
+
+    static constexpr size_t LARGEST = 262'144;
+    ScreenClipboard m_writer{m_screen.getDisplay(), LARGEST};
+    ScreenClipboard m_reader{m_screen.getDisplay(), LARGEST};
 };
 
 TEST_F(ScreenClipboardTest, GivesWhatAnotherOneOffers) {
     ASSERT_TRUE(m_writer.offer("Grüße"));
-    EXPECT_EQ(fetch(), "Grüße");
+    EXPECT_EQ(fetch(m_reader), "Grüße");
     ASSERT_TRUE(m_writer.offer("more"));
-    EXPECT_EQ(fetch(), "more");
+    EXPECT_EQ(fetch(m_reader), "more");
 }
 
 TEST_F(ScreenClipboardTest, RefusesATextAboveTheLimit) {
     ASSERT_TRUE(m_writer.offer("kept"));
-    EXPECT_FALSE(m_writer.offer(std::string(1001, 'x')));
-    EXPECT_EQ(fetch(), "kept");
+    EXPECT_FALSE(m_writer.offer(std::string(LARGEST + 1, 'x')));
+    EXPECT_EQ(fetch(m_reader), "kept");
+}
+
+TEST_F(ScreenClipboardTest, GivesLongTextsPieceByPiece) {
+    for (const size_t size : {size_t{65'536}, size_t{65'537}, size_t{131'072}, LARGEST}) {
+        std::string text;
+        for (unsigned line = 0; text.size() < size; line++) {
+            text += std::to_string(line) + "\n";
+        }
+        text.resize(size);
+        ASSERT_TRUE(m_writer.offer(text));
+        EXPECT_TRUE(fetch(m_reader) == text) << size;
+        EXPECT_TRUE(fetch(m_writer) == text) << "from itself, " << size;
+    }
+}
+
+TEST_F(ScreenClipboardTest, TellsTheSizeOfALongText) {
+    ASSERT_TRUE(m_writer.offer(std::string(100'000, 'x')));
+    const xcb_window_t window = showWindow(XCB_EVENT_MASK_PROPERTY_CHANGE);
+    const xcb_atom_t property = m_own.getAtom("PLACE");
+    xcb_convert_selection(m_own.get(), window, m_own.getAtom("CLIPBOARD"), m_own.getAtom("UTF8_STRING"), property,
+                          XCB_CURRENT_TIME);
+    sync();
+    std::string none;
+    m_writer.update(none);
+    await<xcb_selection_notify_event_t>(XCB_SELECTION_NOTIFY, [](const auto&) { return true; });
+    const ReplyHandle<xcb_get_property_reply_t> value(xcb_get_property_reply(
+        m_own.get(), xcb_get_property(m_own.get(), 0, window, property, XCB_ATOM_ANY, 0, 1), nullptr));
+    ASSERT_TRUE(value);
+    EXPECT_EQ(value->type, m_own.getAtom("INCR"));
+    ASSERT_EQ(xcb_get_property_value_length(value.get()), 4);
+    EXPECT_EQ(*static_cast<const uint32_t*>(xcb_get_property_value(value.get())), 100'000u);
+}
+
+TEST_F(ScreenClipboardTest, TakesNoTextAboveItsLimit) {
+    ScreenClipboard small(m_screen.getDisplay(), 70'000);
+    ASSERT_TRUE(m_writer.offer(std::string(200'000, 'x')));
+    std::string text = "before";
+    std::string none;
+    small.request();
+    // The first piece is taken, and the second one is too much.
+    for (unsigned turns = 0; turns < 2; turns++) {
+        pollfd wait{m_writer.getDescriptor(), POLLIN, 0};
+        ASSERT_GT(poll(&wait, 1, 60'000), 0);
+        m_writer.update(none);
+        wait.fd = small.getDescriptor();
+        ASSERT_GT(poll(&wait, 1, 60'000), 0);
+        EXPECT_FALSE(small.update(text));
+    }
+    EXPECT_EQ(text, "before");
+    ASSERT_TRUE(m_writer.offer("short"));
+    EXPECT_EQ(fetch(small), "short");
 }
 
 } // namespace zyr::host
