@@ -9,8 +9,8 @@
 
 namespace zyr::host {
 
-/// Reads the clipboard when asked, and offers a text of its own when told to. Long texts travel piece by piece, the next
-/// one when the last was taken. One thread, which calls update() when the descriptor is readable.
+/// Reads the clipboard when asked, and offers a text of its own when told to. Long texts travel piece by piece, the
+/// next one when the last was taken. One thread, which calls update() when the descriptor is readable.
 class ScreenClipboard {
 public:
     /// Throws RunError.

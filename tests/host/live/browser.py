@@ -70,8 +70,9 @@ class Browser:
         await self.call("Page.navigate", url="about:blank")
         await self.call("Page.navigate", url=address)
 
-    async def evaluate(self, script):
-        answer = await self.call("Runtime.evaluate", expression=script, awaitPromise=True, returnByValue=True)
+    async def evaluate(self, script, gesture=False):
+        """`gesture`: as if a person had just done something."""
+        answer = await self.call("Runtime.evaluate", expression=script, awaitPromise=True, returnByValue=True, userGesture=gesture)
         if "exceptionDetails" in answer:
             raise RuntimeError(answer["exceptionDetails"]["exception"].get("description"))
         return answer["result"].get("value")

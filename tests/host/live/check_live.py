@@ -1,8 +1,10 @@
 """One check of a live screen; its name is the argument. The environment names the program (ZYR_HOST_PROGRAM)."""
 import asyncio
+import json
 import os
 import pathlib
 import re
+import signal
 import socket
 import struct
 import subprocess
@@ -389,6 +391,39 @@ async def native_viewers_check_the_certificate():
 
 
 @check
+async def the_window_shows_and_steers():
+    sys.path.append(str(pathlib.Path(__file__).parents[2] / "plugin_blocks"))
+    import blocks_decoder
+    decoder = blocks_decoder.Decoder()
+    # A screen is shown in a window on another one, which is looked at in its turn.
+    with Screen(320, 240) as far, Screen(400, 300) as near:
+        subprocess.run(["xsetroot", "-display", far.display, "-solid", "#203040"], check=True)
+        async with Server("--display", far.display) as server, Viewer(server) as watcher:
+            report = f"{server.folder.name}/report"
+            view = subprocess.Popen([HOST, "view", server.address, "--insecure", "--report", report, "--log-dir", server.folder.name],
+                                    env={**os.environ, "DISPLAY": near.display}, stderr=subprocess.DEVNULL)
+            async with Server("--display", near.display, "--codec", "blocks") as looking, Viewer(looking) as viewer:
+                await viewer.join(flags=1)
+
+                def color(x, y):
+                    return tuple(decoder.rows[y][x])
+
+                shown = None
+                while shown != (32, 48, 64):
+                    _, payload = await viewer.until(FRAME)
+                    decoder.decode(payload)
+                    shown = color(300, 230)
+                assert color(0, 0) == (32, 48, 64) and color(330, 230) == (0, 0, 0) and color(300, 250) == (0, 0, 0)
+                await watcher.join()
+                await viewer.send(POINTER, struct.pack("<iiH", 123, 45, 0))
+                while struct.unpack("<ii", (await watcher.until(POINTER_AT))[0]) != (123, 45):
+                    pass
+                view.send_signal(signal.SIGINT)
+                assert await asyncio.to_thread(view.wait) == 130
+                assert json.loads(pathlib.Path(report).read_text())["frames"] > 0
+
+
+@check
 async def input_moves_the_pointer_of_the_screen():
     async with Server("--demo", environment={"DISPLAY": ""}) as server, Viewer(server) as viewer, Viewer(server) as other:
         await viewer.join(flags=1)
@@ -481,6 +516,71 @@ async def a_browser_moves_the_pointer():
             place = struct.unpack("<ii", head)
             if abs(place[0] - 200) <= 1 and abs(place[1] - 100) <= 1:
                 break
+
+
+IN_CONTROL = "document.getElementById('state').textContent.startsWith('You are in control')"
+
+
+async def press(chromium, key, code, modifiers=0, text=None):
+    await chromium.call("Input.dispatchKeyEvent", type="keyDown", key=key, code=code, modifiers=modifiers,
+                        windowsVirtualKeyCode={"Tab": 9, "Enter": 13}.get(key, 0), **({"text": text} if text else {}))
+    await chromium.call("Input.dispatchKeyEvent", type="keyUp", key=key, code=code, modifiers=modifiers)
+
+
+@check
+async def a_browser_needs_no_mouse():
+    async with Server("--demo", environment={"DISPLAY": ""}) as server, browser.Browser() as chromium:
+        await chromium.open(server.address)
+        await chromium.until(IN_CONTROL, "control")
+        focused = "document.activeElement.id"
+        await chromium.until(f"{focused} === 'screen'", "the screen has the keyboard")
+        # All keys are the screen's but the way out, and that leads to the buttons.
+        await press(chromium, "Tab", "Tab")
+        assert await chromium.evaluate(focused) == "screen"
+        await press(chromium, "Shift", "ShiftLeft", modifiers=1 | 2 | 8)
+        assert await chromium.evaluate(focused) == "full"
+        await press(chromium, "Tab", "Tab", modifiers=8)
+        assert await chromium.evaluate(focused) == "figures"
+        await press(chromium, "Enter", "Enter", text="\r")
+        await chromium.until("document.getElementById('overlay').textContent.includes('fps')", "figures")
+        assert await chromium.evaluate("document.activeElement.getAttribute('aria-pressed')") == "true"
+        # Every button says what it does, and the way back is a key, too.
+        names = "Array.from(document.querySelectorAll('button')).every((b) => b.textContent.trim() && b.type)"
+        assert await chromium.evaluate(names)
+        for _ in range(2):
+            await press(chromium, "Tab", "Tab")
+        assert await chromium.evaluate(focused) == "screen", await chromium.evaluate(focused)
+
+
+@check
+async def a_browser_fills_the_screen():
+    async with Server("--demo", environment={"DISPLAY": ""}) as server, browser.Browser() as chromium:
+        await chromium.open(server.address)
+        await chromium.until("Number(document.documentElement.dataset.frames) > 0", "a frame")
+        await chromium.evaluate("document.getElementById('full').click()", gesture=True)
+        await chromium.until("document.fullscreenElement === document.documentElement", "full screen")
+        assert await chromium.evaluate("document.activeElement.id") == "screen"
+        await chromium.evaluate("document.getElementById('full').click()", gesture=True)
+        await chromium.until("document.fullscreenElement === null", "a window again")
+        assert not chromium.messages, chromium.messages
+
+
+@check
+async def a_browser_shares_its_clipboard():
+    async with Server("--demo", environment={"DISPLAY": ""}) as server, browser.Browser() as chromium:
+        await chromium.call("Browser.grantPermissions", permissions=["clipboardReadWrite", "clipboardSanitizedWrite"],
+                            origin=server.page.rstrip("/"))
+        await chromium.call("Emulation.setFocusEmulationEnabled", enabled=True)
+        await chromium.open(server.address)
+        await chromium.until(IN_CONTROL, "control")
+        # More than one piece on the screen's side.
+        await chromium.evaluate("navigator.clipboard.writeText('grün'.repeat(30000))", gesture=True)
+        await chromium.evaluate("document.getElementById('paste').click()", gesture=True)
+        await chromium.until("document.getElementById('state').textContent === 'The clipboard is on the screen.'", "a paste")
+        await chromium.evaluate("navigator.clipboard.writeText('another')", gesture=True)
+        await chromium.evaluate("document.getElementById('copy').click()", gesture=True)
+        await chromium.until("document.getElementById('state').textContent === \"The screen's clipboard is on this device.\"", "a copy")
+        assert await chromium.evaluate("navigator.clipboard.readText().then((text) => text === 'grün'.repeat(30000))", gesture=True)
 
 
 @check

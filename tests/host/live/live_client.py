@@ -75,10 +75,13 @@ class Server:
 class Screen:
     """Xvfb whose size can be changed, until the block ends."""
 
+    def __init__(self, width=1280, height=720):
+        self.size = f"{width}x{height}x24"
+
     def __enter__(self):
         end, other = os.pipe()
         self.process = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(other), "-screen", "0", "1280x720x24", "-noreset", "-nolisten", "tcp"],
+            ["Xvfb", "-displayfd", str(other), "-screen", "0", self.size, "-noreset", "-nolisten", "tcp"],
             pass_fds=[other], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         os.close(other)
         with os.fdopen(end) as told:
