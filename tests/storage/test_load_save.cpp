@@ -1,14 +1,9 @@
 // Loading and saving of whole objects: what is logged, and what stands afterwards.
-#include "core_module/core_module_test.h"
-#include "support/log_capture.h"
+#include "storage/load_save_test.h"
 #include "zyr_common/application/zyr_format_registries.h"
 #include "zyr_common/digest/zyr_xxhash.h"
-#include "zyr_common/formats/zyr_format_info.h"
-#include "zyr_common/formats/zyr_stored_objects.h"
-#include "zyr_common/storage/zyr_load_save.h"
 
 #include <climits>
-#include <gmock/gmock.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -17,65 +12,6 @@ namespace zyr {
 namespace {
 
 using testing::ElementsAre;
-
-class LoadSaveTest : public CoreModuleUpTest {
-protected:
-    std::string path(const std::string& p_name) const { return m_directory.getPath() + p_name; }
-
-    static INativeFormatInfo* makeInfo(const char* p_name) {
-        INativeFormatInfo* info = zyr_createObject<INativeFormatInfo>();
-        const unsigned char bytes[] = {1, 2, 3, 250, 5};
-        info->setFormatName(p_name);
-        info->setFilePath("some/path");
-        info->setReadOnly(1);
-        info->getMutableOriginalFile()->pushBackRange(bytes, sizeof(bytes));
-        return info;
-    }
-    static void expectInfo(IObject* p_object, const char* p_name) {
-        ASSERT_NE(p_object, nullptr);
-        ASSERT_EQ(p_object->getClassName(), "NativeFormatInfo");
-        const INativeFormatInfo* info = static_cast<const INativeFormatInfo*>(p_object);
-        EXPECT_EQ(info->getFormatName(), p_name);
-        EXPECT_EQ(info->getFilePath(), "some/path");
-        EXPECT_TRUE(info->isReadOnly());
-        EXPECT_EQ(info->getOriginalFile()->getSize(), 5U);
-    }
-    std::string save(IObject* p_object, const std::string& p_format) const {
-        Array<unsigned char> data;
-        EXPECT_TRUE(zyr_saveToData(p_object, data, p_format.c_str(), 1, m_directory.getPath().c_str()));
-        return std::string(reinterpret_cast<const char*>(data.getData()), data.getSize());
-    }
-    static IObject* load(const std::string& p_bytes, const char* p_format) {
-        Array<unsigned char> data;
-        data.setAllocationModel(ZYR_ALLOC_CONDITION_ON_RESIZE, 1);
-        data.pushBackRange(p_bytes.data(), p_bytes.size());
-        return zyr_loadFromData(data, p_format, "");
-    }
-    /// The messages of this program's copy of the library at the level of warnings.
-    static std::vector<std::string> warnings(const LogCapture& p_capture) {
-        std::vector<std::string> messages;
-        for (const CapturedLine& line : p_capture.getLines()) {
-            if (line.level <= 2) {
-                EXPECT_EQ(line.level, 2);
-                EXPECT_FALSE(line.echo);
-                messages.push_back(line.message);
-            }
-        }
-        return messages;
-    }
-    static void expectOnlyLine(const std::string& p_bytes, const char* p_format, const std::string& p_line) {
-        const LogCapture capture;
-        EXPECT_EQ(load(p_bytes, p_format), nullptr);
-        EXPECT_THAT(warnings(capture), ElementsAre(p_line));
-    }
-    void expectOnlyFileLine(const std::string& p_name, const char* p_format, const std::string& p_line) const {
-        const LogCapture capture;
-        EXPECT_EQ(zyr_loadFromFile(path(p_name).c_str(), p_format, ""), nullptr);
-        EXPECT_THAT(warnings(capture), ElementsAre(p_line));
-    }
-
-    TemporaryDirectory m_directory;
-};
 
 TEST_F(LoadSaveTest, ObjectsComeBackFromMemoryInEachFormat) {
     INativeFormatInfo* info = makeInfo("name");
@@ -305,114 +241,6 @@ TEST_F(LoadSaveTest, AFileMayHaveTheLongestName) {
     EXPECT_TRUE(zyr_saveToFile(info, name.c_str(), "", 1, ""));
     EXPECT_EQ(TemporaryDirectory::readFile(name), save(info, "json"));
     info->release();
-}
-
-TEST_F(LoadSaveTest, ADeferredObjectLiesInItsOwnFile) {
-    for (const char* format : {"raw", "zbf", "xml", "json"}) {
-        SCOPED_TRACE(format);
-        INativeFormatInfo* info = makeInfo("deferred");
-        const std::string child = std::string("child.") + format;
-        const std::string parent = std::string("parent.") + format;
-        info->setDeferredFile(child.c_str());
-        EXPECT_TRUE(zyr_saveToFile(info, parent.c_str(), "", 1, m_directory.getPath().c_str()));
-        ASSERT_NE(info->getDeferredFile(), nullptr);
-        EXPECT_EQ(*info->getDeferredFile(), child.c_str());
-        EXPECT_TRUE(std::filesystem::exists(path(child)));
-        IObject* loaded = zyr_loadFromFile(parent.c_str(), "", m_directory.getPath().c_str());
-        expectInfo(loaded, "deferred");
-        ASSERT_NE(loaded->getDeferredFile(), nullptr);
-        EXPECT_EQ(*loaded->getDeferredFile(), child.c_str());
-        EXPECT_FALSE(loaded->isDeferredFileReadOnly());
-        loaded->release();
-        info->release();
-    }
-}
-
-TEST_F(LoadSaveTest, ADeferredFileIsOnlyWrittenWhereItMayBe) {
-    INativeFormatInfo* info = makeInfo("deferred");
-    info->setDeferredFile("child.json");
-    EXPECT_TRUE(zyr_saveToFile(info, "parent.json", "", 0, m_directory.getPath().c_str()));
-    EXPECT_FALSE(std::filesystem::exists(path("child.json")));
-    info->setDeferredFileReadOnly(1);
-    EXPECT_TRUE(zyr_saveToFile(info, "parent.json", "", 1, m_directory.getPath().c_str()));
-    EXPECT_FALSE(std::filesystem::exists(path("child.json")));
-    EXPECT_TRUE(info->isDeferredFileReadOnly());
-    info->setDeferredFileReadOnly(0);
-    info->setDeferredFile("missing/child.json");
-    EXPECT_FALSE(zyr_saveToFile(info, "other.json", "", 1, m_directory.getPath().c_str()));
-    ASSERT_NE(info->getDeferredFile(), nullptr);
-    EXPECT_EQ(*info->getDeferredFile(), "missing/child.json");
-    EXPECT_FALSE(std::filesystem::exists(path("other.json")));
-    info->release();
-}
-
-TEST_F(LoadSaveTest, FilesThatContainEachOtherEndWithALine) {
-    INativeFormatInfo* info = makeInfo("deferred");
-    info->setDeferredFile("b.json");
-    ASSERT_TRUE(zyr_saveToFile(info, "a.json", "", 0, m_directory.getPath().c_str()));
-    info->setDeferredFile("a.json");
-    ASSERT_TRUE(zyr_saveToFile(info, "b.json", "", 0, m_directory.getPath().c_str()));
-    const LogCapture capture;
-    EXPECT_EQ(zyr_loadFromFile("a.json", "", m_directory.getPath().c_str()), nullptr);
-    EXPECT_THAT(warnings(capture), ElementsAre("Unable to deserialize file: " + path("a.json") + ". It contains itself",
-                                               "The object cannot be deserialized from loaded data: bad data format",
-                                               "The object cannot be deserialized from loaded data: bad data format"));
-    info->release();
-}
-
-TEST_F(LoadSaveTest, ACompressedObjectComesBackWithItsInfo) {
-    ILz4CompressionInfo* lz4 = zyr_createObject<ILz4CompressionInfo>();
-    IZipCompressionInfo* zip = zyr_createObject<IZipCompressionInfo>();
-    for (ICompressionInfo* compression : {static_cast<ICompressionInfo*>(lz4), static_cast<ICompressionInfo*>(zip)}) {
-        INativeFormatInfo* info = makeInfo("compressed");
-        info->setCompressionInfo(compression);
-        for (const char* format : {"raw", "zbf", "xml", "json"}) {
-            SCOPED_TRACE(format);
-            const std::string bytes = save(info, format);
-            EXPECT_NE(bytes.find("CompressedObject"), std::string::npos);
-            EXPECT_EQ(info->getCompressionInfo(0), compression);
-            IObject* loaded = load(bytes, format);
-            expectInfo(loaded, "compressed");
-            ASSERT_NE(loaded->getCompressionInfo(0), nullptr);
-            EXPECT_EQ(loaded->getCompressionInfo(0)->getFormatName(), compression->getFormatName());
-            loaded->release();
-        }
-        info->release();
-        EXPECT_EQ(compression->getRefCount(), 0U);
-        compression->release();
-    }
-}
-
-TEST_F(LoadSaveTest, AnUnknownCompressionFailsAndLeavesTheObject) {
-    ICompressionInfo* unknown = zyr_createObject<ICompressionInfo>();
-    INativeFormatInfo* info = makeInfo("name");
-    unknown->setFormatName("nope");
-    info->setCompressionInfo(unknown);
-    const LogCapture capture;
-    Array<unsigned char> data;
-    EXPECT_FALSE(zyr_saveToData(info, data, "json", 1, ""));
-    EXPECT_TRUE(data.isEmpty());
-    EXPECT_EQ(info->getCompressionInfo(0), unknown);
-    EXPECT_EQ(unknown->getRefCount(), 1U);
-    EXPECT_THAT(warnings(capture), ElementsAre("The object cannot be serialized into data: bad object content"));
-    info->release();
-    unknown->release();
-}
-
-TEST_F(LoadSaveTest, ABombIsRefusedBeforeItIsUnpacked) {
-    ILz4CompressionInfo* lz4 = zyr_createObject<ILz4CompressionInfo>();
-    INativeFormatInfo* info = makeInfo("name");
-    info->setCompressionInfo(lz4);
-    std::string bytes = save(info, "json");
-    const size_t place = bytes.find("\"decompressSize\": ") + strlen("\"decompressSize\": ");
-    bytes.replace(place, bytes.find_first_of(",\n", place) - place, "4294967296");
-    const LogCapture capture;
-    EXPECT_EQ(load(bytes, "json"), nullptr);
-    EXPECT_THAT(warnings(capture),
-                ElementsAre("The object cannot be deserialized from data in lz4: unable to decompress data",
-                            "The object cannot be deserialized from data: bad data format"));
-    info->release();
-    lz4->release();
 }
 
 TEST(LoadSave, WithoutApplicationDataGivesItsLines) {

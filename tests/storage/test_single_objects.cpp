@@ -1,5 +1,7 @@
 // Objects in a stream that are held by pointers of their own class.
 #include "core_module/core_module_test.h"
+#include "support/zyr_invariant.h"
+#include "zyr_common/formats/zyr_format_info.h"
 #include "zyr_common/memory/zyr_ref.h"
 #include "zyr_common/object/zyr_object_class.h"
 #include "zyr_common/object_containers/zyr_hash_map_of_objects.h"
@@ -55,6 +57,19 @@ protected:
         return object;
     }
 
+    /// Reads the object with these members.
+    static Ref<IObject> readDocument(const std::string& p_members, const char* p_defaultTypeName) {
+        const std::string text = "{\"object\": {" + p_members + "}}";
+        const auto deserializer = Ref<IObject>::adopt(zyr_createObjectFromName("JsonDeserializer"));
+        auto* json = static_cast<IDeserializer*>(deserializer.get());
+        EXPECT_TRUE(json->initialize(text.data(), text.size()));
+        bool_t found = 0;
+        IObject* object = nullptr;
+        EXPECT_TRUE(json->readSingleObject("object", found, &object, p_defaultTypeName));
+        EXPECT_EQ(found, object != nullptr);
+        return Ref<IObject>::adopt(object);
+    }
+
     Ref<IObject> m_serializer;
     Ref<IObject> m_deserializer;
 };
@@ -85,6 +100,41 @@ TEST_F(SingleObjects, OfAnotherClassAreReleasedAndNotFound) {
     EXPECT_EQ(read<Leaf>("first"), nullptr);
     EXPECT_EQ(read<IHashMapOfObjects<uint32_t>>("first"), nullptr);
     EXPECT_TRUE(Ref<IObject>::adopt(read<IHashMapOfObjects<int32_t>>("second")));
+}
+
+TEST_F(SingleObjects, OfAnUnknownClassAreReplacedByTheDefaultOne) {
+    const auto object = readDocument("\"_class\": \"Nobody\", \"formatName\": \"name\"", "DataFormatInfo");
+    ASSERT_TRUE(object);
+    ASSERT_EQ(object->getClassName(), "DataFormatInfo");
+    EXPECT_EQ(static_cast<IDataFormatInfo*>(object.get())->getFormatName(), "name");
+    EXPECT_FALSE(readDocument("\"_class\": \"Nobody\"", ""));
+}
+
+TEST_F(SingleObjects, WithoutAClassAreOfTheDefaultOne) {
+    const auto object = readDocument("", "ListOfObjects");
+    ASSERT_TRUE(object);
+    EXPECT_EQ(object->getClassName(), "ListOfObjects");
+}
+
+TEST_F(SingleObjects, OfAKnownGUIDTakeTheArgumentOfTheirTypeNameOrElseOfTheDefaultOne) {
+    const String guid = String::newFromGUID(zyr_getInterfaceGUID<IHashMapOfObjects<int32_t>>());
+    const std::string text = std::string("\"_guid\": \"") + guid.getData() + "\"";
+    const char* defaultName = "Nobody{uint64}";
+    EXPECT_EQ(readDocument(text + ", \"_class\": \"Nobody{int32}\"", defaultName)->getClassName(),
+              "HashMapOfObjects{int32}");
+    EXPECT_EQ(readDocument(text + ", \"_class\": \"Nobody{other}\"", defaultName)->getClassName(),
+              "HashMapOfObjects{uint64}");
+    EXPECT_EQ(readDocument(text, defaultName)->getClassName(), "HashMapOfObjects{uint64}");
+    EXPECT_FALSE(readDocument(text, ""));
+}
+
+TEST_F(SingleObjects, OfAnUnknownGUIDAreMadeByName) {
+    const char* text = "\"_guid\": \"10000000-0000-4000-8000-0000000000ff\", \"_class\": \"ListOfObjects\"";
+    EXPECT_EQ(readDocument(text, "DataFormatInfo")->getClassName(), "ListOfObjects");
+}
+
+TEST_F(SingleObjects, WithAnUnknownDefaultClassEndTheProcess) {
+    ZYR_EXPECT_INVARIANT(readDocument("\"_class\": \"Nobody\"", "NobodyElse"), "assert\\(object != NULL\\)");
 }
 
 TEST_F(SingleObjects, ThatAreNotThereComeBackAsNull) {

@@ -1,0 +1,170 @@
+// Objects that travel by a file of their own or in compressed form.
+#include "storage/load_save_test.h"
+#include "support/zyr_invariant.h"
+#include "zyr_common/application/zyr_format_registries.h"
+#include "zyr_common/formats/zyr_stored_objects.h"
+
+namespace zyr {
+namespace {
+
+using testing::ElementsAre;
+
+class StandIns : public LoadSaveTest {};
+
+TEST_F(StandIns, ADeferredObjectLiesInItsOwnFile) {
+    for (const char* format : {"raw", "zbf", "xml", "json"}) {
+        SCOPED_TRACE(format);
+        INativeFormatInfo* info = makeInfo("deferred");
+        const std::string child = std::string("child.") + format;
+        const std::string parent = std::string("parent.") + format;
+        info->setDeferredFile(child.c_str());
+        EXPECT_TRUE(zyr_saveToFile(info, parent.c_str(), "", 1, m_directory.getPath().c_str()));
+        ASSERT_NE(info->getDeferredFile(), nullptr);
+        EXPECT_EQ(*info->getDeferredFile(), child.c_str());
+        EXPECT_TRUE(std::filesystem::exists(path(child)));
+        IObject* loaded = zyr_loadFromFile(parent.c_str(), "", m_directory.getPath().c_str());
+        expectInfo(loaded, "deferred");
+        ASSERT_NE(loaded->getDeferredFile(), nullptr);
+        EXPECT_EQ(*loaded->getDeferredFile(), child.c_str());
+        EXPECT_FALSE(loaded->isDeferredFileReadOnly());
+        loaded->release();
+        info->release();
+    }
+}
+
+TEST_F(StandIns, ADeferredFileIsOnlyWrittenWhereItMayBe) {
+    INativeFormatInfo* info = makeInfo("deferred");
+    info->setDeferredFile("child.json");
+    EXPECT_TRUE(zyr_saveToFile(info, "parent.json", "", 0, m_directory.getPath().c_str()));
+    EXPECT_FALSE(std::filesystem::exists(path("child.json")));
+    info->setDeferredFileReadOnly(1);
+    EXPECT_TRUE(zyr_saveToFile(info, "parent.json", "", 1, m_directory.getPath().c_str()));
+    EXPECT_FALSE(std::filesystem::exists(path("child.json")));
+    EXPECT_TRUE(info->isDeferredFileReadOnly());
+    info->setDeferredFileReadOnly(0);
+    info->setDeferredFile("missing/child.json");
+    EXPECT_FALSE(zyr_saveToFile(info, "other.json", "", 1, m_directory.getPath().c_str()));
+    ASSERT_NE(info->getDeferredFile(), nullptr);
+    EXPECT_EQ(*info->getDeferredFile(), "missing/child.json");
+    EXPECT_FALSE(std::filesystem::exists(path("other.json")));
+    info->release();
+}
+
+TEST_F(StandIns, FilesThatContainEachOtherEndWithALine) {
+    INativeFormatInfo* info = makeInfo("deferred");
+    info->setDeferredFile("b.json");
+    ASSERT_TRUE(zyr_saveToFile(info, "a.json", "", 0, m_directory.getPath().c_str()));
+    info->setDeferredFile("a.json");
+    ASSERT_TRUE(zyr_saveToFile(info, "b.json", "", 0, m_directory.getPath().c_str()));
+    const LogCapture capture;
+    EXPECT_EQ(zyr_loadFromFile("a.json", "", m_directory.getPath().c_str()), nullptr);
+    EXPECT_THAT(warnings(capture), ElementsAre("Unable to deserialize file: " + path("a.json") + ". It contains itself",
+                                               "The object cannot be deserialized from loaded data: bad data format",
+                                               "The object cannot be deserialized from loaded data: bad data format"));
+    info->release();
+}
+
+TEST_F(StandIns, ACompressedObjectComesBackWithItsInfo) {
+    ILz4CompressionInfo* lz4 = zyr_createObject<ILz4CompressionInfo>();
+    IZipCompressionInfo* zip = zyr_createObject<IZipCompressionInfo>();
+    for (ICompressionInfo* compression : {static_cast<ICompressionInfo*>(lz4), static_cast<ICompressionInfo*>(zip)}) {
+        INativeFormatInfo* info = makeInfo("compressed");
+        info->setCompressionInfo(compression);
+        for (const char* format : {"raw", "zbf", "xml", "json"}) {
+            SCOPED_TRACE(format);
+            const std::string bytes = save(info, format);
+            EXPECT_NE(bytes.find("CompressedObject"), std::string::npos);
+            EXPECT_EQ(info->getCompressionInfo(0), compression);
+            IObject* loaded = load(bytes, format);
+            expectInfo(loaded, "compressed");
+            ASSERT_NE(loaded->getCompressionInfo(0), nullptr);
+            EXPECT_EQ(loaded->getCompressionInfo(0)->getFormatName(), compression->getFormatName());
+            loaded->release();
+        }
+        info->release();
+        EXPECT_EQ(compression->getRefCount(), 0U);
+        compression->release();
+    }
+}
+
+TEST_F(StandIns, AnUnknownCompressionFailsAndLeavesTheObject) {
+    ICompressionInfo* unknown = zyr_createObject<ICompressionInfo>();
+    INativeFormatInfo* info = makeInfo("name");
+    unknown->setFormatName("nope");
+    info->setCompressionInfo(unknown);
+    const LogCapture capture;
+    Array<unsigned char> data;
+    EXPECT_FALSE(zyr_saveToData(info, data, "json", 1, ""));
+    EXPECT_TRUE(data.isEmpty());
+    EXPECT_EQ(info->getCompressionInfo(0), unknown);
+    EXPECT_EQ(unknown->getRefCount(), 1U);
+    EXPECT_THAT(warnings(capture), ElementsAre("The object cannot be serialized into data: bad object content"));
+    info->release();
+    unknown->release();
+}
+
+TEST_F(StandIns, ACompressedObjectWithoutAnObjectInsideGivesNullAndItsLine) {
+    zyr_addCompressDataCallback("empty", [](const void*, size_t, Array<unsigned char>& p_output, bool_t) {
+        p_output.pushBack('x');
+        return size_t(1);
+    });
+    zyr_addDecompressDataCallback("empty", [](const void*, size_t, void* p_output, size_t p_size) {
+        memset(p_output, 0, p_size);
+        return p_size;
+    });
+    ICompressionInfo* compression = zyr_createObject<ICompressionInfo>();
+    INativeFormatInfo* info = makeInfo("name");
+    compression->setFormatName("empty");
+    info->setCompressionInfo(compression);
+    const std::string bytes = save(info, "json");
+    const LogCapture capture;
+    EXPECT_EQ(load(bytes, "json"), nullptr);
+    EXPECT_THAT(warnings(capture),
+                ElementsAre("The deserializer cannot be initialized from data: bad data content",
+                            "The object cannot be deserialized from data in empty: file object is null",
+                            "The object cannot be deserialized from data: bad data format"));
+    info->release();
+    compression->release();
+}
+
+TEST_F(StandIns, WhatTheCoreModuleDoesNotGiveEndsTheProcess) {
+    const auto withoutEntry = [this](int p_entry, const auto& p_function) {
+        getData()->m_core->m_entries[p_entry] =
+            reinterpret_cast<moduleEntry_FUNC>(+[]() -> IObject* { return nullptr; });
+        p_function();
+    };
+    INativeFormatInfo* info = makeInfo("name");
+    ILz4CompressionInfo* lz4 = zyr_createObject<ILz4CompressionInfo>();
+    m_directory.writeFile("a.json", save(info, "json"));
+    ZYR_EXPECT_INVARIANT(withoutEntry(90, [&] { zyr_loadFromFile(path("a.json").c_str(), "", ""); }),
+                         "assert\\(inputStreamFile != NULL\\)");
+    ZYR_EXPECT_INVARIANT(withoutEntry(91, [&] { zyr_saveToFile(info, path("b.json").c_str(), "", 1, ""); }),
+                         "assert\\(outputStreamFile != NULL\\)");
+    info->setCompressionInfo(lz4);
+    ZYR_EXPECT_INVARIANT(withoutEntry(7, [&] { save(info, "zbf"); }), "assert\\(compressedObject != NULL\\)");
+    ZYR_EXPECT_INVARIANT(withoutEntry(7, [&] { save(info, "json"); }), "assert\\(compressedObject != NULL\\)");
+    info->setDeferredFile("child.json");
+    ZYR_EXPECT_INVARIANT(withoutEntry(1, [&] { save(info, "zbf"); }), "assert\\(deferredFileObject != NULL\\)");
+    ZYR_EXPECT_INVARIANT(withoutEntry(1, [&] { save(info, "json"); }), "assert\\(deferredFileObject != NULL\\)");
+    info->release();
+    lz4->release();
+}
+
+TEST_F(StandIns, ABombIsRefusedBeforeItIsUnpacked) {
+    ILz4CompressionInfo* lz4 = zyr_createObject<ILz4CompressionInfo>();
+    INativeFormatInfo* info = makeInfo("name");
+    info->setCompressionInfo(lz4);
+    std::string bytes = save(info, "json");
+    const size_t place = bytes.find("\"decompressSize\": ") + strlen("\"decompressSize\": ");
+    bytes.replace(place, bytes.find_first_of(",\n", place) - place, "4294967296");
+    const LogCapture capture;
+    EXPECT_EQ(load(bytes, "json"), nullptr);
+    EXPECT_THAT(warnings(capture),
+                ElementsAre("The object cannot be deserialized from data in lz4: unable to decompress data",
+                            "The object cannot be deserialized from data: bad data format"));
+    info->release();
+    lz4->release();
+}
+
+} // namespace
+} // namespace zyr
