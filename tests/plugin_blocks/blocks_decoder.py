@@ -71,11 +71,19 @@ def unpack_lz4(data):
             out.append(out[-offset])
 
 
-def unpack(compression, data, size):
+def unpack_zip(data, size):
+    stream = zlib.decompressobj()
     try:
-        out = {1: unpack_rle, 2: unpack_lz4, 3: zlib.decompress}[compression](data)
+        out = stream.decompress(data, size + 1)
     except zlib.error as error:
         raise Damaged(str(error))
+    if not stream.eof:
+        raise Damaged("end of a stream")
+    return out
+
+
+def unpack(compression, data, size):
+    out = unpack_zip(data, size) if compression == 3 else (unpack_rle if compression == 1 else unpack_lz4)(data)
     if len(out) != size:
         raise Damaged("size of a stream")
     return out
@@ -148,8 +156,6 @@ class Decoder:
         count = columns * lines
         if is_key:
             marks = [1] * count
-            self.width, self.height = width, height
-            self.rows = [[(0, 0, 0)] * width for _ in range(height)]
         else:
             marks, changed = [], 0
             while len(marks) < count:
@@ -158,10 +164,17 @@ class Decoder:
                     raise Damaged("map of blocks")
                 marks += [changed] * run
                 changed ^= 1
+        # All streams are looked at before memory is asked for.
+        bands = []
         for first in range(0, count, columns * 16):
             blocks = [i for i in range(first, min(first + columns * 16, count)) if marks[i]]
             if blocks:
-                Band(self, source, compression, bound, first // columns * 16, version).draw(blocks, columns)
+                bands.append(Band(self, source, compression, bound, first // columns * 16, version, blocks))
+        if is_key:
+            self.width, self.height = width, height
+            self.rows = [[(0, 0, 0)] * width for _ in range(height)]
+        for band in bands:
+            band.draw(columns)
 
 
 class Band:
@@ -169,9 +182,8 @@ class Band:
 
     QUIET, ALIKE, UNLIKE, BUSY = 10, 11, 12, 14
 
-    def __init__(self, decoder, source, compression, bound, top, version):
-        self.decoder, self.bound, self.top, self.version = decoder, bound, top, version
-        self.rows = decoder.rows
+    def __init__(self, decoder, source, compression, bound, top, version, blocks):
+        self.decoder, self.bound, self.top, self.version, self.blocks = decoder, bound, top, version, blocks
         self.palettes = [[] for _ in range(5)]
         self.streams = [Bytes(b"") for _ in range(15)]
         self.packed = []
@@ -183,14 +195,16 @@ class Band:
                 number = source.number()
                 size = number // 2
                 data = source.take(source.number() if number % 2 else size)
-                if size == 0 or not data:
-                    raise Damaged("empty stream")
+                if not 0 < size <= MOST_STREAM_BYTES * len(blocks) or not data:
+                    raise Damaged("size of a stream")
                 self.streams[i] = Bytes(unpack(compression, data, size) if number % 2 else data)
 
-    def draw(self, blocks, columns):
-        if any(len(stream.data) > MOST_STREAM_BYTES * len(blocks) for stream in self.streams):
-            raise Damaged("large stream")
-        for block in blocks:
+        if len(self.streams[self.KINDS].data) != len(blocks):
+            raise Damaged("number of kinds")
+
+    def draw(self, columns):
+        self.rows = self.decoder.rows
+        for block in self.blocks:
             self._block(block % columns * 16, block // columns * 16)
         if not all(stream.is_used_up() for stream in self.streams):
             raise Damaged("stream not used up")

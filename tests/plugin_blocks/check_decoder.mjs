@@ -51,4 +51,14 @@ for (const name of names) {
     }
     check(refused > 100000 / names.length / 2, `${name}: too few packets were refused: ${refused}`);
 }
+
+// 32768 x 2048, and a stream of kinds that could never hold that many: no memory is asked for.
+const small = new BlocksDecoder();
+let text = '';
+try {
+    small.decode(new Uint8Array([1, 5, 2, 0, 0, 0x80, 0x80, 2, 0x80, 0x10, 1, 0, 0x81, 0x80, 4, 9, 1, 2, 3, 4, 5, 6, 7, 8, 9]));
+} catch (error) {
+    text = error.message;
+}
+check(text === 'damaged streams' && small.pixels === null, `a small packet got a large picture, or: ${text}`);
 console.log(`${names.length} streams decoded`);
