@@ -157,6 +157,43 @@ TEST_P(BlocksPictures, channels_stay_within_the_bound) {
     }
 }
 
+TEST_P(BlocksPictures, each_kind_of_block_stays_within_the_bound) {
+    // The one for copies is there a second time. Blocks that would be raw are predicted as well.
+    const uint32_t numsOfColors[KIND_COUNT] = {1, 2, 4, 16, 40, 0, 40, 200};
+    ScreenPainter screen(16 * KIND_COUNT, 16 + 20);
+    for (int kind = 0; kind < int(KIND_COUNT); kind++) {
+        if (kind == KIND_PREDICTED) {
+            screen.drawPhotograph({kind * 16, 0, 16, 36}, 3);
+        } else {
+            screen.copy(paintColors(numsOfColors[kind]), {0, 0, 16, 16}, kind * 16, 0);
+        }
+    }
+    for (const uint8_t bound : {1, 2, 3}) {
+        m_stream.m_bound = bound;
+        m_stream.m_encoder->forget();
+        EXPECT_LE(m_stream.send(screen), bound);
+        const BlockCounts counts = m_stream.m_encoder->getCounts();
+        for (uint32_t kind = 0; kind < KIND_RAW; kind++) {
+            EXPECT_LT(0u, counts.kinds[kind]) << "kind " << kind << ", bound " << int(bound);
+        }
+        // What is not predicted is exact.
+        for (int x = 0; x < 16 * KIND_PREDICTED; x++) {
+            const uint32_t found = *m_stream.m_decoder.getSurface().getPixel(uint32_t(x), 8);
+            EXPECT_EQ(screen.get(x, 8) & 0xFFFFFF, (found >> 16 & 255) | (found & 0xFF00) | (found & 255) << 16) << x;
+        }
+    }
+}
+
+TEST_P(BlocksPictures, screens_that_change_stay_within_the_bound) {
+    Dice dice{uint64_t(GetParam()) + 50};
+    ScreenPainter screen = paintDesktop(210, 277, 9);
+    for (int i = 0; i < 60; i++) {
+        m_stream.m_bound = uint8_t(dice.below(33));
+        ASSERT_LE(m_stream.send(screen), int(m_stream.m_bound)) << i;
+        changeScreen(screen, dice);
+    }
+}
+
 TEST_P(BlocksPictures, text_is_exact_whatever_the_bound) {
     ScreenPainter screen(160, 64, 0xFF101018);
     screen.writeTerminalText(3, 5, makeLine(4, 16), 0xFF40D040, 0xFF101018);
