@@ -44,10 +44,10 @@ BandDecoder::BandDecoder() {
 
 bool BandDecoder::open(ByteReader& p_reader, const PacketHeader& p_header, uint32_t p_numOfBlocks) {
     m_compression = CompressionTypeEnum(p_header.compression);
-    m_knowsSorted = p_header.version >= SORTED_VERSION;
+    m_isOfFirstVersion = p_header.version == FIRST_VERSION;
     const uint32_t low = p_reader.readByte();
     const uint32_t mask = low | uint32_t{p_reader.readByte()} << 8;
-    if (mask >> (m_knowsSorted ? STREAM_COUNT : STREAM_BUSY) != 0) {
+    if (mask >> (m_isOfFirstVersion ? STREAM_BUSY : STREAM_COUNT) != 0) {
         return false;
     }
     for (uint32_t i = 0; i < STREAM_COUNT; ++i) {
@@ -192,7 +192,8 @@ void BandDecoder::drawPalette(Surface& p_surface, const PixelRect& p_rect, Block
         if (p_rect.width != BLOCK_SIZE) {
             drawIndices(pixels, p_rect.width, indices, size_t{y} * p_rect.width, bits, p_colors);
         } else if (bits == 1) {
-            drawWholeRow<1>(pixels, indices + y * 2, p_colors);
+            const uint8_t halves[2] = {indices[y], indices[p_rect.height + y]};
+            drawWholeRow<1>(pixels, m_isOfFirstVersion ? indices + y * 2 : halves, p_colors);
         } else if (bits == 2) {
             drawWholeRow<2>(pixels, indices + y * 4, p_colors);
         } else if (bits == 4) {
@@ -244,7 +245,7 @@ bool BandDecoder::readPlain(const PixelRect& p_rect) {
 }
 
 bool BandDecoder::drawPrediction(Surface& p_surface, const Place& p_place, uint32_t p_argument, uint8_t p_bound) {
-    if (m_knowsSorted && (p_argument & (PREDICT_PACKED | PREDICT_APART)) == PREDICT_APART) {
+    if (!m_isOfFirstVersion && (p_argument & (PREDICT_PACKED | PREDICT_APART)) == PREDICT_APART) {
         return p_argument == PREDICT_SORTED && drawSorted(p_surface, p_place, p_bound, m_streams);
     }
     if (!((p_argument & PREDICT_PACKED) != 0 ? readPacked(p_place.rect) : readPlain(p_place.rect))) {

@@ -43,7 +43,7 @@ private:
     bool areStreamsUsedUp() const;
 
     CompressionTypeEnum m_compression = ZYR_COMPRESSION_NONE;
-    bool m_knowsSorted = false;
+    bool m_isOfFirstVersion = false;
     PackedStream m_packed[STREAM_COUNT] = {};
     Array<uint8_t> m_unpacked[STREAM_COUNT];
     ByteReader m_streams[STREAM_COUNT];

@@ -76,6 +76,17 @@ uint32_t lessenByBound(uint32_t p_bytes, uint32_t p_numOfPixels, uint8_t p_bound
     return p_bytes > saved + p_numOfPixels / 4 ? p_bytes - saved : p_numOfPixels / 4;
 }
 
+/// First the left bytes of all rows, then the right ones: a letter of eight columns is a piece that compression finds
+/// again, whatever stands beside it.
+void takeHalvesApart(uint8_t* p_bytes, uint32_t p_height) {
+    uint8_t rows[2 * BLOCK_SIZE];
+    memcpy(rows, p_bytes, size_t{2} * p_height);
+    for (uint32_t y = 0; y < p_height; ++y) {
+        p_bytes[y] = rows[2 * y];
+        p_bytes[p_height + y] = rows[2 * y + 1];
+    }
+}
+
 void writeColor(uint8_t* p_target, uint32_t p_color) {
     p_target[0] = static_cast<uint8_t>(p_color >> 16);
     p_target[1] = static_cast<uint8_t>(p_color >> 8);
@@ -189,7 +200,7 @@ void BandEncoder::encodeBlock(Surface& p_surface, const Place& p_place, bool p_i
         }
     }
     if (hasPalette) {
-        encodePalette(kind, age, places, numOfPixels);
+        encodePalette(kind, age, places, rect);
     } else {
         encodeRaw(pixels, numOfPixels);
     }
@@ -263,7 +274,8 @@ void BandEncoder::appendColors(const Palette& p_palette) {
     }
 }
 
-void BandEncoder::encodePalette(BlockKind p_kind, uint32_t p_age, const uint8_t* p_places, uint32_t p_numOfPixels) {
+void BandEncoder::encodePalette(BlockKind p_kind, uint32_t p_age, const uint8_t* p_places, const PixelRect& p_rect) {
+    const uint32_t numOfPixels = p_rect.width * p_rect.height;
     addKind(p_kind, p_age);
     if (p_age == 0) {
         if (p_kind > KIND_PALETTE_2) {
@@ -276,13 +288,17 @@ void BandEncoder::encodePalette(BlockKind p_kind, uint32_t p_age, const uint8_t*
         return;
     }
     if (p_age != 0) {
-        for (uint32_t i = 0; i < p_numOfPixels; ++i) {
+        for (uint32_t i = 0; i < numOfPixels; ++i) {
             m_counter.m_indices[i] = p_places[m_counter.m_indices[i]];
         }
     }
     const uint32_t bits = getIndexBits(p_kind);
-    uint8_t* target = extend(m_streams[getIndexStream(p_kind)], divideUp(p_numOfPixels * bits, 8));
-    packIndices(m_counter.m_indices, p_numOfPixels, bits, target);
+    const uint32_t numOfBytes = divideUp(numOfPixels * bits, 8);
+    uint8_t* target = extend(m_streams[getIndexStream(p_kind)], numOfBytes);
+    packIndices(m_counter.m_indices, numOfPixels, bits, target);
+    if (bits == 1 && p_rect.width == BLOCK_SIZE) {
+        takeHalvesApart(target, p_rect.height);
+    }
 }
 
 void BandEncoder::encodeRaw(const uint32_t* p_pixels, uint32_t p_numOfPixels) {

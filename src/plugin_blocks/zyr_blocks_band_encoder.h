@@ -55,7 +55,7 @@ private:
     uint32_t choosePrediction(const Surface& p_surface, const Place& p_place);
     void tryPrediction(const Surface& p_surface, const Place& p_place, Foretelling p_how, uint32_t& p_cost);
     void encodePrediction(Surface& p_surface, const Place& p_place);
-    void encodePalette(BlockKind p_kind, uint32_t p_age, const uint8_t* p_places, uint32_t p_numOfPixels);
+    void encodePalette(BlockKind p_kind, uint32_t p_age, const uint8_t* p_places, const PixelRect& p_rect);
     void encodeRaw(const uint32_t* p_pixels, uint32_t p_numOfPixels);
     void appendColors(const Palette& p_palette);
     void addKind(BlockKind p_kind, uint32_t p_argument);

@@ -5,10 +5,10 @@
 
 namespace zyr::blocks {
 
-/// Each version is the one before with more in it: packets have the lowest one that holds what they need.
+/// That of the packets that are written.
+constexpr uint8_t FORMAT_VERSION = 2;
+/// The oldest one that is read. It has no sorted differences, and halves of two-coloured blocks are not apart.
 constexpr uint8_t FIRST_VERSION = 1;
-/// That in which differences can be sorted.
-constexpr uint8_t SORTED_VERSION = 2;
 /// Pixels on each side of a block; blocks at the right and bottom edge are cut.
 constexpr uint32_t BLOCK_SIZE = 16;
 constexpr uint32_t BLOCK_PIXELS = BLOCK_SIZE * BLOCK_SIZE;
@@ -51,7 +51,7 @@ enum Prediction : uint8_t {
     PREDICT_MODES = 4,
     PREDICT_PACKED = 4, ///< Added when the differences are packed to as few bits as they need.
     PREDICT_APART = 8,  ///< Added when red and blue are coded without regard to green.
-    PREDICT_SORTED = 8  ///< From SORTED_VERSION on, instead of differences that are apart and not packed.
+    PREDICT_SORTED = 8  ///< From version 2 on, instead of differences that are apart and not packed.
 };
 
 enum StreamId : uint8_t {
@@ -92,7 +92,7 @@ struct Move {
 };
 
 struct PacketHeader {
-    uint8_t version;
+    uint8_t version; ///< from FIRST_VERSION to FORMAT_VERSION
     uint8_t flags;
     uint8_t compression; ///< CompressionTypeEnum
     uint8_t bound;       ///< Largest difference of a channel that predicted blocks may have; 0 is lossless.

@@ -25,7 +25,7 @@ const char* readHeader(ByteReader& p_reader, PacketHeader& p_header) {
     if (p_reader.hasFailed()) {
         return "it is cut short";
     }
-    if (p_header.version < FIRST_VERSION || p_header.version > SORTED_VERSION) {
+    if (p_header.version < FIRST_VERSION || p_header.version > FORMAT_VERSION) {
         return "it is of another version";
     }
     const uint8_t flags = p_header.flags;

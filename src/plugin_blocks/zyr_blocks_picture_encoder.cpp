@@ -66,8 +66,8 @@ bool PictureEncoder::encode(const SourcePicture& p_source, const uint8_t* p_want
     }
 
     const uint32_t numOfChanges = codeBands(p_source, {p_compression, p_bound});
-    const uint8_t version = sortsDifferences(p_compression) ? SORTED_VERSION : FIRST_VERSION;
-    PacketHeader header = {version, 0, static_cast<uint8_t>(p_compression), p_bound, ++m_sequence, width, height};
+    PacketHeader header = {FORMAT_VERSION, 0,     static_cast<uint8_t>(p_compression), p_bound, ++m_sequence,
+                           width,          height};
     header.flags = static_cast<uint8_t>((isKey ? FLAG_KEY : 0) | (numOfMoves != 0 ? FLAG_MOVES : 0) |
                                         (numOfChanges != 0 ? FLAG_BLOCKS : 0));
     p_packet.resize(0);

@@ -250,7 +250,10 @@ class Band:
             indices = iter([0] * (w * h))
         else:
             bits = (0, 1, 2, 4, 8)[kind]
-            indices = bits_of(self.streams[self.INDICES + kind - 1].take(-(-w * h * bits // 8)), bits)
+            data = self.streams[self.INDICES + kind - 1].take(-(-w * h * bits // 8))
+            if bits == 1 and w == 16 and self.version > 1:
+                data = bytes(data[half * h + row] for row in range(h) for half in (0, 1))
+            indices = bits_of(data, bits)
         for row in range(y, y + h):
             self.rows[row][x:x + w] = [colors[next(indices)] for _ in range(w)]
 

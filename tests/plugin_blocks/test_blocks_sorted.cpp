@@ -1,4 +1,5 @@
-// Differences that are sorted by how much can be expected of them: the bytes of streams and packets.
+// What version 2 of the format has: differences that are sorted by how much can be expected of them, and halves of
+// two-coloured blocks; the bytes of streams and packets.
 
 #include "blocks_stream.h"
 #include "plugin_blocks/zyr_blocks_sorted.h"
@@ -147,26 +148,26 @@ Bytes makePacket(uint8_t p_version, uint8_t p_argument, uint8_t p_highMask) {
     return {p_version, 5, 3, 0, 0, 1, 1, 1, p_highMask, 2, uint8_t(5 | p_argument << 4), 2, 100, 4, 5, 0xFD};
 }
 
-TEST(BlocksSortedPackets, packet_by_hand_is_decoded) {
+TEST(BlocksPackets, sorted_packet_by_hand_is_decoded) {
     BlocksStream stream(ZYR_COMPRESSION_ZIP);
     ASSERT_STREQ(nullptr, stream.decode(makePacket(2, 8, 0x14), 1, 1));
     EXPECT_EQ(0xFF000000 | 97 << 16 | 100 << 8 | 105, *stream.m_decoder.getSurface().getPixel(0, 0));
 }
 
-TEST(BlocksSortedPackets, version_1_has_none) {
+TEST(BlocksPackets, version_1_has_no_sorted_ones) {
     BlocksStream stream(ZYR_COMPRESSION_ZIP);
     EXPECT_STREQ("its blocks are damaged", stream.decode(makePacket(1, 8, 0x14), 1, 1));
     EXPECT_STREQ("its streams are damaged", stream.decode(makePacket(1, 8, 0x54), 1, 1));
 }
 
-TEST(BlocksSortedPackets, they_are_foretold_in_one_way) {
+TEST(BlocksPackets, sorted_ones_are_foretold_in_one_way) {
     BlocksStream stream(ZYR_COMPRESSION_ZIP);
     for (const uint8_t argument : {9, 10, 11}) {
         EXPECT_STREQ("its blocks are damaged", stream.decode(makePacket(2, argument, 0x14), 1, 1)) << int(argument);
     }
 }
 
-TEST(BlocksSortedPackets, streams_have_to_be_long_enough) {
+TEST(BlocksPackets, streams_have_to_be_long_enough) {
     BlocksStream stream(ZYR_COMPRESSION_ZIP);
     Bytes packet = makePacket(2, 8, 0x14);
     packet[13] = 2;
@@ -174,11 +175,39 @@ TEST(BlocksSortedPackets, streams_have_to_be_long_enough) {
     EXPECT_STREQ("its blocks are damaged", stream.decode(packet, 1, 1));
 }
 
-TEST(BlocksSortedPackets, packets_have_the_lowest_version_that_will_do) {
+/// A block of 16x2 pixels: two colours, and the indices 1, 2, 3, 4.
+Bytes makeTwoColored(uint8_t p_version) {
+    return {p_version, 5, 2, 0, 0, 16, 2, 0x0D, 0, 2, 1, 12, 10, 20, 30, 40, 50, 60, 8, 1, 2, 3, 4};
+}
+
+/// The bits of a row of the picture, set for the second colour.
+uint32_t getRow(const BlocksStream& p_stream, uint32_t p_y) {
+    uint32_t row = 0;
+    for (uint32_t x = 0; x < 16; x++) {
+        row |= uint32_t(*p_stream.m_decoder.getSurface().getPixel(x, p_y) == 0xFF3C3228) << x;
+    }
+    return row;
+}
+
+TEST(BlocksPackets, halves_of_two_colored_blocks_are_apart) {
+    BlocksStream stream(ZYR_COMPRESSION_LZ4);
+    ASSERT_STREQ(nullptr, stream.decode(makeTwoColored(2), 16, 2));
+    EXPECT_EQ(0x0301u, getRow(stream, 0));
+    EXPECT_EQ(0x0402u, getRow(stream, 1));
+}
+
+TEST(BlocksPackets, in_version_1_they_are_not) {
+    BlocksStream stream(ZYR_COMPRESSION_LZ4);
+    ASSERT_STREQ(nullptr, stream.decode(makeTwoColored(1), 16, 2));
+    EXPECT_EQ(0x0201u, getRow(stream, 0));
+    EXPECT_EQ(0x0403u, getRow(stream, 1));
+}
+
+TEST(BlocksPackets, all_are_written_in_version_2) {
     const ScreenPainter screen = paintDesktop(64, 64, 3);
-    EXPECT_EQ(1, BlocksStream(ZYR_COMPRESSION_RLE).encode(screen)[0]);
-    EXPECT_EQ(1, BlocksStream(ZYR_COMPRESSION_LZ4).encode(screen)[0]);
-    EXPECT_EQ(2, BlocksStream(ZYR_COMPRESSION_ZIP).encode(screen)[0]);
+    for (const CompressionTypeEnum compression : {ZYR_COMPRESSION_RLE, ZYR_COMPRESSION_LZ4, ZYR_COMPRESSION_ZIP}) {
+        EXPECT_EQ(2, BlocksStream(compression).encode(screen)[0]);
+    }
 }
 
 } // namespace

@@ -8,7 +8,7 @@
 // `pixels` (R, G, B, A) is the decoder's own picture, which the next packet changes. After an error a key frame is
 // needed. `changed` lists what the last packet changed, as {x, y, width, height}.
 
-const FIRST_VERSION = 1, SORTED_VERSION = 2;
+const FIRST_VERSION = 1, LAST_VERSION = 2;
 const KEY = 1, MOVES = 2, BLOCKS = 4;
 const RLE = 1, LZ4 = 2, ZIP = 3;
 const BLOCK = 16, BAND_ROWS = 256;
@@ -312,7 +312,7 @@ export class BlocksDecoder {
         this.needsKey = true;
         this.sequence = 0;
         this.words = null;
-        this.knowsSorted = false;
+        this.isOfFirstVersion = false;
         this.streams = Array.from({ length: STREAMS }, () => new Reader(new Uint8Array(0)));
         this.rooms = Array.from({ length: STREAMS }, () => new Uint8Array(0));
         this.kept = [];
@@ -333,8 +333,8 @@ export class BlocksDecoder {
     decodePacket(packet) {
         const reader = new Reader(packet);
         const version = reader.byte();
-        if (version < FIRST_VERSION || version > SORTED_VERSION) fail('another version');
-        this.knowsSorted = version >= SORTED_VERSION;
+        if (version < FIRST_VERSION || version > LAST_VERSION) fail('another version');
+        this.isOfFirstVersion = version === FIRST_VERSION;
         const flags = reader.byte(), compression = reader.byte(), bound = reader.byte(), sequence = reader.byte();
         const width = reader.number(), height = reader.number();
         const isKey = (flags & KEY) !== 0;
@@ -443,7 +443,7 @@ export class BlocksDecoder {
 
     openStreams(reader, compression, marked) {
         const mask = reader.byte() | reader.byte() << 8;
-        if (mask >> (this.knowsSorted ? STREAMS : BUSY) !== 0) fail('damaged streams');
+        if (mask >> (this.isOfFirstVersion ? BUSY : STREAMS) !== 0) fail('damaged streams');
         const streams = [];
         for (let i = 0; i < STREAMS; i++) {
             if ((mask >> i & 1) === 0) continue;
@@ -544,6 +544,13 @@ export class BlocksDecoder {
         const bits = 1 << (kind - PALETTE_2), mask = (1 << bits) - 1, stream = this.streams[INDICES + kind - PALETTE_2];
         let at = stream.take(Math.ceil(w * h * bits / 8));
         const bytes = stream.bytes;
+        if (bits === 1 && w === BLOCK && !this.isOfFirstVersion) {
+            for (let row = 0; row < h; row++, at++) {
+                const to = (y + row) * this.width + x, held = bytes[at] | bytes[at + h] << 8;
+                for (let i = 0; i < BLOCK; i++) words[to + i] = colors[first + (held >> i & 1)];
+            }
+            return;
+        }
         for (let row = 0, held = 0, count = 0; row < h; row++) {
             let to = (y + row) * this.width + x;
             for (let i = 0; i < w; i++) {
@@ -644,7 +651,7 @@ export class BlocksDecoder {
     }
 
     drawPrediction(argument, x, y, w, h, bandTop, bound) {
-        if (this.knowsSorted && (argument & 12) === 8) {
+        if (!this.isOfFirstVersion && (argument & 12) === 8) {
             if (argument !== 8) fail('a damaged block');
             this.drawSorted(x, y, w, h, bandTop, bound);
             return;
