@@ -1,5 +1,7 @@
 #include "plugin_blocks/zyr_blocks_offers.h"
 
+#include "picture/zyr_codec_plugin.h"
+
 #include <cstdlib>
 #include <cstring>
 
@@ -9,18 +11,13 @@ namespace {
 
 constexpr uint32_t MOST_THREADS = 16;
 
-/// Request and proposal name their features alike, with words of their own for "must" and "may".
+CodecOffer makeOffer(const Offer& p_offer) {
+    return {.m_codecName = CODEC_NAME, .m_implementation = p_offer.implementation, .m_rating = p_offer.rating};
+}
+
+/// What other codecs of whole pictures don't have.
 template <class Record, class Word>
-void fillFeatures(Record& p_record, const Offer& p_offer, Word p_mandatory, Word p_optional) {
-    p_record.codecName = CODEC_NAME;
-    p_record.codecImplementation = p_offer.implementation;
-    p_record.rating = p_offer.rating;
-    p_record.planesModelSingle = p_mandatory;
-    p_record.planesModel = 1;
-    p_record.colorSpaceRGB = p_mandatory;
-    p_record.colorSpace = 1;
-    p_record.variableQuality = p_optional;
-    p_record.video = p_optional;
+void addFeatures(Record& p_record, const Offer& p_offer, Word p_mandatory, Word p_optional) {
     p_record.lossless = p_optional;
     p_record.packedBlocks = p_mandatory;
     p_record.compressionRle = p_offer.compression == ZYR_COMPRESSION_RLE ? p_mandatory : Word{};
@@ -32,22 +29,19 @@ void fillFeatures(Record& p_record, const Offer& p_offer, Word p_mandatory, Word
 } // namespace
 
 FrameCodecProposal* createProposal(const Offer& p_offer, uint64_t p_adapterID) {
-    FrameCodecProposal* proposal = new FrameCodecProposal;
-    fillFeatures(*proposal, p_offer, ZYR_PROPOSAL_MANDATORY, ZYR_PROPOSAL_OPTIONAL);
-    proposal->adapterID = p_adapterID;
+    FrameCodecProposal* proposal = zyr::createProposal(makeOffer(p_offer), p_adapterID);
+    addFeatures(*proposal, p_offer, ZYR_PROPOSAL_MANDATORY, ZYR_PROPOSAL_OPTIONAL);
     return proposal;
 }
 
 FrameCodecRequest* createRequest(const Offer& p_offer) {
-    FrameCodecRequest* request = new FrameCodecRequest;
-    fillFeatures(*request, p_offer, ZYR_REQUEST_MANDATORY, ZYR_REQUEST_OPTIONAL);
+    FrameCodecRequest* request = zyr::createRequest(makeOffer(p_offer));
+    addFeatures(*request, p_offer, ZYR_REQUEST_MANDATORY, ZYR_REQUEST_OPTIONAL);
     return request;
 }
 
 bool isPossible(const FrameCodecInfo& p_info) {
-    return p_info.codecName == CODEC_NAME && !p_info.planesModels.isEmpty() &&
-           p_info.planesModels.frontConst() == ZYR_PLANES_MODEL_SINGLE && !p_info.colorSpaces.isEmpty() &&
-           p_info.colorSpaces.frontConst() == ZYR_COLOR_SPACE_RGB;
+    return isOfOffer(makeOffer(OFFERS[0]), p_info) != 0;
 }
 
 bool hasCompression(const FrameCodecInfo& p_info) {
