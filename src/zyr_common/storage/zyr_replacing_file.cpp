@@ -31,6 +31,11 @@ bool_t isWritable(const char* p_path) {
     return ::faccessat(AT_FDCWD, p_path, W_OK, AT_EACCESS) == 0;
 }
 
+bool_t hasSize(const char* p_path, uint64_t p_size) {
+    struct stat status;
+    return ::stat(p_path, &status) == 0 && static_cast<uint64_t>(status.st_size) == p_size;
+}
+
 /// Stream and rename alone survive a crash of the process; after one of the system the new name could stand for
 /// nothing.
 bool_t synchronize(const char* p_path) {
@@ -78,23 +83,30 @@ bool_t ReplacingFile::open(const String& p_path) {
         m_mode = status.st_mode & 07777;
     }
     m_temporaryPath = makeTemporaryPath(m_path);
-    return m_stream->open(m_temporaryPath);
+    if (!m_stream->open(m_temporaryPath)) {
+        return 0;
+    }
+    if (::access(m_temporaryPath.getData(), F_OK) == 0) {
+        return 1;
+    }
+    m_temporaryPath.clear();
+    m_isElsewhere = 1;
+    return m_stream->open(m_path);
 }
 
 bool_t ReplacingFile::write(const void* p_data, size_t p_size) {
+    m_size += p_size;
     return m_stream->writeBytes(p_data, p_size) == p_size;
 }
 
 bool_t ReplacingFile::finish() {
-    if (!m_stream->flush()) {
-        return 0;
-    }
+    const bool_t isFlushed = m_stream->flush();
     m_stream->release();
     m_stream = nullptr;
     if (m_temporaryPath.isEmpty()) {
-        return 1;
+        return isFlushed || m_isElsewhere;
     }
-    if (!synchronize(m_temporaryPath.getData()) ||
+    if ((!isFlushed && !hasSize(m_temporaryPath.getData(), m_size)) || !synchronize(m_temporaryPath.getData()) ||
         (m_mode >= 0 && ::chmod(m_temporaryPath.getData(), static_cast<mode_t>(m_mode)) != 0) ||
         ::rename(m_temporaryPath.getData(), m_path.getData()) != 0) {
         return 0;

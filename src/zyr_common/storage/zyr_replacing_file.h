@@ -9,6 +9,9 @@ namespace zyr {
 /// Writes beside the file that the path names (behind links, if it is one) and renames at the end, with the permissions
 /// of the old file. What is no plain file, such as a pipe, is written to directly, and so is a file in a directory that
 /// must not be changed. Without finish() nothing is left.
+///
+/// Of a stream nothing but open and writeBytes has to work: one whose files are not those of the system is told the
+/// path itself, and its word for a byte is taken.
 class ReplacingFile {
 public:
     /// Takes over the stream.
@@ -27,6 +30,9 @@ private:
     String m_path;
     /// The file beside; empty while there is none.
     String m_temporaryPath;
+    /// The stream has no file of the system.
+    bool_t m_isElsewhere = 0;
+    uint64_t m_size = 0;
     /// Permissions of the old file, -1 without one.
     int64_t m_mode = -1;
 };
