@@ -113,6 +113,10 @@ for file in "$all/usr/bin/zyr-host" "$all"/usr/lib/zyrmont/*.so "$all"/usr/lib/z
     "${tool}strip" --strip-unneeded --remove-section=.comment "$file"
     case $file in *.so* ) chmod 644 "$file" ;; esac
 done
+own=()
+[ -z "$ffmpeg" ] || own=(--ffmpeg "$all/usr/lib/zyrmont/ffmpeg")
+scripts/linked.sh "${own[@]}" "$all/usr/bin/zyr-host" "$all"/usr/lib/zyrmont/*.so "$all"/usr/lib/zyrmont/plugins/*.so ||
+    die "docs/third-party.md"
 "${tool}strip" --strip-debug --enable-deterministic-archives --remove-section=.comment "$all"/usr/lib/*.a
 
 # ---- one package ---------------------------------------------------------------------------------------------------------
