@@ -4,6 +4,7 @@
 #   scripts/deps.sh                    what the build needs on this machine
 #   scripts/deps.sh --with test        also what the tests run (ffmpeg and ffprobe as judges, an X server, ...)
 #   scripts/deps.sh --with lint        also clang-format, clang-tidy and shellcheck
+#   scripts/deps.sh --with abi         also what compares modules of two builds
 #   scripts/deps.sh --with docs        also what draws up the reference of all classes
 #   scripts/deps.sh --with bench       also the peers that the benchmarks measure against
 #   scripts/deps.sh --with package     also what makes, checks and tries Debian packages
@@ -137,6 +138,7 @@ fi
 installPackages "${tools[@]}" "${headers[@]}" "${libraries[@]/%/$suffix}"
 wants test && installPackages ffmpeg openssl curl python3-websockets python3-jsonschema jq libxml2-utils xvfb xterm qemu-user-static locales nodejs
 wants lint && installPackages clang-format clang-tidy python3 shellcheck
+wants abi && installPackages abigail-tools
 wants docs && installPackages doxygen
 wants package && installPackages dpkg-dev lintian mmdebstrap
 wants bench && installPackages libspdlog-dev libtsl-ordered-map-dev libtbb-dev libeigen3-dev libglm-dev libvncserver-dev

@@ -98,6 +98,11 @@ lintPart() {
     return $result
 }
 
+abiPart() {
+    scripts/abi.sh --no-deps || { failed=$((failed + 1)); return 1; }
+    passed=$((passed + 1))
+}
+
 if $deps; then
     wanted=()
     if has native || has asan || has tsan; then wanted+=(--with test); fi
@@ -110,6 +115,8 @@ if $deps; then
     fi
 fi
 has native && part native presetPart ci all
+# Costs seconds on what was just built.
+has native && [ -z "$filter" ] && part abi abiPart
 has lint && part lint lintPart
 has asan && part asan-ubsan presetPart asan-ubsan all
 has tsan && part tsan presetPart tsan zyr_threaded_tests -L threaded
