@@ -96,6 +96,7 @@ struct Program {
     InspectOptions m_inspect;
     DoctorOptions m_doctor;
     StreamOptions m_stream;
+    ReportOptions m_report;
     SessionOptions m_session;
     SettingsOptions m_settings;
     LaunchOptions m_launch;
@@ -119,6 +120,7 @@ struct Program {
         addInspect();
         addDoctor();
         addStream();
+        addReport();
         addSession();
         addSettings();
         addLaunch();
@@ -202,6 +204,11 @@ struct Program {
         command->add_option("--source-pictures", o.m_sourcePicturePath,
                             "Write the pictures that the encoder got, in the same forms");
         command->add_option("--report", o.m_reportPath, "Write the report as JSON to this file as well, or to -");
+        command->add_option("--html", o.m_pagePath, "Write a page with figures, plots and the worst frames, or to -");
+        command
+            ->add_option("--worst", o.m_worst,
+                         "Keep so many of the worst frames as pictures in report and page (default: 3 for a page)")
+            ->check(CLI::Range(0, 12));
         command->add_option("--frames-log", o.m_framesLogPath,
                             "Write a row of data for each frame: CSV, or JSON lines for name.jsonl");
         command->add_flag("--tolerant", o.m_tolerant, "A damaged source or one that ends early is no failure");
@@ -229,6 +236,15 @@ struct Program {
             const PluginGuard guard;
             m_result = runStream(m_stream);
         });
+    }
+
+    void addReport() {
+        CLI::App* command =
+            m_app.add_subcommand("report", "Make a page that compares runs by the reports of \"stream\"");
+        command->add_option("reports", m_report.m_reports, "Files that stream --report wrote; the first is the measure")
+            ->required();
+        command->add_option("-o,--output", m_report.m_pagePath, "The page, or - for the standard output")->required();
+        command->callback([this] { m_result = runReport(m_report); });
     }
 
     void addSession() {

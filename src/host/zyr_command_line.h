@@ -57,6 +57,7 @@ struct StreamOptions {
     std::string m_sourcePicturePath;
     std::string m_reportPath;
     std::string m_framesLogPath;
+    std::string m_pagePath; ///< The report as HTML.
     std::vector<ResizeStep> m_resizes;
     uint32_t m_width = 0;
     uint32_t m_height = 0;
@@ -64,11 +65,17 @@ struct StreamOptions {
     uint64_t m_startTime = 0; ///< When the program was started, on zyr_getCurrentTime()'s clock.
     uint64_t m_bitrate = 0;   ///< Target in bits per second, 0 for a constant quality.
     int m_quality = -1;       ///< -1: what suits the codec.
+    int m_worst = -1;         ///< Frames to keep as pictures. -1: three for a page, otherwise none.
     bool m_tolerant = false;  ///< A damaged source is no failure.
     bool m_explain = false;
     bool m_json = false;
     bool m_progress = true;
     bool m_metrics = true;
+};
+
+struct ReportOptions {
+    std::vector<std::string> m_reports; ///< Files that "stream --report" wrote.
+    std::string m_pagePath;             ///< "-" is the standard output.
 };
 
 struct SessionOptions {
@@ -151,6 +158,7 @@ int runView(const ViewOptions& p_options);
 int runInspect(const InspectOptions& p_options);
 int runDoctor(const DoctorOptions& p_options);
 int runStream(const StreamOptions& p_options);
+int runReport(const ReportOptions& p_options);
 int runPath(const PathOptions& p_options);
 int runLayout(const LayoutOptions& p_options);
 int runSession(const SessionOptions& p_options);

@@ -1,3 +1,6 @@
+#include "host/report/zyr_full_report.h"
+#include "host/report/zyr_report_page.h"
+#include "host/report/zyr_report_reader.h"
 #include "host/zyr_codec_state.h"
 #include "host/zyr_command_line.h"
 #include "host/zyr_heap_tuning.h"
@@ -112,13 +115,28 @@ void fillIdentity(StreamReport& p_report, const StreamOptions& p_options, const 
     p_report.m_metrics = p_options.m_metrics;
 }
 
-/// Puts the report where it was asked for. False when the standard output takes no more.
-bool tell(const StreamOptions& p_options, const StreamReport& p_report, StreamOutputs& p_outputs) {
-    const std::string json = p_report.toJson().dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+/// The files have what happened frame by frame as well.
+void tellInFull(const StreamReport& p_report, StreamOutputs& p_outputs) {
+    if (!p_outputs.m_report && !p_outputs.m_page) {
+        return;
+    }
+    const nlohmann::json full = makeFullReport(p_report);
     if (p_outputs.m_report) {
+        const std::string json = full.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
         p_outputs.m_report->write(json.data(), json.size());
         p_outputs.m_report->close();
     }
+    if (p_outputs.m_page) {
+        const std::string page = makeReportPage({readReport(p_report.m_source, full)});
+        p_outputs.m_page->write(page.data(), page.size());
+        p_outputs.m_page->close();
+    }
+}
+
+/// Puts the report where it was asked for. False when the standard output takes no more.
+bool tell(const StreamOptions& p_options, const StreamReport& p_report, StreamOutputs& p_outputs) {
+    const std::string json = p_report.toJson().dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+    tellInFull(p_report, p_outputs);
     if (isStandardOutputTaken(p_options)) {
         fputs(p_report.toTable().c_str(), stderr);
         return true;
@@ -184,6 +202,9 @@ int runStream(const StreamOptions& p_options) {
         saveCodecAgreement(framework, *match, p_options.m_saveCodecInfoPath);
     }
     fillIdentity(report, p_options, *source, *match);
+    report.m_negotiation = log;
+    report.m_negotiation.push_back("chosen: " + report.m_encoder + " with " + report.m_decoder);
+    report.m_worst.setCount(size_t(p_options.m_worst >= 0 ? p_options.m_worst : p_options.m_pagePath.empty() ? 0 : 3));
     const PlaneTap tap(framework.getApplicationData());
     StreamCoder coder(*match, market);
     coder.open(collectOptions(p_options, *match, source->getRate()), chooseQuality(p_options, match->m_info));

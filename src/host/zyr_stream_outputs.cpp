@@ -19,6 +19,7 @@ std::vector<NamedPath> outputsOf(const StreamOptions& p_options) {
             {"--source-pictures", &p_options.m_sourcePicturePath},
             {"--report", &p_options.m_reportPath},
             {"--frames-log", &p_options.m_framesLogPath},
+            {"--html", &p_options.m_pagePath},
             {"--save-codec-info", &p_options.m_saveCodecInfoPath}};
 }
 
@@ -90,6 +91,9 @@ StreamOutputs::StreamOutputs(const StreamOptions& p_options, const std::string& 
     }
     if (!p_options.m_reportPath.empty()) {
         m_report = std::make_unique<OutputFile>(p_options.m_reportPath);
+    }
+    if (!p_options.m_pagePath.empty()) {
+        m_page = std::make_unique<OutputFile>(p_options.m_pagePath);
     }
 }
 

@@ -24,7 +24,7 @@ struct StreamOutputs {
     /// Throws RunError. `p_fullRange` is what the coded planes' numbers mean.
     StreamOutputs(const StreamOptions& p_options, const std::string& p_codec, Fraction p_rate, bool p_fullRange);
 
-    /// Completes all files but the report. Throws RunError for the first one that fails, after trying all.
+    /// Completes all files but the report and its page. Throws RunError for the first one that fails, after trying all.
     void close();
 
     /// The files written, in order, and what they could not say.
@@ -36,6 +36,7 @@ struct StreamOutputs {
     std::unique_ptr<PictureFile> m_sourcePictures;
     std::unique_ptr<FrameLog> m_framesLog;
     std::unique_ptr<OutputFile> m_report;
+    std::unique_ptr<OutputFile> m_page;
 
 private:
     const StreamOptions& m_options;

@@ -1,6 +1,8 @@
 /// What a run measured, and how it is told.
 #pragma once
 
+#include "host/report/zyr_run_series.h"
+#include "host/report/zyr_worst_frames.h"
 #include "host/zyr_likeness.h"
 #include "host/zyr_stage_times.h"
 #include "host/zyr_video_source.h"
@@ -66,7 +68,10 @@ struct StreamReport {
     LikenessTotal m_coded;
     LikenessTotal m_rgb;
     BitrateReport m_bitrate;
-    std::vector<std::string> m_complaints; ///< About the source.
+    RunSeries m_series;
+    WorstFrames m_worst;
+    std::vector<std::string> m_negotiation; ///< How encoder and decoder were chosen, line by line.
+    std::vector<std::string> m_complaints;  ///< About the source.
     std::vector<std::string> m_notes;
     std::vector<std::string> m_files;
 

@@ -247,6 +247,30 @@ void StreamRun::noteFailure(const Job& p_job, const char* p_what, const std::str
     }
 }
 
+/// For the report that tells of each frame.
+void StreamRun::noteFrame(Job& p_job, double p_seconds) {
+    FramePicture& source = p_job.m_source;
+    SeriesPoint point;
+    point.m_frame = p_job.m_number;
+    point.m_seconds = p_seconds;
+    point.m_width = source.m_width;
+    point.m_height = source.m_height;
+    point.m_keys = p_job.m_encoded.m_packet && p_job.m_key;
+    point.m_bytes = p_job.m_bytes;
+    point.m_encode = toMilliseconds(p_job.m_encodeTime);
+    point.m_decode = toMilliseconds(p_job.m_decodeTime);
+    point.m_psnr = p_job.m_compared ? p_job.m_coded.getPsnr() : std::nan("");
+    point.m_similarity = p_job.m_compared ? p_job.m_coded.m_allSsim : std::nan("");
+    m_report.m_series.add(point);
+    if (p_job.m_compared) {
+        const IImage* image = p_job.getResult();
+        m_report.m_worst.add(p_job.m_number, point.m_psnr, point.m_similarity,
+                             FramePixels{source.getPixels(), source.m_pitch},
+                             FramePixels{static_cast<const uint8_t*>(image->getData()), image->getPitch()},
+                             source.m_width, source.m_height);
+    }
+}
+
 void StreamRun::write(Job& p_job) {
     StreamReport& report = m_report;
     const FramePicture& source = p_job.m_source;
@@ -263,6 +287,7 @@ void StreamRun::write(Job& p_job) {
     report.m_frames++;
     report.m_read.add(p_job.m_readTime);
     report.m_encode.add(p_job.m_encodeTime);
+    noteFrame(p_job, double(source.m_timestamp - m_firstTime) * tick);
     if (!p_job.m_encoded.m_packet) {
         report.m_failedEncodes++;
         noteFailure(p_job, "encoded", p_job.m_encoded.m_reason);

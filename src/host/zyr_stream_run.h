@@ -50,6 +50,7 @@ private:
     void compare(Job& p_job);
     void write(Job& p_job);
     void store(Job& p_job);
+    void noteFrame(Job& p_job, double p_seconds);
     void noteFailure(const Job& p_job, const char* p_what, const std::string& p_reason);
     bool wantsPlanes() const;
     void completePlanes(Job& p_job);

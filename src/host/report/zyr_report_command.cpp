@@ -1,0 +1,39 @@
+#include "host/report/zyr_report_page.h"
+#include "host/report/zyr_report_reader.h"
+#include "host/zyr_command_line.h"
+#include "host/zyr_output_file.h"
+#include "host/zyr_run_error.h"
+#include "host/zyr_strict_json.h"
+#include "host/zyr_text_files.h"
+
+#include <cstdio>
+#include <filesystem>
+
+namespace zyr::host {
+
+int runReport(const ReportOptions& p_options) {
+    std::vector<PagedRun> runs;
+    for (const std::string& path : p_options.m_reports) {
+        std::error_code error;
+        if (std::filesystem::equivalent(path, p_options.m_pagePath, error)) {
+            throw UsageError("--output would overwrite the report '" + path + "'");
+        }
+        std::string text;
+        if (!readText(path, text)) {
+            return EXIT_RUN_FAILED;
+        }
+        try {
+            runs.push_back(readReport(path == "-" ? "standard input" : path, parseStrictJson(text)));
+        } catch (const JsonError& wrong) {
+            fprintf(stderr, "zyr-host: %s: %s\n", maskControls(path).c_str(), maskControls(wrong.what()).c_str());
+            return EXIT_RUN_FAILED;
+        }
+    }
+    const std::string page = makeReportPage(runs);
+    OutputFile output(p_options.m_pagePath);
+    output.write(page.data(), page.size());
+    output.close();
+    return EXIT_DONE;
+}
+
+} // namespace zyr::host
