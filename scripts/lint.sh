@@ -59,7 +59,7 @@ check_layers() { python3 scripts/check_layers.py; }
 
 check_scripts() {
     local file result=0
-    shellcheck scripts/*.sh tests/package/*.sh .ci/run || result=1
+    shellcheck -x scripts/*.sh tests/package/*.sh tests/scripts/*.sh .ci/run || result=1
     for file in $(git ls-files -co --exclude-standard '*.py'); do python3 -c 'import ast, sys; ast.parse(open(sys.argv[1]).read())' "$file" || result=1; done
     return $result
 }
