@@ -1,6 +1,20 @@
 # What "cmake --install" puts where: the host looks for its modules in ../lib/zyrmont/, and for plug-ins in plugins/ there.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
+
+# The place of an FFmpeg that travels along is said from where each file stands, already when it is linked: the number of
+# the build then does not depend on where the build found it.
+if(ZYR_PACKAGE_PATHS)
+    foreach(target zyr-host zyr_core_module zyr_picture_module zyr_blocks zyr_ffmpeg)
+        set_target_properties(${target} PROPERTIES BUILD_WITH_INSTALL_RPATH ON INSTALL_RPATH_USE_LINK_PATH OFF)
+    endforeach()
+    if(ZYR_FFMPEG_PREFIX)
+        set_target_properties(zyr-host PROPERTIES INSTALL_RPATH "$ORIGIN/../lib/zyrmont/ffmpeg")
+        set_target_properties(zyr_picture_module PROPERTIES INSTALL_RPATH "$ORIGIN/ffmpeg")
+        set_target_properties(zyr_ffmpeg PROPERTIES INSTALL_RPATH "$ORIGIN/../ffmpeg")
+    endif()
+endif()
+
 install(TARGETS zyr-host RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(TARGETS zyr_core_module zyr_picture_module LIBRARY DESTINATION lib/zyrmont)
 install(TARGETS zyr_blocks zyr_ffmpeg LIBRARY DESTINATION lib/zyrmont/plugins)

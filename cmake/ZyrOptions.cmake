@@ -14,6 +14,7 @@ set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
 option(ZYR_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
 set(ZYR_SANITIZE "" CACHE STRING "Sanitizers, as in -fsanitize= (empty: none)")
 
+option(ZYR_PACKAGE_PATHS "Look for FFmpeg where packages put it, and nowhere else" OFF)
 option(ZYR_BUILD_TIMES "Log what each compilation costs, for scripts/build-times.sh" OFF)
 find_program(ZYR_CCACHE ccache)
 if(NOT CMAKE_CXX_COMPILER_LAUNCHER)

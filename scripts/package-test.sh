@@ -5,8 +5,10 @@
 #   scripts/package-test.sh --quick ...   does not build the examples
 #   scripts/package-test.sh --root DIR    uses this bare system (a directory of debootstrap's) and leaves it there
 #
+# Packages of another architecture are looked into only: scripts/package-contents.sh.
 # Takes root, and mmdebstrap unless --root is given; the bare system comes from the machine's own apt sources. As an
-# unprivileged user: inspect, doctor and a stream. Then both examples are built against the development package, by CMake and
+# unprivileged user: inspect, doctor and a stream. What was there before is a lower version of the same packages, with a
+# file that is gone since: the upgrade has to take it away. Then both examples are built against the development package, by CMake and
 # by pkg-config, and run; the packages are removed and purged, and nothing of them may stay.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -58,10 +60,29 @@ apt() {
 # expect WHAT WANTED GOT
 expect() { [ "$2" = "$3" ] || die "$1: wanted '$2', got '$3'"; }
 
-say "installing host and modules"
+# The same packages as a version before them, each with a file that the real ones lack.
+mkdir "$root/packages/before"
+for package in zyrmont-modules zyrmont-host; do
+    new=$(echo "$root"/packages/"$package"_*.deb)
+    version=$(dpkg-deb -f "$new" Version)
+    dpkg-deb -R "$new" "$work/before"
+    sed -i "s/^Version: .*/Version: 0.9~before/; s/(= $version)/(= 0.9~before)/" "$work/before/DEBIAN/control"
+    mkdir -p "$work/before/usr/lib/zyrmont/gone"
+    echo "$package" >"$work/before/usr/lib/zyrmont/gone/$package"
+    dpkg-deb --root-owner-group -Znone --build "$work/before" "$root/packages/before/$package.deb" >/dev/null
+    rm -rf "$work/before"
+    files+=("/packages/$(basename "$new")")
+done
+
+say "installing a version before"
 apt update
-for package in zyrmont-modules zyrmont-host; do files+=("/packages/$(basename "$root"/packages/"$package"_*.deb)"); done
+apt install /packages/before/zyrmont-modules.deb /packages/before/zyrmont-host.deb
+inside test -e /usr/lib/zyrmont/gone/zyrmont-host || die "the version before is not installed"
+say "upgrading host and modules"
 apt install "${files[@]}"
+expect "the version" "$version" "$(inside dpkg-query -W -f '${Version}' zyrmont-host)"
+inside test ! -e /usr/lib/zyrmont/gone || die "the upgrade leaves files of the version before"
+inside dpkg --verify zyrmont-host zyrmont-modules >"$work/out" || { cat "$work/out"; die "dpkg --verify"; }
 
 say "inspect, doctor and a stream as an unprivileged user"
 asUser zyr-host inspect vp9 >"$work/out" 2>&1 || { cat "$work/out"; die "inspect"; }

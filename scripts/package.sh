@@ -71,8 +71,11 @@ DESTDIR=$all cmake --install "$build" --prefix /usr >"$work/install.log" 2>&1 ||
 mkdir -p "$all/usr/share/doc/libzyrmont-dev"
 cp -r examples "$all/usr/share/doc/libzyrmont-dev/examples"
 mkdir -p "$all"/usr/share/{bash-completion/completions,zsh/vendor-completions,fish/vendor_completions.d}
+ffmpeg=$(sed -n 's/^ZYR_FFMPEG_PREFIX_USED:INTERNAL=//p' "$build/CMakeCache.txt")
 host=$build/bin/zyr-host
 [ -z "$tool" ] || host="qemu-$arch-static $host"
+# In the build's own directory it does not find the FFmpeg that travels along.
+[ -z "$ffmpeg" ] || export LD_LIBRARY_PATH=$ffmpeg/lib
 for place in bash:bash-completion/completions/zyr-host zsh:zsh/vendor-completions/_zyr-host fish:fish/vendor_completions.d/zyr-host.fish; do
     $host completion "${place%%:*}" >"$all/usr/share/${place#*:}" || die "the completion for ${place%%:*}"
 done
@@ -81,7 +84,7 @@ mkdir -p "$all/usr/lib/systemd/system"
 cp packaging/zyr-host-serve@.service "$all/usr/lib/systemd/system/"
 
 # FFmpeg of our own travels along; each file finds it from where it stands itself.
-ffmpeg=$(sed -n 's/^ZYR_FFMPEG_PREFIX_USED:INTERNAL=//p' "$build/CMakeCache.txt")
+unset LD_LIBRARY_PATH
 setRpath() {
     "${tool}readelf" -d "$2" | grep -qE 'R(UN)?PATH' || return 0 # It needs no FFmpeg.
     cmake -DFILE="$2" -DRPATH="$1" -P packaging/rpath.cmake >/dev/null || die "the search path of $2"
@@ -211,6 +214,11 @@ if [ -d "$work/zyrmont-modules/usr/lib/zyrmont/ffmpeg" ]; then
     size=$((size - $(weigh "$work/zyrmont-modules/usr/lib/zyrmont/ffmpeg")))
 fi
 printf 'host and modules take %d.%d MB without FFmpeg\n' $((size * 1024 / 1000000)) $((size * 1024 / 100000 % 10))
+if [ $((size * 1024)) -gt 15000000 ]; then
+    echo "that is more than 15 MB; what is largest:"
+    find "$work"/zyrmont-{host,modules}/usr -type f -printf '%10s  /%P\n' | sort -rn | head -n 10
+fi
+scripts/package-contents.sh "$output" "$debian" || die "scripts/package-contents.sh"
 (cd "$output" && sha256sum "${files[@]##*/}" >SHA256SUMS)
 
 if $lint; then
