@@ -5,7 +5,7 @@
 #   scripts/deps.sh --with test        also what the tests run (ffmpeg and ffprobe as judges, an X server, ...)
 #   scripts/deps.sh --with lint        also clang-format, clang-tidy and shellcheck
 #   scripts/deps.sh --with abi         also what compares modules of two builds
-#   scripts/deps.sh --with docs        also what draws up the reference of all classes
+#   scripts/deps.sh --with docs        also what makes the site of documents and reference
 #   scripts/deps.sh --with bench       also the peers that the benchmarks measure against
 #   scripts/deps.sh --with package     also what makes, checks and tries Debian packages
 #   scripts/deps.sh --arch aarch64     what the AArch64 cross-build and its emulated runs need
@@ -136,10 +136,10 @@ if $cross; then
     tools+=(gcc-aarch64-linux-gnu g++-aarch64-linux-gnu qemu-user-static)
 fi
 installPackages "${tools[@]}" "${headers[@]}" "${libraries[@]/%/$suffix}"
-wants test && installPackages ffmpeg openssl curl python3-websockets python3-jsonschema jq libxml2-utils xvfb xterm qemu-user-static locales nodejs
+wants test && installPackages ffmpeg openssl curl python3-websockets python3-jsonschema python3-markdown jq libxml2-utils xvfb xterm qemu-user-static locales nodejs
 wants lint && installPackages clang-format clang-tidy python3 shellcheck
 wants abi && installPackages abigail-tools
-wants docs && installPackages doxygen
+wants docs && installPackages doxygen python3-markdown man-db
 wants package && installPackages dpkg-dev lintian mmdebstrap
 wants bench && installPackages libspdlog-dev libtsl-ordered-map-dev libtbb-dev libeigen3-dev libglm-dev libvncserver-dev
 

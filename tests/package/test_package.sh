@@ -49,4 +49,19 @@ done
 report=$("$work/prefix/bin/zyr-host" stream generate:128x96:4 --no-default-plugins --plugins "$work/codec/build/plugins" \
     --json) || fail "zyr-host with the new plug-in"
 expect "the new codec" '"codec": "fresh_one"' "$(grep -o '"codec": "[a-z0-9_]*"' <<<"$report" | head -n 1)"
+
+# The code of the first pages builds as it stands there, and does what they say.
+for page in first-host first-plugin; do
+    "$source/tests/package/docs_samples.py" "$source/docs/$page.md" "$work/$page"
+    "$cmake" -S "$work/$page" -B "$work/$page/build" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_COMPILER="$compiler" \
+        -DCMAKE_CXX_FLAGS="-Wall -Wextra -Werror -g0" -DCMAKE_PREFIX_PATH="$work/prefix" >"$work/$page.log" 2>&1 &&
+        "$cmake" --build "$work/$page/build" >>"$work/$page.log" 2>&1 || { cat "$work/$page.log"; fail "the code of docs/$page.md"; }
+done
+expect "what docs/first-host.md prints" "$(cat "$work/first-host/expected.txt")" \
+    "$("$work/first-host/build/first_host" "$modules" 2>&1)"
+"$work/prefix/bin/zyr-host" stream generate:64x48:5 --codec plain --plugins "$work/first-plugin/build/plugins" >"$work/plain.log" ||
+    fail "zyr-host with the plug-in of docs/first-plugin.md"
+grep -q 'PSNR inf dB' "$work/plain.log" || { cat "$work/plain.log"; fail "the plug-in of docs/first-plugin.md changes pictures"; }
+"$work/prefix/bin/zyr-host" conform "$work/first-plugin/build/plugins/plain.so" >"$work/conform.log" ||
+    { grep -A3 '^not ok' "$work/conform.log"; fail "the plug-in of docs/first-plugin.md keeps the rules"; }
 echo "OK"
