@@ -46,8 +46,9 @@ void WorstFrames::add(uint64_t p_frame, double p_psnr, double p_similarity, cons
     if (m_count == 0 || !std::isfinite(p_psnr)) {
         return;
     }
-    const auto close = std::find_if(m_frames.begin(), m_frames.end(),
-                                    [&](const WorstFrame& p_kept) { return p_frame - p_kept.m_frame < CLOSE; });
+    const auto close = std::find_if(m_frames.begin(), m_frames.end(), [&](const WorstFrame& p_kept) {
+        return p_frame / BLOCK == p_kept.m_frame / BLOCK;
+    });
     if (close != m_frames.end()) {
         if (close->m_psnr <= p_psnr) {
             return;

@@ -26,11 +26,10 @@ struct WorstFrame {
     Thumbnail m_difference; ///< Distance of each sample, eight times as strong.
 };
 
-/// Keeps a few frames. Of frames close to each other the worst stays, so that one bad moment does not fill the list.
-/// Used by one thread.
+/// Keeps a few frames, at most one of each ten, so that one bad moment does not fill the list. Used by one thread.
 class WorstFrames {
 public:
-    static constexpr uint64_t CLOSE = 10;        ///< Frames.
+    static constexpr uint64_t BLOCK = 10;        ///< Frames of which one is kept at most.
     static constexpr uint32_t WIDEST = 640;      ///< Pixels of a picture that is kept.
     static constexpr uint32_t AMPLIFICATION = 8; ///< Of differences.
 
