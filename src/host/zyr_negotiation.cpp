@@ -43,14 +43,14 @@ Market openMarket(Framework& p_framework) {
         List<FrameCodecProposal*> proposals;
         market.m_encoders[i]->getCodecProposals(proposals);
         for (List<FrameCodecProposal*>::iterator it = proposals.begin(); it != proposals.end(); ++it) {
-            market.m_offers.push_back(Offer{i, RecordHandle<FrameCodecProposal>(*it)});
+            market.m_offers.push_back(Offer{i, Ref<FrameCodecProposal>::adopt(*it)});
         }
     }
     for (size_t i = 0; i < market.m_decoders.size(); i++) {
         List<FrameCodecRequest*> requests;
         market.m_decoders[i]->getCodecRequests(requests);
         for (List<FrameCodecRequest*>::iterator it = requests.begin(); it != requests.end(); ++it) {
-            market.m_wishes.push_back(Wish{i, RecordHandle<FrameCodecRequest>(*it)});
+            market.m_wishes.push_back(Wish{i, Ref<FrameCodecRequest>::adopt(*it)});
         }
     }
     return market;

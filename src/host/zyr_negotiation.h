@@ -3,26 +3,19 @@
 
 #include "host/zyr_framework.h"
 
-#include <memory>
 #include <string>
 #include <vector>
 
 namespace zyr::host {
 
-/// A record that an encoder or decoder handed over; the list's elements belong to the caller.
-template <typename Record> struct RecordReleaser {
-    void operator()(Record* p_record) const { p_record->release(); }
-};
-template <typename Record> using RecordHandle = std::unique_ptr<Record, RecordReleaser<Record>>;
-
 struct Offer {
     size_t m_encoder; ///< Index of the encoder object.
-    RecordHandle<FrameCodecProposal> m_proposal;
+    Ref<FrameCodecProposal> m_proposal;
 };
 
 struct Wish {
     size_t m_decoder; ///< Index of the decoder object.
-    RecordHandle<FrameCodecRequest> m_request;
+    Ref<FrameCodecRequest> m_request;
 };
 
 /// What works on this machine.

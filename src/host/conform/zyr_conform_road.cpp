@@ -43,7 +43,7 @@ ConformMarket::ConformMarket(PluginBench& p_bench) : m_bench(p_bench) {
         for (FrameCodecProposal* proposal : proposals) {
             const std::string reason = checkProposal(proposal);
             require(reason.empty(), toText(encoder.getClassName()) + " hands out " + reason);
-            m_market.m_offers.push_back(Offer{i, RecordHandle<FrameCodecProposal>(proposal)});
+            m_market.m_offers.push_back(Offer{i, Ref<FrameCodecProposal>::adopt(proposal)});
         }
     }
     for (size_t i = 0; i < m_market.m_decoders.size(); i++) {
@@ -56,7 +56,7 @@ ConformMarket::ConformMarket(PluginBench& p_bench) : m_bench(p_bench) {
         for (FrameCodecRequest* request : requests) {
             const std::string reason = checkRequest(request);
             require(reason.empty(), toText(decoder.getClassName()) + " hands out " + reason);
-            m_market.m_wishes.push_back(Wish{i, RecordHandle<FrameCodecRequest>(request)});
+            m_market.m_wishes.push_back(Wish{i, Ref<FrameCodecRequest>::adopt(request)});
         }
     }
     std::vector<std::string> log;
