@@ -1,5 +1,6 @@
 #include "host/zyr_object_file.h"
 
+#include "host/zyr_descriptor.h"
 #include "host/zyr_run_error.h"
 
 #include "zyr_common/storage/zyr_load_save.h"
@@ -13,26 +14,6 @@
 #include <unistd.h>
 
 namespace zyr::host {
-
-namespace {
-
-/// Closes a descriptor.
-class Descriptor {
-public:
-    explicit Descriptor(const std::string& p_path)
-        : m_number(open(p_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {}
-    ~Descriptor() {
-        if (m_number >= 0) {
-            close(m_number);
-        }
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    const int m_number;
-};
-
-} // namespace
 
 std::string getDirectoryOf(const std::string& p_path) {
     const size_t slash = p_path.rfind('/');
@@ -66,9 +47,9 @@ std::string findObjectFormat(const std::string& p_bytes) {
 }
 
 std::string readObjectFile(const std::string& p_path) {
-    const Descriptor file(p_path);
+    const Descriptor file(open(p_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status {};
-    if (file.m_number < 0 || fstat(file.m_number, &status) != 0) {
+    if (file.get() < 0 || fstat(file.get(), &status) != 0) {
         throw RunError(std::string("it cannot be read: ") + strerror(errno));
     }
     if (!S_ISREG(status.st_mode)) {
@@ -77,7 +58,7 @@ std::string readObjectFile(const std::string& p_path) {
     std::string bytes(static_cast<size_t>(status.st_size), 0);
     size_t size = 0;
     while (size < bytes.size()) {
-        const ssize_t count = read(file.m_number, bytes.data() + size, bytes.size() - size);
+        const ssize_t count = read(file.get(), bytes.data() + size, bytes.size() - size);
         if (count < 0 && errno != EINTR) {
             throw RunError(std::string("it cannot be read: ") + strerror(errno));
         }

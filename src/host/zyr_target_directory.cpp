@@ -1,5 +1,6 @@
 #include "host/zyr_target_directory.h"
 
+#include "host/zyr_descriptor.h"
 #include "host/zyr_run_error.h"
 #include "host/zyr_standard_output.h"
 
@@ -17,24 +18,6 @@ namespace {
 
 using Place = std::vector<std::string>;
 
-/// Owner of a descriptor, which may be none.
-class Descriptor {
-public:
-    explicit Descriptor(int p_number) : m_number(p_number) {}
-    ~Descriptor() {
-        if (m_number >= 0) {
-            close(m_number);
-        }
-    }
-    Descriptor(Descriptor&& p_other) noexcept : m_number(std::exchange(p_other.m_number, -1)) {}
-    Descriptor& operator=(Descriptor&& p_other) noexcept {
-        std::swap(m_number, p_other.m_number);
-        return *this;
-    }
-
-    int m_number;
-};
-
 [[noreturn]] void fail(const Place& p_place, int p_error) {
     std::string text;
     for (const std::string& word : p_place) {
@@ -50,17 +33,17 @@ Descriptor openDirectory(int p_parent, const std::string& p_name) {
 /// The directory of the place, made where it is not there.
 Descriptor makeParent(int p_root, const Place& p_place) {
     Descriptor parent(dup(p_root));
-    for (size_t i = 0; parent.m_number >= 0 && i + 1 < p_place.size(); i++) {
-        Descriptor next = openDirectory(parent.m_number, p_place[i]);
-        if (next.m_number < 0 && errno == ENOENT) {
-            if (mkdirat(parent.m_number, p_place[i].c_str(), 0777) != 0 && errno != EEXIST) {
+    for (size_t i = 0; parent.get() >= 0 && i + 1 < p_place.size(); i++) {
+        Descriptor next = openDirectory(parent.get(), p_place[i]);
+        if (next.get() < 0 && errno == ENOENT) {
+            if (mkdirat(parent.get(), p_place[i].c_str(), 0777) != 0 && errno != EEXIST) {
                 fail(p_place, errno);
             }
-            next = openDirectory(parent.m_number, p_place[i]);
+            next = openDirectory(parent.get(), p_place[i]);
         }
         parent = std::move(next);
     }
-    if (parent.m_number < 0) {
+    if (parent.get() < 0) {
         fail(p_place, errno);
     }
     return parent;
@@ -127,32 +110,32 @@ std::vector<std::string> TargetDirectory::splitPath(const std::string& p_path) {
 
 bool TargetDirectory::has(const Place& p_place) const {
     Descriptor parent(dup(m_descriptor));
-    for (size_t i = 0; parent.m_number >= 0 && i + 1 < p_place.size(); i++) {
-        parent = openDirectory(parent.m_number, p_place[i]);
+    for (size_t i = 0; parent.get() >= 0 && i + 1 < p_place.size(); i++) {
+        parent = openDirectory(parent.get(), p_place[i]);
     }
     struct stat status {};
-    return parent.m_number >= 0 && fstatat(parent.m_number, p_place.back().c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+    return parent.get() >= 0 && fstatat(parent.get(), p_place.back().c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
 void TargetDirectory::write(const Place& p_place, const void* p_data, size_t p_size, bool p_replace) const {
     const Descriptor parent = makeParent(m_descriptor, p_place);
     // One at a time and process: a remainder of an earlier one with this number is in the way of nobody else.
     const std::string name = ".zyr-host-" + std::to_string(getpid()) + ".part";
-    unlinkat(parent.m_number, name.c_str(), 0);
+    unlinkat(parent.get(), name.c_str(), 0);
     int error = 0;
     {
         const Descriptor file(
-            openat(parent.m_number, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
-        if (file.m_number < 0) {
+            openat(parent.get(), name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
+        if (file.get() < 0) {
             fail(p_place, errno);
         }
-        error = writeWhole(file.m_number, static_cast<const char*>(p_data), p_size);
+        error = writeWhole(file.get(), static_cast<const char*>(p_data), p_size);
     }
     if (error == 0) {
-        error = moveFile(parent.m_number, name.c_str(), p_place.back().c_str(), p_replace);
+        error = moveFile(parent.get(), name.c_str(), p_place.back().c_str(), p_replace);
     }
     if (error != 0) {
-        unlinkat(parent.m_number, name.c_str(), 0);
+        unlinkat(parent.get(), name.c_str(), 0);
         fail(p_place, error);
     }
 }

@@ -1,5 +1,7 @@
 #include "host/conform/zyr_conform_child.h"
 
+#include "host/zyr_child.h"
+#include "host/zyr_descriptor.h"
 #include "host/zyr_plugin_guard.h"
 #include "host/zyr_standard_output.h"
 
@@ -12,7 +14,6 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/mman.h>
-#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -39,9 +40,7 @@ void setText(char* p_target, size_t p_size, const std::string& p_text) {
     p_target[size] = 0;
 }
 
-void limitChild() {
-    const rlimit noCore = {0, 0};
-    setrlimit(RLIMIT_CORE, &noCore);
+void limitMemory() {
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
     // The sanitizers reserve far more than they use.
     const rlimit memory = {rlim_t{4} << 30, rlim_t{4} << 30};
@@ -70,16 +69,11 @@ void judgeInChild(const ConformCase& p_case, const ConformSubject& p_subject) {
 }
 
 [[noreturn]] void runChild(const ConformCase& p_case, const ConformSubject& p_subject, int p_output, pid_t p_parent) {
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
     setpgid(0, 0);
-    if (getppid() != p_parent) {
-        _exit(1);
-    }
-    limitChild();
+    becomeChild(p_parent, p_output);
+    limitMemory();
     const int null = open("/dev/null", O_RDWR | O_CLOEXEC);
     dup2(null, STDIN_FILENO);
-    dup2(p_output, STDOUT_FILENO);
-    dup2(p_output, STDERR_FILENO);
     judgeInChild(p_case, p_subject);
     // No destructors: after a crash nothing that the module holds may be touched.
     _exit(0);
@@ -98,18 +92,6 @@ bool waitForEnd(int p_pipe, unsigned p_seconds) {
     }
 }
 
-/// The last line that the child wrote to its output.
-std::string readLastLine(int p_output) {
-    char buffer[2048];
-    const off_t size = lseek(p_output, 0, SEEK_END);
-    const off_t start = std::max<off_t>(0, size - off_t(sizeof(buffer)));
-    const ssize_t count = pread(p_output, buffer, sizeof(buffer), start);
-    std::string text(buffer, count > 0 ? size_t(count) : 0);
-    text.erase(text.find_last_not_of("\n ") + 1);
-    const size_t line = text.rfind('\n');
-    return maskControls(line == std::string::npos ? text : text.substr(line + 1));
-}
-
 std::string describeEnd(int p_status, bool p_timedOut, unsigned p_seconds, const std::string& p_said) {
     const std::string step = g_page->m_step[0] != 0 ? std::string(" in ") + g_page->m_step : "";
     if (p_timedOut) {
@@ -117,30 +99,12 @@ std::string describeEnd(int p_status, bool p_timedOut, unsigned p_seconds, const
     }
     std::string text;
     if (WIFSIGNALED(p_status)) {
-        text = std::string("it crashed") + step + " (SIG" + sigabbrev_np(WTERMSIG(p_status)) + ")";
+        text = "it crashed" + step + " (" + nameEndingSignal(p_status) + ")";
     } else {
-        text = "it ended the process with status " + std::to_string(WEXITSTATUS(p_status)) + step;
+        text = describeExit(p_status) + step;
     }
     return p_said.empty() ? text : text + ": " + p_said;
 }
-
-class Descriptor {
-public:
-    explicit Descriptor(int p_number) : m_number(p_number) {}
-    ~Descriptor() { close(); }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int get() const { return m_number; }
-    void close() {
-        if (m_number >= 0) {
-            ::close(m_number);
-        }
-        m_number = -1;
-    }
-
-private:
-    int m_number;
-};
 
 } // namespace
 
@@ -177,15 +141,13 @@ ConformVerdict runConformCase(const ConformCase& p_case, const ConformSubject& p
     if (!ended && kill(-child, SIGKILL) != 0) {
         kill(child, SIGKILL);
     }
-    int status = 0;
-    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
+    const int status = waitForChild(child);
     verdict.m_seconds = std::chrono::duration<double>(Clock::now() - start).count();
     if (ended && g_page->m_done) {
         verdict.m_result = g_page->m_result;
         verdict.m_reason = g_page->m_reason;
     } else {
-        verdict.m_reason = describeEnd(status, !ended, p_seconds, readLastLine(output.get()));
+        verdict.m_reason = describeEnd(status, !ended, p_seconds, maskControls(readLastLine(output.get())));
     }
     munmap(memory, sizeof(ConformPage));
     g_page = nullptr;

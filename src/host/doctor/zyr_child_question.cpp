@@ -1,5 +1,8 @@
 #include "host/doctor/zyr_child_question.h"
 
+#include "host/zyr_child.h"
+#include "host/zyr_descriptor.h"
+
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -9,8 +12,6 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/mman.h>
-#include <sys/prctl.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -33,17 +34,10 @@ void writeAll(int p_file, const std::string& p_text) {
 }
 
 [[noreturn]] void answer(int p_pipe, int p_words, pid_t p_parent, const std::function<std::string()>& p_work) {
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
-    if (getppid() != p_parent) {
-        _exit(1);
-    }
-    const rlimit noCore{0, 0};
-    setrlimit(RLIMIT_CORE, &noCore);
+    becomeChild(p_parent, p_words);
     for (const int signal : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGCHLD}) {
         std::signal(signal, SIG_DFL);
     }
-    dup2(p_words, STDOUT_FILENO);
-    dup2(p_words, STDERR_FILENO);
     std::string text;
     try {
         text = ANSWER + p_work();
@@ -74,65 +68,49 @@ bool readAll(int p_pipe, unsigned p_seconds, std::string& p_text) {
     }
 }
 
-std::string lastLine(int p_words) {
-    std::array<char, 512> tail{};
-    const off_t size = lseek(p_words, 0, SEEK_END);
-    const off_t start = size > off_t(tail.size()) ? size - off_t(tail.size()) : 0;
-    const ssize_t count = size > 0 ? pread(p_words, tail.data(), tail.size(), start) : 0;
-    std::string text(tail.data(), count > 0 ? size_t(count) : 0);
-    while (!text.empty() && text.back() == '\n') {
-        text.pop_back();
-    }
-    return text.substr(text.rfind('\n') + 1);
-}
-
 } // namespace
 
 ChildAnswer askChild(unsigned p_seconds, const std::function<std::string()>& p_work) {
     ChildAnswer result;
-    int pipes[2];
-    if (pipe2(pipes, O_CLOEXEC) != 0) {
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) {
         result.m_reason = std::string("no pipe to a child: ") + strerror(errno);
         return result;
     }
-    const int words = memfd_create("words", MFD_CLOEXEC);
+    const Descriptor readEnd(ends[0]);
+    Descriptor writeEnd(ends[1]);
+    const Descriptor words(memfd_create("words", MFD_CLOEXEC));
     // What is still to be written out must not be written twice.
     fflush(nullptr);
     const pid_t parent = getpid();
-    const pid_t child = words >= 0 ? fork() : -1;
+    const pid_t child = words.get() >= 0 ? fork() : -1;
     if (child == 0) {
-        close(pipes[0]);
-        answer(pipes[1], words, parent, p_work);
+        ::close(readEnd.get());
+        answer(writeEnd.get(), words.get(), parent, p_work);
     }
-    const int error = errno;
-    close(pipes[1]);
-    std::string text;
     if (child < 0) {
-        result.m_reason = std::string("no child: ") + strerror(error);
-    } else {
-        const bool inTime = readAll(pipes[0], p_seconds, text);
-        if (!inTime) {
-            kill(child, SIGKILL);
-        }
-        int status = 0;
-        while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
-        }
-        if (!inTime) {
-            result.m_reason = "no answer within " + std::to_string(p_seconds) + " s";
-        } else if (WIFSIGNALED(status)) {
-            const std::string line = lastLine(words);
-            result.m_crashed = true;
-            result.m_reason = std::string("it crashed (SIG") + sigabbrev_np(WTERMSIG(status)) + ")" +
-                              (line.empty() ? "" : ": " + line);
-        } else if (text.empty() || WEXITSTATUS(status) != 0) {
-            result.m_reason = "it ended the process with status " + std::to_string(WEXITSTATUS(status));
-        } else {
-            result.m_isGiven = text[0] == ANSWER;
-            (result.m_isGiven ? result.m_text : result.m_reason) = text.substr(1);
-        }
+        result.m_reason = std::string("no child: ") + strerror(errno);
+        return result;
     }
-    close(words);
-    close(pipes[0]);
+    writeEnd.close();
+    std::string text;
+    const bool inTime = readAll(readEnd.get(), p_seconds, text);
+    if (!inTime) {
+        kill(child, SIGKILL);
+    }
+    const int status = waitForChild(child);
+    if (!inTime) {
+        result.m_reason = "no answer within " + std::to_string(p_seconds) + " s";
+    } else if (WIFSIGNALED(status)) {
+        const std::string line = readLastLine(words.get());
+        result.m_crashed = true;
+        result.m_reason = "it crashed (" + nameEndingSignal(status) + ")" + (line.empty() ? "" : ": " + line);
+    } else if (text.empty() || WEXITSTATUS(status) != 0) {
+        result.m_reason = describeExit(status);
+    } else {
+        result.m_isGiven = text[0] == ANSWER;
+        (result.m_isGiven ? result.m_text : result.m_reason) = text.substr(1);
+    }
     return result;
 }
 
