@@ -109,7 +109,9 @@ enum PixelPlanesModelEnum : uint32_t {
 /// What the numbers of a picture mean. Limited range keeps luma within 16 to 235 and chroma within 16 to 240; full
 /// range uses all of 0 to 255. The matrices are those of the ITU recommendations in the names.
 enum ColorSpaceEnum : uint32_t {
+    /// unknown, or not agreed
     ZYR_COLOR_SPACE_NONE = 0,
+    /// red, green and blue themselves, without a matrix
     ZYR_COLOR_SPACE_RGB = 1,
     ZYR_COLOR_SPACE_BT_601 = 2,    ///< Limited range.
     ZYR_COLOR_SPACE_BT_601_FR = 3, ///< Full range.
@@ -119,15 +121,20 @@ enum ColorSpaceEnum : uint32_t {
 
 /// The coding tools that a stream may use, where a codec has such a choice.
 enum FrameCodecProfileEnum : uint32_t {
+    /// the codec has no such choice, or none was agreed
     ZYR_CODEC_PROFILE_NONE = 0,
+    /// the fewest tools
     ZYR_CODEC_PROFILE_BASELINE = 1,
     ZYR_CODEC_PROFILE_MAIN = 2,
+    /// the most tools
     ZYR_CODEC_PROFILE_HIGH = 3
 };
 
 /// How packed data is compressed.
 enum CompressionTypeEnum : uint32_t {
+    /// the bytes as they are
     ZYR_COMPRESSION_NONE = 0,
+    /// runs of equal values
     ZYR_COMPRESSION_RLE = 1,
     ZYR_COMPRESSION_LZ4 = 2,
     ZYR_COMPRESSION_ZIP = 3
@@ -135,6 +142,7 @@ enum CompressionTypeEnum : uint32_t {
 
 /// What part of a picture that comes in layers a frame carries.
 enum FrameLayerTypeEnum : uint32_t {
+    /// the picture has no layers
     ZYR_FRAME_LAYER_NONE = 0,
     ZYR_FRAME_LAYER_SMALL_DYNAMIC = 1,
     ZYR_FRAME_LAYER_LARGE_DYNAMIC = 2,
@@ -150,6 +158,7 @@ ZYR_API bool_t zyr_isRequestMandatory(RequestTypeEnum p_requestType);
 /// Name of a frame layer for messages: "None", "SmallDynamic", "LargeDynamic", "QualityUpdate" or "Unknown".
 ZYR_API const char* zyr_getFrameLayerTypeString(FrameLayerTypeEnum p_layerType);
 
+/// The texts as they stand in files, in the order of the numbers; so for all tables below.
 template <> struct EnumerationTable<RequestTypeEnum> {
     static constexpr EnumerationEntry c_entries[] = {
         {0, "NONE"},          {1, "OPTIONAL"},      {2, "MANDATORY"},     {3, "OPTIONAL_1"},    {4, "MANDATORY_1"},

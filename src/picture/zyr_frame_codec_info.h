@@ -43,9 +43,11 @@ public:
     /// How such blocks may be packed, the first one preferred.
     HashSet<CompressionTypeEnum> compressions;
 
+    /// Nothing is agreed.
     FrameCodecInfo() { init_This(); }
     /// Copies empty the sets of the target first and keep the order of the source.
     FrameCodecInfo(const FrameCodecInfo& p_src) : Record() { copy_Backwards(p_src); }
+    /// As the copy; the count stays.
     FrameCodecInfo& operator=(const FrameCodecInfo& p_src) {
         copy_Backwards(p_src);
         return *this;

@@ -48,6 +48,7 @@ public:
     uint64_t adapterID;         ///< The graphics adapter that the proposal is tied to.
     /// The layouts of picture samples that the encoder takes, see PixelPlanesModelEnum.
     ProposalTypeEnum planesModelSingle;
+    /// Those with chroma planes of their own, by the ratio of their sizes.
     ProposalTypeEnum planesModel420;
     ProposalTypeEnum planesModel410;
     ProposalTypeEnum planesModel411;
@@ -55,6 +56,7 @@ public:
     ProposalTypeEnum planesModel444;
     bool_t planesModelYUV; ///< At least one of the five YUV models must be agreed.
     bool_t planesModel;    ///< At least one of the six models must be agreed.
+    /// The colour spaces that the encoder takes, see ColorSpaceEnum. RGB stands apart: it is no YUV space.
     ProposalTypeEnum colorSpaceRGB;
     ProposalTypeEnum colorSpaceBT601;
     ProposalTypeEnum colorSpaceBT601FullRange;
@@ -80,9 +82,11 @@ public:
     ProposalTypeEnum compressionZip;
     bool_t compression; ///< At least one compression must be agreed.
 
+    /// Offers nothing.
     FrameCodecProposal() { init_This(); }
     /// A copy starts with a count of its own.
     FrameCodecProposal(const FrameCodecProposal& p_src) : Record() { copy_Backwards(p_src); }
+    /// Takes over all fields; the count stays.
     FrameCodecProposal& operator=(const FrameCodecProposal& p_src) {
         copy_Backwards(p_src);
         return *this;

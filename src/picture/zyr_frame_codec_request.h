@@ -32,6 +32,7 @@ public:
     CodecRatingEnum rating;     ///< Speed class of this way of decoding.
     /// The layouts of picture samples that the decoder can give, see PixelPlanesModelEnum.
     RequestTypeEnum planesModelSingle;
+    /// Those with chroma planes of their own, by the ratio of their sizes.
     RequestTypeEnum planesModel420;
     RequestTypeEnum planesModel410;
     RequestTypeEnum planesModel411;
@@ -65,9 +66,11 @@ public:
     RequestTypeEnum compressionZip;
     bool_t compression; ///< At least one compression must be agreed.
 
+    /// Wants nothing.
     FrameCodecRequest() { init_This(); }
     /// A copy starts with a count of its own.
     FrameCodecRequest(const FrameCodecRequest& p_src) : Record() { copy_Backwards(p_src); }
+    /// Takes over all fields; the count stays.
     FrameCodecRequest& operator=(const FrameCodecRequest& p_src) {
         copy_Backwards(p_src);
         return *this;

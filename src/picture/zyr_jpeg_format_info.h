@@ -13,6 +13,7 @@ public:
     virtual void setQuality(uint8_t p_quality) = 0;
     /// The file holds the whole picture several times, coarse first.
     virtual bool_t isProgressive() const = 0;
+    /// Off at first.
     virtual void setProgressive(bool_t p_progressive) = 0;
     /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getJpegFormatInfoReserved() const = 0;

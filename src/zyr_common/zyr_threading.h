@@ -96,9 +96,11 @@ public:
     /// Reads the value without a barrier.
     uint32_t get() const { return __atomic_load_n(m_value, __ATOMIC_RELAXED); }
 
+    /// The cell, which stays where it is as long as this object lives.
     volatile unsigned int* m_value;
 
 private:
+    /// Ends the process where there was no memory for the cell.
     void checkCell() const {
         if (__builtin_expect(m_value == nullptr, 0)) {
             failAssertion("m_value != NULL", "../../../src/zyr_common/zyr_threading.h", 364,
@@ -113,6 +115,7 @@ private:
 /// forever.
 class Mutex {
 public:
+    /// Free. Like all primitives here, ends the process where there is no memory for its POSIX object.
     Mutex();
     ~Mutex();
     Mutex(const Mutex&) = delete;
@@ -134,6 +137,7 @@ private:
 /// the read side only once.
 class RWLock {
 public:
+    /// Free on both sides.
     RWLock();
     ~RWLock();
     RWLock(const RWLock&) = delete;
@@ -160,6 +164,7 @@ private:
 /// Holds a mutex, recursive or not, as long as it lives. The mutex has to live longer.
 template <typename AnyMutex> class [[nodiscard]] ScopedLock {
 public:
+    /// Waits for the mutex.
     explicit ScopedLock(AnyMutex& p_mutex) : m_mutex(p_mutex) { m_mutex.lock(); }
     ~ScopedLock() { m_mutex.unlock(); }
     ScopedLock(const ScopedLock&) = delete;
@@ -172,6 +177,7 @@ private:
 /// Holds the read side of a lock as long as it lives.
 class [[nodiscard]] ScopedReadLock {
 public:
+    /// Waits for the read side.
     explicit ScopedReadLock(RWLock& p_lock) : m_lock(p_lock) { m_lock.readLock(); }
     ~ScopedReadLock() { m_lock.unlock(); }
     ScopedReadLock(const ScopedReadLock&) = delete;
@@ -184,6 +190,7 @@ private:
 /// Holds the write side of a lock as long as it lives.
 class [[nodiscard]] ScopedWriteLock {
 public:
+    /// Waits for the write side.
     explicit ScopedWriteLock(RWLock& p_lock) : m_lock(p_lock) { m_lock.writeLock(); }
     ~ScopedWriteLock() { m_lock.unlock(); }
     ScopedWriteLock(const ScopedWriteLock&) = delete;
@@ -200,6 +207,7 @@ static_assert(sizeof(RWLock) == 16 && alignof(RWLock) == 1);
 /// A lock that its holder may take again; it is free after as many unlocks.
 class RecursiveMutex {
 public:
+    /// Free.
     RecursiveMutex();
     ~RecursiveMutex();
     RecursiveMutex(const RecursiveMutex&) = delete;
@@ -221,6 +229,7 @@ private:
 /// A counter that wait() takes from and signal() adds to. It has no owner: any thread may do either.
 class Semaphore {
 public:
+    /// With so many to take before somebody waits.
     explicit Semaphore(uint32_t p_initialValue);
     ~Semaphore();
     Semaphore(const Semaphore&) = delete;
@@ -244,6 +253,7 @@ private:
 /// An auto-reset event: a signal stays set until one waiter consumes it, and a second signal before that adds nothing.
 class Event {
 public:
+    /// Not set.
     Event();
     ~Event();
     Event(const Event&) = delete;
@@ -266,6 +276,7 @@ private:
 /// One pointer per thread. It is stored as it is: nothing is counted, and nothing happens when a thread ends.
 class ThreadLocalStorage {
 public:
+    /// Null on every thread. A process has a limited number of these.
     ThreadLocalStorage();
     ~ThreadLocalStorage();
     ThreadLocalStorage(const ThreadLocalStorage&) = delete;

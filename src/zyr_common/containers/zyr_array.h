@@ -47,13 +47,16 @@ enum AllocStepEnum : uint32_t {
 /// between separately built modules.
 template <typename T> class Array : public RefCountedData {
 public:
+    /// Empty, without a block; allocates nothing.
     Array() { setDefaultState(); }
     /// A deep copy in the default state; the allocation model is not taken over.
     Array(const Array& p_other) : Array() { Array::copy(&p_other); }
+    /// See copy(): the items only. This array's model returns to the default.
     Array& operator=(const Array& p_other) {
         copy(&p_other);
         return *this;
     }
+    /// Destroys the items and gives the block back. Memory that the array is bound to stays as it is.
     ~Array() override { releaseData(); }
 
     /// Sets the source of memory and nothing else; a present block must be compatible with it. Null means the zyr_
@@ -299,6 +302,7 @@ public:
     virtual T* getData() const { return m_data; }
     /// The number of items in use.
     virtual size_t getSize() const { return m_size; }
+    /// Whether no item is in use; the block may still be there.
     virtual bool isEmpty() const { return m_size == 0; }
     /// The capacity in items.
     virtual size_t getAllocatedSize() const { return m_allocatedSize; }
@@ -308,16 +312,20 @@ public:
     /// The index is not checked. Items and iterators are valid until the size changes.
     T& operator[](size_t p_index) { return m_data[p_index]; }
     const T& operator[](size_t p_index) const { return m_data[p_index]; }
+    /// For loops over the items in use. Both are null while there is no block.
     T* begin() { return m_data; }
     T* end() { return m_data + m_size; }
     const T* begin() const { return m_data; }
     const T* end() const { return m_data + m_size; }
 
 private:
+    /// Whether the array owns its block under this condition. Values besides the three of AllocConditionEnum are
+    /// refused.
     static bool isOwningCondition(uint32_t p_condition) {
         return p_condition == ZYR_ALLOC_CONDITION_ON_RESIZE || p_condition == ZYR_ALLOC_CONDITION_ON_OVERFLOW;
     }
 
+    /// Copies items onto live ones. The ranges must not overlap; a count of 0 allows null pointers.
     static void assignItems(T* p_dest, const T* p_src, size_t p_count) {
         if constexpr (std::is_trivially_copyable_v<T>) {
             copyItems(p_dest, p_src, p_count);
@@ -343,12 +351,14 @@ private:
         }
     }
 
+    /// Whether the item lies in the array's own block, and would go with it when that is changed.
     bool isInside(const void* p_item) const {
         const char* item = static_cast<const char*>(p_item);
         const char* block = reinterpret_cast<const char*>(m_data);
         return block != nullptr && item >= block && item < block + m_allocatedSize * sizeof(T);
     }
 
+    /// The capacity that the step gives for a size, both in items.
     size_t getCapacityFor(size_t p_size) const {
         switch (m_allocStep & ZYR_ALLOC_STEP_CLASS_MASK) {
         case ZYR_ALLOC_STEP_DOUBLE:
@@ -384,6 +394,7 @@ private:
         return true;
     }
 
+    /// Frees the block that is owned and leaves the fields as they are: the caller sets them next.
     void releaseData() {
         if (m_allocCondition == ZYR_ALLOC_CONDITION_FIXED_SIZE || m_data == nullptr) {
             return;
@@ -395,6 +406,7 @@ private:
         }
     }
 
+    /// The state of a new array. Frees nothing.
     void setDefaultState() {
         m_data = nullptr;
         m_size = 0;
@@ -404,11 +416,17 @@ private:
         m_allocator = getAllocator();
     }
 
+    /// the block, null for none
     T* m_data;
+    /// items in use
     size_t m_size;
+    /// items that the block has room for
     size_t m_allocatedSize;
+    /// one of AllocConditionEnum
     uint32_t m_allocCondition;
+    /// see AllocStepEnum
     uint32_t m_allocStep;
+    /// where blocks come from; never freed here
     Allocator* m_allocator;
 };
 

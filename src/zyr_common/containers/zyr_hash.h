@@ -46,6 +46,7 @@ template <typename K> struct Hash {
     }
 };
 
+/// The value itself: running numbers fill the buckets evenly.
 template <> struct Hash<unsigned int> {
     uint32_t operator()(const unsigned int& p_key) const { return p_key; }
 };
@@ -54,12 +55,14 @@ template <> struct Hash<unsigned char> {
     uint32_t operator()(const unsigned char& p_key) const { return p_key; }
 };
 
+/// Over the bytes that the view names, so that a text and a view of it have one hash.
 template <> struct Hash<WrappedString> {
     uint32_t operator()(const WrappedString& p_key) const {
         return getPolynomialHash(p_key.getData(), p_key.getSize());
     }
 };
 
+/// See WrappedString. An unset text counts as an empty one.
 template <> struct Hash<String> {
     uint32_t operator()(const String& p_key) const { return Hash<WrappedString>()(p_key.getWrapped()); }
 };

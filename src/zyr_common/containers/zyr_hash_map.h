@@ -19,14 +19,17 @@ template <typename K, typename V> struct HashMapEntry {
     typedef K Key;
     typedef V Item;
 
+    /// In no chain yet; the hash is that of the key.
     HashMapEntry(uint32_t p_hash, const K& p_key, const V& p_value)
         : m_first(p_key), m_second(p_value), m_hash(p_hash), m_prev(nullptr), m_next(nullptr) {}
+    /// What front() and back() of a map give.
     V& getItem() { return m_second; }
 
     /// The key, which must not be changed.
     K m_first;
     /// The value.
     V m_second;
+    /// of the key, kept so that the buckets can double without asking for it again
     uint32_t m_hash;
     /// The chain, in the order of iteration.
     HashMapEntry* m_prev;
@@ -46,9 +49,11 @@ public:
     typedef typename Table::iterator iterator;
     typedef typename Table::const_iterator const_iterator;
 
+    /// Empty; allocates nothing.
     HashMapBase() : m_allocator(getAllocator()) {}
     /// A deep copy with the default allocator.
     HashMapBase(const HashMapBase& p_other) : HashMapBase() { HashMapBase::copy(p_other); }
+    /// See copy(): the allocator stays.
     HashMapBase& operator=(const HashMapBase& p_other) {
         copy(p_other);
         return *this;
@@ -119,6 +124,7 @@ public:
 private:
     friend Table;
 
+    /// where entries, nodes and buckets come from; never freed here
     Allocator* m_allocator;
 };
 

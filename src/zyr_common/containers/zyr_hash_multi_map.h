@@ -21,14 +21,17 @@ template <typename K, typename V> struct HashMultiMapEntry {
     typedef K Key;
     typedef Array<V> Item;
 
+    /// In no chain yet, without values; the hash is that of the key.
     HashMultiMapEntry(uint32_t p_hash, const K& p_key)
         : m_first(p_key), m_hash(p_hash), m_prev(nullptr), m_next(nullptr) {}
+    /// What front() and back() of a multimap give.
     Array<V>& getItem() { return m_second; }
 
     /// The key, which must not be changed.
     K m_first;
     /// Its values, in the order in which they were added; never empty.
     Array<V> m_second;
+    /// of the key, kept so that the buckets can double without asking for it again
     uint32_t m_hash;
     /// The chain, in the order of iteration.
     HashMultiMapEntry* m_prev;
@@ -49,9 +52,11 @@ public:
     typedef typename Table::iterator iterator;
     typedef typename Table::const_iterator const_iterator;
 
+    /// Empty; allocates nothing.
     HashMultiMapBase() : m_lastEntry(nullptr), m_allocator(getAllocator()) {}
     /// A deep copy with the default allocator.
     HashMultiMapBase(const HashMultiMapBase& p_other) : HashMultiMapBase() { HashMultiMapBase::copy(p_other); }
+    /// See copy(): the allocator stays.
     HashMultiMapBase& operator=(const HashMultiMapBase& p_other) {
         copy(p_other);
         return *this;
@@ -130,6 +135,7 @@ public:
 private:
     friend Table;
 
+    /// Appends a value to the array of its key. A new key goes in front of `p_before`, at the end for null.
     Array<V>* add(const K& p_key, const V& p_value, Entry* p_before) {
         if (m_lastEntry == nullptr || !this->m_equalFunction(m_lastEntry->m_first, p_key)) {
             const uint32_t hash = this->m_hashFunction(p_key);
@@ -142,6 +148,7 @@ private:
 
     /// The entry that took the last value.
     Entry* m_lastEntry;
+    /// Where entries, nodes and buckets come from; never freed here. The values come from the default allocator.
     Allocator* m_allocator;
 };
 

@@ -29,6 +29,7 @@ public:
         }
         return entry->m_second.pushBack(p_value, nullptr);
     }
+    /// Whether the key has the value; changes nothing.
     bool contains(const K& p_key, const V& p_value) const {
         const auto entry = this->findConst(p_key);
         return entry != this->endConst() && entry->m_second.check(p_value);

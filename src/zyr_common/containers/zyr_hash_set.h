@@ -19,11 +19,14 @@ template <typename K> struct HashSetEntry {
     typedef K Key;
     typedef K Item;
 
+    /// In no chain yet; the hash is that of the key.
     HashSetEntry(uint32_t p_hash, const K& p_key) : m_first(p_key), m_hash(p_hash), m_prev(nullptr), m_next(nullptr) {}
+    /// What front() and back() of a set give.
     K& getItem() { return m_first; }
 
     /// The key, which must not be changed.
     K m_first;
+    /// of the key, kept so that the buckets can double without asking for it again
     uint32_t m_hash;
     /// The chain, in the order of iteration.
     HashSetEntry* m_prev;
@@ -43,9 +46,11 @@ public:
     typedef typename Table::iterator iterator;
     typedef typename Table::const_iterator const_iterator;
 
+    /// Empty; allocates nothing.
     HashSetBase() : m_allocator(getAllocator()) {}
     /// A deep copy with the default allocator.
     HashSetBase(const HashSetBase& p_other) : HashSetBase() { HashSetBase::copy(p_other); }
+    /// See copy(): the allocator stays.
     HashSetBase& operator=(const HashSetBase& p_other) {
         copy(p_other);
         return *this;
@@ -98,6 +103,7 @@ public:
 private:
     friend Table;
 
+    /// where entries, nodes and buckets come from; never freed here
     Allocator* m_allocator;
 };
 

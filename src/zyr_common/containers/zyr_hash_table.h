@@ -18,7 +18,9 @@ namespace zyr {
 /// when all three are. Entries offer m_first, the key, and, in maps, m_second, the value.
 template <typename Container, typename Entry> class HashIterator {
 public:
+    /// Of no container; only good for being assigned to.
     HashIterator() : m_map(nullptr), m_entry(nullptr), m_previous(nullptr) {}
+    /// The entries must be neighbours in that container, which is not checked.
     HashIterator(Container* p_map, Entry* p_entry, Entry* p_previous)
         : m_map(p_map), m_entry(p_entry), m_previous(p_previous) {}
     /// A place that allows changes is also one that does not.
@@ -26,6 +28,7 @@ public:
     HashIterator(const HashIterator<OtherContainer, OtherEntry>& p_other)
         : m_map(p_other.m_map), m_entry(p_other.m_entry), m_previous(p_other.m_previous) {}
 
+    /// Not behind the end, where there is no entry.
     Entry& operator*() const { return *m_entry; }
     Entry* operator->() const { return m_entry; }
     /// Behind the end this does nothing.
@@ -46,8 +49,11 @@ public:
     }
     bool operator==(const HashIterator& p_other) const = default;
 
+    /// the container that is walked
     Container* m_map;
+    /// the entry here, null behind the end
     Entry* m_entry;
+    /// the entry before it in the chain, null at the first one
     Entry* m_previous;
 };
 
@@ -64,6 +70,8 @@ template <class Container, typename Entry, typename H, typename E> class HashTab
     typedef typename Entry::Item Item;
 
 public:
+    /// Iterators stay valid while other entries come and go, except that each knows the entry before its own: it is
+    /// stale when that one goes.
     typedef HashIterator<Container, Entry> iterator;
     typedef HashIterator<const Container, const Entry> const_iterator;
 
@@ -77,6 +85,7 @@ public:
     /// Behind the last entry; stepping back from here gives the last entry.
     virtual iterator end() { return iterator(&self(), nullptr, getLastEntry()); }
     virtual const_iterator endConst() const { return const_iterator(&self(), nullptr, getLastEntry()); }
+    /// For loops over a container that must not be changed.
     const_iterator begin() const { return beginConst(); }
     const_iterator end() const { return endConst(); }
 
@@ -93,13 +102,17 @@ public:
     virtual const Item& backConst() const { return getItem(getLastEntry()); }
 
 protected:
+    /// Buckets hold addresses of entries, which belong to the chain.
     typedef List<Entry*> Bucket;
     typedef typename Bucket::Node BucketNode;
 
+    /// No entries and no buckets: an empty container allocates nothing.
     HashTable() : m_head(nullptr), m_tail(nullptr), m_size(0), m_buckets(nullptr), m_numOfBuckets(0) {}
 
+    /// The entry that was added last to the end of the chain; null when there is none.
     Entry* getLastEntry() const { return getChainEnd(m_head, m_tail); }
 
+    /// The place of an entry of this container; behind the end for null.
     iterator getPosition(Entry* p_entry) {
         return iterator(&self(), p_entry, p_entry != nullptr ? p_entry->m_prev : getLastEntry());
     }
@@ -121,6 +134,7 @@ protected:
         return nullptr;
     }
 
+    /// The entry of a key, or null. The hash must be the one that the hash functor gives for the key.
     Entry* findEntry(const K& p_key, uint32_t p_hash) const {
         return findEntryIf(p_hash, [this, &p_key](const K& p_present) { return m_equalFunction(p_present, p_key); });
     }
@@ -177,6 +191,7 @@ protected:
         return entry;
     }
 
+    /// Destroys an entry that is in neither chain nor bucket.
     void destroyEntry(Entry* p_entry) {
         p_entry->~Entry();
         freeArray(getMemory(), p_entry);
@@ -197,6 +212,7 @@ protected:
         self().removeByPosition(position);
     }
 
+    /// Removes the entry at a place, which moves on to the one behind it. Does nothing behind the end.
     void removeAt(iterator& p_position) {
         if (p_position.m_entry != nullptr) {
             const iterator following(&self(), p_position.m_entry->m_next, p_position.m_entry->m_prev);
@@ -205,6 +221,7 @@ protected:
         }
     }
 
+    /// Removes from the first place up to but not including the last. Both then stand at the last one's entry.
     void removeBetween(iterator& p_first, iterator& p_last) {
         while (p_first.m_entry != nullptr && p_first.m_entry != p_last.m_entry) {
             iterator position = p_first;
@@ -240,6 +257,8 @@ protected:
         destroyBuckets(buckets, numOfBuckets);
     }
 
+    /// Exchanges entries, buckets and allocators; the functors stay. No entry moves, but iterators go on naming their
+    /// former container.
     void swapEntries(Container& p_other) {
         std::swap(m_head, p_other.m_head);
         std::swap(m_tail, p_other.m_tail);
@@ -250,10 +269,12 @@ protected:
     }
 
 private:
+    /// The container that derives from this class.
     Container& self() { return static_cast<Container&>(*this); }
     const Container& self() const { return static_cast<const Container&>(*this); }
     Allocator* getMemory() const { return self().m_allocator; }
 
+    /// What front() and back() of an empty container give: one for all containers of a type, so it must not be written.
     static Item& getDummy() {
         static Item dummyT;
         return dummyT;
@@ -323,10 +344,14 @@ private:
     }
 
 protected:
+    /// the chain, in the order of iteration; the tail is null while it holds one entry
     Entry* m_head;
     Entry* m_tail;
+    /// entries in the chain
     size_t m_size;
+    /// null while there is no entry
     Bucket* m_buckets;
+    /// 8 times a power of two, or 0
     size_t m_numOfBuckets;
     // Not [[no_unique_address]]: each takes its byte, as all modules expect.
     H m_hashFunction;

@@ -41,10 +41,12 @@ public:
     /// all three are.
     class iterator {
     public:
+        /// Of no list; only good for being assigned to.
         iterator() : m_list(nullptr), m_current(nullptr), m_previous(nullptr) {}
         iterator(List* p_list, Node* p_current, Node* p_previous)
             : m_list(p_list), m_current(p_current), m_previous(p_previous) {}
 
+        /// Not behind the end, where there is no item.
         T& operator*() const { return m_current->m_item; }
         T* operator->() const { return &m_current->m_item; }
         /// Behind the end this does nothing.
@@ -65,8 +67,11 @@ public:
         }
         bool operator==(const iterator& p_other) const = default;
 
+        /// the list that is walked
         List* m_list;
+        /// the node here, null behind the end
         Node* m_current;
+        /// the node before it, null at the first one
         Node* m_previous;
     };
 
@@ -76,6 +81,7 @@ public:
         const_iterator() : m_list(nullptr), m_current(nullptr), m_previous(nullptr) {}
         const_iterator(const List* p_list, const Node* p_current, const Node* p_previous)
             : m_list(p_list), m_current(p_current), m_previous(p_previous) {}
+        /// A place that allows changes is also one that does not.
         const_iterator(const iterator& p_other)
             : m_list(p_other.m_list), m_current(p_other.m_current), m_previous(p_other.m_previous) {}
 
@@ -102,9 +108,11 @@ public:
         const Node* m_previous;
     };
 
+    /// Empty; allocates nothing.
     List() : m_head(nullptr), m_tail(nullptr), m_allocator(getAllocator()) {}
     /// A deep copy with the default allocator.
     List(const List& p_other) : List() { List::copy(p_other); }
+    /// See copy(): the allocator stays.
     List& operator=(const List& p_other) {
         copy(p_other);
         return *this;
@@ -121,6 +129,7 @@ public:
     /// Behind the last node; stepping back from here gives the last node.
     virtual iterator end() { return iterator(this, nullptr, getChainEnd(m_head, m_tail)); }
     virtual const_iterator endConst() const { return const_iterator(this, nullptr, getChainEnd(m_head, m_tail)); }
+    /// For loops over a list that must not be changed.
     const_iterator begin() const { return beginConst(); }
     const_iterator end() const { return endConst(); }
 
@@ -232,24 +241,29 @@ private:
     // Its buckets are lists, whose nodes it moves.
     template <class Container, typename Entry, typename H, typename E> friend class HashTable;
 
+    /// A bucket, which takes its nodes from the allocator of its container.
     explicit List(Allocator* p_allocator) : m_head(nullptr), m_tail(nullptr), m_allocator(p_allocator) {}
 
+    /// What front() and back() of an empty list give: one for all lists of a type, so it must not be written.
     static T& getDummy() {
         static T dummyT;
         return dummyT;
     }
 
+    /// Adds a copy of the item in front of a node of this list, at the end for null.
     Node* addNode(const T& p_item, Node* p_before) {
         Node* node = new (allocArray(m_allocator, sizeof(Node))) Node(p_item);
         linkIntoChain(m_head, m_tail, node, p_before);
         return node;
     }
 
+    /// Destroys a node that is no longer in the chain.
     void freeNode(Node* p_node) {
         p_node->~Node();
         freeArray(m_allocator, p_node);
     }
 
+    /// Frees the nodes from the first to the last, the order in which they were made for the most part.
     void removeAll() {
         while (m_head != nullptr) {
             Node* node = m_head;
@@ -259,8 +273,11 @@ private:
         m_tail = nullptr;
     }
 
+    /// null when the list is empty
     Node* m_head;
+    /// null while the list holds one node or none
     Node* m_tail;
+    /// where nodes come from; never freed here
     Allocator* m_allocator;
 };
 

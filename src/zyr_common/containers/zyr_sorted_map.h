@@ -48,6 +48,7 @@ public:
 
         /// fixed while the entry is in the map
         K m_key;
+        /// may be changed at any time
         V m_value;
         /// lesser keys
         Node* m_left;
@@ -67,10 +68,12 @@ public:
             int8_t m_state;
         };
 
+        /// Of no map; only good for being assigned to.
         Position() : m_map(nullptr), m_current(nullptr) {}
         /// The first node, or the place behind the end.
         Position(Map* p_map, Item* p_root) : m_map(p_map), m_current(nullptr) { descend(p_root, -1); }
 
+        /// Not behind the end, where there is no node.
         Item& operator*() const { return *m_current; }
         Item* operator->() const { return m_current; }
         /// Behind the end this does nothing.
@@ -97,13 +100,18 @@ public:
             return m_map == p_other.m_map && m_current == p_other.m_current;
         }
 
+        /// the map that is walked
         Map* m_map;
+        /// the node here, null behind the end
         Item* m_current;
+        /// from the root to the node here; empty behind the end
         List<NodeMarker> m_stack;
 
     private:
+        /// The node's child on one side, or null.
         static Item* getChild(Item* p_node, int8_t p_side) { return p_side < 0 ? p_node->m_left : p_node->m_right; }
 
+        /// Exchanges two places without copying their paths.
         void swap(Position& p_other) {
             std::swap(m_map, p_other.m_map);
             std::swap(m_current, p_other.m_current);
@@ -150,12 +158,14 @@ public:
         using Position<const SortedMap, const Node>::Position;
     };
 
+    /// Empty, in the order of the key type's own operator<.
     SortedMap() : SortedMap(ClassVariableTypeComparator()) {}
     /// A map with another order; the comparator is cloned.
     explicit SortedMap(const Comparator& p_comparator)
         : m_root(nullptr), m_size(0), m_comparator(p_comparator.clone()), m_allocator(getAllocator()) {}
     /// A deep copy with the default allocator and a comparator of the same order.
     SortedMap(const SortedMap& p_other) : SortedMap(*p_other.m_comparator) { copyNodes(p_other); }
+    /// A deep copy, with a comparator of the source's order; the allocator stays.
     SortedMap& operator=(const SortedMap& p_other) {
         if (&p_other != this) {
             clear();
@@ -173,6 +183,7 @@ public:
 
     /// The number of entries.
     virtual uint32_t getSize() const { return m_size; }
+    /// Whether there is no entry.
     virtual bool isEmpty() const { return m_root == nullptr; }
 
     /// Adds a value, or replaces the one that is there for the key.
@@ -216,10 +227,12 @@ public:
     virtual iterator end() { return iterator(this, nullptr); }
     virtual const_iterator beginConst() const { return const_iterator(this, m_root); }
     virtual const_iterator endConst() const { return const_iterator(this, nullptr); }
+    /// For loops over a map that must not be changed.
     const_iterator begin() const { return beginConst(); }
     const_iterator end() const { return endConst(); }
 
 private:
+    /// The node of a key, or null.
     const Node* findNode(const K& p_key) const {
         const Node* node = m_root;
         while (node != nullptr) {
@@ -339,6 +352,8 @@ private:
         m_size = p_source.m_size;
     }
 
+    /// A copy of the tree below a node, from this map's allocator; null for null. Recursion is as deep as the tree is
+    /// high.
     Node* copyTree(const Node* p_source) {
         if (p_source == nullptr) {
             return nullptr;
@@ -351,6 +366,7 @@ private:
         return node;
     }
 
+    /// Calls the function for the tree below a node, in the order of keys.
     static void mapNodes(const Node* p_node, void (*p_function)(K, V)) {
         if (p_node != nullptr) {
             mapNodes(p_node->m_left, p_function);
@@ -359,11 +375,13 @@ private:
         }
     }
 
+    /// Destroys a node that nothing in the tree names any more.
     void freeNode(Node* p_node) {
         p_node->~Node();
         freeArray(m_allocator, p_node);
     }
 
+    /// Destroys the tree below a node, the node included.
     void freeNodes(Node* p_node) {
         if (p_node != nullptr) {
             freeNodes(p_node->m_left);
@@ -372,9 +390,13 @@ private:
         }
     }
 
+    /// null when the map is empty
     Node* m_root;
+    /// nodes in the tree
     uint32_t m_size;
+    /// owned, never null
     Comparator* m_comparator;
+    /// where nodes come from; never freed here
     Allocator* m_allocator;
 };
 

@@ -259,6 +259,7 @@ enum SizeWidthAnchorEnum : uint8_t {
     ZYR_SIZE_WIDTH_CONTENT_WIDTH_NO_DS = 22,
     /// edge: separator + v; the number less 128 is the index of the separator, and a missing one counts as 0
     ZYR_SIZE_WIDTH_V_SEPARATOR_1 = 128,
+    /// the last of the sixteen
     ZYR_SIZE_WIDTH_V_SEPARATOR_16 = 143
 };
 
@@ -345,6 +346,7 @@ enum SizeHeightAnchorEnum : uint8_t {
     ZYR_SIZE_HEIGHT_CONTENT_HEIGHT_NO_DS = 22,
     /// edge: separator + v; the number less 128 is the index of the separator, and a missing one counts as 0
     ZYR_SIZE_HEIGHT_H_SEPARATOR_1 = 128,
+    /// the last of the sixteen
     ZYR_SIZE_HEIGHT_H_SEPARATOR_16 = 143
 };
 
@@ -390,6 +392,8 @@ enum SizeDepthAnchorEnum : uint8_t {
     ZYR_SIZE_DEPTH_RATIO = 3,
     /// the same: a box has no content
     ZYR_SIZE_DEPTH_RATIO_ASPECT = 4,
+    /// Stored and shown like the others; the solver of boxes leaves a record with this or a later anchor but 8
+    /// unsolved.
     ZYR_SIZE_DEPTH_RATIO_ASPECT_UPPER_LIMIT = 5,
     ZYR_SIZE_DEPTH_RATIO_ASPECT_LOWER_LIMIT = 6,
     ZYR_SIZE_DEPTH_NEAR = 7,
@@ -445,8 +449,11 @@ template <> struct EnumerationTable<SizeDepthAnchorEnum> {
 
 /// Placement inside a free width.
 enum HorizontalPlacementEnum : uint8_t {
+    /// the free width stays on the right
     ZYR_HORIZONTAL_PLACEMENT_LEFT = 0,
+    /// the free width stays on the left
     ZYR_HORIZONTAL_PLACEMENT_RIGHT = 1,
+    /// half of the free width on each side
     ZYR_HORIZONTAL_PLACEMENT_CENTER = 2
 };
 
@@ -460,8 +467,11 @@ template <> struct EnumerationTable<HorizontalPlacementEnum> {
 
 /// Placement inside a free height.
 enum VerticalPlacementEnum : uint8_t {
+    /// the free height stays below
     ZYR_VERTICAL_PLACEMENT_TOP = 0,
+    /// the free height stays above
     ZYR_VERTICAL_PLACEMENT_BOTTOM = 1,
+    /// half of the free height above and below
     ZYR_VERTICAL_PLACEMENT_CENTER = 2
 };
 

@@ -14,12 +14,15 @@ inline constexpr double c_anglePi = 3.1415927;
 
 /// Sine and cosine of one angle. In the integer forms they are cut to -1, 0 or 1.
 template <typename T> struct SineCosine {
+    /// between -1 and 1
     T m_sine;
     T m_cosine;
 
+    /// Both functions in double first; saturated where T is an integer.
     static SineCosine ofRadians(double p_radians) {
         return {zyr_convertNumber<T>(std::sin(p_radians)), zyr_convertNumber<T>(std::cos(p_radians))};
     }
+    /// Through c_radiansPerDegree, so that 90 degrees are not exactly a quarter of a turn.
     static SineCosine ofDegrees(T p_degrees) { return ofRadians(static_cast<double>(p_degrees) * c_radiansPerDegree); }
 };
 

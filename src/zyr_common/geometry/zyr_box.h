@@ -15,10 +15,12 @@ namespace zyr {
 /// Width, height and depth. A new one is empty.
 template <typename T> class BoxSize : public Record<BoxSize<T>> {
 public:
+    /// along x, y and z, in the units of the layout
     T width;
     T height;
     T depth;
 
+    /// All three are 0.
     BoxSize() { this->init_This(); }
     BoxSize(T p_width, T p_height, T p_depth) : width(p_width), height(p_height), depth(p_depth) {}
 
@@ -41,7 +43,9 @@ public:
     T height;
     T depth;
 
+    /// An empty box at (0, 0, 0).
     Box() { this->init_This(); }
+    /// The near corner and then the size. Nothing is put in order: a negative size stays negative.
     Box(T p_x, T p_y, T p_z, T p_width, T p_height, T p_depth)
         : x(p_x), y(p_y), z(p_z), width(p_width), height(p_height), depth(p_depth) {}
 

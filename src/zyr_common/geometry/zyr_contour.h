@@ -20,6 +20,7 @@ public:
     /// The mean of the normals of the two edges that meet here; shorter than 1 at corners. Zero until calculated.
     Vector2<T> normal;
 
+    /// The first point, without a normal.
     PolyPoint2D() { this->init_This(); }
     PolyPoint2D(uint32_t p_index, const Vector2<T>& p_normal) : index(p_index), normal(p_normal) {}
 
@@ -37,6 +38,7 @@ public:
     /// Of length 1, or zero for an edge without length and until calculated.
     Vector2<T> normal;
 
+    /// From the first point to itself, without a normal.
     PolyEdge2D() { this->init_This(); }
     PolyEdge2D(uint32_t p_first, uint32_t p_second, const Vector2<T>& p_normal)
         : indices{p_first, p_second}, normal(p_normal) {}
@@ -50,6 +52,7 @@ public:
 /// A triangle of the plane, by the indices of its corners.
 template <typename T> class PolyTriangle2D : public Record<PolyTriangle2D<T>> {
 public:
+    /// The corners among the hull's points, either way round.
     uint32_t indices[3];
 
     PolyTriangle2D() { this->init_This(); }
@@ -95,6 +98,7 @@ template <typename T> class PolyQuad3D : public Record<PolyQuad3D<T>> {
 public:
     /// Counter-clockwise when seen from outside; the first three give the normal.
     uint32_t indices[4];
+    /// Of length 1; stored as given until PolygonHull3D::calculateNormals sets it.
     Vector3<T> normal;
 
     PolyQuad3D() { this->init_This(); }
@@ -124,8 +128,10 @@ public:
     bool_t hole;
     uint32_t containerIndex; ///< the contour that holds this one
 
+    /// Without points and edges; its area is 0.
     Contour2D() { this->init_This(); }
 
+    /// A deep copy with a count of its own, which the caller owns.
     Contour2D* clone() const override { return new Contour2D(*this); }
 
     /// Gives the area that the edges enclose, above 0 when they run counter-clockwise, and sets `area` and `clockwise`;

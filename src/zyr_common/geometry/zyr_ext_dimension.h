@@ -19,6 +19,7 @@ public:
     /// `RIGHT` at first
     SizeWidthAnchorEnum widthAnchor;
 
+    /// The parent's whole width: 0 from its right edge.
     ExtDimensionWidth() { this->init_This(); }
     ExtDimensionWidth(T p_width, SizeWidthAnchorEnum p_widthAnchor) : width(p_width), widthAnchor(p_widthAnchor) {}
 
@@ -37,6 +38,7 @@ public:
     /// `BOTTOM` at first
     SizeHeightAnchorEnum heightAnchor;
 
+    /// The parent's whole height: 0 from its lower edge.
     ExtDimensionHeight() { this->init_This(); }
     ExtDimensionHeight(T p_height, SizeHeightAnchorEnum p_heightAnchor)
         : height(p_height), heightAnchor(p_heightAnchor) {}
@@ -57,6 +59,7 @@ public:
     /// `FAR` at first
     SizeDepthAnchorEnum depthAnchor;
 
+    /// The parent's whole depth: 0 from its far edge.
     ExtDimensionDepth() { this->init_This(); }
     ExtDimensionDepth(T p_depth, SizeDepthAnchorEnum p_depthAnchor) : depth(p_depth), depthAnchor(p_depthAnchor) {}
 

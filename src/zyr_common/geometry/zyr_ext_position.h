@@ -15,10 +15,12 @@ namespace zyr {
 /// A horizontal place: pixels or percent from the edge that the anchor names.
 template <typename T> class ExtPositionX : public Record<ExtPositionX<T>> {
 public:
+    /// in pixels, or in percent of the parent's width, as the anchor tells
     T x;
     /// `LEFT` at first
     PositionXAnchorEnum xAnchor;
 
+    /// At the left edge.
     ExtPositionX() { this->init_This(); }
     ExtPositionX(T p_x, PositionXAnchorEnum p_xAnchor) : x(p_x), xAnchor(p_xAnchor) {}
 
@@ -35,10 +37,12 @@ public:
 /// A vertical place: pixels or percent from the edge that the anchor names.
 template <typename T> class ExtPositionY : public Record<ExtPositionY<T>> {
 public:
+    /// in pixels, or in percent of the parent's height, as the anchor tells
     T y;
     /// `TOP` at first
     PositionYAnchorEnum yAnchor;
 
+    /// At the top edge.
     ExtPositionY() { this->init_This(); }
     ExtPositionY(T p_y, PositionYAnchorEnum p_yAnchor) : y(p_y), yAnchor(p_yAnchor) {}
 
@@ -55,10 +59,12 @@ public:
 /// A place in depth. Has no solver: it is held and streamed for others.
 template <typename T> class ExtPositionZ : public Record<ExtPositionZ<T>> {
 public:
+    /// in the units of the scene, or in percent of the parent's depth, as the anchor tells
     T z;
     /// `NEAR` at first
     PositionZAnchorEnum zAnchor;
 
+    /// At the near edge.
     ExtPositionZ() { this->init_This(); }
     ExtPositionZ(T p_z, PositionZAnchorEnum p_zAnchor) : z(p_z), zAnchor(p_zAnchor) {}
 

@@ -19,7 +19,9 @@ public:
     PositionXAnchorEnum xAnchor;
     PositionYAnchorEnum yAnchor;
 
+    /// (0, 0) from the left and the top edge.
     ExtVector2() { this->init_This(); }
+    /// The anchors are taken as they are, also those that no point can be solved with.
     ExtVector2(const Vector2<T>& p_value, PositionXAnchorEnum p_xAnchor, PositionYAnchorEnum p_yAnchor)
         : Record<ExtVector2<T>, Vector2<T>>(p_value), xAnchor(p_xAnchor), yAnchor(p_yAnchor) {}
 
@@ -41,6 +43,7 @@ public:
     PositionYAnchorEnum yAnchor;
     PositionZAnchorEnum zAnchor;
 
+    /// (0, 0, 0) from the left, the top and the near edge.
     ExtVector3() { this->init_This(); }
     ExtVector3(const Vector3<T>& p_value, PositionXAnchorEnum p_xAnchor, PositionYAnchorEnum p_yAnchor,
                PositionZAnchorEnum p_zAnchor)

@@ -23,6 +23,7 @@ namespace zyr {
 /// A transform of the plane, and what is done with it.
 template <typename T> class Matrix3x3 : public Record<Matrix3x3<T>> {
 public:
+    /// The identity.
     Matrix3x3() { setIdentity(); }
 
     /// Sum and difference are value by value; the product takes the right one first.
@@ -31,6 +32,7 @@ public:
     Matrix3x3 operator*(const Matrix3x3& p_other) const;
     /// Every value by the number.
     Matrix3x3 operator*(T p_value) const;
+    /// Every value divided by the number; 0 gives infinities, which are not reported.
     Matrix3x3 operator/(T p_value) const;
     /// Component j is the sum over k of value[3 k + j] * vector[k]. An affine matrix (values 2, 5 and 8 are 0, 0 and 1)
     /// hands the third component through.
@@ -42,6 +44,7 @@ public:
     T getValue(uint32_t p_index) const { return m_values[p_index]; }
     /// Rows and columns count from 0; the index is not checked.
     Vector3<T> getRow(uint32_t p_row) const;
+    /// The three values that stand side by side in the array: column c is 3 c to 3 c + 2.
     Vector3<T> getColumn(uint32_t p_column) const;
 
     /// 1 on the diagonal, 0 elsewhere
@@ -60,14 +63,18 @@ public:
 
     /// The identity with this part in it; what the matrix held before is gone.
     void setTranslation(const Vector2<T>& p_translation);
+    /// The scale along the axes and nothing else.
     void setScale(const Vector2<T>& p_scale);
+    /// The same scale on both axes and nothing else.
     void setUniformScale(T p_scale);
+    /// The rotation of setRotationPart and nothing else.
     void setRotation(T p_degrees);
 
     /// Multiply this matrix on the right, so that the new step acts on a point first.
     void translate(const Vector2<T>& p_translation);
     /// Along the axes as they stand before this step.
     void scale(const Vector2<T>& p_scale);
+    /// The same factor on both axes.
     void uniformScale(T p_scale);
     /// Turns as setRotationPart does.
     void rotate(T p_degrees);
@@ -105,16 +112,21 @@ private:
         p_c1 = p_c0.template pick<3, 4, 5, 5>(high);
         p_c2 = high.template pick<2, 3, 4, 4>(Lanes::fill(m_values[8]));
     }
+    /// Writes the nine values, four at a time.
     void store(Lanes p_low, Lanes p_high, T p_last) {
         p_low.store(m_values);
         p_high.store(m_values + 4);
         m_values[8] = p_last;
     }
+    /// Writes three columns, of which the last lane does not count.
     void storeColumns(Lanes p_c0, Lanes p_c1, Lanes p_c2) {
         store(p_c0.template pick<0, 1, 2, 4>(p_c1), p_c1.template pick<1, 2, 4, 5>(p_c2), p_c2.template get<2>());
     }
+    /// By cofactors: the adjugate matrix times the reciprocal of the determinant. A determinant of exactly 0 is left to
+    /// the caller's rule.
     template <bool Transposed> [[gnu::always_inline]] void invert();
 
+    /// column by column: see the top of this header
     T m_values[9];
 };
 

@@ -33,6 +33,7 @@ inline bool zyr_invertWide(void*, bool) {
 /// A transform of space, and what is done with it.
 template <typename T> class Matrix4x4 : public Record<Matrix4x4<T>> {
 public:
+    /// The identity.
     Matrix4x4() { setIdentity(); }
 
     /// Sum and difference are value by value; the product takes the right one first.
@@ -41,6 +42,7 @@ public:
     Matrix4x4 operator*(const Matrix4x4& p_other) const;
     /// Every value by the number.
     Matrix4x4 operator*(T p_value) const;
+    /// Every value divided by the number; 0 gives infinities, which are not reported.
     Matrix4x4 operator/(T p_value) const;
     /// Component j is the sum over k of value[4 k + j] * vector[k].
     Vector4<T> operator*(const Vector4<T>& p_vector) const;
@@ -51,6 +53,7 @@ public:
     T getValue(uint32_t p_index) const { return m_values[p_index]; }
     /// Rows and columns count from 0; the index is not checked.
     Vector4<T> getRow(uint32_t p_row) const;
+    /// The four values that stand side by side in the array: column c is 4 c to 4 c + 3.
     Vector4<T> getColumn(uint32_t p_column) const;
 
     /// 1 on the diagonal, 0 elsewhere
@@ -75,12 +78,17 @@ public:
 
     /// The identity with this part in it; what the matrix held before is gone.
     void setTranslation(const Vector3<T>& p_translation);
+    /// The scale along the axes and nothing else.
     void setScale(const Vector3<T>& p_scale);
+    /// The same scale on all axes and nothing else.
     void setUniformScale(T p_scale);
+    /// The rotation about an axis and nothing else, as setRotationAxisPart makes it.
     void setRotationAxis(T p_degrees, const Vector3<T>& p_axis);
+    /// A rotation about one axis and nothing else.
     void setRotationX(T p_degrees);
     void setRotationY(T p_degrees);
     void setRotationZ(T p_degrees);
+    /// The three rotations of setRotationEulerPart and nothing else.
     void setRotationEuler(T p_x, T p_y, T p_z);
     /// From (x, y, z, w); turns the other way round than the operations with angles.
     void setRotationQuaternion(const Vector4<T>& p_quaternion);
@@ -97,10 +105,13 @@ public:
 
     /// Multiply this matrix on the right, so that the new step acts on a point first.
     void translate(const Vector3<T>& p_translation);
+    /// Along the axes as they stand before this step.
     void scale(const Vector3<T>& p_scale);
+    /// The same factor on all three axes.
     void uniformScale(T p_scale);
     /// The axis goes through the origin and may have any length but 0.
     void rotateAxis(T p_degrees, const Vector3<T>& p_axis);
+    /// About one axis, as the setRotation operations turn.
     void rotateX(T p_degrees);
     void rotateY(T p_degrees);
     void rotateZ(T p_degrees);

@@ -43,9 +43,11 @@ public:
     /// Where the pen goes, and where the next outline begins.
     ExtVector2<T> position;
 
+    /// To (0, 0) of the path's rectangle; so do all commands below begin.
     MoveToPath2DCommand() { this->init_This(); }
     explicit MoveToPath2DCommand(const ExtVector2<T>& p_position) : position(p_position) {}
 
+    /// A copy with a count of its own, which the caller owns; so with all commands below.
     MoveToPath2DCommand* clone() const override { return new MoveToPath2DCommand(*this); }
     uint32_t getID() const override { return 1; }
 

@@ -28,6 +28,7 @@ public:
     /// Outlines and holes; each tells by `containerIndex` which one it lies in.
     Array<Contour2D<T>> contours;
 
+    /// Without points and faces.
     PolygonHull2D() { this->init_This(); }
     PolygonHull2D(const ExtVector2<T>& p_origin, const Array<Vector2<T>>& p_points,
                   Array<PolyTriangle2D<T>>& p_triangles, Array<PolyQuad2D<T>>& p_quads)
@@ -36,6 +37,7 @@ public:
           triangles(p_triangles),
           quads(p_quads) {}
 
+    /// A deep copy with a count of its own, which the caller owns.
     PolygonHull2D* clone() const override { return new PolygonHull2D(*this); }
     uint32_t getID() const override { return 11; }
 
@@ -59,6 +61,7 @@ public:
     Array<PolyTriangle3D<T>> triangles;
     Array<PolyQuad3D<T>> quads;
 
+    /// Without points and faces.
     PolygonHull3D() { this->init_This(); }
     PolygonHull3D(const ExtVector3<T>& p_origin, const Array<Vector3<T>>& p_points,
                   Array<PolyTriangle3D<T>>& p_triangles, Array<PolyQuad3D<T>>& p_quads)
@@ -67,6 +70,7 @@ public:
           triangles(p_triangles),
           quads(p_quads) {}
 
+    /// A deep copy with a count of its own, which the caller owns.
     PolygonHull3D* clone() const override { return new PolygonHull3D(*this); }
     uint32_t getID() const override { return 12; }
 

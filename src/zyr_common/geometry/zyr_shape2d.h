@@ -22,6 +22,7 @@ public:
     /// Where the shape is placed; solved by who draws it.
     ExtVector2<T> origin;
 
+    /// At (0, 0).
     Shape2D() { this->init_This(); }
     explicit Shape2D(const ExtVector2<T>& p_origin) : origin(p_origin) {}
 
@@ -38,13 +39,16 @@ public:
 /// A rectangle with square corners. A new one is empty.
 template <typename T> class Rectangle : public Record<Rectangle<T>, Shape2D<T>> {
 public:
+    /// Along x; negative sizes are stored as they are.
     T width;
+    /// Along y, downward.
     T height;
 
     Rectangle() { this->init_This(); }
     Rectangle(const ExtVector2<T>& p_origin, T p_width, T p_height)
         : Record<Rectangle<T>, Shape2D<T>>(Shape2D<T>(p_origin)), width(p_width), height(p_height) {}
 
+    /// A copy with a count of its own, which the caller owns; so with all shapes below.
     Rectangle* clone() const override { return new Rectangle(*this); }
     uint32_t getID() const override { return 1; }
 
@@ -78,6 +82,7 @@ public:
 /// A circle.
 template <typename T> class Circle : public Record<Circle<T>, Shape2D<T>> {
 public:
+    /// In the units of the layout; 0 at first, and not checked.
     T radius;
 
     Circle() { this->init_This(); }

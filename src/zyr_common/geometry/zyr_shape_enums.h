@@ -13,16 +13,21 @@ namespace zyr {
 enum SplineTypeEnum : uint8_t {
     /// straight lines from point to point
     ZYR_SPLINE_TYPE_LINEAR = 0,
+    /// a curve of the second degree through the points
     ZYR_SPLINE_TYPE_QUADRATIC = 1,
+    /// a curve of the third degree through the points
     ZYR_SPLINE_TYPE_CUBIC = 2,
     /// end points with one control point between two of them
     ZYR_SPLINE_TYPE_BEZIER_QUADRATIC = 3,
     /// end points with two control points between two of them; the default of all splines
     ZYR_SPLINE_TYPE_BEZIER_CUBIC = 4,
+    /// the points are the control points of a rational B-spline of the second degree
     ZYR_SPLINE_TYPE_NURBS_QUADRATIC = 5,
+    /// the points are the control points of a rational B-spline of the third degree
     ZYR_SPLINE_TYPE_NURBS_CUBIC = 6
 };
 
+/// The texts stand in files: they are permanent, like the numbers.
 template <> struct EnumerationTable<SplineTypeEnum> {
     static constexpr EnumerationEntry c_entries[] = {
         {ZYR_SPLINE_TYPE_LINEAR, "LINEAR"},
@@ -64,7 +69,9 @@ enum InterpolationEnum : uint8_t {
     ZYR_INTERPOLATION_NEAREST = 0,
     /// a straight line between the two; the default of Graph2D
     ZYR_INTERPOLATION_LINEAR = 1,
+    /// a curve of the second degree through the samples
     ZYR_INTERPOLATION_QUADRATIC = 2,
+    /// a curve of the third degree through the samples
     ZYR_INTERPOLATION_CUBIC = 3,
     ZYR_INTERPOLATION_BEZIER_QUADRATIC = 4,
     ZYR_INTERPOLATION_BEZIER_CUBIC = 5,

@@ -66,11 +66,14 @@ public:
     /// along z
     T depth;
 
+    /// Without extent, at the origin.
     Cuboid() { this->init_This(); }
     Cuboid(const ExtVector3<T>& p_origin, T p_width, T p_height, T p_depth)
         : Record<Cuboid<T>, Shape3D<T>>(Shape3D<T>(p_origin)), width(p_width), height(p_height), depth(p_depth) {}
 
+    /// A copy with a count of its own, which the caller owns; so with all solids below.
     Cuboid* clone() const override { return new Cuboid(*this); }
+    /// The number by which holders of the base tell the class; see Shape3D.
     uint32_t getID() const override { return 2; }
 
     /// The box of the whole body around its own axes; the origin takes no part. Gives 1.
@@ -112,10 +115,12 @@ public:
     T radius;
     /// Only the turn from `sliceFrom` to `sliceTo` (0 and 180 at first) is there.
     bool_t slice;
+    /// Nothing in this library reads the two angles: their unit is that of who draws.
     T sliceFrom;
     T sliceTo;
     /// The flat face at `sliceFrom` is closed; without it one looks into the body. On at first, as at the other end.
     bool_t sliceStartCap;
+    /// The same at `sliceTo`.
     bool_t sliceEndCap;
 
     Sphere() { this->init_This(); }
@@ -144,6 +149,7 @@ public:
     /// From the middle of the ring to the middle of the tube; 200 at first.
     T ringRadius;
     /// From the middle of the tube to its surface; 50 at first.
+    /// A tube wider than the ring overlaps itself in the middle, which is not checked.
     T tubeRadius;
     /// Only the turn from `sliceFrom` to `sliceTo` (0 and 180 at first) is there.
     bool_t slice;
@@ -152,7 +158,9 @@ public:
     /// The cut through the tube at `sliceFrom` is closed, with a fillet at its edge if told so; likewise at the other
     /// end.
     bool_t sliceStartCap;
+    /// The edge of that cut is rounded off; off at first.
     bool_t sliceStartFillet;
+    /// 10 at first; kept while the fillet is off
     T sliceStartFilletRadius;
     bool_t sliceEndCap;
     bool_t sliceEndFillet;
@@ -189,6 +197,7 @@ public:
     /// For each end whether it is closed (on) and whether it has a fillet (off), for which there is no radius here.
     bool_t upperCap;
     bool_t upperFillet;
+    /// The lower end, by itself.
     bool_t lowerCap;
     bool_t lowerFillet;
     /// Only the turn from `sliceFrom` to `sliceTo` (0 and 180 at first) is there, its faces closed by the caps below.

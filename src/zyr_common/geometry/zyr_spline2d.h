@@ -17,15 +17,18 @@ namespace zyr {
 /// A closed outline of straight edges. The last point is joined to the first, which is not repeated.
 template <typename T> class Polygon2D : public Record<Polygon2D<T>, Shape2D<T>> {
 public:
+    /// Of the rectangle that the points were drawn in; the points may lie outside of it.
     T width;
     T height;
     /// The corners in their order, either way round.
     Array<Vector2<T>> points;
 
+    /// Without points; width and height are 0.
     Polygon2D() { this->init_This(); }
     Polygon2D(const ExtVector2<T>& p_origin, T p_width, T p_height, const Array<Vector2<T>>& p_points)
         : Record<Polygon2D<T>, Shape2D<T>>(Shape2D<T>(p_origin)), width(p_width), height(p_height), points(p_points) {}
 
+    /// A deep copy with a count of its own, which the caller owns.
     Polygon2D* clone() const override { return new Polygon2D(*this); }
     uint32_t getID() const override { return 6; }
 
@@ -41,6 +44,7 @@ public:
 /// A curve through or along its points. A new one is an open cubic Bezier curve without points.
 template <typename T> class Spline2D : public Record<Spline2D<T>, Shape2D<T>> {
 public:
+    /// Of the rectangle that the points were drawn in; nothing scales them to it.
     T width;
     T height;
     /// How the points are read, see SplineTypeEnum; their count is not checked against it.
@@ -59,6 +63,7 @@ public:
           points(p_points),
           closed(p_closed) {}
 
+    /// A deep copy with a count of its own, which the caller owns.
     Spline2D* clone() const override { return new Spline2D(*this); }
     uint32_t getID() const override { return 7; }
 
@@ -75,11 +80,14 @@ public:
 /// A spline whose points are anchored in its own rectangle, so that it follows when `width` and `height` change.
 template <typename T> class ExtSpline2D : public Record<ExtSpline2D<T>, Shape2D<T>> {
 public:
+    /// What the anchors of the points count in: their right and lower edge, and their percentages.
     T width;
     T height;
+    /// See Spline2D.
     SplineTypeEnum type;
     /// As in Spline2D, each coordinate with what it counts from; the anchors 0 to 5 can be solved.
     Array<ExtVector2<T>> points;
+    /// See Spline2D.
     bool_t closed;
 
     ExtSpline2D() { this->init_This(); }
@@ -92,6 +100,7 @@ public:
           points(p_points),
           closed(p_closed) {}
 
+    /// A deep copy with a count of its own, which the caller owns.
     ExtSpline2D* clone() const override { return new ExtSpline2D(*this); }
     uint32_t getID() const override { return 8; }
 
@@ -112,6 +121,8 @@ public:
 /// A curve over values that are spaced evenly over the width.
 template <typename T> class Graph2D : public Record<Graph2D<T>, Shape2D<T>> {
 public:
+    /// Of the rectangle that the values are drawn in: the width is shared out among them, the height is that of the
+    /// range.
     T width;
     T height;
     double minRange; ///< The value at the lower edge.
@@ -121,6 +132,7 @@ public:
     /// From left to right, in the units of the range; they may lie outside of it.
     Array<double> values;
 
+    /// Without values; the range is from 0 to 0.
     Graph2D() { this->init_This(); }
     Graph2D(const ExtVector2<T>& p_origin, T p_width, T p_height, double p_minRange, double p_maxRange,
             InterpolationEnum p_interpolation, const Array<double>& p_values)
@@ -132,6 +144,7 @@ public:
           interpolation(p_interpolation),
           values(p_values) {}
 
+    /// A deep copy with a count of its own, which the caller owns.
     Graph2D* clone() const override { return new Graph2D(*this); }
     uint32_t getID() const override { return 10; }
 

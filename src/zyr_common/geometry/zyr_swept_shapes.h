@@ -33,6 +33,7 @@ public:
     Spline3D(const ExtVector3<T>& p_origin, SplineTypeEnum p_type, const Array<Vector3<T>>& p_points, bool_t p_closed)
         : Record<Spline3D<T>, Shape3D<T>>(Shape3D<T>(p_origin)), type(p_type), points(p_points), closed(p_closed) {}
 
+    /// A deep copy with a count of its own, which the caller owns.
     Spline3D* clone() const override { return new Spline3D(*this); }
     uint32_t getID() const override { return 1; }
 
@@ -53,12 +54,16 @@ public:
     /// The edge of that face has a fillet, with the radius (10 at first) and the profile below; both are kept while it
     /// is off.
     bool_t startFillet;
+    /// How far the fillet reaches from the edge, in the units of the scene.
     T startFilletRadius;
+    /// What the fillet looks like from the side; linear at first.
     FilletTypeEnum startFilletType;
     /// The same for the face at the end.
     bool_t endCap;
     bool_t endFillet;
+    /// 10 at first, as at the start.
     T endFilletRadius;
+    /// Need not be that of the start; linear at first.
     FilletTypeEnum endFilletType;
     /// Where the plane shape begins. A new one begins and ends at the same place, and so has no volume.
     ShapeTransform3D<T> startTransform;
@@ -82,6 +87,7 @@ public:
           startTransform(p_startTransform),
           endTransform(p_endTransform) {}
 
+    /// A copy with a count of its own, which the caller owns.
     Extrusion* clone() const override { return new Extrusion(*this); }
     uint32_t getID() const override { return 10; }
 
@@ -104,18 +110,22 @@ template <typename T> class Lathe : public Record<Lathe<T>, Shape3D<T>> {
 public:
     /// Only the turn from `sliceFrom` to `sliceTo` (0 and 180 at first) is there; off means a whole turn.
     bool_t slice;
+    /// Where the turn begins. The angles are kept while the slice is off, and nothing here reads them.
     T sliceFrom;
+    /// Where the turn ends.
     T sliceTo;
     /// The face at `sliceFrom` is closed (on at first), its edge with a fillet of the radius (10 at first) and profile
     /// below.
     bool_t sliceStartCap;
     bool_t sliceStartFillet;
     T sliceStartFilletRadius;
+    /// What that fillet looks like from the side; linear at first.
     FilletTypeEnum sliceStartFilletType;
     /// The same for the face at `sliceTo`.
     bool_t sliceEndCap;
     bool_t sliceEndFillet;
     T sliceEndFilletRadius;
+    /// Need not be that of the start; linear at first.
     FilletTypeEnum sliceEndFilletType;
     /// How the plane shape is placed when the turn begins, and below it when it ends.
     ShapeTransform3D<T> startTransform;
@@ -141,6 +151,7 @@ public:
           startTransform(p_startTransform),
           endTransform(p_endTransform) {}
 
+    /// A copy with a count of its own, which the caller owns.
     Lathe* clone() const override { return new Lathe(*this); }
     uint32_t getID() const override { return 11; }
 

@@ -16,12 +16,15 @@ template <typename T> class Transform2D : public Record<Transform2D<T>> {
 public:
     /// What the parts below are applied on top of; the identity at first.
     Matrix3x3<T> baseMatrix;
+    /// Where the origin of the shape goes, in the units of the scene.
     Vector2<T> position;
     /// About the origin of the shape.
     T rotation;
     Vector2<T> scale; ///< 1 on both axes at first
+    /// 0 on both axes at first
     Vector2<T> skew;
 
+    /// Changes nothing: the identity at (0, 0) with the scale 1.
     Transform2D() { init_This(); }
 
     void init_This() {
@@ -42,12 +45,15 @@ template <typename T> class Transform3D : public Record<Transform3D<T>> {
 public:
     /// What the parts below are applied on top of; the identity at first.
     Matrix4x4<T> baseMatrix;
+    /// Where the origin of the shape goes, in the units of the scene.
     Vector3<T> position;
     /// About the three axes, as Matrix4x4::rotateEuler takes them.
     Vector3<T> rotation;
     Vector3<T> scale; ///< 1 on all axes at first
+    /// 0 on all axes at first
     Vector3<T> skew;
 
+    /// Changes nothing: the identity at (0, 0, 0) with the scale 1.
     Transform3D() { init_This(); }
 
     void init_This() {
@@ -74,12 +80,14 @@ public:
     Vector3<T> offset; ///< moves the shape before anything else
     /// About x, y and z; acts on the shape before `slerpRotation` does.
     Vector3<T> eulerRotation;
+    /// About x, y and z, too; two placements are blended on the shortest arc between theirs.
     Vector3<T> slerpRotation;
     Vector3<T> scale;     ///< before the rotations; 1 on all axes at first
     Vector3<T> postScale; ///< behind the rotations; 1 on all axes at first
     Vector3<T> skew;      ///< stored, takes no part in the matrices
     Vector3<T> postSkew;  ///< stored, takes no part in the matrices
 
+    /// Changes nothing: both scales are 1, all else is 0.
     ShapeTransform3D() { init_This(); }
 
     /// What a point goes through, the last first: position, postScale, slerpRotation, eulerRotation, scale, offset. Two
@@ -111,7 +119,9 @@ public:
 /// need not have length 1.
 template <typename T> class Orientation3D : public Record<Orientation3D<T>> {
 public:
+    /// The direction of the look.
     Vector3<T> at;
+    /// The direction that stands upright in the picture; must not lie on the line of `at` for who makes a view of both.
     Vector3<T> up;
 
     Orientation3D() { init_This(); }

@@ -21,9 +21,11 @@ namespace zyr {
 /// A point, a direction or a distance in the plane. A new one is zero.
 template <typename T> class Vector2 : public ArithmeticRecord<Vector2<T>, T> {
 public:
+    /// Along the axes of whatever the vector is used with: in the layout y grows downward.
     T x;
     T y;
 
+    /// (0, 0)
     Vector2() { this->init_This(); }
     Vector2(T p_x, T p_y) : x(p_x), y(p_y) {}
 
@@ -56,6 +58,7 @@ public:
     T y;
     T z;
 
+    /// (0, 0, 0)
     Vector3() { this->init_This(); }
     Vector3(T p_x, T p_y, T p_z) : x(p_x), y(p_y), z(p_z) {}
 
@@ -98,6 +101,7 @@ public:
     T z;
     T w;
 
+    /// (0, 0, 0, 0): not the rotation that changes nothing, which is (0, 0, 0, 1).
     Vector4() { this->init_This(); }
     Vector4(T p_x, T p_y, T p_z, T p_w) : x(p_x), y(p_y), z(p_z), w(p_w) {}
 
@@ -113,7 +117,9 @@ public:
     void normalize();
     /// All four numbers take part.
     bool_t boxCompare(const Vector4& p_other, T p_tolerance) const;
+    /// Of x, y, z and w together, in degrees.
     T getAngle(const Vector4& p_other) const;
+    /// As those of Vector3, of x, y and z.
     void rotateX(T p_degrees);
     void rotateY(T p_degrees);
     void rotateZ(T p_degrees);
@@ -130,7 +136,9 @@ public:
     }
 
 private:
+    /// x, y and z
     Vector3<T> getPart() const { return {x, y, z}; }
+    /// Takes over x, y and z; w stays.
     void setPart(const Vector3<T>& p_part);
 };
 

@@ -65,6 +65,7 @@ public:
     virtual const String& getClassName() const = 0;
     /// Text of the template argument of a template class, otherwise empty.
     virtual const String& getClassTemplateTypeName() const = 0;
+    /// The same as a variable type; ZYR_VARIABLE_NONE where there is none.
     virtual VariableTypeEnum getClassTemplateTypeEnum() const = 0;
     /// Size of the template argument in bytes, otherwise 0.
     virtual uint64_t getClassTemplateTypeSize() const = 0;
@@ -99,6 +100,7 @@ public:
     virtual void clearGUID(bool_t p_deep) = 0;
     /// Instance GUID; all zero where the object has none.
     virtual const GUID_t& getGUID() const = 0;
+    /// Gives this object a new random GUID, and with the flag those that it holds, too.
     virtual void regenerateGUIDsWhereAvailable(bool_t p_deep) = 0;
     /// Sets GUIDs that count upward behind the first half of the class GUID, so that two runs that make the same
     /// objects can be compared.
@@ -167,10 +169,12 @@ template <class Interface> Interface* zyr_findLayer(const IObject* p_object) {
 /// destroyed.
 template <class Interface> class ObjectFacade : public Interface {
 public:
+    /// Without an interface object; see the class.
     ObjectFacade() : m_interfaceObject(nullptr), m_refCount(0) {}
     ObjectFacade(const ObjectFacade&) = delete;
     ObjectFacade& operator=(const ObjectFacade&) = delete;
 
+    /// Gives the reference to the interface object back.
     ~ObjectFacade() override {
         ZYR_ASSERT(m_interfaceObject != NULL);
         m_interfaceObject->release();
@@ -196,6 +200,7 @@ public:
     void init_This() { reserved()->init_This(); }
     void release_This() { reserved()->release_This(); }
 
+    /// Of the object level alone, for facades of IObject itself. The source must be such a facade, too.
     void copy_This(const ObjectFacade* p_src) requires std::is_same_v<Interface, IObject> {
         ZYR_ASSERT(p_src != NULL);
         reserved()->copy_This(p_src->m_interfaceObject);
@@ -208,6 +213,7 @@ public:
         return reserved()->writeSerialized_This(p_serializer, p_firstPass, p_headerPass, p_result);
     }
 
+    /// All levels from the object's up to that of `Interface`, for all other facades.
     void copy_Backwards(const ObjectFacade* p_src) requires(!std::is_same_v<Interface, IObject>) {
         ZYR_ASSERT(p_src != NULL);
         reserved()->copy_Backwards(p_src->m_interfaceObject);
@@ -309,6 +315,7 @@ protected:
     Interface* m_interfaceObject;
 
 private:
+    /// The operations of the interface object's own level.
     auto* reserved() const { return InterfaceTraits<Interface>::reserved(m_interfaceObject); }
 
     Atomic<unsigned int> m_refCount;

@@ -31,6 +31,7 @@ public:
     /// The object.
     GUID_t m_guid;
 
+    /// Rank 0 of no object.
     RankGUIDPair() { init_This(); }
     RankGUIDPair(int p_rank, const GUID_t& p_guid) : m_rank(p_rank), m_guid(p_guid) {}
 
@@ -50,6 +51,7 @@ public:
     /// The 128 bits of a digest in the form of a GUID.
     GUID_t m_digest;
 
+    /// Without a name; both GUIDs are all zero.
     GUIDDigestPair() { init_This(); }
     GUIDDigestPair(const String& p_name, const GUID_t& p_guid, const GUID_t& p_digest)
         : m_name(p_name), m_guid(p_guid), m_digest(p_digest) {}

@@ -22,6 +22,7 @@ public:
         return map([](T p_a) { return T(-p_a); });
     }
 
+    /// Of two records. Integers wrap in their own type, without a check.
     Self operator+(const Self& p_other) const {
         return combine(p_other, [](T p_a, T p_b) { return T(p_a + p_b); });
     }
@@ -31,10 +32,12 @@ public:
     Self operator*(const Self& p_other) const {
         return combine(p_other, [](T p_a, T p_b) { return T(p_a * p_b); });
     }
+    /// Integers are cut toward 0; a divisor of 0 gives 0 for integers, an infinity or not-a-number else.
     Self operator/(const Self& p_other) const {
         return combine(p_other, [](T p_a, T p_b) { return zyr_divide(p_a, p_b); });
     }
 
+    /// Of a record with one number, which meets every field.
     Self operator+(T p_value) const {
         return map([=](T p_a) { return T(p_a + p_value); });
     }
@@ -67,9 +70,11 @@ public:
     }
 
 private:
+    /// The record itself.
     Self& self() { return static_cast<Self&>(*this); }
     const Self& self() const { return static_cast<const Self&>(*this); }
 
+    /// A copy of this record with the function's result in each field.
     template <typename F> Self map(F p_function) const {
         Self result(self());
         zyr_forEachField<Self>(
@@ -77,6 +82,7 @@ private:
         return result;
     }
 
+    /// The same from two records, field by field.
     template <typename F> Self combine(const Self& p_other, F p_function) const {
         Self result(self());
         zyr_forEachField<Self>([&](const auto& p_field) {

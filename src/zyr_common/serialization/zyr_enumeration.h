@@ -23,7 +23,9 @@ namespace zyr {
 
 /// One row of an enumeration's table. The text is constant for the life of the module.
 struct EnumerationEntry {
+    /// as it is stored in binary formats
     uint32_t m_number;
+    /// as text formats and messages show it
     const char* m_text;
 };
 
@@ -69,6 +71,7 @@ public:
     bool_t convert(String& p_text, uint32_t& p_number, bool_t p_textToNumber);
 
 private:
+    /// Built at the first conversion; never freed, like the object itself.
     struct Maps;
     Maps* m_maps;
 };

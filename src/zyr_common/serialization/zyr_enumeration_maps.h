@@ -12,6 +12,7 @@ namespace zyr {
 /// life; whoever reads them on several threads needs no lock.
 template <EnumerationWithTexts E> class EnumerationMaps {
 public:
+    /// Fills both maps at once, so that they never change afterwards.
     EnumerationMaps() {
         static_assert(sizeof(E) == 1);
         for (const EnumerationEntry& entry : EnumerationTable<E>::c_entries) {

@@ -160,17 +160,25 @@ class RecordTable;
 /// instantiated in the record's source.
 template <class Self> class RecordWalker {
 public:
+    /// The fields of this level, in order; 0 at the first failure, and what was read until then stays.
     static bool_t read(Self& p_record, IDeserializer* p_deserializer);
+    /// The fields of this level that the pass is about. Text formats see attributes in the first pass and elements in
+    /// the second; the header pass declares all.
     static bool_t write(Self& p_record, ISerializer* p_serializer, bool_t p_firstPass, bool_t p_headerPass,
                         bool_t& p_result);
+    /// All levels, through the outermost layer of the deserializer.
     static bool_t readWhole(Self& p_record, IDeserializer* p_deserializer);
+    /// All levels, through the outermost layer of the serializer and in as many passes as its format has.
     static bool_t writeWhole(Self& p_record, ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result);
     /// p_known tells whether the first word is one of this level; if not, the result is null.
     static VariableReference* findField(Self& p_record, const String& p_path, bool_t& p_known);
+    /// The record's type name; lives as long as the process.
     static const String& name();
 
 private:
+    /// Stores the addresses of the fields, for the table.
     static void locate(void* p_record, void** p_fields);
+    /// What the loops over the fields go by.
     static RecordTable s_table;
 };
 
@@ -180,7 +188,9 @@ public:
     /// The level below: another record, RefCountedData, or RecordRoot.
     using RecordBase = Base;
 
+    /// Leaves the fields as they are: the record's own constructor calls init_This.
     Record() = default;
+    /// Takes over the levels below; the fields of this one are left as they are.
     explicit Record(const Base& p_base) : Base(p_base) {}
 
     /// Sets the fields of this level to their defaults.
@@ -229,6 +239,7 @@ public:
         return self().compare_This(p_other);
     }
 
+    /// As compare_Backwards. Records that hold not-a-number differ from themselves.
     friend bool operator==(const Self& p_left, const Self& p_right) { return p_left.compare_Backwards(p_right) != 0; }
 
     /// Reads the fields of this level in order. Stops at the first failure; the fields read until then stay as read, a
@@ -289,12 +300,15 @@ public:
 
     /// The type name, with the word of the template argument in braces: "Rect{int32}".
     static const String& getRecordName() { return RecordWalker<Self>::name(); }
+    /// The same, under the name that objects have for it. A class with virtual operations declares its own.
     const String& getClassName() const { return RecordWalker<Self>::name(); }
 
 private:
+    /// The record itself.
     Self& self() { return static_cast<Self&>(*this); }
     const Self& self() const { return static_cast<const Self&>(*this); }
 
+    /// What init_This does to one field: its number, its own clear(), or what its type's constructor gives.
     template <typename M, typename D> static void reset(M& p_value, const D& p_default) {
         if constexpr (std::is_array_v<M>) {
             for (auto& item : p_value) {
@@ -309,6 +323,7 @@ private:
         }
     }
 
+    /// What copy_This does to one field; arrays item by item.
     template <typename M> static void assign(M& p_value, const M& p_src) {
         if constexpr (std::is_array_v<M>) {
             for (size_t i = 0; i < std::extent_v<M>; ++i) {
@@ -319,6 +334,7 @@ private:
         }
     }
 
+    /// What compare_This asks of one field. Types without operator== are compared by what they hold.
     template <typename M> static bool equal(const M& p_left, const M& p_right) {
         if constexpr (std::is_array_v<M>) {
             for (size_t i = 0; i < std::extent_v<M>; ++i) {
@@ -350,6 +366,7 @@ private:
         return left == p_left.endConst() && right == p_right.endConst();
     }
 
+    /// Entries of a set count by their keys.
     template <typename Entry> static bool equalEntries(const Entry& p_left, const Entry& p_right) {
         if constexpr (requires { p_left.m_first; }) {
             return p_left.m_first == p_right.m_first;
@@ -358,6 +375,7 @@ private:
         }
     }
 
+    /// Arrays are equal when their sizes and all items are.
     template <typename T> static bool equalItems(const T* p_left, size_t p_leftSize, const T* p_right, size_t p_size) {
         if (p_leftSize != p_size) {
             return false;

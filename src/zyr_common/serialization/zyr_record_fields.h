@@ -25,6 +25,7 @@ template <typename M> struct RecordFieldIO;
 /// The operations of a serializer for one number type. Those with arrays can also be fields of fixed length.
 template <typename T> struct NumberIO;
 
+/// Integers without an array form: such arrays can't be fields.
 template <> struct NumberIO<int32_t> {
     static constexpr auto c_declare = &ISerializer::declareInt32;
     static constexpr auto c_write = &ISerializer::writeInt32;
@@ -34,6 +35,7 @@ template <> struct NumberIO<uint32_t> {
     static constexpr auto c_declare = &ISerializer::declareUInt32;
     static constexpr auto c_write = &ISerializer::writeUInt32;
     static constexpr auto c_read = &IDeserializer::readUInt32;
+    /// Serializers take count and first item for arrays.
     static constexpr auto c_declareArray = &ISerializer::declareUInt32Array;
     static constexpr auto c_writeArray = &ISerializer::writeUInt32Array;
     static constexpr auto c_readArray = &IDeserializer::readUInt32Array;
@@ -66,6 +68,9 @@ template <> struct NumberIO<double> {
 };
 
 /// The number types that serializers know as arrays.
+/// Numbers are attributes in text formats. The converter serves integers alone, some of whose values may have a word
+/// ("unlimited"); floating numbers
+/// never have one.
 template <typename T>
 concept ArrayNumber = requires {
     NumberIO<T>::c_writeArray;

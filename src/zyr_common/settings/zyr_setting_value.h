@@ -24,11 +24,14 @@ typedef bool_t (*settingEnum_FUNC)(String& p_word, int& p_number, bool_t p_toNum
 /// The order of the virtual operations and of the fields is a contract between separately built modules.
 class SettingValue : public RefCountedData {
 public:
+    /// Stands for no variable and has no names.
     SettingValue() { init_This(); }
+    /// Stands for the same variable, with the same default, range and names.
     SettingValue(const SettingValue& p_src) : RefCountedData(p_src) {
         init_This();
         copy_This(p_src);
     }
+    /// The same; the count stays.
     SettingValue& operator=(const SettingValue& p_src);
     ~SettingValue() override { release_This(); }
 
@@ -66,6 +69,7 @@ public:
     virtual const String& getRegName() const {
         return m_regName;
     }
+    /// Empty at first, like all names below.
     virtual void setRegName(const String& p_name) {
         m_regName = p_name;
     }
@@ -135,20 +139,28 @@ public:
         m_cmdDescDisable = p_text;
     }
 
+    /// The state of a new setting. Frees nothing.
     void init_This();
+    /// Frees what the setting holds of its variable; the variable itself stays.
     void release_This();
+    /// Takes everything over; a source without a variable leaves the one that is held.
     void copy_This(const SettingValue& p_src);
 
 protected:
+    /// Replaces the variable; null stands for none.
     void setReference(VariableTypeEnum p_type, void* p_variable);
+    /// What all getters of numbers do; see the class.
     template <typename T> void* getRange(T& p_default, T& p_minimum, T& p_maximum) const;
+    /// What all setters of numbers do.
     template <typename T> void setRange(T* p_variable, T p_default, T p_minimum, T p_maximum);
 
+    /// owned; null without a variable
     VariableReference* m_reference;
     // In the type of the variable, from the first byte on.
     unsigned char m_default[8];
     unsigned char m_minimum[8];
     unsigned char m_maximum[8];
+    /// the default of texts and enumerations
     String m_defaultString;
     String m_regName;
     String m_regPath;
@@ -161,6 +173,7 @@ protected:
     String m_cmdNameDisable;
     String m_cmdDesc;
     String m_cmdDescDisable;
+    /// knows the words of an enumeration; null for all other types
     settingEnum_FUNC m_enumCallback;
 };
 
