@@ -38,12 +38,15 @@ namespace zyr {
 struct CodecOffer {
     const char* m_codecName;      ///< What encoder and decoder have in common.
     const char* m_implementation; ///< Which of those that speak it.
+    /// How fast this way of coding is, as its author sees it.
     CodecRatingEnum m_rating = ZYR_CODEC_RATING_NORMAL;
+    /// Every decoded picture equals the coded one.
     bool_t m_lossless = 1;
 };
 
 /// The records of an offer, for the caller to change and to hand on: all is mandatory that the codec cannot do without.
 FrameCodecProposal* createProposal(const CodecOffer& p_offer, uint64_t p_adapterID);
+/// The same for the decoder's side. Both are new and belong to the caller.
 FrameCodecRequest* createRequest(const CodecOffer& p_offer);
 /// Whether the agreed record is one that the offer leads to.
 bool_t isOfOffer(const CodecOffer& p_offer, const FrameCodecInfo& p_codecInfo);
@@ -62,14 +65,17 @@ IUnpackedFrameData* createFrame(const IPackedFrameData& p_packet, IImage& p_imag
 /// What encoder and decoder have in common. The agreed record stays over clear, and a copy does not take it.
 template <class Class, class Facade> class CodecBase : public ObjectClass<Class, Facade> {
 public:
+    /// Needs the picture module, like everything here.
     CodecBase() { this->initObjectInterface(); }
 
     const String& getLibName() const override {
         static const String& name = makePermanent<String>(Class::c_offer.m_implementation);
         return name;
     }
+    /// 1.0.0; a codec that stands on a library gives that one's.
     uint64_t getLibVersion() const override { return zyr_encodeVersion64(1, 0, 0); }
     const String& getCodecName() const override { return m_codecInfo.codecName; }
+    /// Keeps the agreed record. False, with the former record kept, for one that another codec agreed on.
     bool_t initialize(const FrameCodecInfo& p_codecInfo) override {
         if (!isOfOffer(Class::c_offer, p_codecInfo)) {
             return 0;
@@ -77,23 +83,28 @@ public:
         m_codecInfo = p_codecInfo;
         return 1;
     }
+    /// Frees nothing: contexts that live on still read the record.
     bool_t deinitialize() override { return 1; }
     const FrameCodecInfo* getCodecInfo() const override { return &m_codecInfo; }
 
+    /// Nothing of this level is copied or cleared.
     void init_This() {}
     void release_This() {}
     void copy_This(const Class*) {}
 
 private:
+    /// empty until initialize
     FrameCodecInfo m_codecInfo;
 };
 
 /// `Class` has `c_offer` besides its name and GUID.
 template <class Class, class Context> class CodecEncoder : public CodecBase<Class, WFrameEncoder> {
 public:
+    /// Adds the one offer, which then belongs to the caller.
     void getCodecProposals(List<FrameCodecProposal*>& p_proposals) override {
         p_proposals.pushBack(createProposal(Class::c_offer, this->getAdapterID()));
     }
+    /// A new context of this codec, which the caller owns.
     IFrameEncoderContext* createFrameEncoderContext() override {
         Context* context = new Context;
         context->initialize(static_cast<IFrameEncoder*>(this->getTLIObject()));
@@ -104,9 +115,11 @@ public:
 /// The same for the other side, with an offer that has the same codec name.
 template <class Class, class Context> class CodecDecoder : public CodecBase<Class, WFrameDecoder> {
 public:
+    /// Adds the one request, which then belongs to the caller.
     void getCodecRequests(List<FrameCodecRequest*>& p_requests) override {
         p_requests.pushBack(createRequest(Class::c_offer));
     }
+    /// A new context of this codec, which the caller owns.
     IFrameDecoderContext* createFrameDecoderContext() override {
         Context* context = new Context;
         context->initialize(static_cast<IFrameDecoder*>(this->getTLIObject()));
@@ -118,6 +131,7 @@ public:
 template <class Class, class Facade, class Interface, class Codec>
 class CodecContextBase : public ObjectIdentity<Class, Facade> {
 public:
+    /// Without a codec: nothing can be coded until initialize.
     CodecContextBase() { this->initObjectInterface(); }
 
     /// Takes codecs of its own class only.
@@ -133,6 +147,7 @@ public:
         m_codec = Ref<Interface>::share(p_codec);
         return 1;
     }
+    /// Gives the codec back. False, with a line in the log, without one.
     bool_t deinitialize() override {
         if (!m_codec) {
             ZYR_LOG_WARN("Not initialized. Cannot deinitialize");
@@ -148,6 +163,7 @@ public:
     virtual void forget() {}
 
 protected:
+    /// null before initialize and behind deinitialize
     Ref<Interface> m_codec;
 };
 
@@ -158,6 +174,7 @@ public:
     /// Appends the packed picture, which is in B, G, R, A and not empty, to the bytes. False when it cannot be done.
     virtual bool_t encodePicture(const IImage& p_image, Array<uint8_t>& p_bytes) = 0;
 
+    /// Gives a new packet, which the caller owns; null after a line in the log. A failed frame takes no number.
     IPackedFrameData* encode(IUnpackedFrameData* p_frame) override {
         const IImage* image = findPicture(p_frame, ZYR_MODULE_WORD, __PRETTY_FUNCTION__);
         if (image == nullptr) {
@@ -172,18 +189,21 @@ public:
         m_frameCount++;
         return packet.release();
     }
+    /// Frames are counted from 1 again.
     bool_t deinitialize() override {
         m_frameCount = 0;
         return CodecContextBase<Class, WFrameEncoderContext, IFrameEncoder, Encoder>::deinitialize();
     }
     IFrameEncoder* getEncoder() const override { return this->m_codec.get(); }
     uint8_t getQuality() const override { return m_quality; }
+    /// For the next frame on. Encoders without a choice keep the number and do nothing with it.
     bool_t setQuality(uint8_t p_quality) override {
         m_quality = p_quality;
         return 1;
     }
 
 private:
+    /// pictures encoded since initialize
     uint64_t m_frameCount = 0;
     uint8_t m_quality = 100;
 };
@@ -196,6 +216,8 @@ public:
     /// may hold anything. False when they are no such picture.
     virtual bool_t decodePicture(const Array<uint8_t>& p_bytes, IImage& p_image) = 0;
 
+    /// Gives a new frame with a picture of its own, which the caller owns; null after a line in the log. The packet
+    /// stays as it is.
     IUnpackedFrameData* decode(IPackedFrameData* p_frame) override {
         if (!isDecodable(p_frame, ZYR_MODULE_WORD, __PRETTY_FUNCTION__)) {
             return nullptr;

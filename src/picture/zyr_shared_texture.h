@@ -35,6 +35,7 @@ public:
     virtual ~ISharedTextureReserved() = default;
     virtual void setWidth(uint32_t p_width) = 0;
     virtual void setHeight(uint32_t p_height) = 0;
+    /// The order of the pixel's bytes, as the device has it.
     virtual void setFormat(PixelFormatEnum p_format) = 0;
     virtual void init_This() = 0;
     virtual void release_This() = 0;
@@ -64,9 +65,11 @@ public:
     virtual void setReadbackContext(IReadbackContext* p_readbackContext) = 0;
     /// The native texture, and the native handle by which other devices open it.
     virtual void* getOriginalTexture() const = 0;
+    /// Neither counted nor looked at; null is allowed.
     virtual void setOriginalTexture(void* p_originalTexture) = 0;
     /// The handle by which other processes or devices open the texture; null where it isn't shared.
     virtual void* getSharedHandle() const = 0;
+    /// Kept as it is; closing it is up to who made it.
     virtual void setSharedHandle(void* p_sharedHandle) = 0;
     /// Copies the texture into the picture. False when the texture cannot be read here.
     virtual bool_t copyToSystemMemory(IImage* p_image) const = 0;

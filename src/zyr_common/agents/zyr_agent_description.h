@@ -22,11 +22,13 @@ public:
     /// True for an agent of the system, which belongs to no user's session.
     virtual bool_t isSystem() const = 0;
     virtual void setSystem(bool_t p_system) = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getAgentDescriptionReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(AgentDescription, IObject, "12b0802a-bfb0-4fb3-9439-973afd87d879")
 
+/// Forwards each operation to the AgentDescription of its module; what extends that class derives from this.
 template <class Interface> class AgentDescriptionFacade : public ObjectFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;

@@ -19,10 +19,12 @@ namespace zyr {
 /// A colour without alpha. A new one is black.
 template <typename T> class ColorRGB : public Record<ColorRGB<T>> {
 public:
+    /// from 0 to 1
     T r = 0;
     T g = 0;
     T b = 0;
 
+    /// Black.
     ColorRGB() = default;
     ColorRGB(T p_r, T p_g, T p_b) : r(p_r), g(p_g), b(p_b) {}
 
@@ -36,6 +38,7 @@ public:
     ColorRGB operator-(T p_scalar) const { return {r - p_scalar, g - p_scalar, b - p_scalar}; }
     ColorRGB operator*(T p_scalar) const { return {r * p_scalar, g * p_scalar, b * p_scalar}; }
     ColorRGB operator/(T p_scalar) const { return {r / p_scalar, g / p_scalar, b / p_scalar}; }
+    /// The assigning forms give what the others give.
     ColorRGB& operator+=(const ColorRGB& p_color) { return *this = *this + p_color; }
     ColorRGB& operator-=(const ColorRGB& p_color) { return *this = *this - p_color; }
     ColorRGB& operator*=(const ColorRGB& p_color) { return *this = *this * p_color; }
@@ -57,11 +60,13 @@ public:
 /// A colour with alpha: 0 is transparent, 1 opaque. A new one is transparent black.
 template <typename T> class ColorRGBA : public Record<ColorRGBA<T>> {
 public:
+    /// from 0 to 1; not multiplied by alpha
     T r = 0;
     T g = 0;
     T b = 0;
     T a = 0;
 
+    /// Transparent black.
     ColorRGBA() = default;
     ColorRGBA(T p_r, T p_g, T p_b, T p_a) : r(p_r), g(p_g), b(p_b), a(p_a) {}
 
@@ -83,6 +88,7 @@ public:
     ColorRGBA operator-(T p_scalar) const { return {r - p_scalar, g - p_scalar, b - p_scalar, a - p_scalar}; }
     ColorRGBA operator*(T p_scalar) const { return {r * p_scalar, g * p_scalar, b * p_scalar, a * p_scalar}; }
     ColorRGBA operator/(T p_scalar) const { return {r / p_scalar, g / p_scalar, b / p_scalar, a / p_scalar}; }
+    /// The assigning forms give what the others give.
     ColorRGBA& operator+=(const ColorRGBA& p_color) { return *this = *this + p_color; }
     ColorRGBA& operator-=(const ColorRGBA& p_color) { return *this = *this - p_color; }
     ColorRGBA& operator*=(const ColorRGBA& p_color) { return *this = *this * p_color; }
@@ -92,6 +98,7 @@ public:
     ColorRGBA& operator*=(T p_scalar) { return *this = *this * p_scalar; }
     ColorRGBA& operator/=(T p_scalar) { return *this = *this / p_scalar; }
     ColorRGBA operator+() const { return *this; }
+    /// All four numbers below 0: only good as a step of a sum.
     ColorRGBA operator-() const { return {-r, -g, -b, -a}; }
 
     static constexpr const char* c_typeName = "ColorRGBA";

@@ -17,14 +17,19 @@ public:
     /// For people.
     String m_description;
 
+    /// The name of the class in registries.
     static constexpr const char* c_typeName = "MethodInfo";
 
+    /// Names no method.
     MethodInfo() { init_This(); }
+    /// Copies the texts; the function must outlive the record.
     MethodInfo(const String& p_name, void* p_pointer, const String& p_description)
         : m_name(p_name), m_pointer(p_pointer), m_description(p_description) {}
 
+    /// "MethodInfo"; lives as long as the process.
     const String& getClassName() const { return zyr_getNameAssociatedToType(this); }
 
+    /// Back to the state of a new record.
     void clear() {
         release_This();
         init_This();
@@ -34,7 +39,9 @@ public:
         m_pointer = nullptr;
         m_description.clear();
     }
+    /// Nothing is owned.
     void release_This() {}
+    /// Takes over all three.
     void copy_This(const MethodInfo& p_src) { *this = p_src; }
 };
 

@@ -12,14 +12,17 @@ namespace zyr {
 /// good.
 class ParserLogMessage : public RefCountedData {
 public:
+    /// how bad it is; a warning at first
     LogLevelEnum m_level;
     StringCursor m_cursor; ///< where the text is wrong
     String m_text;         ///< what is wrong, and the offending text cut short
 
+    /// At no place, without a text.
     ParserLogMessage() : m_level(ZYR_LOG_LEVEL_WARN) {}
     ParserLogMessage(LogLevelEnum p_level, const StringCursor& p_cursor, const String& p_text)
         : m_level(p_level), m_cursor(p_cursor), m_text(p_text) {}
 
+    /// A copy with a count of its own, which the caller owns.
     ParserLogMessage* clone() const override { return new ParserLogMessage(*this); }
 };
 

@@ -18,7 +18,9 @@ void printMessageOnStdout(LogLevelEnum p_level, const char* p_format, va_list p_
 /// for long messages.
 class LogLine {
 public:
+    /// An empty line.
     LogLine() : m_text(m_inlineText), m_length(0), m_bodyOffset(0), m_capacity(sizeof(m_inlineText)) {}
+    /// Frees the block of a long message.
     ~LogLine();
     LogLine(const LogLine&) = delete;
     LogLine& operator=(const LogLine&) = delete;
@@ -37,12 +39,18 @@ public:
     size_t getBodyLength() const { return m_length - m_bodyOffset; }
 
 private:
+    /// Formats behind what is there. What can't be formatted is left out.
     void append(const char* p_format, ...) __attribute__((format(printf, 2, 3)));
     void appendArguments(const char* p_format, va_list p_arguments) __attribute__((format(printf, 2, 0)));
+    /// Room for so many bytes, the terminator included; the text moves to the heap where the line's own buffer is too
+    /// small.
     void reserve(size_t p_capacity);
 
+    /// the line's own buffer, or a heap block
     char* m_text;
+    /// bytes without the terminator
     size_t m_length;
+    /// where the part behind the time stamp begins
     size_t m_bodyOffset;
     size_t m_capacity;
     char m_inlineText[1024];

@@ -10,9 +10,13 @@ namespace zyr {
 class IContainerReserved {
 public:
     virtual ~IContainerReserved() = default;
+    /// The empty state. Frees nothing.
     virtual void init_This() = 0;
+    /// Gives back the references on all elements.
     virtual void release_This() = 0;
+    /// Replaces the elements by those of a source of the same class, on the levels below too.
     virtual void copy_Backwards(const IObject* p_src, bool_t p_share) = 0;
+    /// Read and write the levels below and then the elements. 0 when the stream fails; what was read until then stays.
     virtual bool_t readSerialized_Backwards(IDeserializer* p_deserializer) = 0;
     virtual bool_t writeSerialized_Backwards(ISerializer* p_serializer, bool_t p_firstPass, bool_t p_headerPass,
                                              bool_t& p_result) = 0;

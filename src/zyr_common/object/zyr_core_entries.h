@@ -85,6 +85,7 @@ inline constexpr const char* coreEntryNames[] = {
     "PluginModule",
     "PluginModulesHandler",
 };
+/// The entries that are used.
 inline constexpr int32_t NUM_OF_CORE_ENTRY_NAMES = sizeof(coreEntryNames) / sizeof(coreEntryNames[0]);
 static_assert(NUM_OF_CORE_ENTRY_NAMES == 116);
 

@@ -70,6 +70,7 @@ public:
 
 ZYR_TEMPLATE_INTERFACE_TRAITS(HashMapOfObjects, IObject, "7e7144d4-9fed-494c-906e-90ced88c767f")
 
+/// Forwards each operation to the HashMapOfObjects of its module; what extends that class derives from this.
 template <typename K> class WHashMapOfObjects : public ContainerFacade<IHashMapOfObjects<K>> {
     static_assert(!std::is_same_v<K, GUID_t>, "maps with GUID keys have no facade");
 

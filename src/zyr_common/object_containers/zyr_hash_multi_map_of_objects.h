@@ -22,10 +22,13 @@ public:
     /// Replaces the elements by those of the source: with the flag set by further references on them, otherwise by
     /// clones.
     virtual void setItems(const IHashMultiMapOfObjects<K>* p_src, bool_t p_share) = 0;
+    /// The key that came first, or the place behind the end of an empty map.
     virtual iterator begin() = 0;
     virtual const_iterator beginConst() const = 0;
+    /// Behind the last key; stepping back from here gives that one.
     virtual iterator end() = 0;
     virtual const_iterator endConst() const = 0;
+    /// Whether there is no key. A key without elements doesn't exist.
     virtual bool_t isEmpty() const = 0;
     /// Number of keys.
     virtual uint64_t getSize() const = 0;
@@ -50,6 +53,7 @@ public:
     virtual bool_t remove(const K& p_key) = 0;
     /// Removes up to but not including the last position.
     virtual void removeRange(iterator& p_first, iterator& p_last) = 0;
+    /// Exchanges the elements of both, which may be of different modules.
     virtual void swap(IHashMultiMapOfObjects<K>* p_other) = 0;
     /// The entry of the key; the end without one.
     virtual iterator find(const K& p_key) = 0;
@@ -62,6 +66,7 @@ public:
 
 ZYR_TEMPLATE_INTERFACE_TRAITS(HashMultiMapOfObjects, IObject, "62e0884b-8898-49f4-a50a-786369ecac86")
 
+/// Forwards each operation to the HashMultiMapOfObjects of its module; what extends that class derives from this.
 template <typename K> class WHashMultiMapOfObjects : public ContainerFacade<IHashMultiMapOfObjects<K>> {
 public:
     using ObjectFacade<IHashMultiMapOfObjects<K>>::m_interfaceObject;

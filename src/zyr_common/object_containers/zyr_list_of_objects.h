@@ -18,6 +18,7 @@ public:
     /// The first element, or the place behind the end of an empty list.
     virtual List<IObject*>::iterator begin() = 0;
     virtual List<IObject*>::const_iterator beginConst() const = 0;
+    /// Behind the last element; stepping back from here gives that one.
     virtual List<IObject*>::iterator end() = 0;
     virtual List<IObject*>::const_iterator endConst() const = 0;
     /// Takes no walk.

@@ -21,11 +21,15 @@ public:
     /// Replaces the elements by those of the source: with the flag set by further references on them, otherwise by
     /// clones.
     virtual void setItems(const ISortedMapOfObjects<K>* p_src, bool_t p_share) = 0;
+    /// The entry with the least key, or the place behind the end of an empty map.
     virtual iterator begin() = 0;
     virtual const_iterator beginConst() const = 0;
+    /// Behind the greatest key; stepping back from here gives that one.
     virtual iterator end() = 0;
     virtual const_iterator endConst() const = 0;
+    /// Whether there is no key.
     virtual bool_t isEmpty() const = 0;
+    /// Number of keys.
     virtual uint64_t getSize() const = 0;
     /// Gives true for a new key. Under a key that is present the new element takes the place of the old one, which
     /// comes back through `p_replaced` with its reference, or is given back where that is null; otherwise null is
@@ -41,6 +45,7 @@ public:
 
 ZYR_TEMPLATE_INTERFACE_TRAITS(SortedMapOfObjects, IObject, "aef16528-3f0a-456b-8b59-540dba24227f")
 
+/// Forwards each operation to the SortedMapOfObjects of its module; what extends that class derives from this.
 template <typename K> class WSortedMapOfObjects : public ContainerFacade<ISortedMapOfObjects<K>> {
     static_assert(!std::is_same_v<K, GUID_t>, "maps with GUID keys have no facade");
 

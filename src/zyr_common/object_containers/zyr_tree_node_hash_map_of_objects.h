@@ -10,6 +10,7 @@
 
 namespace zyr {
 
+/// A child with its own children is a node like this one. All nodes of a tree have keys of one type.
 template <typename K> class ITreeNodeHashMapOfObjects : public IObject {
 public:
     using Nodes = HashMap<K, IObject*>;
@@ -19,6 +20,7 @@ public:
     virtual void setItems(const ITreeNodeHashMapOfObjects<K>* p_src, bool_t p_share) = 0;
     /// Gives whether the child was added.
     virtual bool_t pushFront(const K& p_key, ITreeNodeHashMapOfObjects<K>* p_node) = 0;
+    /// The same, behind the other children.
     virtual bool_t pushBack(const K& p_key, ITreeNodeHashMapOfObjects<K>* p_node) = 0;
     /// The child of the key, or null.
     virtual ITreeNodeHashMapOfObjects<K>* findNode(const K& p_key) const = 0;
@@ -38,6 +40,7 @@ public:
 
 ZYR_TEMPLATE_INTERFACE_TRAITS(TreeNodeHashMapOfObjects, IObject, "e88becf8-7c8f-4f90-aa9e-bbf055a71198")
 
+/// Forwards each operation to the TreeNodeHashMapOfObjects of its module; what extends that class derives from this.
 template <typename K> class WTreeNodeHashMapOfObjects : public ContainerFacade<ITreeNodeHashMapOfObjects<K>> {
 public:
     using ObjectFacade<ITreeNodeHashMapOfObjects<K>>::m_interfaceObject;

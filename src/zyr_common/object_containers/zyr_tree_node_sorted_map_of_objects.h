@@ -35,6 +35,7 @@ public:
 
 ZYR_TEMPLATE_INTERFACE_TRAITS(TreeNodeSortedMapOfObjects, IObject, "c6ec524a-fd4d-41ad-bee0-b56868d35482")
 
+/// Forwards each operation to the TreeNodeSortedMapOfObjects of its module; what extends that class derives from this.
 template <typename K> class WTreeNodeSortedMapOfObjects : public ContainerFacade<ITreeNodeSortedMapOfObjects<K>> {
 public:
     using ObjectFacade<ITreeNodeSortedMapOfObjects<K>>::m_interfaceObject;

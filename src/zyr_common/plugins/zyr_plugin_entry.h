@@ -21,10 +21,14 @@ namespace zyr {
 
 /// What a module tells of itself. All texts are static.
 struct PluginDescription {
+    /// One short word for lists; unique among the plug-ins of a host.
     const char* m_name;
+    /// What people read.
     const char* m_longName;
     const char* m_guid; ///< Of the module: not that of a class.
+    /// One sentence for people.
     const char* m_description;
+    /// The prefix of the names that the module registers.
     const char* m_namespace;
     const char* m_word; ///< What its lines of the log call it.
     /// Registers the classes, once what the module builds on is up.

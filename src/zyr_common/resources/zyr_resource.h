@@ -34,20 +34,25 @@ public:
     virtual void setReadme(const String& p_readme) = 0;
     /// The digest of the content in the form of a GUID, as it was computed last; null before.
     virtual const GUID_t& getContentDigest() const = 0;
+    /// The same to be written. Nothing computes it anew by itself.
     virtual GUID_t& getMutableContentDigest() = 0;
     virtual void setContentDigest(const GUID_t& p_contentDigest) = 0;
     /// The resources with pictures of this one, by a word such as "small". Owned by this object.
     virtual const HashMap<String, ResourceID>* getThumbnailResourceIDs() const = 0;
+    /// The same to be changed; owned by this object.
     virtual HashMap<String, ResourceID>* getMutableThumbnailResourceIDs() = 0;
+    /// Copies the map.
     virtual void setThumbnailResourceIDs(const HashMap<String, ResourceID>& p_thumbnailResourceIDs) = 0;
     /// True when the content has changed since its digest was computed. Whoever changes the content sets it.
     virtual bool_t isContentDirty() const = 0;
     virtual void setDirtyContent(bool_t p_dirtyContent) = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getResourceReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(Resource, IObject, "24378d67-3167-4c8c-8caa-85d1a63b30a0")
 
+/// Forwards each operation to the Resource of its module; what extends that class derives from this.
 template <class Interface> class ResourceFacade : public ObjectFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;
@@ -94,12 +99,14 @@ class IDynamicResource : public IResource {
 public:
     /// The GUID of the resource in packed form; null while that is not known.
     virtual const GUID_t& getResourceGUID() const = 0;
+    /// Sets the number alone: the packed data are not looked at.
     virtual void setResourceGUID(const GUID_t& p_resourceGUID) = 0;
     /// True when the packed data must not be made anew from the unpacked resource.
     virtual bool_t isReadOnly() const = 0;
     virtual void setReadOnly(bool_t p_readOnly) = 0;
     /// Owned by this object.
     virtual const Array<unsigned char>* getPackedData() const = 0;
+    /// The same to be changed; the unpacked resource doesn't follow.
     virtual Array<unsigned char>* getMutablePackedData() = 0;
     /// Copies the bytes. The unpacked resource stays.
     virtual void setPackedData(const Array<unsigned char>& p_packedData) = 0;
@@ -115,11 +122,13 @@ public:
     /// False, with a line in the log and nothing changed, without an unpacked resource, when this one is read-only, or
     /// where the resource cannot be saved.
     virtual bool_t packResourceToPackedData() = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getDynamicResourceReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(DynamicResource, IResource, "a8b1e14e-479c-464a-806c-28a84bec506e")
 
+/// Forwards each operation to the DynamicResource of its module; what extends that class derives from this.
 template <class Interface> class DynamicResourceFacade : public ResourceFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;

@@ -15,6 +15,7 @@ template <typename K> class IHashMapOfObjects;
 /// that, with the flag set.
 class IResourcesCategory : public IObject {
 public:
+    /// Under which packs keep the category.
     virtual const String& getName() const = 0;
     /// A pack keeps the category under the name with which it was inserted.
     virtual void setName(const String& p_name) = 0;
@@ -29,12 +30,15 @@ public:
     virtual bool_t pushBackResource(IResource* p_resource) = 0;
     /// False where the category has no such resource.
     virtual bool_t removeResource(const GUID_t& p_guid) = 0;
+    /// Gives all resources back.
     virtual void clearResources() = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getResourcesCategoryReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(ResourcesCategory, IObject, "26321dbb-94ff-4dbe-928f-153f9d4d62d4")
 
+/// Forwards each operation to the ResourcesCategory of its module; what extends that class derives from this.
 template <class Interface> class ResourcesCategoryFacade : public ObjectFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;
@@ -72,11 +76,14 @@ public:
     /// The same to be changed; with the flag set the caller gets a reference. Objects that are no categories are passed
     /// over by the operations of the pack, and not stored.
     virtual IHashMapOfObjects<String>* getMutableCategories(bool_t p_addReference) = 0;
+    /// Gives all categories back. The map of digests stays.
     virtual void clearCategories() = 0;
     /// Name and content digest of resources by their GUIDs, as updateResourceContentDigest left them; owned by this
     /// object and stored with it. Adding and removing resources doesn't change it.
     virtual const HashMap<GUID_t, GUIDDigestPair>* getGUIDToDigestMap() const = 0;
+    /// The same to be changed.
     virtual HashMap<GUID_t, GUIDDigestPair>* getMutableGUIDToDigestMap() = 0;
+    /// Copies the map.
     virtual void setGUIDToDigestMap(const HashMap<GUID_t, GUIDDigestPair>& p_guidToDigestMap) = 0;
     /// Adds to p_unfolded what was collected by collectResourceGUIDReferences and all that these resources refer to in
     /// their turn, each under the name of its category. A reference under the empty name may lead into any category.
@@ -95,11 +102,13 @@ public:
     /// there on. Replacements that the caller brings are made too. This pack's own resources stay as they are. False,
     /// with a line in the log and nothing changed, for null and where contents cannot be compared.
     virtual bool_t mergeResourcesPack(const IResourcesPack* p_src, HashMap<GUID_t, GUID_t>& p_replacements) = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getResourcesPackReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(ResourcesPack, IObject, "aa30d91d-87d3-4e47-91f5-7d1ef1bfb3ee")
 
+/// Forwards each operation to the ResourcesPack of its module; what extends that class derives from this.
 template <class Interface> class ResourcesPackFacade : public ObjectFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;

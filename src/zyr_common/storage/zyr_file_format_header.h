@@ -14,10 +14,12 @@ class FileFormatHeader : public Record<FileFormatHeader> {
 public:
     /// The format word under which the object was saved.
     String m_format;
+    /// Of the format; 100 at first. Nothing is refused by it.
     uint32_t m_version;
     /// Free text.
     String m_info;
 
+    /// Without a format; the version is 100.
     FileFormatHeader() { init_This(); }
     FileFormatHeader(const FileFormatHeader&) = default;
     FileFormatHeader& operator=(const FileFormatHeader&) = default;
@@ -40,9 +42,12 @@ public:
 /// The declaration of an XML file. Stored as "version" and "encoding".
 class XmlFormatHeader : public Record<XmlFormatHeader> {
 public:
+    /// of XML
     String m_version;
+    /// of the text behind it
     String m_encoding;
 
+    /// What this library writes.
     XmlFormatHeader() { init_This(); }
     XmlFormatHeader(const XmlFormatHeader&) = default;
     XmlFormatHeader& operator=(const XmlFormatHeader&) = default;

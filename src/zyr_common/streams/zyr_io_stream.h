@@ -9,14 +9,19 @@ namespace zyr {
 /// The operations of both directions; see IInputStream and IOutputStream.
 class IIOStream : public IObject {
 public:
+    /// Up to so many bytes from the place of the input; gives how many came.
     virtual uint64_t readBytes(void* p_data, uint64_t p_size) = 0;
+    /// The same into a text.
     virtual uint64_t readString(String& p_text, uint64_t p_size) = 0;
+    /// One line without its end; false behind the last one.
     virtual bool_t readLine(String& p_line) = 0;
+    /// Gives how many bytes were taken.
     virtual uint64_t writeBytes(const void* p_data, uint64_t p_size) = 0;
     virtual bool_t writeString(const String& p_text) = 0;
     virtual bool_t writeLine(const String& p_line) = 0;
     /// One place serves both directions, unless two streams were joined.
     virtual int64_t tell() = 0;
+    /// From SEEK_SET, SEEK_CUR or SEEK_END, in bytes. False, with the place kept, where it can't be done.
     virtual bool_t seek(int64_t p_offset, int p_origin) = 0;
     virtual bool_t isSeekAvailable() const = 0;
     /// As in IOutputStream: false if any byte written so far got lost.

@@ -17,11 +17,13 @@ public:
     virtual bool_t generateSelfSignedToFile(const String& p_certificateFile, const String& p_keyFile,
                                             const String& p_commonName, const List<String>* p_alternativeNames,
                                             uint32_t p_days, String& p_fingerprint) = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getCertificatesHandlerReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(CertificatesHandler, IObject, "d447dced-770d-4318-a468-a45500f62b6f")
 
+/// Forwards each operation to the CertificatesHandler of its module; what extends that class derives from this.
 template <class Interface> class CertificatesHandlerFacade : public ObjectFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;

@@ -19,11 +19,13 @@ public:
     /// needed.
     virtual bool_t initializeSecure(Socket* p_socket, const List<String>* p_trustedFiles,
                                     const List<String>* p_fingerprints, bool_t p_verify, const String& p_hostName) = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getClientTransportReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(ClientTransport, ITransport, "4f3bd1c7-7599-4df6-b944-2e496f3a77da")
 
+/// Forwards each operation to the ClientTransport of its module; what extends that class derives from this.
 template <class Interface> class ClientTransportFacade : public TransportFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;

@@ -12,6 +12,7 @@ public:
     /// As initialize, with TLS (1.2 and later). Both files are PEM: the certificate with the chain behind it, and its
     /// key. 0 with a line, and nothing changed, if they can't be used.
     virtual bool_t initializeSecure(Socket* p_socket, const String& p_certificateFile, const String& p_keyFile) = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getServerTransportReserved() const = 0;
     /// Accepts a WebSocket (RFC 6455) at this path ("/live"); messages travel as binary messages of it. Empty: nowhere.
     /// 0 with a line for a path that does not begin with "/", or holds a query or characters that a URL has to escape.
@@ -27,6 +28,7 @@ public:
 
 ZYR_INTERFACE_TRAITS(ServerTransport, ITransport, "1d9eb9ae-fc2f-4fda-a5af-38085ebea454")
 
+/// Forwards each operation to the ServerTransport of its module; what extends that class derives from this.
 template <class Interface> class ServerTransportFacade : public TransportFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;

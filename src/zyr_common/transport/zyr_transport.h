@@ -63,11 +63,13 @@ public:
     virtual TransportFeatures* getMutableFeatures() = 0;
     /// Copies them.
     virtual void setFeatures(const TransportFeatures& p_features) = 0;
+    /// For facades' subclasses: the operations on this level alone. Never null; not counted.
     virtual ILevelReserved* getTransportReserved() const = 0;
 };
 
 ZYR_INTERFACE_TRAITS(Transport, IObject, "4074de8f-fe04-4c8c-9f45-7fb9704d7f97")
 
+/// Forwards each operation to the Transport of its module; what extends that class derives from this.
 template <class Interface> class TransportFacade : public ObjectFacade<Interface> {
 public:
     using ObjectFacade<Interface>::m_interfaceObject;

@@ -6,6 +6,7 @@
 
 namespace zyr {
 
+/// Where a connection stands, from its making to its end.
 enum TransportPhaseEnum : uint32_t {
     ZYR_TRANSPORT_IDLE = 0,       ///< no transport was initialized with the socket
     ZYR_TRANSPORT_CONNECTING = 1, ///< the socket's connection is being made
@@ -15,6 +16,7 @@ enum TransportPhaseEnum : uint32_t {
     ZYR_TRANSPORT_CLOSED = 5      ///< over; the socket can be closed
 };
 
+/// The words in logs and reports.
 template <> struct EnumerationTable<TransportPhaseEnum> {
     static constexpr EnumerationEntry c_entries[] = {{0, "IDLE"}, {1, "CONNECTING"}, {2, "HANDSHAKE"},
                                                      {3, "OPEN"}, {4, "CLOSING"},    {5, "CLOSED"}};
@@ -38,6 +40,7 @@ enum TransportCloseReasonEnum : uint32_t {
     ZYR_TRANSPORT_CLOSE_REFUSED = 13           ///< the peer answered the WebSocket's request with something else
 };
 
+/// The words in logs and reports.
 template <> struct EnumerationTable<TransportCloseReasonEnum> {
     static constexpr EnumerationEntry c_entries[] = {
         {0, "NONE"},         {1, "LOCAL"},         {2, "PEER"},
@@ -52,7 +55,9 @@ template <> struct EnumerationTable<TransportCloseReasonEnum> {
 /// Belongs to a Socket; the transport keeps it up to date during its operations, and it stays as it is when the
 /// transport is released. The order of the fields is a contract between separately built modules.
 struct TransportState {
+    /// Set by the transport during its operations.
     TransportPhaseEnum m_phase = ZYR_TRANSPORT_IDLE;
+    /// NONE until the connection begins to close.
     TransportCloseReasonEnum m_closeReason = ZYR_TRANSPORT_CLOSE_NONE;
     /// The code of a WebSocket's close (1000, 1009...), ours or the peer's, or else the HTTP status of an answer other
     /// than 101; 0 where there was none.
@@ -60,17 +65,20 @@ struct TransportState {
     /// For poll(): go on when the descriptor is readable, when it is writable.
     bool_t m_wantsRead = 0;
     bool_t m_wantsWrite = 0;
+    /// TLS is spoken, and WebSocket frames carry the messages.
     bool_t m_isSecure = 0;
     bool_t m_isWebSocket = 0;
     /// Nanoseconds of zyr_getCurrentTime at which iterateSender wants to run at the latest; 0 where nothing waits.
     int64_t m_deadline = 0;
     /// Bytes of messages that were taken and have not been handed to the kernel, framing included.
     uint64_t m_queuedBytes = 0;
+    /// Messages that were taken and of which some bytes still wait.
     uint32_t m_queuedMessages = 0;
     /// The id of the last message that was taken, and of the last one that has wholly been handed to the kernel. A
     /// borrowed payload may change when the latter has reached its message's id.
     uint32_t m_lastTakenID = 0;
     uint32_t m_lastSentID = 0;
+    /// Since the connection began.
     uint64_t m_sentMessages = 0;
     uint64_t m_receivedMessages = 0;
     /// Bytes on the wire as the transport sees them: framing included, TLS's own not.

@@ -13,6 +13,7 @@
 
 namespace zyr {
 
+/// What values hold by pointer: their headers include this one.
 template <typename T> class Vector2;
 template <typename T> class Vector3;
 template <typename T> class Vector4;
@@ -38,8 +39,11 @@ class ObjectGUIDReference;
 
 /// The type of a variable. The numbers are stored in memory that modules share, the words in files: both are permanent.
 enum VariableTypeEnum : uint32_t {
+    /// no variable, or a type outside the table
     ZYR_VARIABLE_NONE = 0,
+    /// one byte, 0 or 1
     ZYR_VARIABLE_BOOL = 1,
+    /// Integers of 8 and 16 bits travel through files as ones of 32 bits.
     ZYR_VARIABLE_INT8 = 2,
     ZYR_VARIABLE_UINT8 = 3,
     ZYR_VARIABLE_INT16 = 4,
@@ -48,9 +52,13 @@ enum VariableTypeEnum : uint32_t {
     ZYR_VARIABLE_UINT32 = 7,
     ZYR_VARIABLE_INT64 = 8,
     ZYR_VARIABLE_UINT64 = 9,
+    /// 32 and 64 bits, of which files keep every one
     ZYR_VARIABLE_FLOAT = 10,
     ZYR_VARIABLE_DOUBLE = 11,
+    /// a text of its own, copied in and out
     ZYR_VARIABLE_STRING = 12,
+    /// Vectors. Those of unsigned integers, and those of three and four integers, are only pointed to: no value holds
+    /// them.
     ZYR_VARIABLE_VECTOR2_UINT32 = 13,
     ZYR_VARIABLE_VECTOR2_INT32 = 14,
     ZYR_VARIABLE_VECTOR2_UINT64 = 15,
@@ -69,28 +77,33 @@ enum VariableTypeEnum : uint32_t {
     ZYR_VARIABLE_VECTOR4_INT64 = 28,
     ZYR_VARIABLE_VECTOR4_FLOAT = 29,
     ZYR_VARIABLE_VECTOR4_DOUBLE = 30,
+    /// Matrices, as their flat arrays of 9 and 16 numbers.
     ZYR_VARIABLE_MATRIX3X3_FLOAT = 31,
     ZYR_VARIABLE_MATRIX3X3_DOUBLE = 32,
     ZYR_VARIABLE_MATRIX4X4_FLOAT = 33,
     ZYR_VARIABLE_MATRIX4X4_DOUBLE = 34,
+    /// One coordinate with its anchor.
     ZYR_VARIABLE_EXT_POSITION_X_FLOAT = 35,
     ZYR_VARIABLE_EXT_POSITION_X_DOUBLE = 36,
     ZYR_VARIABLE_EXT_POSITION_Y_FLOAT = 37,
     ZYR_VARIABLE_EXT_POSITION_Y_DOUBLE = 38,
     ZYR_VARIABLE_EXT_POSITION_Z_FLOAT = 39,
     ZYR_VARIABLE_EXT_POSITION_Z_DOUBLE = 40,
+    /// One size with its anchor.
     ZYR_VARIABLE_EXT_DIMENSION_WIDTH_FLOAT = 41,
     ZYR_VARIABLE_EXT_DIMENSION_WIDTH_DOUBLE = 42,
     ZYR_VARIABLE_EXT_DIMENSION_HEIGHT_FLOAT = 43,
     ZYR_VARIABLE_EXT_DIMENSION_HEIGHT_DOUBLE = 44,
     ZYR_VARIABLE_EXT_DIMENSION_DEPTH_FLOAT = 45,
     ZYR_VARIABLE_EXT_DIMENSION_DEPTH_DOUBLE = 46,
+    /// A point with an anchor on each axis.
     ZYR_VARIABLE_EXT_VECTOR2_INT32 = 47,
     ZYR_VARIABLE_EXT_VECTOR2_INT64 = 48,
     ZYR_VARIABLE_EXT_VECTOR2_FLOAT = 49,
     ZYR_VARIABLE_EXT_VECTOR2_DOUBLE = 50,
     ZYR_VARIABLE_EXT_VECTOR3_FLOAT = 51,
     ZYR_VARIABLE_EXT_VECTOR3_DOUBLE = 52,
+    /// Sizes and rectangles of the plane.
     ZYR_VARIABLE_RECT_SIZE_INT32 = 53,
     ZYR_VARIABLE_RECT_SIZE_INT64 = 54,
     ZYR_VARIABLE_RECT_SIZE_FLOAT = 55,
@@ -99,26 +112,35 @@ enum VariableTypeEnum : uint32_t {
     ZYR_VARIABLE_RECT_INT64 = 58,
     ZYR_VARIABLE_RECT_FLOAT = 59,
     ZYR_VARIABLE_RECT_DOUBLE = 60,
+    /// Sizes and boxes of space.
     ZYR_VARIABLE_BOX_SIZE_FLOAT = 61,
     ZYR_VARIABLE_BOX_SIZE_DOUBLE = 62,
     ZYR_VARIABLE_BOX_FLOAT = 63,
     ZYR_VARIABLE_BOX_DOUBLE = 64,
+    /// Rectangles and boxes whose numbers are anchored, before they are solved.
     ZYR_VARIABLE_EXT_RECT_INT32 = 65,
     ZYR_VARIABLE_EXT_RECT_INT64 = 66,
     ZYR_VARIABLE_EXT_RECT_FLOAT = 67,
     ZYR_VARIABLE_EXT_RECT_DOUBLE = 68,
     ZYR_VARIABLE_EXT_BOX_FLOAT = 69,
     ZYR_VARIABLE_EXT_BOX_DOUBLE = 70,
+    /// Colours, from 0 to 1 in each number; those without alpha count as opaque.
     ZYR_VARIABLE_COLOR_RGB_FLOAT = 71,
     ZYR_VARIABLE_COLOR_RGB_DOUBLE = 72,
     ZYR_VARIABLE_COLOR_RGBA_FLOAT = 73,
     ZYR_VARIABLE_COLOR_RGBA_DOUBLE = 74,
+    /// a GUID for its own sake
     ZYR_VARIABLE_GUID = 75,
+    /// a GUID that stands for an object, and the object itself once it is known
     ZYR_VARIABLE_GUID_OBJECT_REFERENCE = 76,
+    /// a counted text that others hold too, or null
     ZYR_VARIABLE_STRING_REFERENCE = 77,
+    /// a counted object, or null; held by values, and never written to files
     ZYR_VARIABLE_OBJECT_REFERENCE = 78,
+    /// bytes of somebody else's; only pointed to, like the row below
     ZYR_VARIABLE_WRAPPED_STRING = 79,
     ZYR_VARIABLE_BYTES = 80,
+    /// any enumeration of 32 bits, by its number
     ZYR_VARIABLE_ENUM = 81,
 };
 
@@ -234,16 +256,21 @@ inline constexpr VariableTypeRow c_variableTypeRows[ZYR_VARIABLE_TYPE_COUNT] = {
 
 /// The category under which a property is shown: which editor it gets, not how it is stored.
 enum VariableCategoryEnum : uint32_t {
+    /// none that fits: the type itself decides
     ZYR_VARIABLE_CATEGORY_UNKNOWN = 0,
     ZYR_VARIABLE_CATEGORY_BOOL = 1,
+    /// one number of any type
     ZYR_VARIABLE_CATEGORY_SCALAR = 2,
+    /// points, directions and sizes
     ZYR_VARIABLE_CATEGORY_VECTOR = 3,
     ZYR_VARIABLE_CATEGORY_MATRIX = 4,
     ZYR_VARIABLE_CATEGORY_RECT = 5,
     ZYR_VARIABLE_CATEGORY_BOX = 6,
+    /// anchored ones, with their anchors beside the numbers
     ZYR_VARIABLE_CATEGORY_EXT_RECT = 7,
     ZYR_VARIABLE_CATEGORY_EXT_BOX = 8,
     ZYR_VARIABLE_CATEGORY_STRING = 9,
+    /// with or without alpha
     ZYR_VARIABLE_CATEGORY_COLOR = 10,
     /// a GUID that names an object
     ZYR_VARIABLE_CATEGORY_OBJECT_GUID = 11,
@@ -255,7 +282,9 @@ enum VariableCategoryEnum : uint32_t {
 
 /// The words of the type table as an enumeration's table; the last three rows have none.
 struct VariableTypeWords {
+    /// one for each row that has a word, in the order of the rows
     EnumerationEntry m_entries[ZYR_VARIABLE_OBJECT_REFERENCE + 1];
+    /// Made by the compiler.
     constexpr VariableTypeWords() : m_entries() {
         for (uint32_t i = 0; i <= ZYR_VARIABLE_OBJECT_REFERENCE; ++i) {
             m_entries[i] = {i, c_variableTypeRows[i].m_word};
