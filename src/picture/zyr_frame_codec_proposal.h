@@ -38,6 +38,12 @@ struct CodecMismatch {
 
 /// One way of encoding, with how the encoder treats each feature. All fields are empty, 0 or false at first. The fields
 /// are those of FrameCodecRequest, with the weights of an encoder.
+///
+///     FrameCodecInfo info; // new: nothing in it is emptied
+///     if (proposal->matchWithCodecRequest(*request, info)) {
+///         encoder->initialize(info);
+///         decoder->initialize(info); // both work with the first element of each set
+///     }
 class FrameCodecProposal : public Record<FrameCodecProposal, RefCountedData> {
 public:
     String codecName;           ///< The codec, such as "vp9".

@@ -32,7 +32,9 @@ public:
     virtual void setSystemMemory(IImage* p_systemMemory) = 0;
     virtual void setGPUMemory(ISharedTexture* p_gpuMemory) = 0;
     virtual void setDiffmap(IDiffmap* p_diffmap) = 0;
+    /// A frame without size, number and contents.
     virtual void init_This() = 0;
+    /// Gives back the references that the frame holds.
     virtual void release_This() = 0;
 };
 
@@ -43,6 +45,7 @@ public:
     /// Of the picture that was coded, in pixels.
     virtual void setWidth(uint32_t p_width) = 0;
     virtual void setHeight(uint32_t p_height) = 0;
+    /// The number of the raw frame that was coded.
     virtual void setVideoFrameID(uint64_t p_videoFrameID) = 0;
     /// The array that `getPackedData` gives back.
     virtual Array<uint8_t>* getPackedDataMutable() = 0;
@@ -52,9 +55,13 @@ public:
     virtual void setDiffmap(IDiffmap* p_diffmap) = 0;
     /// What `getUncompressedSize` gives, in bytes; nothing is computed from it.
     virtual void setUncompressedSize(uint64_t p_uncompressedSize) = 0;
+    /// A frame without size, number, bytes and map.
     virtual void init_This() = 0;
+    /// Gives back the references that the frame holds.
     virtual void release_This() = 0;
+    /// Copies all levels, the base's first. The bytes are copied, and the map of changes with them.
     virtual void copy_Backwards(const IObject* p_src) = 0;
+    /// Read and write all levels, the base's first. 0 when the stream fails; what was read until then stays.
     virtual bool_t readSerialized_Backwards(IDeserializer* p_deserializer) = 0;
     virtual bool_t writeSerialized_Backwards(ISerializer* p_serializer, bool_t p_firstPass, bool_t p_headerPass,
                                              bool_t& p_result) = 0;

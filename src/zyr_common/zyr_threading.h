@@ -66,6 +66,7 @@ ZYR_API uint32_t zyr_getMainThreadId();
 /// of. The places that the reports name are fixed, since tools look for them.
 [[noreturn]] void failAssertion(const char* p_expression, const char* p_file, uint32_t p_line, const char* p_function);
 
+/// A number that threads count in; there is one kind.
 template <typename T> class Atomic;
 
 #pragma pack(push, 1)

@@ -16,8 +16,10 @@ typedef void (*moduleEntry_FUNC)();
 
 /// A table of Count entry points that ends in its lock.
 template <size_t Count> struct ModuleTable {
+    /// How many the table has, used or not.
     static constexpr size_t NUM_OF_ENTRIES = Count;
 
+    /// null as long as the module is not up
     moduleEntry_FUNC m_entries[Count] = {};
     RWLock m_lock;
 };
@@ -26,11 +28,15 @@ template <size_t Count> struct ModuleTable {
 /// (see object/zyr_factories.h for the order).
 typedef ModuleTable<124> CoreModuleTable;
 
+/// Packed pixels to planes. Sizes are in pixels, pitches and steps in bytes: the step leads from sample to sample of a
+/// plane, the pitch from row to row.
+/// The flag tells the order of the pixel's bytes. False for a model or colour space that can't be converted.
 typedef bool_t (*convertRGBToYUV_FUNC)(uint32_t p_width, uint32_t p_height, const void* p_src, uint32_t p_srcPixelSize,
                                        uint32_t p_srcPitch, bool_t p_bgr, void* p_plane0, void* p_plane1,
                                        void* p_plane2, uint32_t p_step0, uint32_t p_step1, uint32_t p_step2,
                                        uint32_t p_pitch0, uint32_t p_pitch1, uint32_t p_pitch2,
                                        PixelPlanesModelEnum p_planesModel, ColorSpaceEnum p_colorSpace);
+/// The way back, with the same measures.
 typedef bool_t (*convertYUVToRGB_FUNC)(uint32_t p_width, uint32_t p_height, const void* p_plane0, const void* p_plane1,
                                        const void* p_plane2, uint32_t p_step0, uint32_t p_step1, uint32_t p_step2,
                                        uint32_t p_pitch0, uint32_t p_pitch1, uint32_t p_pitch2, void* p_dst,

@@ -45,6 +45,15 @@ enum AllocStepEnum : uint32_t {
 ///
 /// Items handed in may lie in the array itself. The order of the virtual operations and of the fields is a contract
 /// between separately built modules.
+///
+/// Which models give what, for an array that grows by one item at a time:
+///
+/// | Condition | Step | Use |
+/// |---|---|---|
+/// | ON_RESIZE | POWER_OF_TWO | the default: few blocks while it grows, and none that is far too large |
+/// | ON_OVERFLOW | DOUBLE | buffers that are filled again and again: the block stays |
+/// | ON_RESIZE | 0 or 1 | arrays of a known size that last: no byte too much, a new block at every push |
+/// | FIXED_SIZE | | a view of foreign memory |
 template <typename T> class Array : public RefCountedData {
 public:
     /// Empty, without a block; allocates nothing.

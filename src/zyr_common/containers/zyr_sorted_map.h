@@ -246,6 +246,8 @@ private:
     }
 
     /// Gives the value of the key in the tree under the link; `p_grew` tells whether that tree became higher.
+    /// A new node has a default value. Recursion is as deep as the tree is high: 45 levels hold a thousand million
+    /// keys.
     V* addNode(Node*& p_slot, const K& p_key, bool& p_grew) {
         Node* node = p_slot;
         if (node == nullptr) {

@@ -21,8 +21,10 @@ public:
     /// Bytes as they are; null is allowed for 0 bytes.
     virtual bool_t writeBytes(const void* p_bytes, size_t p_size) = 0;
 
+/// One number in as many bytes as its type has.
 #define ZYR_RAW_NUMBER(suffix, many, type) virtual bool_t writeSingle##suffix(type p_value) = 0;
 #include "zyr_common/documents/zyr_raw_numbers.inl"
+/// One number in Base128.
 #define ZYR_BASE128_NUMBER(suffix, type) virtual bool_t writeSingle##suffix##Base128(type p_value) = 0;
 #include "zyr_common/documents/zyr_raw_numbers.inl"
     /// The bytes that writeSingleUInt32Ext takes for the number: 1 below 255, else 5.
@@ -32,6 +34,7 @@ public:
     /// A number below 255 in one byte, others in a byte 255 and four more.
     virtual bool_t writeSingleUInt32Ext(uint32_t p_value) = 0;
 
+/// So many numbers one behind the other, without their count; null is allowed for none.
 #define ZYR_RAW_NUMBER(suffix, many, type) virtual bool_t writeMultiple##many(const type* p_values, size_t p_count) = 0;
 #include "zyr_common/documents/zyr_raw_numbers.inl"
 #define ZYR_BASE128_NUMBER(suffix, type)                                                                               \

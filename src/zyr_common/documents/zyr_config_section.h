@@ -17,10 +17,12 @@ namespace zyr {
 /// modules; the same holds for ConfigSection.
 class ConfigPair : public RefCountedData {
 public:
+    /// Without a name; the value is an empty text.
     ConfigPair() { init_This(); }
     ConfigPair(const String& p_name, const String& p_value, bool_t p_numeric)
         : m_name(p_name), m_value(p_value), m_numeric(p_numeric) {}
     ConfigPair(const ConfigPair& p_src) : RefCountedData(p_src) { copy_This(p_src); }
+    /// Takes over all three; the count stays.
     ConfigPair& operator=(const ConfigPair& p_src);
 
     /// A copy with a count of its own, which the caller owns.
@@ -53,6 +55,7 @@ protected:
 /// A named list of pairs, in their order. It holds one reference for each place in the list.
 class ConfigSection : public RefCountedData {
 public:
+    /// Without a name and pairs.
     ConfigSection() { init_This(); }
     /// Shares the pairs, by further references.
     ConfigSection(const ConfigSection& p_src) : RefCountedData(p_src) { copy_This(p_src); }
@@ -69,6 +72,7 @@ public:
     virtual const List<ConfigPair*>& getPairs() const { return m_pairs; }
     /// Adds a pair and takes a reference; null is ignored. A pair that is added twice stands there twice.
     virtual void pushBackPair(ConfigPair* p_pair);
+    /// Gives back the references on all pairs.
     virtual void clearPairs();
 
     void clear() {

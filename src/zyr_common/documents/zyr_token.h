@@ -33,12 +33,15 @@ enum TokenTypeEnum : uint32_t {
 /// A place in a text. Lines and columns count from 1, columns in characters; 0 stands for no place.
 class StringCursor {
 public:
+    /// of the place, from 1 on
     size_t m_line;
     size_t m_column;
     const char* m_begin; ///< the first byte of the text
     const char* m_end;   ///< behind its last
+    /// the place itself; null where there is none
     const char* m_current;
 
+    /// No place in no text.
     StringCursor() : StringCursor(0, 0, nullptr, nullptr, nullptr) {}
     StringCursor(size_t p_line, size_t p_column, const char* p_begin, const char* p_end, const char* p_current)
         : m_line(p_line), m_column(p_column), m_begin(p_begin), m_end(p_end), m_current(p_current) {}
@@ -64,12 +67,15 @@ struct TokenScalar {
 /// One token. Copies share the text of the input.
 class Token {
 public:
+    /// what the lexer took it for
     TokenTypeEnum m_type;
     TokenScalar m_scalar;
     WrappedString m_text;    ///< as it stands in the input
     WrappedString m_content; ///< of a string literal: what stands between its delimiters
+    /// where its text begins
     StringCursor m_cursor;
 
+    /// No token.
     Token() { init_This(); }
     Token(TokenTypeEnum p_type, const WrappedString& p_text, const WrappedString& p_content,
           const StringCursor& p_cursor)

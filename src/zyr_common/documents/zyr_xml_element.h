@@ -20,23 +20,30 @@ public:
     using Base = TreeNodeHashMultiMap<WrappedString>;
     using Attributes = HashMap<WrappedString, WrappedString>;
 
+    /// Without a name, attributes and children.
     XmlElement() { init_This(); }
     /// Children are copied as plain nodes.
     XmlElement(const XmlElement& p_src);
     XmlElement& operator=(const XmlElement& p_src);
     ~XmlElement() override { release_This(); }
 
+    /// Back to the state of a new element; gives the children back.
     void clear() override;
+    /// Gives the children back and forgets what getItems found.
     void clearNodes() override;
 
+    /// As it stands in the tag, with its prefix.
     virtual const WrappedString& getName() const { return m_name; }
     virtual void setName(const WrappedString& p_name) { m_name = p_name; }
+    /// In the order of the tag, with their entities resolved.
     virtual const Attributes& getAttributes() const { return m_attributes; }
     /// Copies the views, not the texts.
     virtual void setAttributes(const Attributes& p_attributes);
     virtual Attributes& getMutableAttributes() { return m_attributes; }
+    /// What stands between the tags, as the parser takes it.
     virtual const WrappedString& getContent() const { return m_content; }
     virtual void setContent(const WrappedString& p_content) { m_content = p_content; }
+    /// True for what stands between "<?" and "?>".
     virtual bool_t isProcessingInstruction() const { return m_processingInstruction; }
     virtual void setProcessingInstruction(bool_t p_processingInstruction) {
         m_processingInstruction = p_processingInstruction;

@@ -30,12 +30,15 @@ public:
     /// Limits of the solved sizes. They are applied last, the minimum over the maximum where the two contradict.
     T minWidth;
     T maxWidth; ///< 65535 by default, one less than in ExtRect, which is relied upon
+    /// The same for the height.
     T minHeight;
     T maxHeight;
+    /// The same for the depth.
     T minDepth;
     T maxDepth;
     ExtVector3<T> origin; ///< kept for the caller; takes no part in solving
 
+    /// Size 0 at the parent's near corner; the sizes are limited to 65535.
     ExtBox() { this->init_This(); }
     ExtBox(const Box<T>& p_box, PositionXAnchorEnum p_xAnchor, PositionYAnchorEnum p_yAnchor,
            PositionZAnchorEnum p_zAnchor, SizeWidthAnchorEnum p_widthAnchor, SizeHeightAnchorEnum p_heightAnchor,

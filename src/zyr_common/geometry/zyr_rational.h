@@ -16,6 +16,7 @@ public:
     /// Below the line; 0 is allowed, and nothing here divides by it.
     T d;
 
+    /// 0 above 0, which is no number: set both.
     Rational() { this->init_This(); }
     Rational(T p_n, T p_d) : n(p_n), d(p_d) {}
 

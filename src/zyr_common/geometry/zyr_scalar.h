@@ -13,9 +13,11 @@ namespace zyr {
 /// A number that streams under a key of its own. For 32- and 64-bit integers, float and double.
 template <typename T> class Scalar : public ArithmeticRecord<Scalar<T>, T> {
 public:
+    /// the number; 0 at first
     T v;
 
     Scalar() { this->init_This(); }
+    /// No conversion by accident: a number is not a record.
     explicit Scalar(T p_v) : v(p_v) {}
 
     static constexpr const char* c_typeName = "Scalar";

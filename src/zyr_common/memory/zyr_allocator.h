@@ -32,14 +32,17 @@ Allocator* getAllocator();
 
 // The three calls through an allocator; a null allocator means the zyr_ functions themselves.
 
+/// Null where there is no memory left.
 inline void* allocArray(Allocator* p_allocator, size_t p_size) {
     return p_allocator != nullptr ? p_allocator->m_allocate(p_size) : zyr_malloc(p_size);
 }
 
+/// Null, with the old block kept, where there is no memory left.
 inline void* reallocArray(Allocator* p_allocator, void* p_block, size_t p_size) {
     return p_allocator != nullptr ? p_allocator->m_reallocate(p_block, p_size) : zyr_realloc(p_block, p_size);
 }
 
+/// The allocator must be the one that the block came from.
 inline void freeArray(Allocator* p_allocator, void* p_block) {
     p_allocator != nullptr ? p_allocator->m_free(p_block) : zyr_free(p_block);
 }

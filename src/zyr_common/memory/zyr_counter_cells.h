@@ -25,10 +25,12 @@ namespace zyr {
 
 /// A cell that no counter holds knows the next one.
 union CounterCell {
+    /// while a counter holds it
     unsigned int m_value;
     CounterCell* m_next;
 };
 
+/// Takes a cell back, in whatever module it was taken; null is no cell.
 typedef void (*FreeCounterCell)(void* p_cell);
 
 /// Asks for a cell of the pool.
@@ -40,10 +42,12 @@ void freeCounterCell(void* p_cell);
 
 #ifdef ZYR_COUNTER_CELLS_ARE_BLOCKS
 
+/// A cell with any content, and the function that takes it back; null when there is no memory.
 inline CounterCell* takeCounterCell(FreeCounterCell& p_free) {
     return fetchCounterCell(p_free);
 }
 
+/// Takes a cell back through the function that came with it. No counter may look at it any more.
 inline void giveCounterCell(CounterCell* p_cell, FreeCounterCell p_free) {
     p_free(p_cell);
 }
@@ -52,6 +56,7 @@ inline void giveCounterCell(CounterCell* p_cell, FreeCounterCell p_free) {
 
 /// What a thread has at hand.
 struct CounterCellCache {
+    /// the cells that this thread gave back last; null for none
     CounterCell* m_first;
     /// How many more cells fit.
     size_t m_room;

@@ -14,6 +14,7 @@ namespace zyr {
 
 /// The word of a template argument; null for a type that no framework template takes.
 template <typename T> inline constexpr const char* typeWord = nullptr;
+/// The words of the key types, from their list.
 #define ZYR_TYPE_WORD(type, word) template <> inline constexpr const char* typeWord<type> = word;
 #define ZYR_KEY ZYR_TYPE_WORD
 #define ZYR_GUID_KEY ZYR_TYPE_WORD

@@ -28,7 +28,6 @@ struct PluginDescription {
     const char* m_guid; ///< Of the module: not that of a class.
     /// One sentence for people.
     const char* m_description;
-    /// The prefix of the names that the module registers.
     const char* m_namespace;
     const char* m_word; ///< What its lines of the log call it.
     /// Registers the classes, once what the module builds on is up.

@@ -36,6 +36,7 @@ public:
 
     /// Releases the object and empties the name; dirty, like a new record.
     virtual void clear() { Record::clear(); }
+    /// Read and write the key. Reading changes neither the object that is held nor the flag.
     virtual bool_t readSerialized(IDeserializer* p_deserializer) { return Record::readSerialized(p_deserializer); }
     virtual bool_t writeSerialized(ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result) {
         return Record::writeSerialized(p_serializer, p_headerPass, p_result);
@@ -45,10 +46,13 @@ public:
     virtual bool_t refObject(IObject* p_object, const String& p_name);
     /// The object, without a reference for the caller; null while unresolved.
     virtual IObject* getObject() const { return m_object; }
+    /// The key; empty in a new record.
     virtual const String& getName() const { return m_name; }
+    /// Set as long as the key may have changed since whoever looks at the flag has seen it. Nothing here clears it.
     virtual void setDirty(bool_t p_dirty) { m_dirty = p_dirty; }
     virtual bool_t isDirty() { return m_dirty; }
 
+    /// The state of a new record: unresolved and dirty. Frees nothing.
     void init_This();
     /// Releases the object and empties the name. The pointer stays as it is: init_This has to follow.
     void release_This();
@@ -61,6 +65,7 @@ public:
     static constexpr size_t c_unlistedSize = sizeof(IObject*) + sizeof(bool_t);
 
 private:
+    /// one reference of its own; null while unresolved
     IObject* m_object;
     String m_name;
     bool_t m_dirty;
@@ -83,6 +88,7 @@ public:
 
     /// Releases the object and zeroes the GUID; dirty, like a new record.
     virtual void clear() { Record::clear(); }
+    /// See ObjectNameReference.
     virtual bool_t readSerialized(IDeserializer* p_deserializer) { return Record::readSerialized(p_deserializer); }
     virtual bool_t writeSerialized(ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result) {
         return Record::writeSerialized(p_serializer, p_headerPass, p_result);

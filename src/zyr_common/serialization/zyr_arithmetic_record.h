@@ -14,6 +14,7 @@ namespace zyr {
 
 /// Adds the arithmetic operators to Record. All work field by field, products and quotients too. Integers wrap, and an
 /// integer divided by zero is 0.
+/// Self lists fields of the type T alone: anything else among them doesn't compile. Levels below take no part.
 template <class Self, typename T> class ArithmeticRecord : public Record<Self> {
 public:
     /// Of one record, of two records field by field, and of a record with one number for all its fields.

@@ -57,7 +57,9 @@ public:
     VariableReference* find(void* p_record, const String& p_path, bool_t& p_known);
 
 private:
+    /// What is made at the first use and stays: the key as a text, and where deserializers found it last.
     struct Site;
+    /// One for each row. Safe on any thread.
     Site* getSites();
 
     const RecordRow* m_rows;

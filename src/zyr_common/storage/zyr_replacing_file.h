@@ -16,11 +16,15 @@ class ReplacingFile {
 public:
     /// Takes over the stream.
     explicit ReplacingFile(IOutputStreamFile* p_stream);
+    /// Removes the file beside where finish() has not been called or has failed, and releases the stream.
     ~ReplacingFile();
     ReplacingFile(const ReplacingFile&) = delete;
     ReplacingFile& operator=(const ReplacingFile&) = delete;
 
+    /// Opens the file beside, or the path itself where it is no plain file. False, with nothing left behind, where that
+    /// is not possible.
     bool_t open(const String& p_path);
+    /// False as soon as one byte could not be written.
     bool_t write(const void* p_data, size_t p_size);
     /// Sees to it that every byte has reached the disk and puts the file in its place.
     bool_t finish();

@@ -18,12 +18,14 @@ namespace zyr {
 /// are. Ordering is by length first, bytes second.
 class WrappedString {
 public:
+    /// No bytes, at no address.
     WrappedString() : m_data(nullptr), m_size(0) {}
     /// `p_size` 0 takes strlen; the pointer must not be null.
     WrappedString(const char* p_data, size_t p_size = 0)
         : m_data(p_data), m_size(p_size != 0 ? p_size : strlen(p_data)) {}
     WrappedString(const WrappedString&) = default;
     WrappedString& operator=(const WrappedString&) = default;
+    /// Looks at a text with a terminator, which is not counted; must not be null.
     WrappedString& operator=(const char* p_data) {
         bindData(p_data, strlen(p_data));
         return *this;
@@ -35,6 +37,7 @@ public:
         m_size = p_size;
     }
 
+    /// The first byte; null for a view of nothing. No terminator stands behind the last one.
     const char* getData() const { return m_data; }
     /// The number of bytes; there is no terminator to count.
     size_t getSize() const { return m_size; }
@@ -45,6 +48,7 @@ public:
     void convertToUnicode32(Array<wchar_t>& p_units) const;
 
 private:
+    /// somebody else's
     const char* m_data;
     size_t m_size;
 };

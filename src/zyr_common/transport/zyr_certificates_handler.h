@@ -5,6 +5,7 @@
 
 namespace zyr {
 
+/// Makes the pair of files with which a TLS server starts. Keeps nothing of them.
 class ICertificatesHandler : public IObject {
 public:
     /// Draws a key on the curve P-256 and writes it, readable by its owner only, and a certificate that it signed

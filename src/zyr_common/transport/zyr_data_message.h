@@ -22,9 +22,12 @@ public:
     uint32_t getType() const { return m_type; }
     /// The sender's running number, from 1 on.
     uint32_t getID() const { return m_id; }
+    /// The bytes belong to the message and stay as long as it does. Header and payload lie in one block, the payload
+    /// behind the header; both may be empty.
     const unsigned char* getHeader() const { return m_block; }
     uint32_t getHeaderSize() const { return m_headerSize; }
     const unsigned char* getPayload() const { return m_block + m_headerSize; }
+    /// The same to be changed in place, which the sender doesn't see.
     unsigned char* getMutablePayload() { return m_block + m_headerSize; }
     uint64_t getPayloadSize() const { return m_payloadSize; }
     /// The object that receiveMessageObject restored from the header; null for other messages. Belongs to the message.
@@ -35,8 +38,10 @@ public:
 private:
     uint32_t m_type;
     uint32_t m_id;
+    /// in bytes, like the payload's
     uint32_t m_headerSize;
     uint64_t m_payloadSize;
+    /// owned; null where header and payload are empty
     unsigned char* m_block;
     IObject* m_object = nullptr;
 };

@@ -18,6 +18,7 @@ namespace zyr {
 /// operations and of the members is a contract between separately built modules.
 class VariableDescriptor : public Record<VariableDescriptor, RefCountedData> {
 public:
+    /// Without a name and a type.
     VariableDescriptor() { init_This(); }
     /// p_type must not be ZYR_VARIABLE_NONE: that ends the process.
     VariableDescriptor(VariableTypeEnum p_type, VariableCategoryEnum p_category, bool_t p_temporary);
@@ -33,12 +34,14 @@ public:
     void release() override;
     /// Back to the state of a new descriptor, without a type.
     virtual void clear();
+    /// Read and write all fields. 0 when the stream fails; what was read until then stays.
     virtual bool_t readSerialized(IDeserializer* p_deserializer) { return Record::readSerialized(p_deserializer); }
     virtual bool_t writeSerialized(ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result) {
         return Record::writeSerialized(p_serializer, p_headerPass, p_result);
     }
     /// The word by which paths and values name the variable.
     virtual const String& getName() const { return m_name; }
+    /// Copies the text; that it is unique in its object is the object's matter.
     virtual void setName(const String& p_name) { m_name = p_name; }
     /// Fixed by the constructor or by reading.
     virtual VariableTypeEnum getType() const { return m_type; }
@@ -53,6 +56,7 @@ public:
     virtual void setTemporary(bool_t p_temporary) { m_temporary = p_temporary; }
     /// Adds a path, also one that is there already.
     virtual void pushBackPropagationPath(const String& p_path) { m_propagationPaths.pushBack(p_path); }
+    /// Forgets all paths.
     virtual void clearPropagationPaths() { m_propagationPaths.clear(); }
 
     /// The defaults of all members but the paths.
@@ -74,6 +78,7 @@ private:
     VariableTypeEnum m_type;
     VariableCategoryEnum m_category;
     bool_t m_temporary;
+    /// words joined by periods, from the object that publishes the variable on
     List<String> m_propagationPaths;
 };
 
