@@ -23,6 +23,13 @@ class FrameCodecInfo;
 
 /// One way of decoding, with the weight and rank of each feature. All fields are empty, 0 or false at first: such a
 /// request wants nothing and matches every encoder of the same name that insists on nothing.
+///
+///     Ref<FrameCodecRequest> request = Ref<FrameCodecRequest>::adopt(new FrameCodecRequest);
+///     request->codecName = "vp9";
+///     request->planesModel420 = ZYR_REQUEST_MANDATORY;      // nothing else can be shown
+///     request->colorSpaceBT709 = ZYR_REQUEST_OPTIONAL;      // preferred
+///     request->colorSpaceBT601 = ZYR_REQUEST_OPTIONAL_1;    // otherwise this one
+///     request->colorSpace = 1;                              // but one of the two
 class FrameCodecRequest : public Record<FrameCodecRequest, RefCountedData> {
 public:
     String codecName;           ///< The codec, such as "vp9".

@@ -58,6 +58,8 @@ public:
 };
 
 /// A colour with alpha: 0 is transparent, 1 opaque. A new one is transparent black.
+///
+///     ColorRGBA<float> over = top * top.a + bottom * (1 - top.a); // of opaque bottoms
 template <typename T> class ColorRGBA : public Record<ColorRGBA<T>> {
 public:
     /// from 0 to 1; not multiplied by alpha

@@ -23,6 +23,16 @@ namespace zyr {
 
 /// The order of the virtual operations and of the fields is a contract between separately built modules. There is no
 /// stored count, and the tail is null while the list holds one node.
+///
+/// What it costs, for n items:
+///
+/// | Operation | Time | Memory |
+/// |---|---|---|
+/// | push, pop and look at either end | constant | one node |
+/// | insert and remove at a position | constant | one node |
+/// | getSize | linear | none |
+/// | copy, clear | linear | n nodes |
+/// | swap | constant | none |
 template <typename T> class List : public RefCountedData {
 public:
     /// One item and its neighbours. Nodes belong to the list; a pushed item's node serves to find it again.

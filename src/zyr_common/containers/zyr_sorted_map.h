@@ -21,6 +21,15 @@ namespace zyr {
 ///
 /// Keys and values handed in may lie in the map itself. Changing the map ends the validity of its iterators. The order
 /// of the virtual operations and of the fields is a contract between separately built modules.
+///
+/// What it costs, for n entries:
+///
+/// | Operation | Time | Memory |
+/// |---|---|---|
+/// | find, containsKey | logarithmic | none |
+/// | insert, remove | logarithmic, with at most one rotation a level | one node |
+/// | step of an iterator | constant on average | one place of its path |
+/// | copy, clear, mapAll | linear | n nodes |
 template <typename K, typename V> class SortedMap : public RefCountedData {
 public:
     /// The order of the keys: strict and the same for the life of the map. One that gives another answer later loses

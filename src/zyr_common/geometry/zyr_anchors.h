@@ -165,6 +165,8 @@ enum PositionZAnchorEnum : uint8_t {
     ZYR_POSITION_Z_ABSOLUTE = 4,
     /// prev.z + v; for points: the previous point's z + v
     ZYR_POSITION_Z_PREV_NEAR = 5,
+    /// No solver knows the anchors from here on. They are stored and shown like the others, for hosts with solvers of
+    /// their own.
     ZYR_POSITION_Z_PREV_FAR = 6,
     ZYR_POSITION_Z_PREV_CENTER = 7,
     ZYR_POSITION_Z_PREV_NEAR_PLUS_DEPTH_PERCENT = 8,
@@ -396,6 +398,7 @@ enum SizeDepthAnchorEnum : uint8_t {
     /// unsolved.
     ZYR_SIZE_DEPTH_RATIO_ASPECT_UPPER_LIMIT = 5,
     ZYR_SIZE_DEPTH_RATIO_ASPECT_LOWER_LIMIT = 6,
+    /// edge: v, as far as a solver knows it
     ZYR_SIZE_DEPTH_NEAR = 7,
     /// edge: parent.depth + v
     ZYR_SIZE_DEPTH_FAR = 8,

@@ -11,7 +11,9 @@ namespace zyr {
 /// and is not the arithmetic of complex numbers. For float and double.
 template <typename T> class Complex : public ArithmeticRecord<Complex<T>, T> {
 public:
+    /// the real part; 0 at first
     T r;
+    /// the imaginary part; 0 at first
     T i;
 
     Complex() { this->init_This(); }

@@ -24,10 +24,12 @@ public:
     /// Limits of the solved size, 0 to 65536 at first; the minimum wins where the two contradict.
     T minWidth;
     T maxWidth;
+    /// The same for the height.
     T minHeight;
     T maxHeight;
     ExtVector2<T> origin; ///< kept for the caller; takes no part in solving
 
+    /// An empty rectangle at the parent's left top corner.
     ExtRect() { this->init_This(); }
     ExtRect(const Rect<T>& p_rect, PositionXAnchorEnum p_xAnchor, PositionYAnchorEnum p_yAnchor,
             SizeWidthAnchorEnum p_widthAnchor, SizeHeightAnchorEnum p_heightAnchor, T p_minWidth, T p_maxWidth,

@@ -82,6 +82,7 @@ public:
     /// The point with 1 as third component, multiplied by the matrix; nothing is divided.
     Vector2<T> transform(const Vector2<T>& p_point) const;
     /// Reads where the axes go: the image of the origin, the angle of the x axis and the lengths of both axes.
+    /// A mirrored or skewed matrix has no such parts: what comes out doesn't compose to it again.
     void decompose(Vector2<T>& p_translation, T& p_rotation, Vector2<T>& p_scale) const;
 
     /// Mirrors the values at the diagonal.

@@ -91,16 +91,23 @@ public:
     /// The three rotations of setRotationEulerPart and nothing else.
     void setRotationEuler(T p_x, T p_y, T p_z);
     /// From (x, y, z, w); turns the other way round than the operations with angles.
+    /// The quaternion must have length 1: with another one the result is no rotation.
     void setRotationQuaternion(const Vector4<T>& p_quaternion);
     /// The quaternion from which setRotationQuaternion makes this rotation.
     Vector4<T> getRotationQuaternion() const;
 
     /// A perspective projection. p_far of -1 stands for an infinite distance; an empty range on any axis gives the zero
     /// matrix.
+    /// The lens looks along negative z. Values 0, 5, 8 and 9 place the window on the near plane, 10 and 14 bring depths
+    /// to -1 at p_near and 1 at p_far,
+    /// and 11 is -1, so that w becomes the distance.
     void setPerspective(T p_left, T p_right, T p_bottom, T p_top, T p_near, T p_far);
     /// The same by the vertical angle of view and the ratio of width to height.
+    /// The window's half height is p_near times the tangent of half the angle.
     void setPerspective(T p_fieldOfView, T p_aspect, T p_near, T p_far);
     /// A parallel projection.
+    /// Brings the box between the six planes to -1 to 1 on each axis. Nothing is checked: an empty range gives
+    /// infinities.
     void setOrtho(T p_left, T p_right, T p_bottom, T p_top, T p_near, T p_far);
 
     /// Multiply this matrix on the right, so that the new step acts on a point first.

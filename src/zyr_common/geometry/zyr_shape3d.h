@@ -30,7 +30,9 @@ public:
     /// Where the middle of the shape is placed; solved by who draws it.
     ExtVector3<T> origin;
 
+    /// At (0, 0, 0).
     Shape3D() { this->init_This(); }
+    /// The origin is copied; nothing is solved.
     explicit Shape3D(const ExtVector3<T>& p_origin) : origin(p_origin) {}
 
     /// A copy with a count of its own, which the caller owns.

@@ -30,6 +30,7 @@ public:
     Vector2(T p_x, T p_y) : x(p_x), y(p_y) {}
 
     /// The length.
+    /// The square root of x x + y y, in the type itself.
     T getModule() const;
     /// The length squared, without a square root.
     T getModuleSquare() const;
@@ -43,8 +44,10 @@ public:
     /// tolerance apart on each axis. With 0 not even equal points compare.
     bool_t boxCompare(const Vector2& p_other, T p_tolerance) const;
     /// The direction in degrees, from 0 up to 360. The zero vector gives 270.
+    /// The arctangent of y / x, moved into the right quadrant: 0 is along x, 90 along y.
     T getAngle() const;
     /// Turns from x toward y; 0 changes nothing.
+    /// (x cos - y sin, x sin + y cos); sine and cosine are computed in double.
     void rotate(T p_degrees);
 
     static constexpr const char* c_typeName = "Vector2";
@@ -63,6 +66,7 @@ public:
     Vector3(T p_x, T p_y, T p_z) : x(p_x), y(p_y), z(p_z) {}
 
     /// The length.
+    /// The square root of x x + y y + z z.
     T getModule() const;
     /// The length squared, without a square root.
     T getModuleSquare() const;
@@ -71,12 +75,14 @@ public:
     /// The sum of the products axis by axis.
     T dotProduct(const Vector3& p_other) const;
     /// Upright on both, in the order of a right-handed system; zero where both lie on one line.
+    /// (y b.z - z b.y, z b.x - x b.z, x b.y - y b.x).
     Vector3 crossProduct(const Vector3& p_other) const;
     /// See Vector2.
     void normalize();
     /// See Vector2; the boxes have three axes.
     bool_t boxCompare(const Vector3& p_other, T p_tolerance) const;
     /// The angle between two vectors in degrees; 0 when they are less than 0.001 apart.
+    /// The arccosine of the dot product over both lengths.
     T getAngle(const Vector3& p_other) const;
     /// Turn from y toward z, from z toward x and from x toward y.
     void rotateX(T p_degrees);
@@ -85,6 +91,7 @@ public:
     /// x toward y
     void rotateZ(T p_degrees);
     /// Turns about an axis through the origin, of any length.
+    /// By Rodrigues' formula, with the axis brought to length 1.
     void rotateAxis(T p_degrees, const Vector3& p_axis);
 
     static constexpr const char* c_typeName = "Vector3";
@@ -127,6 +134,8 @@ public:
 
     /// Between two quaternions (x, y, z, w), on the shorter arc; p_t goes from 0 to 1. Quaternions with a dot product
     /// of 0.9 or more are blended on a line. The result is not normalized.
+    /// Spherical interpolation: both are weighted by the sines of their parts of the angle between them, over the sine
+    /// of the whole.
     static Vector4 slerp(const Vector4& p_a, const Vector4& p_b, T p_t);
 
     static constexpr const char* c_typeName = "Vector4";

@@ -20,6 +20,10 @@ using NumericConversionType =
     std::conditional_t<sizeof(T) == 8, T, std::conditional_t<std::is_signed_v<T>, int32_t, uint32_t>>;
 
 /// p_value cut to an integer and held inside the limits of To; for To below 32 bits use zyr_convertNumber.
+///
+///     zyr_saturate<int32_t>(3e9)    // 2147483647
+///     zyr_saturate<uint32_t>(-1.0)  // 0
+///     zyr_saturate<int64_t>(0.0 / 0.0) // 0
 template <typename To, typename From> constexpr To zyr_saturate(From p_value) {
     static_assert(std::is_integral_v<To> && std::is_floating_point_v<From>);
     // The limits are powers of two, so they are exact in every floating type; the maximum itself may not be.
@@ -36,6 +40,9 @@ template <typename To, typename From> constexpr To zyr_saturate(From p_value) {
 
 /// Converts between any two number types. A floating value goes through a 32-bit integer of the target's signedness and
 /// is narrowed to 8 or 16 bits afterwards, so 300.7 gives 44 as uint8_t; 64-bit targets convert directly.
+///
+///     zyr_convertNumber<uint8_t>(300.7) // 44
+///     zyr_convertNumber<int8_t>(200)    // -56
 template <typename To, typename From> constexpr To zyr_convertNumber(From p_value) {
     if constexpr (std::is_integral_v<To> && std::is_floating_point_v<From>) {
         return static_cast<To>(zyr_saturate<NumericConversionType<To>>(p_value));

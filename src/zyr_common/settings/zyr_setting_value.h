@@ -22,6 +22,12 @@ typedef bool_t (*settingEnum_FUNC)(String& p_word, int& p_number, bool_t p_toNum
 /// and range; it doesn't look at the type. Without a variable it gives null, and the outputs stay as they are.
 ///
 /// The order of the virtual operations and of the fields is a contract between separately built modules.
+///
+///     int level = 0;
+///     setting.setReferenceEnum(&level, "WARN", &convertLevelWord);
+///     setting.setConfSection("log");
+///     setting.setConfName("level");   // [log] level = "ERROR"
+///     setting.setCmdName("log-level"); // --log-level ERROR
 class SettingValue : public RefCountedData {
 public:
     /// Stands for no variable and has no names.

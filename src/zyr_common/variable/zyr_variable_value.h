@@ -59,8 +59,10 @@ public:
     virtual size_t getValueSize();
     /// Copies the bytes of the value and gives their number. p_destination must have room for getValueSize().
     virtual size_t copyValueToData(void* p_destination);
+    /// The word of the field that the value is meant for; empty at first.
     virtual const String& getName() const { return m_name; }
     virtual void setName(const String& p_name) { m_name = p_name; }
+    /// ZYR_VARIABLE_NONE only for a value that waits to be read.
     virtual VariableTypeEnum getType() const { return m_type; }
     /// A mark for the host, which nothing here looks at. Set at first.
     virtual bool_t isBorrowedObject() const { return m_borrowedObject; }
@@ -88,6 +90,7 @@ public:
     void allocateValueType();
     /// Frees the record of the present type. The pointer stays as it is: allocateValueType has to follow.
     void freeValueType();
+    /// "VariableValue"; lives as long as the process.
     const String& getClassName() const;
     /// Numbers and pointers become 0, the borrowed mark 1. Records stay as they are.
     void init_This();
@@ -97,13 +100,16 @@ public:
     /// Empties the name and clears the record or gives back the pointer's reference. The pointer stays as it is:
     /// init_This has to follow.
     void release_This();
+    /// The work of the two operations, on the layer that is given.
     bool_t readSerialized_This(IDeserializer* p_deserializer);
     bool_t writeSerialized_This(ISerializer* p_serializer, bool_t p_firstPass, bool_t p_headerPass, bool_t& p_result);
 
     static constexpr const char* c_typeName = "VariableValue";
 
 private:
+    /// The number or pointer, from the eight bytes.
     template <typename T> T load() const;
+    /// The way back; bytes that the type leaves over stay as they are.
     template <typename T> void store(T p_value);
     /// Clears the record, or gives back the reference on the pointer and leaves the pointer.
     void releaseValue();
