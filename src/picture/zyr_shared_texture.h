@@ -53,6 +53,9 @@ public:
 };
 
 /// A picture in the memory of a graphics device.
+///
+///     Ref<IImage> copy = Ref<IImage>::adopt(new WImage());
+///     if (texture->copyToSystemMemory(copy.get())) { use(*copy); }
 class ISharedTexture : public IObject {
 public:
     /// Size in pixels and format of the texture.

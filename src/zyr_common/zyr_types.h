@@ -15,6 +15,7 @@ typedef uint8_t bool_t;
 namespace zyr {
 
 // Forward declarations of what signatures name; their own headers hold the classes.
+/// The process-wide context, records, containers and interfaces of objects.
 class ApplicationData;
 class FileFormatHeader;
 class IDataFormatInfo;

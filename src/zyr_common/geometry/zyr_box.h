@@ -32,6 +32,9 @@ public:
 };
 
 /// A box by its near corner and its size along the axes.
+///
+///     Array<Vector3<float>> corners;
+///     Box<float>(0, 0, 0, 4, 3, 2).extractPoints3D(corners); // eight points
 template <typename T> class Box : public Record<Box<T>> {
 public:
     /// The near corner: left, top, front.

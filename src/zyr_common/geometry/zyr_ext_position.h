@@ -13,6 +13,10 @@ namespace zyr {
 #pragma pack(push, 1)
 
 /// A horizontal place: pixels or percent from the edge that the anchor names.
+///
+///     float x;
+///     ExtPositionX<float>(50, ZYR_POSITION_X_PARENT_WIDTH_PERCENT).solvePosition(x, Rect<float>(0, 0, 640, 480)); //
+///     320
 template <typename T> class ExtPositionX : public Record<ExtPositionX<T>> {
 public:
     /// in pixels, or in percent of the parent's width, as the anchor tells

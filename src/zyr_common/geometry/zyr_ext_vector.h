@@ -13,6 +13,10 @@ namespace zyr {
 #pragma pack(push, 1)
 
 /// A point of the plane, and what its two numbers count from.
+///
+///     ExtVector2<float> corner({-10, 10}, ZYR_POSITION_X_RIGHT, ZYR_POSITION_Y_TOP);
+///     Vector2<float> place;
+///     corner.solveVector(place, Vector2<float>(), Rect<float>(0, 0, 640, 480)); // (630, 10)
 template <typename T> class ExtVector2 : public Record<ExtVector2<T>, Vector2<T>> {
 public:
     /// what x and y count from

@@ -119,6 +119,10 @@ public:
     }
 };
 /// A curve over values that are spaced evenly over the width.
+///
+///     Array<double> samples;
+///     samples.pushBackRange(measured, 5); // a sample at each quarter of the width
+///     Graph2D<float> graph(ExtVector2<float>(), 400, 100, -1, 1, ZYR_INTERPOLATION_LINEAR, samples);
 template <typename T> class Graph2D : public Record<Graph2D<T>, Shape2D<T>> {
 public:
     /// Of the rectangle that the values are drawn in: the width is shared out among them, the height is that of the

@@ -47,6 +47,10 @@ public:
     }
 };
 /// A body that a plane shape leaves behind on its way from one placement to another.
+///
+///     Extrusion<float> bar; // of a plane shape that lies in the plane of x and y
+///     bar.endTransform.position = {0, 0, 100};
+///     bar.endTransform.eulerRotation = {0, 0, 90}; // twisted by a quarter of a turn
 template <typename T> class Extrusion : public Record<Extrusion<T>, Shape3D<T>> {
 public:
     /// The face at the start is closed; on at first.
@@ -106,6 +110,9 @@ public:
     }
 };
 /// A body that a plane shape leaves behind when it turns.
+///
+///     Lathe<float> bowl;
+///     bowl.slice = 1; // half of it
 template <typename T> class Lathe : public Record<Lathe<T>, Shape3D<T>> {
 public:
     /// Only the turn from `sliceFrom` to `sliceTo` (0 and 180 at first) is there; off means a whole turn.

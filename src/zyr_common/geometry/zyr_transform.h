@@ -73,6 +73,11 @@ public:
 ///
 /// It has two rotations because the two are interpolated differently: `eulerRotation` angle by angle, so that it may
 /// make several turns, and `slerpRotation` on the shortest arc. A single placement applies both in the same way.
+///
+///     ShapeTransform3D<float> from;
+///     ShapeTransform3D<float> to;
+///     to.eulerRotation = {0, 720, 0}; // two turns about y on the way
+///     Matrix4x4<float> middle = from.interpolate(to, 0.5f);
 template <typename T> class ShapeTransform3D : public Record<ShapeTransform3D<T>> {
 public:
     /// Moves the shape at the end, in the coordinates of the scene.

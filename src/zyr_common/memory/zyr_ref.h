@@ -3,7 +3,7 @@
 /// An object from a factory comes with one reference that belongs to the caller: adopt it. A pointer that somebody else
 /// owns is shared, which adds a reference:
 ///
-///     Ref<IImage> image = Ref<IImage>::adopt(zyr_createObject<IImage>());
+///     Ref<IImage> image = Ref<IImage>::adopt(new WImage());
 ///     m_image = Ref<IImage>::share(p_image);    // the former one gets its reference back
 ///     return image.release();                   // the caller owns it from here
 ///

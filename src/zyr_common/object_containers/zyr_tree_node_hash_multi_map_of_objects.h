@@ -38,7 +38,8 @@ public:
 
 ZYR_TEMPLATE_INTERFACE_TRAITS(TreeNodeHashMultiMapOfObjects, IObject, "87bcfe60-13be-4586-b40d-047198878114")
 
-/// Forwards each operation to the TreeNodeHashMultiMapOfObjects of its module; what extends that class derives from this.
+/// Forwards each operation to the TreeNodeHashMultiMapOfObjects of its module; what extends that class derives from
+/// this.
 template <typename K> class WTreeNodeHashMultiMapOfObjects : public ContainerFacade<ITreeNodeHashMultiMapOfObjects<K>> {
 public:
     using ObjectFacade<ITreeNodeHashMultiMapOfObjects<K>>::m_interfaceObject;

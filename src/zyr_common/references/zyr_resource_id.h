@@ -72,6 +72,7 @@ public:
     /// A number of the owner's choice, or one of SubDataIDEnum.
     uint32_t m_subDataID;
 
+    /// Names nothing, and no part of it.
     ResourceID() { init_This(); }
     ResourceID(const GUID_t& p_guid, uint32_t p_subDataID) : m_guid(p_guid), m_subDataID(p_subDataID) {}
     ResourceID(const ResourceID&) = default;
@@ -102,8 +103,10 @@ public:
 /// A resource with a name. Stored as a ResourceID with "name" behind it.
 class NamedResourceID : public Record<NamedResourceID, ResourceID> {
 public:
+    /// for people, and for finding the resource again where its GUID is unknown
     String m_name;
 
+    /// Names nothing, without a name.
     NamedResourceID() = default;
     NamedResourceID(const String& p_name, const GUID_t& p_guid, uint32_t p_subDataID)
         : Record(ResourceID(p_guid, p_subDataID)), m_name(p_name) {}

@@ -49,6 +49,7 @@ inline constexpr size_t c_enumerationSize =
     std::extent_v<std::remove_reference_t<decltype(EnumerationTable<E>::c_entries)>>;
 
 /// The text of p_value, or p_unknown for a value that isn't in the table.
+/// Walks the table: for messages and constants. Streams use the converter, which hashes.
 template <EnumerationWithTexts E> constexpr const char* zyr_getEnumerationText(E p_value, const char* p_unknown) {
     for (const EnumerationEntry& entry : EnumerationTable<E>::c_entries) {
         if (entry.m_number == static_cast<uint32_t>(p_value)) {

@@ -10,6 +10,8 @@ namespace zyr {
 
 /// Both directions of a byte-sized enumeration as maps in the order of its table. Made for constant objects of static
 /// life; whoever reads them on several threads needs no lock.
+///
+///     const auto* entry = g_positionXAnchorMaps.m_numbers.findConst("LEFT");
 template <EnumerationWithTexts E> class EnumerationMaps {
 public:
     /// Fills both maps at once, so that they never change afterwards.
@@ -29,6 +31,7 @@ public:
 };
 
 /// Appends the texts of an enumeration in the order of its table. What the list holds stays in front.
+/// For menus and help texts.
 template <EnumerationWithTexts E> void zyr_listEnumerationTexts(List<String>& p_texts) {
     for (const EnumerationEntry& entry : EnumerationTable<E>::c_entries) {
         p_texts.pushBack(String(entry.m_text));

@@ -62,6 +62,7 @@ concept RecordLevel = requires {
 };
 
 /// The default of a field that has no number: its own cleared state.
+/// It stands where a number would stand, so that the field list stays a constant.
 struct RecordFieldCleared {};
 
 /// The type of the default of a field.
@@ -120,6 +121,7 @@ template <typename Owner, typename M> struct RecordField {
 };
 
 /// The converter of a field's type, null for types without texts.
+/// An enumeration finds its own by its table; a field can replace it by withConverter.
 template <typename M> constexpr EnumerationConverter zyr_fieldConverter() {
     if constexpr (EnumerationWithTexts<M>) {
         return &zyr_convertEnumeration<M>;
@@ -145,6 +147,9 @@ template <RecordLevel R> inline constexpr auto c_recordFields = R::fields();
 template <RecordLevel R> inline constexpr size_t c_recordFieldCount = std::tuple_size_v<decltype(R::fields())>;
 
 /// Calls p_function for each field of R's own level, in order.
+/// The calls are unrolled by the compiler, each with the field's own type:
+///
+///     zyr_forEachField<Rect<float>>([&](const auto& p_field) { sum += rect.*p_field.m_member; });
 template <RecordLevel R, typename F> constexpr void zyr_forEachField(F&& p_function) {
     std::apply([&](const auto&... p_field) { (p_function(p_field), ...); }, c_recordFields<R>);
 }
@@ -202,6 +207,7 @@ public:
     void release_This() {}
 
     /// Back to the state of a new record, on all levels.
+    /// What this level owns is freed first, then the levels below are cleared, and this one gets its defaults last.
     void clear() {
         self().release_This();
         if constexpr (requires(Base & p_base) { p_base.clear(); }) {
@@ -211,6 +217,7 @@ public:
     }
 
     /// Takes over the fields of this level.
+    /// A class with members outside of its list defines this function itself and copies them as well.
     void copy_This(const Self& p_src) {
         zyr_forEachField<Self>([&](const auto& p_field) { assign(self().*p_field.m_member, p_src.*p_field.m_member); });
     }

@@ -20,6 +20,16 @@ namespace zyr {
 
 /// The operations for one type of field. c_element tells whether a text format gives it an element of its own. Values
 /// pass through aligned locals, since the fields of packed records are not aligned.
+///
+///     template <> struct RecordFieldIO<Temperature> {
+///         static constexpr bool c_element = false; // an attribute
+///         static bool_t declare(ISerializer* p_serializer, const String& p_key, Temperature p_value, bool_t&
+///         p_result); static bool_t write(ISerializer* p_serializer, const String& p_key, Temperature p_value, bool_t
+///         p_attribute,
+///                             EnumerationConverter);
+///         static bool_t read(IDeserializer* p_deserializer, const String& p_key, uint32_t& p_cache,
+///                            Temperature& p_value, EnumerationConverter);
+///     };
 template <typename M> struct RecordFieldIO;
 
 /// The operations of a serializer for one number type. Those with arrays can also be fields of fixed length.
@@ -79,6 +89,7 @@ concept ArrayNumber = requires {
 template <typename T>
 requires std::is_arithmetic_v<T>
 struct RecordFieldIO<T> {
+    /// Attributes are written in the first pass over a text format, elements in the second.
     static constexpr bool c_element = false;
     static bool_t declare(ISerializer* p_serializer, const String& p_key, T p_value, bool_t& p_result) {
         return (p_serializer->*NumberIO<T>::c_declare)(p_key, p_value, p_result);
@@ -213,6 +224,7 @@ template <RecordLevel R> struct RecordFieldIO<R> {
 /// A fixed number of numbers: a matrix, whose rows a text format puts on lines. Another count than N fails.
 template <ArrayNumber T, size_t N> struct RecordFieldIO<T[N]> {
     static constexpr bool c_element = true;
+    /// Matrices are known by their number of values; everything else stands on one line.
     static constexpr uint32_t c_rowLength = N == 9 ? 3 : N == 16 ? 4 : 0;
     static bool_t declare(ISerializer* p_serializer, const String& p_key, const T (&p_value)[N], bool_t& p_result) {
         T items[N];
@@ -237,6 +249,7 @@ template <ArrayNumber T, size_t N> struct RecordFieldIO<T[N]> {
     }
 
 private:
+    /// Byte by byte, since the field may stand at any address.
     static void copy(T* p_target, const T* p_source) { memcpy(p_target, p_source, N * sizeof(T)); }
 };
 
@@ -276,6 +289,7 @@ template <> struct RecordFieldIO<Array<String>> {
 };
 
 /// A list of texts travels as an array; what is read replaces the list.
+/// Reading gives the list new nodes: what pointed to the old ones is stale.
 template <> struct RecordFieldIO<List<String>> {
     static constexpr bool c_element = true;
     static bool_t declare(ISerializer* p_serializer, const String& p_key, const List<String>& p_value,
@@ -300,6 +314,7 @@ template <> struct RecordFieldIO<List<String>> {
     }
 
 private:
+    /// The same texts, which the serializer wants side by side.
     static Array<String> collect(const List<String>& p_list) {
         Array<String> items;
         for (const String& item : p_list) {
@@ -310,6 +325,7 @@ private:
 };
 
 /// Arrays and sets of enumerations travel as arrays of numbers with the converter of the enumeration.
+/// In a text format an item is its word, or its digits where it has none.
 template <typename Container, EnumerationWithTexts E> struct EnumerationItemsIO {
     static constexpr bool c_element = true;
     static bool_t declare(ISerializer* p_serializer, const String& p_key, const Container& p_value, bool_t& p_result) {
@@ -336,6 +352,7 @@ template <typename Container, EnumerationWithTexts E> struct EnumerationItemsIO 
     }
 
 private:
+    /// The numbers of the items in their order, each as 32 bits.
     static void collect(const Array<E>& p_items, Array<uint32_t>& p_numbers) {
         for (size_t i = 0; i < p_items.getSize(); ++i) {
             p_numbers.pushBack(static_cast<uint32_t>(p_items[i]));
@@ -346,6 +363,8 @@ private:
             p_numbers.pushBack(static_cast<uint32_t>(i->m_first));
         }
     }
+    /// What was read replaces the items of an array, and joins those of a set: a set that has a number already keeps
+    /// its place.
     static void add(Array<E>& p_items, const Array<uint32_t>& p_numbers) {
         p_items.clear();
         for (size_t i = 0; i < p_numbers.getSize(); ++i) {

@@ -16,6 +16,9 @@ namespace zyr {
 ///
 /// Stored as "name", "type", "category", "temporary" and the list "propagationPaths". The order of the virtual
 /// operations and of the members is a contract between separately built modules.
+///
+///     VariableDescriptor* quality = new VariableDescriptor(ZYR_VARIABLE_UINT8, ZYR_VARIABLE_CATEGORY_SCALAR, 0);
+///     quality->setName("quality");
 class VariableDescriptor : public Record<VariableDescriptor, RefCountedData> {
 public:
     /// Without a name and a type.

@@ -25,6 +25,12 @@ namespace zyr {
 
 /// Made with new, freed by its own release(), not counted. Valid as long as the field. The order of the virtual
 /// operations is a contract between separately built modules.
+///
+///     VariableReference* reference = object->getVariableReferenceByPath("origin.x");
+///     if (reference != nullptr) {
+///         reference->changeValueDouble(2.5); // 2 where the field is an integer
+///         reference->release();
+///     }
 class VariableReference final {
 public:
     /// p_pointer is the field itself, also for types that values hold by pointer; it stays with its owner.
