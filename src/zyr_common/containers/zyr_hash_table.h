@@ -71,9 +71,11 @@ public:
 /// | Operation | Time | Memory |
 /// |---|---|---|
 /// | find, count | constant on average, linear where all hashes are equal | none |
-/// | add at either end or at a position | the same, and once in a while linear for the buckets | one entry and one node
-/// | | remove by key or position | as finding | gives back one entry and one node | | walk | linear in n, without the
-/// buckets | none | | copy | linear | as n additions | | swap | constant | none |
+/// | add at either end or at a position | the same, and linear where the buckets double | an entry and a node |
+/// | remove by key or position | as finding | gives back an entry and a node |
+/// | walk | linear in n, without the buckets | none |
+/// | copy | linear | as n additions |
+/// | swap | constant | none |
 template <class Container, typename Entry, typename H, typename E> class HashTable : public RefCountedData {
     typedef typename Entry::Key K;
     typedef typename Entry::Item Item;
