@@ -15,6 +15,7 @@ namespace zyr {
 
 /// A further reference on the element, or a clone of it. Both of these take null as well.
 IObject* takeElement(IObject* p_element, bool_t p_share);
+/// Gives the reference back; null is no element.
 void releaseElement(IObject* p_element);
 
 /// Lives for the time in which a walk over objects is inside a container. A container may hold itself, by way of others
@@ -27,6 +28,7 @@ public:
     /// The name is that of the container's class. Null for a walk whose caller tells that it failed; else giving up is
     /// one line in the log.
     explicit ContainerVisit(const String* p_className);
+    /// Comes back out; the outermost one forgets that the walk had given up.
     ~ContainerVisit();
     ContainerVisit(const ContainerVisit&) = delete;
     ContainerVisit& operator=(const ContainerVisit&) = delete;
@@ -40,6 +42,7 @@ struct NoKey {};
 
 /// The key type of a plain container over `IObject*`.
 template <class Container> struct ContainerKey { using Type = NoKey; };
+/// The three kinds with keys.
 template <typename K> struct ContainerKey<HashMap<K, IObject*>> { using Type = K; };
 template <typename K> struct ContainerKey<HashMultiMap<K, IObject*>> { using Type = K; };
 template <typename K> struct ContainerKey<SortedMap<K, IObject*>> { using Type = K; };
@@ -68,6 +71,7 @@ inline IObject* addItem(Array<IObject*>& p_items, NoKey, IObject* p_element) {
     p_items.pushBack(p_element);
     return nullptr;
 }
+/// Lists and arrays displace nothing.
 inline IObject* addItem(List<IObject*>& p_items, NoKey, IObject* p_element) {
     p_items.pushBack(p_element);
     return nullptr;
@@ -76,10 +80,12 @@ template <typename K> IObject* addItem(HashMap<K, IObject*>& p_items, const K& p
     IObject** existing = nullptr;
     return p_items.pushBack(p_key, p_element, &existing) ? nullptr : std::exchange(*existing, p_element);
 }
+/// Joins the elements of its key.
 template <typename K> IObject* addItem(HashMultiMap<K, IObject*>& p_items, const K& p_key, IObject* p_element) {
     p_items.pushBack(p_key, p_element);
     return nullptr;
 }
+/// An element under a present key takes the place of the one there.
 template <typename K> IObject* addItem(SortedMap<K, IObject*>& p_items, const K& p_key, IObject* p_element) {
     IObject* displaced = p_items.find(p_key);
     p_items.insert(p_key, p_element);
@@ -90,6 +96,7 @@ template <typename K> IObject* addItem(SortedMap<K, IObject*>& p_items, const K&
 template <class Container> void swapItems(Container& p_a, Container& p_b) {
     p_a.swap(p_b);
 }
+/// By copies, since the map has no swap: linear.
 template <typename K> void swapItems(SortedMap<K, IObject*>& p_a, SortedMap<K, IObject*>& p_b) {
     const SortedMap<K, IObject*> items(p_a);
     p_a = p_b;

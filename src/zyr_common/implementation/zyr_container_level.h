@@ -21,6 +21,7 @@ public:
     using LevelBase = Base;
     using LevelInterface = LevelInterfaceType;
 
+    /// Gives the elements back.
     ~ContainerLevel() override { ContainerLevel::release_This(); }
 
     /// The walkers enter each element when told to go deep; null ones are left out.
@@ -49,6 +50,7 @@ public:
         forEach(p_deep, [&](IObject* p_element) { p_element->replaceGUIDsWithFakeCounterGUIDs(p_deep); });
     }
 
+    /// Nothing: release_This leaves the items empty.
     void init_This() {}
     /// Gives all elements back. The items are empty before the first release runs.
     void release_This() {
@@ -77,6 +79,7 @@ public:
     }
 
 protected:
+    /// NoKey for arrays and lists.
     using Key = typename ContainerKey<Container>::Type;
 
     /// Takes the items, which come with a reference on each element, and gives the present ones back.
@@ -107,6 +110,7 @@ protected:
     /// Whether an element that was read, and may be null, joins the items.
     virtual bool_t acceptElement(const Container&, const Key&, IObject*) { return 1; }
 
+    /// One reference on each element. Only read and changed by the thread that uses the container.
     Container m_items;
 
 private:
@@ -119,6 +123,7 @@ private:
         }
     }
 
+    /// The classes of all elements, and the key once: a class that is declared already costs nothing.
     bool_t declareItems(ISerializer* p_serializer) const {
         const ContainerVisit visit(nullptr);
         bool_t done = ContainerStream::beginDeclaration(p_serializer);
@@ -133,6 +138,7 @@ private:
         return done && ContainerStream::endDeclaration(p_serializer);
     }
 
+    /// The number of elements and each of them, in the order of a walk.
     bool_t writeItems(ISerializer* p_serializer) const {
         uint64_t count = 0;
         for (const auto& item : m_items) {
@@ -148,6 +154,7 @@ private:
         return done && ContainerStream::endItems(p_serializer);
     }
 
+    /// A null element under a key keeps its key.
     static bool_t writeItem(ISerializer* p_serializer, uint32_t p_index, const Key& p_key, IObject* p_element) {
         if (std::is_same_v<Key, NoKey> && p_element == nullptr) {
             return ContainerStream::writeNullItem(p_serializer, p_index);
@@ -175,6 +182,7 @@ private:
         return ContainerStream::leaveItems(p_deserializer) && done;
     }
 
+    /// Adds one element. What it displaces, and what isn't accepted, is given back.
     bool_t readItem(IDeserializer* p_deserializer, uint32_t p_index, Container& p_items) {
         bool_t isNull = 0;
         if (!ContainerStream::enterItem(p_deserializer, p_index, isNull)) {
@@ -193,6 +201,7 @@ private:
         return ContainerStream::leaveItem(p_deserializer) && done;
     }
 
+    /// Calls the function for each element but null, and gives up in containers that hold themselves.
     template <typename Function> void forEach(bool_t p_deep, Function p_function) const {
         if (!p_deep) {
             return;
@@ -213,6 +222,7 @@ template <class LevelType> class ContainerReserved : public LevelReserved<LevelT
 public:
     using LevelReserved<LevelType, IContainerReserved>::LevelReserved;
 
+    /// The levels below first; the elements shared by references or cloned, as the flag says.
     void copy_Backwards(const IObject* p_src, bool_t p_share) override {
         const auto* source = static_cast<const typename LevelType::LevelInterface*>(p_src);
         copyLevels<typename LevelType::LevelBase>(*this->m_level, source);

@@ -11,6 +11,7 @@ namespace zyr {
 /// The stored fields of the level.
 class DataFormatInfoState : public Record<DataFormatInfoState> {
 public:
+    /// the word in files; empty at first
     String m_formatName;
 
     static constexpr const char* c_typeName = "DataFormatInfoState";
@@ -26,12 +27,14 @@ public:
     void setFormatName(const String& p_formatName) override { this->m_state.m_formatName = p_formatName; }
     ILevelReserved* getDataFormatInfoReserved() const override { return &m_dataFormatInfoReserved; }
 
+    /// Takes over the name.
     void copy_This(const IDataFormatInfo* p_src) { setFormatName(p_src->getFormatName()); }
 
 private:
     mutable LevelReserved<DataFormatInfoLevel> m_dataFormatInfoReserved{this};
 };
 
+/// The class that a module registers.
 using DataFormatInfo = Implementation<DataFormatInfoLevel<IDataFormatInfo>>;
 
 } // namespace zyr

@@ -44,6 +44,7 @@ namespace zyr {
 /// The class of an implementation, on top of its last level.
 template <class LevelType> class Implementation final : public LevelType {
 public:
+    /// What factories give the object as.
     using Interface = typename LevelType::ImplementedInterface;
 
     /// The source may be a layer around an object of this class.
@@ -54,16 +55,20 @@ public:
         clear();
         copyLevels<LevelType>(*this, source);
     }
+    /// A new object of this class with the levels of this one copied; a facade around this one is not.
     IObject* clone() const override {
         Implementation* object = new Implementation;
         object->copyUnsafe(this);
         return object;
     }
+    /// All levels give back what they hold, the last one first, and begin anew.
     void clear() override { clearLevels<LevelType>(*this); }
 
+    /// All levels through the outermost layer of the deserializer, up to the first failure.
     bool_t readSerialized(IDeserializer* p_deserializer) override {
         return readLevels<LevelType>(*this, zyr_getTopDeserializer(p_deserializer));
     }
+    /// All levels through the outermost layer of the serializer: once for a binary format, twice for a text format.
     bool_t writeSerialized(ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result) override {
         ISerializer* serializer = zyr_getTopSerializer(p_serializer);
         const bool_t firstPass = !serializer->isBinaryFormat();

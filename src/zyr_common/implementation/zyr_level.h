@@ -55,10 +55,12 @@ bool_t writeLevels(LevelType& p_level, ISerializer* p_serializer, bool_t p_first
 /// with setters in front derives from this and adds them.
 template <class LevelType, class Reserved = ILevelReserved> class LevelReserved : public Reserved {
 public:
+    /// Belongs to the level that is handed in, as a member of it.
     explicit LevelReserved(LevelType* p_level) : m_level(p_level) {}
     LevelReserved(const LevelReserved&) = delete;
     LevelReserved& operator=(const LevelReserved&) = delete;
 
+    /// This level alone; the levels below have reserved objects of their own.
     void init_This() override { m_level->LevelType::init_This(); }
     void release_This() override { m_level->LevelType::release_This(); }
     // Those of these that `Reserved` declares are its virtual operations; the others are never called.
@@ -82,6 +84,7 @@ public:
     // NOLINTEND(modernize-use-override)
 
 protected:
+    /// the level that this is a member of
     LevelType* m_level;
 };
 
@@ -104,6 +107,7 @@ public:
     using LevelBase = Base;
     using LevelInterface = LevelInterfaceType;
 
+    /// The words of the record first, then those of the levels below.
     VariableReference* getVariableReferenceByPath(const String& p_path) override {
         VariableReference* reference = m_state.getVariableReferenceByPath(p_path);
         return reference != nullptr ? reference : Base::getVariableReferenceByPath(p_path);
@@ -117,6 +121,7 @@ public:
     }
 
 protected:
+    /// one record, whose field list says how it is stored
     State m_state;
 };
 

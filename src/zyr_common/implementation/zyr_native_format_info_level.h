@@ -6,6 +6,7 @@
 
 namespace zyr {
 
+/// The words in files.
 template <> struct EnumerationTable<NativeFormatAccessTypeEnum> {
     static constexpr EnumerationEntry c_entries[] = {{0, "NONE"}, {1, "MEMORY"}, {2, "FILE"}};
 };
@@ -14,8 +15,11 @@ template <> struct EnumerationTable<NativeFormatAccessTypeEnum> {
 /// The stored fields of the level but for the bytes of the original.
 class NativeFormatInfoState : public Record<NativeFormatInfoState> {
 public:
+    /// where the original is found
     NativeFormatAccessTypeEnum m_accessType = ZYR_NATIVE_FORMAT_ACCESS_NONE;
+    /// UTF-8, as it was given
     String m_filePath;
+    /// the original is not to be written over
     bool_t m_readOnly = 0;
 
     static constexpr const char* c_typeName = "NativeFormatInfoState";
@@ -50,10 +54,12 @@ public:
     void setOriginalFile(const Array<unsigned char>& p_originalFile) override { m_originalFile = p_originalFile; }
     ILevelReserved* getNativeFormatInfoReserved() const override { return &m_nativeFormatInfoReserved; }
 
+    /// Without an original.
     void init_This() {
         Base::init_This();
         m_originalFile.clear();
     }
+    /// Takes over all fields; the bytes are copied.
     void copy_This(const INativeFormatInfo* p_src) {
         setAccessType(p_src->getAccessType());
         setFilePath(p_src->getFilePath());
@@ -70,6 +76,7 @@ public:
     }
 
 private:
+    /// the bytes of the original; empty where they are not held
     Array<unsigned char> m_originalFile;
     mutable LevelReserved<NativeFormatInfoLevel> m_nativeFormatInfoReserved{this};
 };

@@ -26,8 +26,11 @@ template <class Interface> bool isInterfaceGUID(const GUID_t& p_classGUID) {
 /// fields in a stream and none behind paths. Objects start without a GUID.
 template <class InterfaceType> class ObjectLevel : public InterfaceType {
 public:
+    /// The most derived interface, whose names and GUIDs the object answers with.
     using ImplementedInterface = InterfaceType;
+    /// The first level has none below.
     using LevelBase = void;
+    /// What copy_This reads its source through.
     using LevelInterface = IObject;
 
     ObjectLevel() = default;
@@ -37,6 +40,7 @@ public:
     /// Copying goes through the outermost layer, so that a facade's subclass copies what it has added.
     bool_t copy(const IObject* p_src) override { return ObjectState::copy(this, p_src); }
 
+    /// Those of the interface: two implementations of one interface have one name.
     const String& getClassName() const override {
         return zyr_getNameAssociatedToType(static_cast<const InterfaceType*>(nullptr));
     }
@@ -48,6 +52,7 @@ public:
             return ZYR_VARIABLE_NONE;
         }
     }
+    /// Bytes of the key of a container, for instance.
     uint64_t getClassTemplateTypeSize() const override {
         if constexpr (isTemplateInterface<InterfaceType>) {
             return sizeof(typename InterfaceTraits<InterfaceType>::Argument);
@@ -56,6 +61,7 @@ public:
         }
     }
     const GUID_t& getClassGUID() const override { return zyr_getInterfaceGUID<InterfaceType>(); }
+    /// The interface's own GUID and those of all interfaces that it extends.
     bool_t findClassGUID(const GUID_t& p_classGUID) const override {
         return isInterfaceGUID<InterfaceType>(p_classGUID);
     }
@@ -70,6 +76,7 @@ public:
         m_object.replaceGUID(p_replacements);
     }
 
+    /// A name is a path of one word; a level that has fields overrides the other operation alone.
     VariableReference* getVariableReference(const String& p_name) override {
         return getVariableReferenceByPath(p_name);
     }
@@ -81,16 +88,19 @@ public:
         return ObjectState::setVariableValueByPath(this, p_path, p_value);
     }
 
+    /// Its own GUID, whatever the flag says.
     void clearGUID(bool_t) override { m_object.m_guid = GUID_t(); }
     const GUID_t& getGUID() const override { return m_object.m_guid; }
     void regenerateGUIDsWhereAvailable(bool_t) override { zyr_generateGUID(m_object.m_guid); }
     void replaceGUIDsWithFakeCounterGUIDs(bool_t) override { m_object.setFakeCounterGUID(this); }
 
+    /// The count that starts at 0 with one owner.
     uint32_t getRefCount() const override { return m_object.getRefCount(); }
     IObject* addRef() override {
         m_object.addRef();
         return this;
     }
+    /// The last owner destroys the object, on its own thread.
     void release() override {
         if (m_object.release()) {
             delete this;
@@ -121,9 +131,13 @@ public:
     }
     IObjectReserved* getObjectReserved() const override { return &m_objectReserved; }
 
+    /// The state of a new object. The count stays.
     void init_This() { m_object.init(); }
+    /// Gives back the deferred file's text and the compression info.
     void release_This() { m_object.releaseOwned(); }
+    /// Reads the source by its operations: it may be of another module.
     void copy_This(const IObject* p_src) { m_object.copyFrom(p_src); }
+    /// Nothing of this level is stored with the fields: whoever stores an object stores its GUID with it.
     bool_t readSerialized_This(IDeserializer*) { return 1; }
     bool_t writeSerialized_This(ISerializer*, bool_t, bool_t, bool_t& p_result) {
         p_result = 1;
@@ -131,6 +145,7 @@ public:
     }
 
 private:
+    /// count, GUID, flags and links
     ObjectState m_object;
     mutable LevelReserved<ObjectLevel, IObjectReserved> m_objectReserved{this};
 };
