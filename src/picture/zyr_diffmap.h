@@ -55,9 +55,11 @@ public:
     virtual uint32_t getNumOfBlocks() const = 0;
     /// The sizes that `init` was given; 0 before.
     virtual uint32_t getImageWidth() const = 0;
+    /// Pixels, like the width.
     virtual uint32_t getImageHeight() const = 0;
     /// Blocks in a row and in a column.
     virtual uint32_t getHBlocks() const = 0;
+    /// The last row counts as a whole one.
     virtual uint32_t getVBlocks() const = 0;
     /// Of a whole block; the last ones of a row or column cover less.
     virtual uint32_t getBlockWidth() const = 0;

@@ -22,6 +22,9 @@ namespace zyr {
 // Atomic functions. Each is one atomic read-modify-write and a full memory barrier behind it. Increment, decrement, add
 // and subtract give the new value; the exchange forms give the old one. Arithmetic wraps.
 
+///     volatile uint32_t users = 0;
+///     if (zyr_interlockedIncrementUInt32(&users) == 1) { open(); }   // the first one
+///     if (zyr_interlockedDecrementUInt32(&users) == 0) { close(); }  // the last one
 ZYR_API uint32_t zyr_interlockedIncrementUInt32(volatile uint32_t* p_cell);
 ZYR_API uint32_t zyr_interlockedDecrementUInt32(volatile uint32_t* p_cell);
 ZYR_API uint32_t zyr_interlockedAddUInt32(volatile uint32_t* p_cell, uint32_t p_value);
@@ -252,6 +255,10 @@ private:
 };
 
 /// An auto-reset event: a signal stays set until one waiter consumes it, and a second signal before that adds nothing.
+///
+///     Event done;
+///     // another thread: done.signal();
+///     const bool_t inTime = done.tryWait(500); // milliseconds
 class Event {
 public:
     /// Not set.

@@ -103,6 +103,8 @@ public:
     /// which makes room in the middle of a growing array; a gap of 0 or beyond the growth means the whole growth.
     ///
     /// False, with nothing changed, when the array is fixed or its model forbids it, or when no memory was given.
+    ///
+    ///     numbers.resize(8, 2, 3); // of 5 numbers the last 2 move to the places 6 and 7; 3, 4 and 5 are free
     virtual bool resize(size_t p_newSize, size_t p_tailCount = 0, size_t p_gap = 0) {
         if (m_allocCondition == ZYR_ALLOC_CONDITION_FIXED_SIZE) {
             return false;
@@ -268,6 +270,9 @@ public:
 
     /// Gives back what is held and looks at `p_count` items of somebody else's, which must outlive the binding. The
     /// array will neither free nor resize them; clear() ends the binding.
+    ///
+    ///     Array<float> view;
+    ///     view.bindFixedSizeData(samples, 512);
     virtual void bindFixedSizeData(void* p_data, size_t p_count) {
         releaseData();
         m_data = static_cast<T*>(p_data);

@@ -44,7 +44,9 @@ template <typename K, typename V> struct HashMapEntry {
 template <typename K, typename V, typename H, typename E>
 class HashMapBase : public HashTable<HashMapBase<K, V, H, E>, HashMapEntry<K, V>, H, E> {
 public:
+    /// What iterators give: m_first is the key, m_second the value.
     typedef HashMapEntry<K, V> Entry;
+    /// The part that is shared with sets and multimaps.
     typedef HashTable<HashMapBase, Entry, H, E> Table;
     typedef typename Table::iterator iterator;
     typedef typename Table::const_iterator const_iterator;
@@ -129,6 +131,10 @@ private:
 };
 
 /// The map with the usual hash and equality.
+///
+///     if (const auto it = counts.find("frames"); it != counts.end()) { it->m_second++; }
+///     uint32_t* present = nullptr;
+///     if (!counts.pushBack("frames", 1, &present)) { ++*present; } // one look-up for both
 template <typename K, typename V> class HashMap : public HashMapBase<K, V, Hash<K>, EqualTo<K>> {
 public:
     HashMap() = default;

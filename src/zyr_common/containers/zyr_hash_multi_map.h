@@ -47,7 +47,9 @@ template <typename K, typename V> struct HashMultiMapEntry {
 template <typename K, typename V, typename H, typename E>
 class HashMultiMapBase : public HashTable<HashMultiMapBase<K, V, H, E>, HashMultiMapEntry<K, V>, H, E> {
 public:
+    /// What iterators give: m_first is the key, m_second the array of its values.
     typedef HashMultiMapEntry<K, V> Entry;
+    /// The part that is shared with maps and sets.
     typedef HashTable<HashMultiMapBase, Entry, H, E> Table;
     typedef typename Table::iterator iterator;
     typedef typename Table::const_iterator const_iterator;

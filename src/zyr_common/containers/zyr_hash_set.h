@@ -41,7 +41,9 @@ template <typename K> struct HashSetEntry {
 template <typename K, typename H, typename E>
 class HashSetBase : public HashTable<HashSetBase<K, H, E>, HashSetEntry<K>, H, E> {
 public:
+    /// What iterators give: m_first is the key.
     typedef HashSetEntry<K> Entry;
+    /// The part that is shared with maps and multimaps.
     typedef HashTable<HashSetBase, Entry, H, E> Table;
     typedef typename Table::iterator iterator;
     typedef typename Table::const_iterator const_iterator;
@@ -108,6 +110,8 @@ private:
 };
 
 /// The set with the usual hash and equality.
+///
+///     if (seen.pushBack(guid, nullptr)) { visit(guid); } // once for each
 template <typename K> class HashSet : public HashSetBase<K, Hash<K>, EqualTo<K>> {
 public:
     HashSet() = default;

@@ -187,6 +187,9 @@ public:
 
     /// Adds a copy of the item before the position, at the end when the position is behind the end. With `p_after` the
     /// position is stepped first. The position keeps its node; gives the new node.
+    ///
+    ///     auto place = names.begin();
+    ///     names.insert(place, true, "second"); // behind the first one
     virtual Node* insert(iterator& p_position, bool p_after, const T& p_item) {
         if (p_after) {
             ++p_position;

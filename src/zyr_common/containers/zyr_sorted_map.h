@@ -45,6 +45,13 @@ public:
     };
 
     /// The order of the key type's own operator<.
+    ///
+    ///     class Backward : public SortedMap<int, String>::Comparator {
+    ///     public:
+    ///         bool lessThan(const int& p_a, const int& p_b) const override { return p_b < p_a; }
+    ///         Comparator* clone() const override { return new Backward(); }
+    ///     };
+    ///     SortedMap<int, String> map{Backward()}; // the greatest key first
     class ClassVariableTypeComparator : public Comparator {
     public:
         bool lessThan(const K& p_a, const K& p_b) const override { return p_a < p_b; }

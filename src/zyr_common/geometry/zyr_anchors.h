@@ -487,6 +487,7 @@ template <> struct EnumerationTable<VerticalPlacementEnum> {
 };
 
 /// An axis of space.
+/// Of records that stand along one of the three; the words are the letters.
 enum AxisEnum : uint8_t { ZYR_AXIS_X = 0, ZYR_AXIS_Y = 1, ZYR_AXIS_Z = 2 };
 
 template <> struct EnumerationTable<AxisEnum> {

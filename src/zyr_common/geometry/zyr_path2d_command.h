@@ -62,7 +62,9 @@ public:
     /// The end of the line, which becomes the current point.
     ExtVector2<T> position;
 
+    /// To (0, 0).
     LineToPath2DCommand() { this->init_This(); }
+    /// Both anchors are kept, so that a relative line stays one.
     explicit LineToPath2DCommand(const ExtVector2<T>& p_position) : position(p_position) {}
 
     LineToPath2DCommand* clone() const override { return new LineToPath2DCommand(*this); }

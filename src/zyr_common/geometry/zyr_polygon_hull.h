@@ -53,6 +53,9 @@ public:
 };
 
 /// A solid shape as triangles and quads.
+///
+///     hull.transform(matrix);
+///     hull.calculateNormals(); // they don't follow by themselves
 template <typename T> class PolygonHull3D : public Record<PolygonHull3D<T>, Shape3D<T>> {
 public:
     /// All corners; corners may share a point.

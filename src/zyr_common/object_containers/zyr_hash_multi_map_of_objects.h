@@ -13,6 +13,10 @@ namespace zyr {
 
 /// Iterators are those of the plain map, one entry for each key with the array of its elements; they stay valid until
 /// their entry is removed. Iteration follows the order in which keys came.
+///
+///     for (auto it = map->begin(); it != map->end(); ++it) {
+///         for (IObject* element : it->m_second) { use(it->m_first, element); }
+///     }
 template <typename K> class IHashMultiMapOfObjects : public IObject {
 public:
     using Map = HashMultiMap<K, IObject*>;

@@ -10,6 +10,10 @@
 namespace zyr {
 
 /// Iterators are those of the plain list; they stay valid until their element is removed.
+///
+///     Ref<IListOfObjects> list = Ref<IListOfObjects>::adopt(zyr_createObject<IListOfObjects>());
+///     list->pushBack(object.get());      // a reference of the list's own
+///     IObject* first = list->front();    // not counted for the caller
 class IListOfObjects : public IObject {
 public:
     /// Replaces the elements by those of the source: with the flag set by further references on them, otherwise by

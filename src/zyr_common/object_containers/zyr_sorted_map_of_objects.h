@@ -12,6 +12,10 @@
 namespace zyr {
 
 /// Iterators are those of the plain map; any change of the map ends their life.
+///
+///     IObject* former = nullptr;
+///     map->insert(7, object.get(), &former);
+///     if (former != nullptr) { former->release(); } // what stood under 7
 template <typename K> class ISortedMapOfObjects : public IObject {
 public:
     using Map = SortedMap<K, IObject*>;

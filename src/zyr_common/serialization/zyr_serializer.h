@@ -31,6 +31,16 @@ enum HeaderFieldMarkerEnum : uint32_t {
 ///
 /// The functions that are no operations of the table write whole objects (see storage/). They are declared once more in
 /// zyr_single_objects.h, which those who call them include.
+///
+///     // A level with an attribute and an element, as it is called for each pass:
+///     if (p_headerPass) {
+///         return serializer->declareUInt32(widthKey, m_width, p_result) &&
+///                serializer->declareString(noteKey, m_note, p_result);
+///     }
+///     const bool_t binary = serializer->isBinaryFormat();
+///     p_result = (binary || p_firstPass ? serializer->writeUInt32(widthKey, m_width, 0, 1, nullptr) : 1) &&
+///                (binary || !p_firstPass ? serializer->writeString(noteKey, m_note, 0, 0) : 1);
+///     return p_result;
 class ISerializer : public IObject {
 public:
     /// Header pass: declares the class that will stand in the stream for the object, and a field of it. Null declares
@@ -49,6 +59,7 @@ public:
     virtual bool_t deinitialize() = 0;
 
     /// Enclose the header section.
+    /// Formats without one take them and write nothing.
     virtual bool_t beginHeader() = 0;
     virtual bool_t endHeader() = 0;
     /// Enclose the declaration of a structure; declaring a name again has no effect.
@@ -73,6 +84,7 @@ public:
 
     /// The payload after writing; belongs to the serializer and stays until its next change.
     virtual const void* getData() const = 0;
+    /// Its bytes.
     virtual size_t getDataSize() const = 0;
     /// Whether fields are written in one pass, without attributes and elements.
     virtual bool_t isBinaryFormat() const = 0;
@@ -87,8 +99,12 @@ public:
     virtual bool_t setWritingDeferredFiles(bool_t p_write) = 0;
 
     // Header pass: declare a field. The value is a sample of its type. p_result takes what is returned.
+    /// A text that may be null, which is told from an empty one.
     virtual bool_t declareStringRef(const String& p_name, const String* p_value, bool_t& p_result) = 0;
+    /// An enumeration, by its number; text formats show its word.
     virtual bool_t declareEnum(const String& p_name, uint32_t p_value, bool_t& p_result) = 0;
+    /// Integers and floating numbers; their types are part of the declaration, so a later version that changes one is
+    /// told apart.
     virtual bool_t declareInt32(const String& p_name, int32_t p_value, bool_t& p_result) = 0;
     virtual bool_t declareUInt32(const String& p_name, uint32_t p_value, bool_t& p_result) = 0;
     virtual bool_t declareInt64(const String& p_name, int64_t p_value, bool_t& p_result) = 0;
@@ -96,13 +112,16 @@ public:
     virtual bool_t declareFloat(const String& p_name, float p_value, bool_t& p_result) = 0;
     virtual bool_t declareDouble(const String& p_name, double p_value, bool_t& p_result) = 0;
     virtual bool_t declareString(const String& p_name, const String& p_value, bool_t& p_result) = 0;
+    /// The items are only a sample: another number of them may be written.
     virtual bool_t declareStringArray(const String& p_name, const Array<String>& p_value, bool_t& p_result) = 0;
 
     // Value pass. p_attribute is set for a field that a text format writes as an attribute and clear for an element.
     // p_converter, where not null, shows the number as a word in a text format. p_reserved is 0.
     virtual bool_t writeStringRef(const String& p_name, const String* p_value, bool_t p_attribute,
                                   uint32_t p_reserved) = 0;
+    /// Any byte but 0 is written as 1.
     virtual bool_t writeBool(const String& p_name, bool_t p_value, bool_t p_attribute, uint32_t p_reserved) = 0;
+    /// A text format writes the word that the converter knows for the number, else its digits.
     virtual bool_t writeEnum(const String& p_name, uint32_t p_value, uint32_t p_reserved, bool_t p_attribute,
                              EnumerationConverter p_converter) = 0;
     virtual bool_t writeInt32(const String& p_name, int32_t p_value, uint32_t p_reserved, bool_t p_attribute,
@@ -113,8 +132,10 @@ public:
                               EnumerationConverter p_converter) = 0;
     virtual bool_t writeUInt64(const String& p_name, uint64_t p_value, uint32_t p_reserved, bool_t p_attribute,
                                EnumerationConverter p_converter) = 0;
+    /// All bits are kept, in text too: what is read back is the same number, not-a-number and infinities included.
     virtual bool_t writeFloat(const String& p_name, float p_value, bool_t p_attribute, uint32_t p_reserved) = 0;
     virtual bool_t writeDouble(const String& p_name, double p_value, bool_t p_attribute, uint32_t p_reserved) = 0;
+    /// Any bytes are kept, in text too.
     virtual bool_t writeString(const String& p_name, const String& p_value, bool_t p_attribute,
                                uint32_t p_reserved) = 0;
     /// By count and first item; null is allowed for none.
@@ -123,6 +144,7 @@ public:
     /// What stands in the place of an object that isn't there.
     virtual bool_t writeNullObject(const String& p_name) = 0;
 
+    /// A truth value, which is stored as one byte.
     virtual bool_t declareBool(const String& p_name, bool_t p_value, bool_t& p_result) = 0;
     // Arrays of numbers and of enumerations, by count and first item. p_rowLength is the number of items that a text
     // format puts on a line, 0 for no lines.
@@ -174,6 +196,7 @@ public:
 
     /// Enter a named group. Without such a group p_found is 0, which is no failure, and nothing is to be left.
     virtual bool_t enterGroup(const String& p_name, bool_t& p_found) = 0;
+    /// Back to where the matching enter began; what was not read there is skipped.
     virtual bool_t leaveGroup() = 0;
     /// The same for an object, whose class and identity can then be asked for.
     virtual bool_t enterObject(const String& p_name, bool_t& p_found) = 0;
@@ -197,12 +220,16 @@ public:
     virtual const String& getBaseDirectory() const = 0;
     virtual bool_t setBaseDirectory(const String& p_directory) = 0;
 
+    /// Gives a new text that the caller releases, or null where null was stored.
     virtual bool_t readStringRef(const String& p_name, uint32_t& p_cache, String*& p_value, uint32_t p_reserved) = 0;
     virtual bool_t readBool(const String& p_name, uint32_t& p_cache, bool_t& p_value, uint32_t p_reserved) = 0;
+    /// The items replace those of the array.
     virtual bool_t readStringArray(const String& p_name, uint32_t& p_cache, Array<String>& p_value,
                                    uint32_t p_reserved) = 0;
+    /// A text format takes a word that the converter knows, or digits.
     virtual bool_t readEnum(const String& p_name, uint32_t& p_cache, uint32_t& p_value,
                             EnumerationConverter p_converter) = 0;
+    /// A number that doesn't fit into the type that is asked for fails, with a line in the log: it is never cut.
     virtual bool_t readInt32(const String& p_name, uint32_t& p_cache, int32_t& p_value,
                              EnumerationConverter p_converter) = 0;
     virtual bool_t readUInt32(const String& p_name, uint32_t& p_cache, uint32_t& p_value,
@@ -211,6 +238,7 @@ public:
                              EnumerationConverter p_converter) = 0;
     virtual bool_t readUInt64(const String& p_name, uint32_t& p_cache, uint64_t& p_value,
                               EnumerationConverter p_converter) = 0;
+    /// Gives the bits that were written.
     virtual bool_t readFloat(const String& p_name, uint32_t& p_cache, float& p_value,
                              EnumerationConverter p_converter) = 0;
     virtual bool_t readDouble(const String& p_name, uint32_t& p_cache, double& p_value,

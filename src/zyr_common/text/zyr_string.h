@@ -31,6 +31,7 @@ public:
     /// The capacity of the inline buffer, and the only mark of it: every heap block is larger.
     static constexpr size_t INLINE_SIZE = 64;
 
+    /// Empty; allocates nothing.
     String() { setInlineEmpty(); }
     /// Null gives an empty string; `p_length` 0 takes strlen.
     String(const char* p_text, size_t p_length = 0) {
@@ -44,6 +45,7 @@ public:
     String(const short* p_text, size_t p_length = 0);
     /// From UTF-32; `p_length` 0 goes up to the zero unit.
     String(const wchar_t* p_text, size_t p_length = 0);
+    /// Gives a heap block back. A subclass with another heap has cleared itself before.
     ~String() override {
         if (!isInline()) {
             freeBuffer(m_data);
@@ -73,7 +75,9 @@ public:
     char* getData() { return m_data; }
     /// The bytes in use, terminator counted: 1 for the empty string.
     size_t getSize() const { return m_size; }
+    /// The bytes that the text and its terminator can take before it moves; INLINE_SIZE inline.
     size_t getAllocatedSize() const { return m_allocatedSize; }
+    /// The bytes in front of the terminator.
     size_t getLengthInBytes() const { return m_size != 0 ? m_size - 1 : 0; }
     /// Whether there is no byte in front of the terminator.
     bool_t isEmpty() const { return m_size <= 1; }
@@ -91,12 +95,14 @@ public:
         }
         return *this;
     }
+    /// By the assign functions below.
     String& operator=(const char* p_text);
     String& operator=(const short* p_text);
     String& operator=(const wchar_t* p_text);
     void assignUTF8String(const char* p_text);
     /// The "SubString" forms take a length in units and need no terminator; the others go up to it.
     void assignUTF8SubString(const char* p_text, size_t p_length);
+    /// From 16-bit units and from UTF-32, as the functions that append them read them.
     void assignUnicode16String(const short* p_text);
     void assignUnicode16SubString(const short* p_text, size_t p_length);
     void assignUnicode32String(const wchar_t* p_text);
@@ -104,6 +110,7 @@ public:
 
     // Append. Null appends nothing.
 
+    /// One byte, whatever it is.
     void pushBackAsciiCharacter(char p_character) {
         if (fits(1)) {
             m_data[m_size - 1] = p_character;
@@ -118,6 +125,7 @@ public:
     void pushBackUnicode16Character(short p_character);
     /// Values above 0x10FFFF are dropped; surrogate values are not.
     void pushBackUnicode32Character(wchar_t p_character);
+    /// Up to the terminator. The text may be a part of this string.
     void pushBackUTF8String(const char* p_text) {
         if (p_text != nullptr && *p_text != 0) {
             append(__PRETTY_FUNCTION__, p_text, strlen(p_text));
@@ -138,6 +146,7 @@ public:
     }
     String& operator+=(const short* p_text);
     String& operator+=(const wchar_t* p_text);
+    /// A new string; this one stays.
     String operator+(const String& p_text) const;
     String operator+(const char* p_text) const;
     String operator+(const short* p_text) const;
@@ -145,6 +154,7 @@ public:
 
     // Insert and delete. A position beyond the end is ignored; a position at the end appends.
 
+    /// Positions are in bytes here too.
     void insertAsciiCharacter(char p_character, size_t p_position);
     void insertUnicode16Character(short p_character, size_t p_position);
     void insertUnicode32Character(wchar_t p_character, size_t p_position);
@@ -254,8 +264,10 @@ public:
 
     // Format, as printf does. A failure leaves the target unchanged.
 
+    /// A new text. Numbers are written with a point, whatever locale the host has set.
     static String newFormatted(const char* p_format, ...) __attribute__((format(printf, 1, 2)));
     static String newFormatted(const wchar_t* p_format, ...);
+    /// Into a string that is there.
     static void newFormatted(String& p_target, const char* p_format, ...) __attribute__((format(printf, 2, 3)));
     static void newFormatted(String& p_target, const wchar_t* p_format, ...);
     static String newArgList(const char* p_format, va_list p_arguments) __attribute__((format(printf, 1, 0)));
@@ -283,7 +295,9 @@ public:
     void convertToUnicode32(Array<wchar_t>& p_units) const;
 
 private:
+    /// Whether the text stands in this object itself.
     bool isInline() const { return m_allocatedSize == INLINE_SIZE; }
+    /// Whether the argument is a part of this text, and would move with it.
     bool pointsInside(const char* p_text) const {
         return reinterpret_cast<uintptr_t>(p_text) - reinterpret_cast<uintptr_t>(m_data) < m_size;
     }
@@ -298,6 +312,7 @@ private:
     bool fits(size_t p_length) const {
         return m_size != 0 && p_length - 1 < m_allocatedSize - m_size && typeid(*this) == typeid(String);
     }
+    /// The short way of all that append; null appends nothing.
     void append(const char* p_caller, const char* p_text, size_t p_length) {
         if (p_text != nullptr && fits(p_length)) {
             memmove(m_data + m_size - 1, p_text, p_length);
@@ -309,13 +324,19 @@ private:
     }
     /// `p_caller` is the function that reports a string without a terminator.
     void appendAndGrow(const char* p_caller, const char* p_text, size_t p_length);
+    /// For constructors: the first content, inline where it fits.
     void initCopy(const char* p_text, size_t p_length);
+    /// Makes room at the position, up to the end, and fills it.
     void insertBytes(const char* p_text, size_t p_length, size_t p_position);
     void assignSeparated(size_t p_leftLength, size_t p_rightPosition, String* p_left, String* p_right) const;
+    /// The separator that path functions cut at. False without one.
     bool searchLastSlash(size_t& p_position) const;
 
+    /// the inline buffer, or a heap block; never null
     char* m_data;
+    /// bytes in use, terminator counted
     size_t m_size;
+    /// bytes of the block
     size_t m_allocatedSize;
     char m_internalBuffer[INLINE_SIZE];
 };

@@ -40,6 +40,7 @@ public:
 
     /// One operation for each source type. Records are copied whole.
     virtual bool_t changeValueBool(bool_t p_value);
+    /// Numbers: see the table above for what a target of another type makes of them.
     virtual bool_t changeValueUInt8(uint8_t p_value);
     virtual bool_t changeValueInt8(int8_t p_value);
     virtual bool_t changeValueUInt16(uint16_t p_value);
@@ -50,7 +51,9 @@ public:
     virtual bool_t changeValueInt64(int64_t p_value);
     virtual bool_t changeValueFloat(float p_value);
     virtual bool_t changeValueDouble(double p_value);
+    /// The text is copied; a text takes no number.
     virtual bool_t changeValueString(const String& p_value);
+    /// Vectors and matrices go into a field of exactly their type.
     virtual bool_t changeValueVector2Int32(const Vector2<int32_t>& p_value);
     virtual bool_t changeValueVector2Int64(const Vector2<int64_t>& p_value);
     virtual bool_t changeValueVector2Float(const Vector2<float>& p_value);
@@ -63,6 +66,7 @@ public:
     virtual bool_t changeValueMatrix4x4Float(const Matrix4x4<float>& p_value);
     virtual bool_t changeValueMatrix3x3Double(const Matrix3x3<double>& p_value);
     virtual bool_t changeValueMatrix4x4Double(const Matrix4x4<double>& p_value);
+    /// Coordinates and sizes with their anchors.
     virtual bool_t changeValueExtPositionXFloat(const ExtPositionX<float>& p_value);
     virtual bool_t changeValueExtPositionXDouble(const ExtPositionX<double>& p_value);
     virtual bool_t changeValueExtPositionYFloat(const ExtPositionY<float>& p_value);
@@ -75,6 +79,7 @@ public:
     virtual bool_t changeValueExtDimensionHeightDouble(const ExtDimensionHeight<double>& p_value);
     virtual bool_t changeValueExtDimensionDepthFloat(const ExtDimensionDepth<float>& p_value);
     virtual bool_t changeValueExtDimensionDepthDouble(const ExtDimensionDepth<double>& p_value);
+    /// Points, sizes and rectangles, plain and anchored.
     virtual bool_t changeValueExtVector2Int32(const ExtVector2<int32_t>& p_value);
     virtual bool_t changeValueExtVector2Int64(const ExtVector2<int64_t>& p_value);
     virtual bool_t changeValueExtVector2Float(const ExtVector2<float>& p_value);
@@ -99,10 +104,12 @@ public:
     virtual bool_t changeValueExtRectDouble(const ExtRect<double>& p_value);
     virtual bool_t changeValueExtBoxFloat(const ExtBox<float>& p_value);
     virtual bool_t changeValueExtBoxDouble(const ExtBox<double>& p_value);
+    /// Colours: a target without alpha leaves it out, one with alpha becomes opaque where the source has none.
     virtual bool_t changeValueColorRGBFloat(const ColorRGB<float>& p_value);
     virtual bool_t changeValueColorRGBDouble(const ColorRGB<double>& p_value);
     virtual bool_t changeValueColorRGBAFloat(const ColorRGBA<float>& p_value);
     virtual bool_t changeValueColorRGBADouble(const ColorRGBA<double>& p_value);
+    /// The sixteen bytes.
     virtual bool_t changeValueGUID(const GUID_t& p_value);
     /// Releases the string that the field holds and stores p_string with a reference of the field's own; null stores
     /// null. A field of another type is logged and written all the same, which callers rely on: its eight bytes are
@@ -118,9 +125,12 @@ public:
     virtual void release();
 
 private:
+    /// By release() alone.
     ~VariableReference() = default;
 
+    /// Converts to the type of the field.
     template <typename From> bool_t storeNumber(From p_value);
+    /// Copies the record, or logs.
     template <typename T> bool_t storeRecord(VariableTypeEnum p_type, const T& p_value);
     template <typename Color> bool_t storeColor(const Color& p_value);
 
