@@ -31,6 +31,8 @@ public:
 };
 
 /// An edge of an outline, from its first point to its second.
+///
+///     contour.edges.pushBack(PolyEdge2D<float>(0, 1, Vector2<float>())); // the normal is calculated later
 template <typename T> class PolyEdge2D : public Record<PolyEdge2D<T>> {
 public:
     /// from and to

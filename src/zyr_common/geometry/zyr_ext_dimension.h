@@ -12,6 +12,8 @@ namespace zyr {
 #pragma pack(push, 1)
 
 /// A width, or the right edge that gives it.
+///
+///     ExtDimensionWidth<float> half(50, ZYR_SIZE_WIDTH_PARENT_WIDTH_PERCENT);
 template <typename T> class ExtDimensionWidth : public Record<ExtDimensionWidth<T>> {
 public:
     /// in pixels, percent or as an offset, as the anchor tells

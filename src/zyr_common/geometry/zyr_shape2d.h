@@ -58,6 +58,8 @@ public:
     }
 };
 /// A rectangle whose corners may be rounded. Its number is 2, though it is a Rectangle too.
+///
+///     RoundedRectangle<float> card(ExtVector2<float>(), 300, 200, 1, 12); // rounded by 12
 template <typename T> class RoundedRectangle : public Record<RoundedRectangle<T>, Rectangle<T>> {
 public:
     bool_t fillet; ///< The corners are rounded.
@@ -112,6 +114,8 @@ public:
     static constexpr auto fields() { return zyr_fields(zyr_field("axis", &Ellipse::axis)); }
 };
 /// A part of an ellipse, closed unless told otherwise.
+///
+///     Arc<float> pie(ExtVector2<float>(), {50, 50}, 0, 90, 1);
 template <typename T> class Arc : public Record<Arc<T>, Shape2D<T>> {
 public:
     /// Those of the whole ellipse, along x and y.

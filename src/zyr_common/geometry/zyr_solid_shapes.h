@@ -109,6 +109,8 @@ public:
     }
 };
 /// A sphere, whole or a slice of it.
+///
+///     Sphere<float> half(ExtVector3<float>(), 100, 1, 0, 180, 1, 1); // a slice, closed at both ends
 template <typename T> class Sphere : public Record<Sphere<T>, Shape3D<T>> {
 public:
     /// 100 at first
@@ -277,6 +279,10 @@ public:
 };
 /// A cone, cut off when both radii are above 0. A new one ends in a point at the top, and its upper cap then has no
 /// area.
+///
+///     Cone<float> cup;
+///     cup.upperRadius = 60; // wider at the top
+///     cup.upperCap = 0;     // and open there
 template <typename T> class Cone : public Record<Cone<T>, Shape3D<T>> {
 public:
     /// 0 at first
@@ -322,6 +328,9 @@ public:
     }
 };
 /// A cylinder with a hole along its axis. The inner radius is not held below the outer one.
+///
+///     Tube<float> tube;
+///     tube.upperFillet = 1; // with the radius 10
 template <typename T> class Tube : public Record<Tube<T>, Shape3D<T>> {
 public:
     /// 30 at first

@@ -15,6 +15,12 @@ namespace zyr {
 #pragma pack(push, 1)
 
 /// A closed outline of straight edges. The last point is joined to the first, which is not repeated.
+///
+///     Array<Vector2<float>> corners;
+///     corners.pushBack({0, 0});
+///     corners.pushBack({40, 0});
+///     corners.pushBack({20, 30});
+///     Polygon2D<float> triangle(ExtVector2<float>(), 40, 30, corners);
 template <typename T> class Polygon2D : public Record<Polygon2D<T>, Shape2D<T>> {
 public:
     /// Of the rectangle that the points were drawn in; the points may lie outside of it.

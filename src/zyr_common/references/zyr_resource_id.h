@@ -65,6 +65,9 @@ public:
 
 /// A resource, or one part of it. Stored as "guidRef" and "subDataID". The order of the virtual operations is a
 /// contract between separately built modules.
+///
+///     ResourceID picture(guid, ZYR_SUB_DATA_ID_NONE); // the whole of it
+///     ResourceID frame(guid, 3);                      // its part number 3
 class ResourceID : public Record<ResourceID> {
 public:
     /// The resource.

@@ -128,9 +128,9 @@ private:
     /// By release() alone.
     ~VariableReference() = default;
 
-    /// Converts to the type of the field.
+    /// Converts to the type of the field; false for one that takes no number.
     template <typename From> bool_t storeNumber(From p_value);
-    /// Copies the record, or logs.
+    /// Copies the record; false for a field of another type.
     template <typename T> bool_t storeRecord(VariableTypeEnum p_type, const T& p_value);
     template <typename Color> bool_t storeColor(const Color& p_value);
 

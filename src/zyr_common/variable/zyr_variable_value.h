@@ -87,6 +87,7 @@ public:
 #include "zyr_common/variable/zyr_variable_accessors.inl"
 
     /// Makes the record of the present type, where it has one, and forgets what was held before.
+    /// For constructors and for reading.
     void allocateValueType();
     /// Frees the record of the present type. The pointer stays as it is: allocateValueType has to follow.
     void freeValueType();
