@@ -132,6 +132,7 @@
 #include "zyr_common/serialization/zyr_numbered_record.h"
 #include "zyr_common/serialization/zyr_record.h"
 #include "zyr_common/serialization/zyr_record_fields.h"
+#include "zyr_common/serialization/zyr_record_table.h"
 #include "zyr_common/serialization/zyr_serializer.h"
 #include "zyr_common/serialization/zyr_single_objects.h"
 #include "zyr_common/settings/zyr_argument_text.h"
