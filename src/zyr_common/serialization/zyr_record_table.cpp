@@ -32,6 +32,13 @@ struct RecordPath {
 
 /// The key of a field, and where deserializers found it last.
 struct RecordTable::Site {
+    /// The first byte is compared here: most keys differ in it or in their length.
+    bool isKey(const WrappedString& p_word) const {
+        const char* key = m_key.getData();
+        const size_t length = m_key.getLengthInBytes();
+        return length == p_word.getSize() && *key == *p_word.getData() && memcmp(key, p_word.getData(), length) == 0;
+    }
+
     String m_key;
     uint32_t m_cache = 0;
 };
@@ -91,7 +98,7 @@ VariableReference* RecordTable::find(void* p_record, const String& p_path, bool_
     const RecordPath path(p_path);
     const Site* sites = getSites();
     size_t i = 0;
-    while (i < m_count && !(sites[i].m_key.getWrapped() == path.m_root)) {
+    while (i < m_count && !sites[i].isKey(path.m_root)) {
         ++i;
     }
     p_known = i < m_count;
