@@ -231,7 +231,8 @@ size_t Connection::readBytes(unsigned char* p_bytes, size_t p_size) {
             return 0;
         }
         size_t moved = 0;
-        if (countInput(m_input.fill(*m_channel, INPUT_SIZE, moved), moved) == CHANNEL_WAIT) {
+        const ChannelResultEnum result = m_input.fill(*m_channel, INPUT_SIZE, moved);
+        if (countInput(result, moved) == CHANNEL_WAIT) {
             m_inputResult = CHANNEL_DONE;
             m_isInputDrained = true;
         }

@@ -255,6 +255,18 @@ TEST_F(WebSocketTest, PingsGoOutInSilenceAndKeepTheConnection) {
     EXPECT_TRUE(m_left.isOpen());
 }
 
+TEST_F(WebSocketTest, WhatComesIsCountedAndPutsTheEndOfSilenceOff) {
+    m_left.getFeatures().m_idleTimeout = 60'000;
+    openPeer();
+    const uint64_t before = m_left.getState().m_receivedBytes;
+    const int64_t deadline = m_left.getState().m_deadline;
+    const std::string bytes = frame(0x82, envelope(7, 1, 0, 0));
+    writePeer(bytes);
+    ASSERT_TRUE(pump({&m_left}, [&] { return m_left.m_messages.size() == 1; }));
+    EXPECT_EQ(m_left.getState().m_receivedBytes - before, bytes.size());
+    EXPECT_GT(m_left.getState().m_deadline, deadline);
+}
+
 TEST_F(WebSocketTest, PeerThatOnlyPingsAndNeverReadsIsNotListenedTo) {
     openPeer();
     const int peer = std::exchange(m_peer, -1);
