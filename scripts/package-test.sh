@@ -53,8 +53,8 @@ for place in proc dev; do
     mounted+=("$root/$place")
 done
 inside() { chroot "$root" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 HOME=/tmp DEBIAN_FRONTEND=noninteractive "$@"; }
-# Nobody's home is his own: what root does in /tmp is not for him to write to.
-inside install -d -o nobody -g nogroup /tmp/nobody
+# Nobody has a home of his own, with the directory in which programs make theirs.
+inside install -d -o nobody -g nogroup /tmp/nobody /tmp/nobody/.config
 asUser() { inside setpriv --reuid=65534 --regid=65534 --clear-groups env HOME=/tmp/nobody "$@"; }
 apt() {
     inside apt-get -qq -y --no-install-recommends "$@" >"$work/log" 2>&1 || { tail -n 10 "$work/log" >&2; die "apt-get $*"; }
