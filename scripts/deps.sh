@@ -141,7 +141,8 @@ wants lint && installPackages clang-format clang-tidy python3 shellcheck
 wants abi && installPackages abigail-tools
 wants docs && installPackages doxygen python3-markdown man-db
 wants package && installPackages dpkg-dev lintian mmdebstrap
-wants bench && installPackages libspdlog-dev libtsl-ordered-map-dev libtbb-dev libeigen3-dev libglm-dev libvncserver-dev
+wants bench && installPackages libspdlog-dev libtsl-ordered-map-dev libtbb-dev libeigen3-dev libglm-dev libvncserver-dev \
+    libprotobuf-dev protobuf-compiler libmsgpack-cxx-dev rapidjson-dev
 
 pkgConfig() {
     if $cross; then PKG_CONFIG_LIBDIR=$pkgConfigLibdir pkg-config "$@"; else pkg-config "$@"; fi
