@@ -37,6 +37,20 @@ constexpr DigitValues makeDigitValues() {
 }
 constexpr DigitValues DIGIT_VALUES = makeDigitValues();
 
+struct DigitPairs {
+    char m_pairs[256][2];
+};
+
+constexpr DigitPairs makeDigitPairs() {
+    DigitPairs table = {};
+    for (size_t i = 0; i < 256; i++) {
+        table.m_pairs[i][0] = DIGITS[i >> 4];
+        table.m_pairs[i][1] = DIGITS[i & 15];
+    }
+    return table;
+}
+constexpr DigitPairs DIGIT_PAIRS = makeDigitPairs();
+
 /// Whether a dash stands in front of the byte of that number.
 constexpr bool hasDash(size_t p_byte) {
     return p_byte == 4 || p_byte == 6 || p_byte == 8 || p_byte == 10;
@@ -94,8 +108,8 @@ String String::newFromGUID(const GUID_t& p_guid) {
         if (hasDash(i)) {
             *out++ = '-';
         }
-        *out++ = DIGITS[p_guid.m_data[i] >> 4];
-        *out++ = DIGITS[p_guid.m_data[i] & 0x0F];
+        memcpy(out, DIGIT_PAIRS.m_pairs[p_guid.m_data[i]], 2);
+        out += 2;
     }
     return String(text, sizeof(text));
 }

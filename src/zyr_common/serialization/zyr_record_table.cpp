@@ -78,13 +78,14 @@ bool_t RecordTable::write(void* p_record, ISerializer* p_serializer, bool_t p_fi
     void* fields[c_maximum];
     m_locate(p_record, fields);
     const Site* sites = getSites();
+    const bool_t binary = p_serializer->isBinaryFormat();
     for (size_t i = 0; i < m_count; ++i) {
         const RecordRow& row = m_rows[i];
         bool_t done = 1;
         if (p_headerPass) {
             bool_t result = 1;
             done = !row.m_declared || row.m_kind->m_declare(p_serializer, sites[i].m_key, fields[i], result);
-        } else if (p_serializer->isBinaryFormat() || row.m_element != (p_firstPass != 0)) {
+        } else if (binary || row.m_element != (p_firstPass != 0)) {
             done = row.m_kind->m_write(p_serializer, sites[i].m_key, fields[i], row.m_attribute, row.m_converter);
         }
         if (!done) {
