@@ -106,38 +106,45 @@ public:
     }
 
     bool_t writeStringRef(const String& p_name, const String* p_value, bool_t, uint32_t) override {
-        return m_output.field(p_name, FieldKind::STRING_REF) && putNumber(p_value != nullptr) &&
-               (p_value == nullptr || appendText(m_output.m_buffer, *p_value));
+        const size_t length = p_value != nullptr ? p_value->getLengthInBytes() : 0;
+        uint8_t* target = m_output.field(p_name, FieldKind::STRING_REF, 1 + c_numberSize + length);
+        if (target == nullptr) {
+            return 0;
+        }
+        *target++ = p_value != nullptr;
+        return end(p_value != nullptr ? putText(target, p_value->getData(), length) : target);
     }
     bool_t writeBool(const String& p_name, bool_t p_value, bool_t, uint32_t) override {
-        return m_output.field(p_name, FieldKind::BOOL) && putNumber(p_value != 0);
+        return writeNumber(p_name, FieldKind::BOOL, p_value != 0);
     }
     bool_t writeEnum(const String& p_name, uint32_t p_value, uint32_t, bool_t, EnumerationConverter) override {
-        return m_output.field(p_name, FieldKind::ENUM) && putNumber(p_value);
+        return writeNumber(p_name, FieldKind::ENUM, p_value);
     }
     bool_t writeInt32(const String& p_name, int32_t p_value, uint32_t, bool_t, EnumerationConverter) override {
-        return m_output.field(p_name, FieldKind::INT32) && putNumber(toZigzag(p_value));
+        return writeNumber(p_name, FieldKind::INT32, toZigzag(p_value));
     }
     bool_t writeUInt32(const String& p_name, uint32_t p_value, uint32_t, bool_t, EnumerationConverter) override {
-        return m_output.field(p_name, FieldKind::UINT32) && putNumber(p_value);
+        return writeNumber(p_name, FieldKind::UINT32, p_value);
     }
     bool_t writeInt64(const String& p_name, int64_t p_value, uint32_t, bool_t, EnumerationConverter) override {
-        return m_output.field(p_name, FieldKind::INT64) && putNumber(toZigzag(p_value));
+        return writeNumber(p_name, FieldKind::INT64, toZigzag(p_value));
     }
     bool_t writeUInt64(const String& p_name, uint64_t p_value, uint32_t, bool_t, EnumerationConverter) override {
-        return m_output.field(p_name, FieldKind::UINT64) && putNumber(p_value);
+        return writeNumber(p_name, FieldKind::UINT64, p_value);
     }
     bool_t writeFloat(const String& p_name, float p_value, bool_t, uint32_t) override {
-        return m_output.field(p_name, FieldKind::FLOAT) && m_output.m_buffer.append(&p_value, sizeof(p_value));
+        return writeReal(p_name, FieldKind::FLOAT, p_value);
     }
     bool_t writeDouble(const String& p_name, double p_value, bool_t, uint32_t) override {
-        return m_output.field(p_name, FieldKind::DOUBLE) && m_output.m_buffer.append(&p_value, sizeof(p_value));
+        return writeReal(p_name, FieldKind::DOUBLE, p_value);
     }
     bool_t writeString(const String& p_name, const String& p_value, bool_t, uint32_t) override {
-        return m_output.field(p_name, FieldKind::STRING) && appendText(m_output.m_buffer, p_value);
+        const size_t length = p_value.getLengthInBytes();
+        uint8_t* target = m_output.field(p_name, FieldKind::STRING, c_numberSize + length);
+        return target != nullptr && end(putText(target, p_value.getData(), length));
     }
     bool_t writeStringArray(const String& p_name, uint32_t p_count, const String* p_items, bool_t, uint32_t) override {
-        bool done = m_output.field(p_name, FieldKind::STRING_ARRAY) && putNumber(p_count);
+        bool done = writeNumber(p_name, FieldKind::STRING_ARRAY, p_count);
         for (uint32_t i = 0; i < p_count && done; i++) {
             done = appendText(m_output.m_buffer, p_items[i]);
         }
@@ -155,7 +162,7 @@ public:
     }
     bool_t writeEnumArray(const String& p_name, uint32_t p_count, const uint32_t* p_items, bool_t,
                           EnumerationConverter) override {
-        bool done = m_output.field(p_name, FieldKind::ENUM_ARRAY) && putNumber(p_count);
+        bool done = writeNumber(p_name, FieldKind::ENUM_ARRAY, p_count);
         for (uint32_t i = 0; i < p_count && done; i++) {
             done = putNumber(p_items[i]);
         }
@@ -175,7 +182,7 @@ private:
         }
     }
     bool putNumber(uint64_t p_number) {
-        uint8_t* target = m_output.m_buffer.reserve(10);
+        uint8_t* target = m_output.m_buffer.reserve(c_numberSize);
         if (target == nullptr) {
             return false;
         }
@@ -185,10 +192,31 @@ private:
     bool_t declare(const String& p_name, FieldKind p_kind, bool_t& p_result) {
         return p_result = m_output.declare(p_name, p_kind, String::getConstEmpty());
     }
-    template <typename T>
-    bool_t writeItems(const String& p_name, FieldKind p_kind, uint32_t p_count, const T* p_items) {
-        return m_output.field(p_name, p_kind) && putNumber(p_count) &&
-               m_output.m_buffer.append(p_items, p_count * sizeof(T));
+    bool end(const uint8_t* p_end) {
+        m_output.m_buffer.commit(p_end);
+        return true;
+    }
+    bool writeNumber(const String& p_name, FieldKind p_kind, uint64_t p_number) {
+        uint8_t* target = m_output.field(p_name, p_kind, c_numberSize);
+        return target != nullptr && end(putBase128(target, p_number));
+    }
+    template <typename T> bool writeReal(const String& p_name, FieldKind p_kind, T p_value) {
+        uint8_t* target = m_output.field(p_name, p_kind, sizeof(T));
+        if (target == nullptr) {
+            return false;
+        }
+        memcpy(target, &p_value, sizeof(T));
+        return end(target + sizeof(T));
+    }
+    template <typename T> bool writeItems(const String& p_name, FieldKind p_kind, uint32_t p_count, const T* p_items) {
+        const size_t size = p_count * sizeof(T);
+        uint8_t* target = m_output.field(p_name, p_kind, c_numberSize + size);
+        if (target == nullptr) {
+            return false;
+        }
+        target = putBase128(target, p_count);
+        copyBytes(target, p_items, size);
+        return end(target + size);
     }
 
     mutable Output m_output;

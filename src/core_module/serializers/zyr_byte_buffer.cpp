@@ -1,46 +1,56 @@
 #include "core_module/serializers/zyr_byte_buffer.h"
 
-#include "zyr_common/memory/zyr_memory.h"
+#include <cstdlib>
 
 namespace zyr {
 
 namespace {
 
 constexpr size_t FIRST_CAPACITY = 4096;
-constexpr size_t GUID_TEXT_LENGTH = 36;
+constexpr uint8_t GUID_TEXT_LENGTH = 36;
 constexpr size_t GUID_SIZE = 16;
 
-/// The value of a lower-case hexadecimal digit, 255 for other characters.
-uint8_t getDigit(char p_character) {
-    if (p_character >= '0' && p_character <= '9') {
-        return static_cast<uint8_t>(p_character - '0');
-    }
-    return p_character >= 'a' && p_character <= 'f' ? static_cast<uint8_t>(p_character - 'a' + 10) : 255;
+/// The values of eight lower-case hexadecimal digits, the first one lowest and each in a byte. p_wrong gets bits where
+/// a character is none.
+uint64_t getDigits(const char* p_text, uint64_t& p_wrong) {
+    constexpr uint64_t ONES = 0x0101010101010101;
+    uint64_t text;
+    memcpy(&text, p_text, sizeof(text));
+    // With the top bits out of the way no sum reaches the next byte.
+    const uint64_t low = text & 0x7F * ONES;
+    const auto isAtLeast = [&](uint64_t p_character) { return (low + (0x80 - p_character) * ONES) & 0x80 * ONES; };
+    const uint64_t number = isAtLeast('0') & ~isAtLeast('9' + 1);
+    const uint64_t letter = isAtLeast('a') & ~isAtLeast('f' + 1);
+    p_wrong |= (text | ~(number | letter)) & 0x80 * ONES;
+    return (low & 0x0F * ONES) + (letter >> 7) * 9;
 }
 
 /// Only the very text that a reader makes of the bytes is a GUID here.
 bool parseGUID(const char* p_text, uint8_t* p_bytes) {
-    for (size_t i = 0; i < GUID_SIZE; i++) {
-        if (i == 4 || i == 6 || i == 8 || i == 10) {
-            if (*p_text++ != '-') {
-                return false;
-            }
-        }
-        const uint8_t high = getDigit(p_text[0]);
-        const uint8_t low = getDigit(p_text[1]);
-        if ((high | low) > 15) {
-            return false;
-        }
-        p_bytes[i] = static_cast<uint8_t>(high << 4 | low);
-        p_text += 2;
+    if (p_text[8] != '-' || p_text[13] != '-' || p_text[18] != '-' || p_text[23] != '-') {
+        return false;
     }
-    return true;
+    char digits[2 * GUID_SIZE];
+    memcpy(digits, p_text, 8);
+    memcpy(digits + 8, p_text + 9, 4);
+    memcpy(digits + 12, p_text + 14, 4);
+    memcpy(digits + 16, p_text + 19, 4);
+    memcpy(digits + 20, p_text + 24, 12);
+    uint64_t wrong = 0;
+    for (size_t i = 0; i < GUID_SIZE; i += 4) {
+        const uint64_t values = getDigits(digits + 2 * i, wrong);
+        const uint64_t pairs = values << 4 | values >> 8;
+        for (size_t k = 0; k < 4; k++) {
+            p_bytes[i + k] = static_cast<uint8_t>(pairs >> 16 * k);
+        }
+    }
+    return wrong == 0;
 }
 
 } // namespace
 
 void ByteBuffer::release() {
-    zyr_free(m_data);
+    ::free(m_data);
     m_data = nullptr;
     m_size = 0;
     m_capacity = 0;
@@ -51,14 +61,12 @@ bool ByteBuffer::grow(size_t p_size) {
     if (capacity < m_size + p_size) {
         capacity = m_size + p_size;
     }
-    uint8_t* data = static_cast<uint8_t*>(zyr_tryMalloc(capacity));
+    // The C library moves a large block by its pages, which costs neither a copy nor fresh memory. The framework's heap
+    // always makes a new block.
+    uint8_t* data = static_cast<uint8_t*>(::realloc(m_data, capacity));
     if (data == nullptr) {
         return false;
     }
-    if (m_size != 0) {
-        memcpy(data, m_data, m_size);
-    }
-    zyr_free(m_data);
     m_data = data;
     m_capacity = capacity;
     return true;
@@ -85,21 +93,22 @@ bool ByteBuffer::endLength(size_t p_place, size_t p_width) {
     return true;
 }
 
+uint8_t* putGUIDText(uint8_t* p_target, const char* p_text) {
+    if (parseGUID(p_text, p_target + 1)) {
+        *p_target = 0;
+        return p_target + 1 + GUID_SIZE;
+    }
+    *p_target++ = GUID_TEXT_LENGTH + 1;
+    memcpy(p_target, p_text, GUID_TEXT_LENGTH);
+    return p_target + GUID_TEXT_LENGTH;
+}
+
 bool appendText(ByteBuffer& p_buffer, const char* p_text, size_t p_length) {
-    uint8_t* target = p_buffer.reserve(p_length + 10);
+    uint8_t* target = p_buffer.reserve(p_length + c_numberSize);
     if (target == nullptr) {
         return false;
     }
-    if (p_length == GUID_TEXT_LENGTH && p_text[8] == '-' && parseGUID(p_text, target + 1)) {
-        *target = 0;
-        p_buffer.commit(target + 1 + GUID_SIZE);
-        return true;
-    }
-    target = putBase128(target, static_cast<uint64_t>(p_length) + 1);
-    if (p_length != 0) {
-        memcpy(target, p_text, p_length);
-    }
-    p_buffer.commit(target + p_length);
+    p_buffer.commit(putText(target, p_text, p_length));
     return true;
 }
 

@@ -60,7 +60,58 @@ private:
     size_t m_capacity = 0;
 };
 
-/// Seven bits a byte, least significant first, into at least 10 bytes of room. Gives the end.
+/// Copies without a call where the bytes are few, as those of names and most texts are.
+inline void copyBytes(uint8_t* p_target, const void* p_source, size_t p_size) {
+    const uint8_t* source = static_cast<const uint8_t*>(p_source);
+    // Two pieces that may overlap.
+    const auto copyEnds = [&](auto p_piece) {
+        auto last = p_piece;
+        memcpy(&p_piece, source, sizeof(p_piece));
+        memcpy(&last, source + p_size - sizeof(last), sizeof(last));
+        memcpy(p_target, &p_piece, sizeof(p_piece));
+        memcpy(p_target + p_size - sizeof(last), &last, sizeof(last));
+    };
+    struct Words {
+        uint64_t m_words[2];
+    };
+    if (p_size > 32) {
+        memcpy(p_target, p_source, p_size);
+    } else if (p_size >= 16) {
+        copyEnds(Words());
+    } else if (p_size >= 8) {
+        copyEnds(uint64_t());
+    } else if (p_size >= 4) {
+        copyEnds(uint32_t());
+    } else if (p_size != 0) {
+        p_target[0] = source[0];
+        p_target[p_size / 2] = source[p_size / 2];
+        p_target[p_size - 1] = source[p_size - 1];
+    }
+}
+
+/// Whether two names of one length are the same; without a call where they are short.
+inline bool equalNames(const char* p_a, const char* p_b, size_t p_length) {
+    const auto differ = [&](auto p_piece, size_t p_place) {
+        auto other = p_piece;
+        memcpy(&p_piece, p_a + p_place, sizeof(p_piece));
+        memcpy(&other, p_b + p_place, sizeof(other));
+        return p_piece ^ other;
+    };
+    if (p_length > 16) {
+        return memcmp(p_a, p_b, p_length) == 0;
+    }
+    if (p_length >= 8) {
+        return (differ(uint64_t(), 0) | differ(uint64_t(), p_length - 8)) == 0;
+    }
+    if (p_length >= 4) {
+        return (differ(uint32_t(), 0) | differ(uint32_t(), p_length - 4)) == 0;
+    }
+    return p_length == 0 ||
+           (p_a[0] == p_b[0] && p_a[p_length / 2] == p_b[p_length / 2] && p_a[p_length - 1] == p_b[p_length - 1]);
+}
+
+/// Seven bits a byte, least significant first, into at least c_numberSize bytes of room. Gives the end.
+inline constexpr size_t c_numberSize = 10;
 inline uint8_t* putBase128(uint8_t* p_target, uint64_t p_value) {
     while (p_value >= 0x80) {
         *p_target++ = static_cast<uint8_t>(p_value | 0x80);
@@ -78,7 +129,18 @@ inline int64_t fromZigzag(uint64_t p_code) {
     return static_cast<int64_t>(p_code >> 1) ^ -static_cast<int64_t>(p_code & 1);
 }
 
-/// Appends a text: its length plus 1 and its bytes, or 0 and 16 bytes for the text form of a GUID.
+/// Puts a text: its length plus 1 and its bytes, or 0 and 16 bytes for the text form of a GUID. Needs room for
+/// c_numberSize bytes beside those of the text. Gives the end.
+uint8_t* putGUIDText(uint8_t* p_target, const char* p_text);
+inline uint8_t* putText(uint8_t* p_target, const char* p_text, size_t p_length) {
+    if (p_length == 36 && p_text[8] == '-') {
+        return putGUIDText(p_target, p_text);
+    }
+    p_target = putBase128(p_target, static_cast<uint64_t>(p_length) + 1);
+    copyBytes(p_target, p_text, p_length);
+    return p_target + p_length;
+}
+/// The same at the end of the buffer.
 bool appendText(ByteBuffer& p_buffer, const char* p_text, size_t p_length);
 inline bool appendText(ByteBuffer& p_buffer, const String& p_text) {
     return appendText(p_buffer, p_text.getData(), p_text.getLengthInBytes());

@@ -2,16 +2,24 @@
 
 namespace zyr {
 
-bool RawOutput::field(const String& p_name, FieldKind p_kind) {
+uint8_t* RawOutput::field(const String& p_name, FieldKind p_kind, size_t p_room) {
     const size_t length = p_name.getLengthInBytes();
-    uint8_t* target = m_buffer.reserve(length + 11);
+    uint8_t* target = m_buffer.reserve(1 + c_numberSize + length + p_room);
     if (target == nullptr) {
-        return false;
+        return nullptr;
     }
     *target++ = static_cast<uint8_t>(p_kind);
     target = putBase128(target, length);
-    memcpy(target, p_name.getData(), length);
-    m_buffer.commit(target + length);
+    copyBytes(target, p_name.getData(), length);
+    return target + length;
+}
+
+bool RawOutput::beginField(const String& p_name, FieldKind p_kind) {
+    const uint8_t* value = field(p_name, p_kind, 0);
+    if (value == nullptr) {
+        return false;
+    }
+    m_buffer.commit(value);
     return true;
 }
 

@@ -7,7 +7,7 @@
 
 namespace zyr {
 
-/// Writes what stands around values. Values themselves go into m_buffer behind a call of field().
+/// Writes what stands around values.
 class RawOutput {
 public:
     bool begin() {
@@ -19,21 +19,23 @@ public:
     /// The bytes are complete at all times.
     bool complete() { return true; }
 
-    bool field(const String& p_name, FieldKind p_kind);
+    /// Begins a field and gives the place of its value with room for so many bytes, null where there is no memory. What
+    /// is put there counts when the buffer is told where it ends.
+    uint8_t* field(const String& p_name, FieldKind p_kind, size_t p_room);
     /// Fields are declared where they stand.
     bool declare(const String&, FieldKind, const String&) { return true; }
     bool beginStructure(const String&) { return true; }
     bool endStructure() { return true; }
 
-    bool beginRecord(const String& p_name) { return field(p_name, FieldKind::RECORD) && enter(1); }
+    bool beginRecord(const String& p_name) { return beginField(p_name, FieldKind::RECORD) && enter(1); }
     bool beginObject(const String& p_name, const String& p_className, const String& p_guidText) {
-        return field(p_name, FieldKind::OBJECT) && appendText(m_buffer, p_className) &&
+        return beginField(p_name, FieldKind::OBJECT) && appendText(m_buffer, p_className) &&
                appendText(m_buffer, p_guidText) && enter(4);
     }
     bool nullObject(const String& p_name) {
-        return field(p_name, FieldKind::OBJECT) && appendText(m_buffer, "", 0) && appendText(m_buffer, "", 0);
+        return beginField(p_name, FieldKind::OBJECT) && appendText(m_buffer, "", 0) && appendText(m_buffer, "", 0);
     }
-    bool beginArray(const String& p_name) { return field(p_name, FieldKind::RECORD_ARRAY) && enter(4); }
+    bool beginArray(const String& p_name) { return beginField(p_name, FieldKind::RECORD_ARRAY) && enter(4); }
     bool beginElement(const String& p_typeName) { return appendText(m_buffer, p_typeName) && enter(1); }
     bool nullElement() { return appendText(m_buffer, "", 0); }
     bool leave();
@@ -41,6 +43,7 @@ public:
     ByteBuffer m_buffer;
 
 private:
+    bool beginField(const String& p_name, FieldKind p_kind);
     /// Leaves p_width bytes for the length of what begins here.
     bool enter(size_t p_width);
 

@@ -117,16 +117,13 @@ uint32_t ZbfOutput::addField(Structure& p_structure, const String& p_name, Field
     return static_cast<uint32_t>(p_structure.m_fields.getSize() - 1);
 }
 
-uint32_t ZbfOutput::findField(Frame& p_frame, const String& p_name, FieldKind p_kind) {
+uint32_t ZbfOutput::searchField(Frame& p_frame, const String& p_name, FieldKind p_kind) {
     Structure& structure = *m_structures[p_frame.m_structure];
     const Field* fields = structure.m_fields.getData();
     const uint32_t count = static_cast<uint32_t>(structure.m_fields.getSize());
-    const char* name = p_name.getData();
-    const size_t length = p_name.getLengthInBytes();
     uint32_t number = p_frame.m_next < count ? p_frame.m_next : 0;
     for (uint32_t i = 0; i < count; i++) {
-        const Field& field = fields[number];
-        if (field.m_length == length && field.m_kind == p_kind && memcmp(field.m_name, name, length) == 0) {
+        if (fields[number].is(p_name, p_kind)) {
             p_frame.m_next = number + 1;
             return number;
         }
@@ -139,10 +136,6 @@ uint32_t ZbfOutput::findField(Frame& p_frame, const String& p_name, FieldKind p_
         structure.m_fields[number].m_structure = addStructure(String::getConstEmpty());
     }
     return number;
-}
-
-bool ZbfOutput::field(const String& p_name, FieldKind p_kind) {
-    return putNumber(findField(m_frames[m_depth], p_name, p_kind));
 }
 
 bool ZbfOutput::beginStructure(const String& p_typeName) {
@@ -167,9 +160,7 @@ bool ZbfOutput::declare(const String& p_name, FieldKind p_kind, const String& p_
     // The structure of a record is that of its type, not the one that findField would give an undeclared record.
     Structure& structure = *m_structures[frame.m_structure];
     for (size_t i = 0; i < count; i++) {
-        const Field& field = structure.m_fields[i];
-        if (field.m_kind == p_kind && field.m_length == p_name.getLengthInBytes() &&
-            memcmp(field.m_name, p_name.getData(), field.m_length) == 0) {
+        if (structure.m_fields[i].is(p_name, p_kind)) {
             frame.m_next = static_cast<uint32_t>(i) + 1;
             return true;
         }
@@ -206,7 +197,7 @@ bool ZbfOutput::beginRecord(const String& p_name) {
 }
 
 bool ZbfOutput::beginObject(const String& p_name, const String& p_className, const String& p_guidText) {
-    if (!field(p_name, FieldKind::OBJECT)) {
+    if (!putNumber(findField(m_frames[m_depth], p_name, FieldKind::OBJECT))) {
         return false;
     }
     const uint32_t structure = findStructure(p_className);
@@ -227,7 +218,7 @@ bool ZbfOutput::beginObject(const String& p_name, const String& p_className, con
 }
 
 bool ZbfOutput::beginArray(const String& p_name) {
-    return field(p_name, FieldKind::RECORD_ARRAY) && enter(4, 0);
+    return putNumber(findField(m_frames[m_depth], p_name, FieldKind::RECORD_ARRAY)) && enter(4, 0);
 }
 
 bool ZbfOutput::beginElement(const String& p_typeName) {

@@ -10,7 +10,7 @@
 
 namespace zyr {
 
-/// Writes what stands around values. Values themselves go into m_buffer behind a call of field().
+/// Writes what stands around values.
 class ZbfOutput {
 public:
     ~ZbfOutput() { clear(); }
@@ -20,15 +20,22 @@ public:
     /// Appends the table. Nothing may be written afterwards.
     bool complete();
 
-    /// A field that was not declared is declared now.
-    bool field(const String& p_name, FieldKind p_kind);
+    /// Begins a field and gives the place of its value with room for so many bytes, null where there is no memory. What
+    /// is put there counts when the buffer is told where it ends. A field that was not declared is declared now.
+    uint8_t* field(const String& p_name, FieldKind p_kind, size_t p_room) {
+        const uint32_t number = findField(m_frames[m_depth], p_name, p_kind);
+        uint8_t* target = m_buffer.reserve(c_numberSize + p_room);
+        return target != nullptr ? putBase128(target, number) : nullptr;
+    }
     bool declare(const String& p_name, FieldKind p_kind, const String& p_typeName);
     bool beginStructure(const String& p_typeName);
     bool endStructure();
 
     bool beginRecord(const String& p_name);
     bool beginObject(const String& p_name, const String& p_className, const String& p_guidText);
-    bool nullObject(const String& p_name) { return field(p_name, FieldKind::OBJECT) && putNumber(0); }
+    bool nullObject(const String& p_name) {
+        return putNumber(findField(m_frames[m_depth], p_name, FieldKind::OBJECT)) && putNumber(0);
+    }
     bool beginArray(const String& p_name);
     bool beginElement(const String& p_typeName);
     bool nullElement() { return putNumber(0); }
@@ -38,6 +45,11 @@ public:
 
 private:
     struct Field {
+        bool is(const String& p_name, FieldKind p_kind) const {
+            return p_name.getLengthInBytes() == m_length && m_kind == p_kind &&
+                   equalNames(m_name, p_name.getData(), m_length);
+        }
+
         const char* m_name;
         uint32_t m_length;
         FieldKind m_kind;
@@ -64,7 +76,17 @@ private:
     bool putNumber(uint64_t p_number);
     bool enter(size_t p_width, uint32_t p_structure);
     /// Gives the number of the field in the structure of the frame, which is added if it is not there.
-    uint32_t findField(Frame& p_frame, const String& p_name, FieldKind p_kind);
+    uint32_t findField(Frame& p_frame, const String& p_name, FieldKind p_kind) {
+        const Array<Field>& fields = m_structures[p_frame.m_structure]->m_fields;
+        // Values are mostly written in the order of the declaration.
+        const uint32_t number = p_frame.m_next;
+        if (number < fields.Array::getSize() && fields[number].is(p_name, p_kind)) {
+            p_frame.m_next = number + 1;
+            return number;
+        }
+        return searchField(p_frame, p_name, p_kind);
+    }
+    uint32_t searchField(Frame& p_frame, const String& p_name, FieldKind p_kind);
     uint32_t addField(Structure& p_structure, const String& p_name, FieldKind p_kind);
     uint32_t findStructure(const String& p_typeName);
     uint32_t addStructure(const String& p_typeName);
