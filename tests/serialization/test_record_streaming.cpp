@@ -344,6 +344,39 @@ TEST(RecordReading, GivesADefaultRecordForANullElement) {
     EXPECT_EQ(record.marks[0], SampleMark());
 }
 
+TEST(RecordReading, ReadsArraysOfManyRecordsInSteps) {
+    constexpr size_t COUNT = 5000;
+    SampleRecord source;
+    source.marks.resize(COUNT);
+    for (size_t i = 0; i < COUNT; i++) {
+        source.marks[i] = SampleMark();
+        source.marks[i].x = static_cast<float>(i);
+    }
+    RecordingSerializer serializer(RecordingSerializer::c_binary);
+    bool_t result = 0;
+    ASSERT_EQ(source.writeSerialized(&serializer, 0, result), 1);
+    SampleRecord record;
+    RecordingDeserializer deserializer(serializer.m_root);
+    EXPECT_EQ(record.readSerialized(&deserializer), 1);
+    ASSERT_EQ(record.marks.getSize(), COUNT);
+    EXPECT_EQ(record.marks.getAllocatedSize(), COUNT);
+    EXPECT_EQ(record.marks.getAllocCondition(), static_cast<uint32_t>(ZYR_ALLOC_CONDITION_ON_RESIZE));
+    for (size_t i = 0; i < COUNT; i++) {
+        ASSERT_EQ(record.marks[i], source.marks[i]) << i;
+    }
+}
+
+TEST(RecordReading, KeepsTheRecordsInFrontOfOneThatFails) {
+    test::SerializedNode root;
+    root.m_arrays["marks"].emplace_back("", std::make_shared<test::SerializedNode>());
+    root.m_arrays["marks"].emplace_back("SampleMark", std::make_shared<test::SerializedNode>());
+    RecordingDeserializer deserializer(root);
+    deserializer.m_failures.insert("readFloat x");
+    SampleRecord record;
+    EXPECT_EQ(record.readSerialized(&deserializer), 0);
+    EXPECT_EQ(record.marks.getSize(), 1u);
+}
+
 TEST(RecordReading, RefusesAMatrixOfAnotherSize) {
     test::SerializedNode root;
     root.m_values["matrix"] = std::vector<float>{1, 2, 3};

@@ -17,6 +17,7 @@ public:
     bool_t initialize(const void* p_data, uint64_t p_size) override {
         m_depth = 0;
         m_frames[0] = Frame();
+        m_type.m_number = 0;
         if (p_data == nullptr || !m_heads.begin(p_data, p_size, m_frames[0].m_fields)) {
             return 0;
         }
@@ -154,7 +155,7 @@ public:
         if (!openItems(p_name, FieldKind::STRING_ARRAY, 1, count)) {
             return !m_broken;
         }
-        if (!p_value.resize(count)) {
+        if (!resizeExactly(p_value, count)) {
             return 0;
         }
         for (uint64_t i = 0; i < count; i++) {
@@ -178,7 +179,7 @@ public:
         if (!openItems(p_name, FieldKind::ENUM_ARRAY, 1, count)) {
             return !m_broken;
         }
-        if (!p_value.resize(count)) {
+        if (!resizeExactly(p_value, count)) {
             return 0;
         }
         for (uint64_t i = 0; i < count; i++) {
@@ -211,9 +212,28 @@ private:
     /// Looks for the field; m_head is its head then, and the frame's reader stands at its value. False without such a
     /// field, and with m_broken set where the bytes are wrong.
     bool find(const String& p_name) {
+        BinaryReader& reader = m_frames[m_depth].m_reader;
+        m_broken = 0;
+        if (!reader.isAtEnd()) {
+            const uint8_t* start = reader.m_place;
+            if (!m_heads.readField(reader, m_frames[m_depth].m_structure, m_head)) {
+                m_broken = 1;
+                return false;
+            }
+            if (hasName(p_name)) {
+                return true;
+            }
+            reader.m_place = start;
+        }
+        return search(p_name);
+    }
+    bool hasName(const String& p_name) const {
+        return m_head.m_nameLength == p_name.getLengthInBytes() &&
+               equalNames(m_head.m_name, p_name.getData(), m_head.m_nameLength);
+    }
+    bool search(const String& p_name) {
         Frame& frame = m_frames[m_depth];
         const BinaryReader start = frame.m_reader;
-        m_broken = 0;
         if (findBefore(p_name, frame.m_reader.m_end)) {
             return true;
         }
@@ -228,14 +248,12 @@ private:
     }
     bool findBefore(const String& p_name, const uint8_t* p_end) {
         Frame& frame = m_frames[m_depth];
-        const char* name = p_name.getData();
-        const size_t length = p_name.getLengthInBytes();
         while (frame.m_reader.m_place < p_end) {
             if (!m_heads.readField(frame.m_reader, frame.m_structure, m_head)) {
                 m_broken = 1;
                 return false;
             }
-            if (m_head.m_nameLength == length && memcmp(m_head.m_name, name, length) == 0) {
+            if (hasName(p_name)) {
                 return true;
             }
             if (!skipValue(frame.m_reader)) {
@@ -305,7 +323,8 @@ private:
         if (!openItems(p_name, p_kind, sizeof(T), count)) {
             return !m_broken;
         }
-        return p_value.resize(count) && m_frames[m_depth].m_reader.readBytes(p_value.getData(), count * sizeof(T));
+        return resizeExactly(p_value, count) &&
+               m_frames[m_depth].m_reader.readBytes(p_value.getData(), count * sizeof(T));
     }
 
     Heads m_heads;

@@ -8,10 +8,6 @@ bool isVersion(const void* p_data, size_t p_size) {
     return p_size != 0 && *static_cast<const uint8_t*>(p_data) == c_binaryFormatVersion;
 }
 
-bool isKind(uint64_t p_kind) {
-    return p_kind != 0 && p_kind < NUM_OF_FIELD_KINDS;
-}
-
 template <typename T> void restart(Array<T>& p_array) {
     p_array.clear();
     p_array.setAllocationModel(ZYR_ALLOC_CONDITION_ON_OVERFLOW, ZYR_ALLOC_STEP_DOUBLE);
@@ -25,21 +21,6 @@ bool RawHeads::begin(const void* p_data, size_t p_size, BinaryReader& p_fields) 
         return false;
     }
     p_fields = BinaryReader(bytes + 1, bytes + p_size);
-    return true;
-}
-
-bool RawHeads::readField(BinaryReader& p_reader, uint32_t, FieldHead& p_head) {
-    BinaryReader name;
-    if (p_reader.isAtEnd() || !isKind(*p_reader.m_place)) {
-        return false;
-    }
-    p_head.m_kind = static_cast<FieldKind>(*p_reader.m_place++);
-    if (!p_reader.readPart(name)) {
-        return false;
-    }
-    p_head.m_name = reinterpret_cast<const char*>(name.m_place);
-    p_head.m_nameLength = name.getRemaining();
-    p_head.m_structure = 0;
     return true;
 }
 
@@ -143,7 +124,7 @@ bool ZbfHeads::readStructure(BinaryReader& p_table) {
         FieldHead field;
         field.m_name = reinterpret_cast<const char*>(p_table.m_place);
         field.m_nameLength = code - 1;
-        if (!p_table.skip(code - 1) || !p_table.readNumber(kind) || !isKind(kind)) {
+        if (!p_table.skip(code - 1) || !p_table.readNumber(kind) || !isFieldKind(kind)) {
             return false;
         }
         field.m_kind = static_cast<FieldKind>(kind);
@@ -159,16 +140,6 @@ bool ZbfHeads::readStructure(BinaryReader& p_table) {
 bool ZbfHeads::setText(const Text& p_source, String& p_text) const {
     BinaryReader reader(p_source.m_place, p_source.m_place + p_source.m_length);
     return reader.readText(p_text);
-}
-
-bool ZbfHeads::readField(BinaryReader& p_reader, uint32_t p_structure, FieldHead& p_head) {
-    uint64_t number = 0;
-    const Structure& structure = m_structures[p_structure];
-    if (!p_reader.readNumber(number) || number >= structure.m_numOfFields) {
-        return false;
-    }
-    p_head = m_fields[structure.m_firstField + number];
-    return true;
 }
 
 bool ZbfHeads::readClass(BinaryReader& p_reader, ClassHead& p_head) {
@@ -191,6 +162,10 @@ bool ZbfHeads::readType(BinaryReader& p_reader, ClassHead& p_head) {
     if (!p_reader.readNumber(number) || number > m_structures.getSize()) {
         return false;
     }
+    if (number == p_head.m_number && number != 0) {
+        return true;
+    }
+    p_head.m_number = number;
     if (number == 0) {
         p_head.m_name.clear();
         return true;

@@ -20,7 +20,13 @@ struct ClassHead {
     String m_name;
     String m_guidText;
     uint32_t m_structure = 0;
+    /// What m_name was read from, so that it need not be read again; 0 for nothing.
+    uint64_t m_number = 0;
 };
+
+inline bool isFieldKind(uint64_t p_kind) {
+    return p_kind != 0 && p_kind < NUM_OF_FIELD_KINDS;
+}
 
 /// The heads of the raw format: names where they stand.
 class RawHeads {
@@ -28,7 +34,20 @@ public:
     /// Gives the fields of the payload.
     bool begin(const void* p_data, size_t p_size, BinaryReader& p_fields);
     void end() {}
-    bool readField(BinaryReader& p_reader, uint32_t p_structure, FieldHead& p_head);
+    bool readField(BinaryReader& p_reader, uint32_t, FieldHead& p_head) {
+        BinaryReader name;
+        if (p_reader.isAtEnd() || !isFieldKind(*p_reader.m_place)) {
+            return false;
+        }
+        p_head.m_kind = static_cast<FieldKind>(*p_reader.m_place++);
+        if (!p_reader.readPart(name)) {
+            return false;
+        }
+        p_head.m_name = reinterpret_cast<const char*>(name.m_place);
+        p_head.m_nameLength = name.getRemaining();
+        p_head.m_structure = 0;
+        return true;
+    }
     bool readClass(BinaryReader& p_reader, ClassHead& p_head);
     bool readType(BinaryReader& p_reader, ClassHead& p_head);
     /// Steps over the class of an object; p_null tells that there is none.
@@ -40,7 +59,15 @@ class ZbfHeads {
 public:
     bool begin(const void* p_data, size_t p_size, BinaryReader& p_fields);
     void end();
-    bool readField(BinaryReader& p_reader, uint32_t p_structure, FieldHead& p_head);
+    bool readField(BinaryReader& p_reader, uint32_t p_structure, FieldHead& p_head) {
+        uint64_t number = 0;
+        const Structure& structure = m_structures[p_structure];
+        if (!p_reader.readNumber(number) || number >= structure.m_numOfFields) {
+            return false;
+        }
+        p_head = m_fields[structure.m_firstField + number];
+        return true;
+    }
     bool readClass(BinaryReader& p_reader, ClassHead& p_head);
     bool readType(BinaryReader& p_reader, ClassHead& p_head);
     bool skipClass(BinaryReader& p_reader, bool& p_null);

@@ -41,14 +41,9 @@ bool BinaryReader::readTextView(const char*& p_text, size_t& p_length, char (&p_
         return false;
     }
     if (code == 0) {
-        if (getRemaining() < GUID_SIZE) {
-            return false;
-        }
-        writeGUIDText(m_place, p_guidText);
-        m_place += GUID_SIZE;
         p_text = p_guidText;
         p_length = sizeof(p_guidText);
-        return true;
+        return readGUID(p_guidText);
     }
     if (code - 1 > getRemaining()) {
         return false;
@@ -59,14 +54,12 @@ bool BinaryReader::readTextView(const char*& p_text, size_t& p_length, char (&p_
     return true;
 }
 
-bool BinaryReader::readText(String& p_text) {
-    char guidText[36];
-    const char* text = nullptr;
-    size_t length = 0;
-    if (!readTextView(text, length, guidText)) {
+bool BinaryReader::readGUID(char (&p_text)[36]) {
+    if (getRemaining() < GUID_SIZE) {
         return false;
     }
-    p_text.assignUTF8SubString(text, length);
+    writeGUIDText(m_place, p_text);
+    m_place += GUID_SIZE;
     return true;
 }
 

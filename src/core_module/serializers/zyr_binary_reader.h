@@ -54,7 +54,26 @@ public:
         m_place += length;
         return true;
     }
-    bool readText(String& p_text);
+    bool readText(String& p_text) {
+        uint64_t code = 0;
+        if (!readNumber(code)) {
+            return false;
+        }
+        if (code == 0) {
+            char text[36];
+            const bool done = readGUID(text);
+            if (done) {
+                p_text.assignUTF8SubString(text, sizeof(text));
+            }
+            return done;
+        }
+        if (code - 1 > getRemaining()) {
+            return false;
+        }
+        p_text.assignUTF8SubString(reinterpret_cast<const char*>(m_place), code - 1);
+        m_place += code - 1;
+        return true;
+    }
     bool skipText();
     /// A text that is compared and not kept. That of a GUID is written into p_guidText and needs it to stay.
     bool readTextView(const char*& p_text, size_t& p_length, char (&p_guidText)[36]);
@@ -66,6 +85,7 @@ public:
 
 private:
     bool readLongNumber(uint64_t& p_number);
+    bool readGUID(char (&p_text)[36]);
 };
 
 } // namespace zyr

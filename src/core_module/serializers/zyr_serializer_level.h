@@ -1,6 +1,7 @@
 /// What the four serializers and the four deserializers have in common.
 #pragma once
 
+#include "zyr_common/containers/zyr_array.h"
 #include "zyr_common/implementation/zyr_implementation.h"
 
 namespace zyr {
@@ -15,6 +16,18 @@ namespace zyr {
         static constexpr const char* c_guidText = guidText;                                                            \
         static auto* reserved(const I##Name* p_object) { return InterfaceTraits<BaseInterface>::reserved(p_object); }  \
     };
+
+/// Sets the size of an array with its usual model without the slots that this would add. False without memory.
+template <typename T> bool resizeExactly(Array<T>& p_array, size_t p_size) {
+    if (p_array.getAllocCondition() != ZYR_ALLOC_CONDITION_ON_RESIZE ||
+        p_array.getAllocStep() != ZYR_ALLOC_STEP_POWER_OF_TWO) {
+        return p_array.resize(p_size);
+    }
+    p_array.setAllocationModel(ZYR_ALLOC_CONDITION_ON_RESIZE, 1);
+    const bool done = p_array.resize(p_size);
+    p_array.setAllocationModel(ZYR_ALLOC_CONDITION_ON_RESIZE, ZYR_ALLOC_STEP_POWER_OF_TWO);
+    return done;
+}
 
 /// The directory against which deferred files resolve. A copy of a serializer has its settings and no output.
 template <class Interface, class LevelInterfaceType>

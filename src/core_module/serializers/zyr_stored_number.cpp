@@ -34,7 +34,7 @@ void reportOtherKind(const String& p_name, FieldKind p_kind) {
 }
 
 template <typename T>
-bool readStoredNumber(BinaryReader& p_reader, const String& p_name, FieldKind p_kind, T& p_value) {
+bool readConvertedNumber(BinaryReader& p_reader, const String& p_name, FieldKind p_kind, T& p_value) {
     ExactNumber number;
     uint64_t code = 0;
     float single = 0;
@@ -59,10 +59,6 @@ bool readStoredNumber(BinaryReader& p_reader, const String& p_name, FieldKind p_
         if (!p_reader.readBytes(&single, sizeof(single))) {
             return false;
         }
-        if constexpr (std::is_same_v<T, float>) {
-            p_value = single; // As it is: a conversion would change the bits of some that are no numbers.
-            return true;
-        }
         number.set(static_cast<double>(single));
         break;
     case FieldKind::DOUBLE: {
@@ -84,12 +80,12 @@ bool readStoredNumber(BinaryReader& p_reader, const String& p_name, FieldKind p_
     return true;
 }
 
-template bool readStoredNumber(BinaryReader&, const String&, FieldKind, bool_t&);
-template bool readStoredNumber(BinaryReader&, const String&, FieldKind, int32_t&);
-template bool readStoredNumber(BinaryReader&, const String&, FieldKind, uint32_t&);
-template bool readStoredNumber(BinaryReader&, const String&, FieldKind, int64_t&);
-template bool readStoredNumber(BinaryReader&, const String&, FieldKind, uint64_t&);
-template bool readStoredNumber(BinaryReader&, const String&, FieldKind, float&);
-template bool readStoredNumber(BinaryReader&, const String&, FieldKind, double&);
+template bool readConvertedNumber(BinaryReader&, const String&, FieldKind, bool_t&);
+template bool readConvertedNumber(BinaryReader&, const String&, FieldKind, int32_t&);
+template bool readConvertedNumber(BinaryReader&, const String&, FieldKind, uint32_t&);
+template bool readConvertedNumber(BinaryReader&, const String&, FieldKind, int64_t&);
+template bool readConvertedNumber(BinaryReader&, const String&, FieldKind, uint64_t&);
+template bool readConvertedNumber(BinaryReader&, const String&, FieldKind, float&);
+template bool readConvertedNumber(BinaryReader&, const String&, FieldKind, double&);
 
 } // namespace zyr

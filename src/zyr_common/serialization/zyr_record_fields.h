@@ -381,8 +381,8 @@ private:
 template <EnumerationWithTexts E> struct RecordFieldIO<Array<E>> : EnumerationItemsIO<Array<E>, E> {};
 template <EnumerationWithTexts E> struct RecordFieldIO<HashSet<E>> : EnumerationItemsIO<HashSet<E>, E> {};
 
-/// An array of records; the items replace what the array holds. The stored count only bounds the loop: an element that
-/// isn't there ends it, so a wrong count allocates nothing.
+/// An array of records; the items replace what the array holds and are read where they stay. The stored count is only
+/// trusted in steps, so that a wrong one costs no more than what was read before.
 template <RecordLevel R> struct RecordFieldIO<Array<R>> {
     static constexpr bool c_element = true;
     static bool_t declare(ISerializer* p_serializer, const String& p_key, const Array<R>&, bool_t& p_result) {
@@ -415,26 +415,42 @@ template <RecordLevel R> struct RecordFieldIO<Array<R>> {
             return 1;
         }
         p_value.clear();
+        p_value.setAllocationModel(ZYR_ALLOC_CONDITION_ON_OVERFLOW, 1);
+        String typeName;
         bool_t done = 1;
-        uint32_t count = p_deserializer->getArraySize();
-        for (uint32_t i = 0; i < count && done; ++i) {
-            done = readElement(p_deserializer, i, p_value);
+        const uint32_t count = p_deserializer->getArraySize();
+        uint32_t i = 0;
+        while (i < count && done) {
+            done = makeRoom(p_value, i, count) && readElement(p_deserializer, i, typeName, p_value[i]);
+            i += done;
         }
+        p_value.resize(i);
+        p_value.setAllocationModel(ZYR_ALLOC_CONDITION_ON_RESIZE, ZYR_ALLOC_STEP_POWER_OF_TWO);
         return p_deserializer->leaveArray(ZYR_HEADER_FIELD_RECORD) && done;
     }
 
 private:
+    static constexpr uint32_t c_firstStep = 4096;
+    static constexpr uint32_t c_stepFactor = 32;
+
+    static bool_t makeRoom(Array<R>& p_value, uint32_t p_index, uint32_t p_count) {
+        if (p_index == p_value.getSize()) {
+            const uint64_t step = p_index != 0 ? uint64_t(p_index) * c_stepFactor : c_firstStep;
+            if (!p_value.resize(step < p_count ? step : p_count)) {
+                return 0;
+            }
+        }
+        if constexpr (std::is_trivially_copyable_v<R>) {
+            p_value[p_index] = R(); // Such slots come as they are.
+        }
+        return 1;
+    }
     /// A null element leaves its place in the array with a default record.
-    static bool_t readElement(IDeserializer* p_deserializer, uint32_t p_index, Array<R>& p_value) {
-        String typeName;
-        R item;
-        if (!p_deserializer->enterArrayElement(p_index, typeName)) {
+    static bool_t readElement(IDeserializer* p_deserializer, uint32_t p_index, String& p_typeName, R& p_item) {
+        if (!p_deserializer->enterArrayElement(p_index, p_typeName)) {
             return 0;
         }
-        bool_t done = typeName.isEmpty() || item.readSerialized(p_deserializer);
-        if (done) {
-            p_value.pushBack(item);
-        }
+        const bool_t done = p_typeName.isEmpty() || p_item.readSerialized(p_deserializer);
         return p_deserializer->leaveArrayElement() && done;
     }
 };
