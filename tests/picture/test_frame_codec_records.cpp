@@ -203,7 +203,8 @@ TEST(FrameCodecInfo, CopiesReplaceTheSetsAndKeepTheirOrder) {
     EXPECT_EQ(target.rating, source.rating);
     EXPECT_EQ(target.adapterID, source.adapterID);
     EXPECT_EQ(target.multiSlice, source.multiSlice);
-    target = target;
+    const FrameCodecInfo& itself = target;
+    target = itself;
     EXPECT_THAT(values(target.colorSpaces), ElementsAre(3, 5, 2));
 }
 

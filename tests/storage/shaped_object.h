@@ -1,6 +1,7 @@
 /// An object whose class has changed over time: what older and newer versions wrote, for the reader of today.
 #pragma once
 
+#include "zyr_common/containers/zyr_array.h"
 #include "zyr_common/object/zyr_object_class.h"
 #include "zyr_common/serialization/zyr_serializer.h"
 
