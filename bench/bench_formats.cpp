@@ -28,7 +28,7 @@ namespace {
 constexpr size_t LEAVES = 1000;
 
 uint64_t getSumOf(IObject* p_object) {
-    if (const auto* table = dynamic_cast<RecordTable*>(p_object)) {
+    if (const auto* table = dynamic_cast<RecordList*>(p_object)) {
         uint64_t sum = 0;
         for (const StoredRecord& record : table->m_records) {
             sum += getSum(record);
@@ -74,7 +74,7 @@ private:
 };
 
 Ref<IObject> makeTable(const PlainRecords& p_records) {
-    auto* table = new RecordTable;
+    auto* table = new RecordList;
     table->m_records.resize(p_records.size());
     for (size_t i = 0; i < p_records.size(); i++) {
         copyRecord(table->m_records[i], p_records[i]);
@@ -277,7 +277,7 @@ int main(int p_argc, char** p_argv) {
     options.m_coreOnly = true;
     options.m_logLevel = ZYR_LOG_LEVEL_WARN;
     const host::Framework framework(options);
-    zyr_addObjectAllocator<RecordTable>();
+    zyr_addObjectAllocator<RecordList>();
     zyr_addObjectAllocator<RecordObject>();
     watchModules({"", "zyr_core.so"});
     const std::string part = p_argc > 3 ? p_argv[3] : "";

@@ -155,12 +155,12 @@ void parseIdentity(std::array<uint8_t, 16>& p_identity, const char* p_text) {
     memcpy(p_identity.data(), guid.m_data, p_identity.size());
 }
 
-bool_t RecordTable::readSerialized(IDeserializer* p_deserializer) {
+bool_t RecordList::readSerialized(IDeserializer* p_deserializer) {
     static uint32_t cache = 0;
     return RecordsIO::read(p_deserializer, "records", cache, m_records, nullptr);
 }
 
-bool_t RecordTable::writeSerialized(ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result) {
+bool_t RecordList::writeSerialized(ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result) {
     p_result = p_headerPass ? RecordsIO::declare(p_serializer, "records", m_records, p_result)
                             : RecordsIO::write(p_serializer, "records", m_records, 0, nullptr);
     return p_result;

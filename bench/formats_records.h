@@ -129,20 +129,20 @@ void copyRecord(StoredRecord& p_record, const PlainRecord& p_plain);
 uint64_t getSum(const StoredRecord& p_record);
 
 /// An object with an array of records.
-class RecordTable : public ObjectClass<RecordTable, WObject> {
+class RecordList : public ObjectClass<RecordList, WObject> {
 public:
-    static constexpr const char* c_className = "BenchRecordTable";
+    static constexpr const char* c_className = "BenchRecordList";
     static constexpr const char* c_classGUIDText = "70000000-0000-4000-8000-0000000000b1";
 
-    RecordTable() { initObjectInterface(); }
-    ~RecordTable() override { release_This(); }
+    RecordList() { initObjectInterface(); }
+    ~RecordList() override { release_This(); }
 
     bool_t readSerialized(IDeserializer* p_deserializer) override;
     bool_t writeSerialized(ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result) override;
 
     void init_This() {}
     void release_This() { m_records.clear(); }
-    void copy_This(const RecordTable* p_src) { m_records = p_src->m_records; }
+    void copy_This(const RecordList* p_src) { m_records = p_src->m_records; }
 
     Array<StoredRecord> m_records;
 };
