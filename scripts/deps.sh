@@ -136,7 +136,7 @@ if $cross; then
     tools+=(gcc-aarch64-linux-gnu g++-aarch64-linux-gnu qemu-user-static)
 fi
 installPackages "${tools[@]}" "${headers[@]}" "${libraries[@]/%/$suffix}"
-wants test && installPackages ffmpeg openssl curl python3-websockets python3-jsonschema python3-markdown jq libxml2-utils xvfb xterm qemu-user-static locales nodejs
+wants test && installPackages chromium ffmpeg openssl curl python3-websockets python3-jsonschema python3-markdown jq libxml2-utils xvfb xterm qemu-user-static locales nodejs
 wants lint && installPackages clang-format clang-tidy python3 shellcheck
 wants abi && installPackages abigail-tools
 wants docs && installPackages doxygen python3-markdown man-db

@@ -38,7 +38,7 @@ TEST_P(LiveServing, Holds) {
     setenv("ZYR_TEST_PAM_MODULE", ZYR_TEST_PAM_MODULE, 1);
     const ProgramRun run = runProgram(PYTHON, {std::string(ZYR_LIVE_CHECKS) + "/check_live.py", GetParam()});
     if (run.m_exitCode == SKIPPED) {
-        GTEST_SKIP() << run.m_err;
+        GTEST_SKIP() << "this machine gives no root, which mounts and accounts of its own take";
     }
     EXPECT_EQ(run.m_exitCode, 0) << run.m_err;
 }
