@@ -19,6 +19,7 @@ const pointer = byId('pointer');
 const state = {
     socket: null, secret: null, user: '', codecs: 0, stream: null, control: Control.FREE, viewOnly: false,
     wait: FIRST_WAIT, heard: 0, offset: null, roundTrip: 0, shortest: LONGEST_WAIT, drawn: 0, stopped: false,
+    awaitsPicture: false,
     figures: { fps: 0, decode: 0, draw: 0, total: 0, capture: 0, encode: 0, queue: 0 }, statistics: null, last: null,
 };
 
@@ -44,7 +45,10 @@ function noteDrawn(frame, decode, draw) {
     state.drawn++;
     state.last = frame;
     document.documentElement.dataset.frames = state.drawn;  // For those who test the page.
-    if (state.drawn === 1) showControl();
+    if (state.awaitsPicture) {
+        state.awaitsPicture = false;
+        tellControl();
+    }
 }
 
 const screen = new Screen(canvas, noteDrawn, (text) => {
@@ -117,11 +121,15 @@ function showControl() {
     byId('control').textContent = mine ? 'Give up control' : 'Take control';
     for (const id of ['keys', 'type', 'copy', 'paste']) byId(id).hidden = !mine;
     byId('keys').hidden ||= !navigator.keyboard?.lock;
+    if (!state.awaitsPicture) tellControl();
+    showCursor();
+}
+
+function tellControl() {
     tell({
         [Control.FREE]: 'Looking on. Nobody is in control.', [Control.YOURS]: 'You are in control.',
         [Control.ANOTHERS]: 'Looking on. Somebody else is in control.', [Control.VIEW_ONLY]: 'Looking on (view only).',
     }[state.control]);
-    showCursor();
 }
 
 function takeMessage({ type, head, payload }) {
@@ -132,6 +140,7 @@ function takeMessage({ type, head, payload }) {
         state.viewOnly = (head.u32() & VIEW_ONLY) !== 0;
         state.wait = FIRST_WAIT;
         byId('login').hidden = true;
+        state.awaitsPicture = true;
         tell('Waiting for the first picture…');
         canvas.focus({ preventScroll: true });
         break;
