@@ -188,6 +188,8 @@ void LiveServer::take(Guest& p_guest, const DataMessage& p_message, uint64_t p_n
     const LiveReader reader(p_message.getHeader(), p_message.getHeaderSize());
     if (link.m_state == ViewerLink::State::WAITING && p_message.getType() == uint32_t(LiveMessage::HELLO)) {
         takeHello(p_guest, reader);
+    } else if (link.m_state == ViewerLink::State::CHECKING && p_message.getType() == uint32_t(LiveMessage::PING)) {
+        return; // A password can take seconds, and viewers that keep their line alive do not know how far it is.
     } else if (link.m_state != ViewerLink::State::VIEWING || !takeFromViewer(p_guest, p_message, p_now)) {
         link.refuse(LiveRefusal::BROKEN_MESSAGE, "a message that is not understood");
     }

@@ -17,7 +17,7 @@ import websockets
 
 import browser
 from live_client import (ACKNOWLEDGE, CLIPBOARD, CLIPBOARD_GET, CLIPBOARD_SET, CONTROL_STATE, FRAME, HELLO, HOST, NEED_KEY, POINTER,
-                         POINTER_AT, REFUSED, STREAM, WELCOME, EXACT, KEY_FRAME, LAST, Screen, Server, Viewer, hello, insecure,
+                         POINTER_AT, REFUSED, STREAM, WELCOME, EXACT, KEY_FRAME, LAST, PING, Screen, Server, Viewer, hello, insecure,
                          message)
 
 MOVING = "generate:320x240@30:3000"
@@ -85,6 +85,21 @@ async def broken_messages_end_the_connection():
         async with Viewer(server) as viewer:
             await viewer.join()
             await viewer.until(FRAME)
+
+
+@check
+async def a_viewer_may_ping_while_its_secret_is_checked():
+    async with Server(MOVING) as server, Viewer(server) as viewer:
+        await viewer.send(PING, struct.pack("<Q", 1))
+        assert await refusal_of(viewer) == 4, "before it has said who it is"
+    async with Server(MOVING) as server, Viewer(server) as viewer:
+        # In one piece, so that the server has not answered yet.
+        line = viewer.socket.transport.get_extra_info("socket")
+        line.setsockopt(socket.IPPROTO_TCP, socket.TCP_CORK, 1)
+        await viewer.send(HELLO, hello(server.token))
+        await viewer.send(PING, struct.pack("<Q", 1))
+        line.setsockopt(socket.IPPROTO_TCP, socket.TCP_CORK, 0)
+        await viewer.until(FRAME)
 
 
 @check

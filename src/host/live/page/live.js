@@ -19,7 +19,7 @@ const pointer = byId('pointer');
 const state = {
     socket: null, secret: null, user: '', codecs: 0, stream: null, control: Control.FREE, viewOnly: false,
     wait: FIRST_WAIT, heard: 0, offset: null, roundTrip: 0, shortest: LONGEST_WAIT, drawn: 0, stopped: false,
-    awaitsPicture: false,
+    isIn: false, awaitsPicture: false,
     figures: { fps: 0, decode: 0, draw: 0, total: 0, capture: 0, encode: 0, queue: 0 }, statistics: null, last: null,
 };
 
@@ -140,6 +140,7 @@ function takeMessage({ type, head, payload }) {
         state.viewOnly = (head.u32() & VIEW_ONLY) !== 0;
         state.wait = FIRST_WAIT;
         byId('login').hidden = true;
+        state.isIn = true;
         state.awaitsPicture = true;
         tell('Waiting for the first picture…');
         canvas.focus({ preventScroll: true });
@@ -189,6 +190,7 @@ function refuse(reason, text) {
 
 function connect() {
     state.stopped = false;
+    state.isIn = false;
     tell('Connecting…');
     const scheme = location.protocol === 'https:' ? 'wss' : 'ws';
     const socket = new WebSocket(`${scheme}://${location.host}/live`);
@@ -220,7 +222,7 @@ function connect() {
 
 setInterval(() => {
     const now = performance.now();
-    send(pack(Message.PING, new Writer().u64(Math.round(now * 1000))));
+    if (state.isIn) send(pack(Message.PING, new Writer().u64(Math.round(now * 1000))));
     if (state.socket && now - state.heard > LONGEST_SILENCE) state.socket.close();
 }, 1000);
 
