@@ -13,15 +13,18 @@ namespace {
 struct RecordPath {
     explicit RecordPath(const String& p_path) {
         const char* text = p_path.getData();
-        const size_t length = strnlen(text, p_path.getLengthInBytes());
-        const void* period = memchr(text, '.', length);
-        if (period == nullptr) {
-            m_root.bindData(text, p_path.getLengthInBytes());
+        const size_t length = p_path.getLengthInBytes();
+        // Words are short: a search by the C library costs more than it saves.
+        size_t root = 0;
+        while (root < length && text[root] != '.' && text[root] != 0) {
+            ++root;
+        }
+        if (root == length || text[root] == 0) {
+            m_root.bindData(text, length);
             return;
         }
-        const size_t rootLength = static_cast<size_t>(static_cast<const char*>(period) - text);
-        m_root.bindData(text, rootLength);
-        m_rest.bindData(text + rootLength + 1, p_path.getLengthInBytes() - rootLength - 1);
+        m_root.bindData(text, root);
+        m_rest.bindData(text + root + 1, length - root - 1);
     }
 
     WrappedString m_root;
@@ -36,7 +39,8 @@ struct RecordTable::Site {
     bool isKey(const WrappedString& p_word) const {
         const char* key = m_key.getData();
         const size_t length = m_key.getLengthInBytes();
-        return length == p_word.getSize() && *key == *p_word.getData() && memcmp(key, p_word.getData(), length) == 0;
+        return length == p_word.getSize() && *key == *p_word.getData() &&
+               (length <= 1 || memcmp(key, p_word.getData(), length) == 0);
     }
 
     String m_key;
