@@ -21,6 +21,16 @@ def is_there():
 
 class Browser:
     async def __aenter__(self):
+        # On a machine with much to do it can be stuck from its start; it is not what is tested.
+        for last in (False, False, True):
+            try:
+                return await asyncio.wait_for(self.start(), 60)
+            except TimeoutError:
+                self.end()
+                if last:
+                    raise
+
+    async def start(self):
         self.folder = tempfile.mkdtemp(prefix="zyr-browser-")
         # A group of its own, by which it is ended with all its helpers.
         self.process = subprocess.Popen(
@@ -29,9 +39,7 @@ class Browser:
              "--window-size=1400,900", f"--user-data-dir={self.folder}", "--remote-debugging-port=0", "about:blank"],
             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True, env={**os.environ, "HOME": self.folder})
         port = await self.find_port()
-        with urllib.request.urlopen(f"http://127.0.0.1:{port}/json/list") as answer:
-            page = next(p for p in json.load(answer) if p["type"] == "page")
-        self.socket = await websockets.connect(page["webSocketDebuggerUrl"], max_size=None)
+        self.socket = await websockets.connect(await self.find_page(port), max_size=None)
         self.last = 0
         self.messages = []
         await self.call("Runtime.enable")
@@ -46,8 +54,19 @@ class Browser:
             await asyncio.sleep(0.05)
         return int(note.read_text().split()[0])
 
+    async def find_page(self, port):
+        while True:
+            with urllib.request.urlopen(f"http://127.0.0.1:{port}/json/list", timeout=30) as answer:
+                for page in json.load(answer):
+                    if page["type"] == "page":
+                        return page["webSocketDebuggerUrl"]
+            await asyncio.sleep(0.05)
+
     async def __aexit__(self, *_):
         await self.socket.close()
+        self.end()
+
+    def end(self):
         os.killpg(self.process.pid, signal.SIGKILL)
         self.process.wait()
         shutil.rmtree(self.folder, ignore_errors=True)
@@ -56,7 +75,7 @@ class Browser:
         self.last += 1
         await self.socket.send(json.dumps({"id": self.last, "method": method, "params": parameters}))
         while True:
-            answer = json.loads(await self.socket.recv())
+            answer = json.loads(await asyncio.wait_for(self.socket.recv(), 120))
             if answer.get("id") == self.last:
                 if "error" in answer:
                     raise RuntimeError(f"{method}: {answer['error']}")
