@@ -200,7 +200,7 @@ list() { local option=$1 name; shift; for name in "$@"; do printf -- '--enable-%
 # What the plug-in's tables name, and what the host reads and writes. Names and frame pointers stay in, so that profiles and
 # leak reports can tell which function of FFmpeg they mean.
 ffmpegOptions() {
-    echo --enable-shared --disable-static --enable-pic --enable-rpath --disable-programs --disable-doc --disable-network \
+    echo --enable-shared --disable-static --enable-pic --enable-rpath --disable-programs --disable-doc --enable-network \
         --disable-autodetect --disable-everything --disable-avdevice --disable-avfilter --disable-swresample \
         --disable-debug --disable-stripping --extra-cflags=-fno-omit-frame-pointer --enable-pthreads --enable-libvpx --enable-vaapi --enable-libdrm --enable-xlib --enable-zlib
     list encoder libvpx_vp9 vp9_vaapi h264_vaapi mpeg1video png mjpeg rawvideo ppm
@@ -209,14 +209,15 @@ ffmpegOptions() {
         rawvideo dvvideo ffv1 ffvhuff huffyuv utvideo prores dnxhd cinepak msvideo1 msrle qtrle svq1 svq3 rpza zmbv \
         mszh zlib v210 yuv4
     list hwaccel vp9_vaapi h264_vaapi
-    list muxer ivf webm matroska mpeg1system mpeg1video h264 yuv4mpegpipe image2 image2pipe rawvideo mov mp4 avi null
+    list muxer ivf webm matroska mpeg1system mpeg1video h264 yuv4mpegpipe image2 image2pipe rawvideo mov mp4 avi null \
+        rtp rtsp mpegts
     list demuxer ivf matroska mpegvideo mpegps mpegts avi mov flv asf ogg dv yuv4mpegpipe rawvideo h264 hevc m4v mjpeg gif apng \
         image2 image2pipe image_png_pipe image_jpeg_pipe image_bmp_pipe image_webp_pipe image_ppm_pipe image_pgm_pipe \
         image_tiff_pipe
     list parser vp9 vp8 h264 hevc mpegvideo mpeg4video mjpeg png h263 vc1 vp3 dvd_nav gif bmp webp av1
     list bsf vp9_superframe vp9_superframe_split vp9_raw_reorder vp9_metadata extract_extradata h264_mp4toannexb \
         hevc_mp4toannexb mpeg4_unpack_bframes null
-    list protocol file pipe
+    list protocol file pipe tcp udp rtp http
 }
 
 buildFfmpeg() {
