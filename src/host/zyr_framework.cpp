@@ -3,6 +3,7 @@
 #include "host/zyr_guarded_codecs.h"
 #include "host/zyr_host_settings.h"
 #include "host/zyr_log_place.h"
+#include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/object/zyr_factories.h"
 #include "zyr_common/object_containers/zyr_list_of_objects.h"
 #include "zyr_common/platform/zyr_library.h"
@@ -187,6 +188,10 @@ CommonLibrary::~CommonLibrary() {
 /// What was not told by the options.
 void Framework::applySettings(const FrameworkOptions& p_options) {
     const HostSettings settings({});
+    if (!settings.isAvailable()) {
+        ZYR_LOG_WARN("The core module has no settings handler: configuration files and the environment are not read");
+        return;
+    }
     if (!p_options.m_logLevelGiven && settings.getLogLevel() != ZYR_LOG_LEVEL_DEBUG) {
         m_data->setLogLevel(settings.getLogLevel());
     }

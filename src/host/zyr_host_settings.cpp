@@ -44,7 +44,10 @@ std::string getUserFile() {
 } // namespace
 
 HostSettings::HostSettings(const std::vector<std::string>& p_arguments)
-    : m_handler(zyr_createObject<ISettingsHandler>()) {
+    : m_handler(Ref<ISettingsHandler>::adopt(zyr_createObject<ISettingsHandler>())) {
+    if (!m_handler) {
+        return;
+    }
     insertSettings();
     take(SYSTEM_FILE, false, String(), SYSTEM_FILE);
     const std::string userFile = getUserFile();
@@ -57,10 +60,6 @@ HostSettings::HostSettings(const std::vector<std::string>& p_arguments)
     String commandLine;
     zyr_joinArguments(arguments, commandLine);
     take("command line", false, commandLine, "");
-}
-
-HostSettings::~HostSettings() {
-    m_handler->release();
 }
 
 void HostSettings::insertSettings() {

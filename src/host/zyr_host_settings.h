@@ -1,6 +1,7 @@
 /// The host's own defaults, from configuration files, the environment and the command line.
 #pragma once
 
+#include "zyr_common/memory/zyr_ref.h"
 #include "zyr_common/settings/zyr_settings_handler.h"
 #include "zyr_common/text/zyr_string.h"
 
@@ -24,8 +25,9 @@ public:
     explicit HostSettings(const std::vector<std::string>& p_arguments);
     HostSettings(const HostSettings&) = delete;
     HostSettings& operator=(const HostSettings&) = delete;
-    ~HostSettings();
 
+    /// False when the core module, an older one, has no such class. Then the defaults stand and no source was read.
+    bool isAvailable() const { return m_handler.get() != nullptr; }
     /// False when one of the sources has a fault.
     bool isGood() const { return m_good; }
     LogLevelEnum getLogLevel() const { return static_cast<LogLevelEnum>(m_logLevel); }
@@ -33,7 +35,7 @@ public:
     std::vector<std::string> getPluginDirectories() const;
 
     std::vector<Shown> show() const;
-    /// Prints the options of the settings to the standard output.
+    /// Prints the options of the settings to the standard output. Only where they are available.
     void printOptions() const { m_handler->printCommandLineArguments(0); }
 
 private:
@@ -41,9 +43,9 @@ private:
     /// Takes what one source says, and notes the source of what it said.
     void take(const std::string& p_source, bool p_environment, const String& p_commandLine, const std::string& p_file);
 
-    ISettingsHandler* m_handler;
+    Ref<ISettingsHandler> m_handler;
     bool m_good = true;
-    int m_logLevel = 0;
+    int m_logLevel = ZYR_LOG_LEVEL_DEBUG;
     String m_plugins;
     std::string m_logLevelSource = "default";
     std::string m_pluginsSource = "default";

@@ -15,6 +15,9 @@ int runSettings(const SettingsOptions& p_options) {
     HostApplicationData& data = host.getApplicationData();
     data.startListening();
     const HostSettings settings(p_options.m_arguments);
+    if (!settings.isAvailable()) {
+        throw ModuleError("the core module has no settings handler");
+    }
     for (const std::string& line : data.stopListening()) {
         LogLine parts;
         if (parseLogLine(line, parts)) {

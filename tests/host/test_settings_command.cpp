@@ -3,6 +3,7 @@
 #include "zyr_program_run.h"
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
@@ -20,7 +21,7 @@ protected:
         setenv("XDG_CONFIG_HOME", m_directory.getPath().c_str(), 1);
     }
     void TearDown() override {
-        for (const char* name : {"XDG_CONFIG_HOME", "ZYR_HOST_LOG_LEVEL", "ZYR_HOST_PLUGINS"}) {
+        for (const char* name : {"XDG_CONFIG_HOME", "ZYR_FAULT", "ZYR_HOST_LOG_LEVEL", "ZYR_HOST_PLUGINS"}) {
             unsetenv(name);
         }
     }
@@ -84,6 +85,26 @@ TEST_F(SettingsCommand, GivesOtherCommandsTheirPluginDirectories) {
     EXPECT_THAT(runProgram(ZYR_HOST_PROGRAM, arguments).m_out, Not(HasSubstr("FFmpegFrameEncoder")));
     setenv("ZYR_HOST_PLUGINS", ZYR_MODULE_DIRECTORY "/plugins", 1);
     EXPECT_THAT(runProgram(ZYR_HOST_PROGRAM, arguments).m_out, HasSubstr("FFmpegFrameEncoder"));
+}
+
+TEST_F(SettingsCommand, DoWithoutTheSettingsOfAnOlderCoreModule) {
+    const std::filesystem::path modules = std::filesystem::path(m_directory.getPath()) / "modules";
+    const std::filesystem::path ours = ZYR_MODULE_DIRECTORY;
+    std::filesystem::create_directory(modules);
+    std::filesystem::create_symlink(ZYR_FAULTY_COMPONENT, modules / "zyr_core.so");
+    std::filesystem::create_symlink(ours / "zyr_picture.so", modules / "zyr_picture.so");
+    std::filesystem::create_symlink(ours / "plugins", modules / "plugins");
+    writeFile("[plugins]\ndirectories = /not/there\n");
+    setenv("ZYR_FAULT", "older", 1);
+
+    const ProgramRun inspected = runProgram(ZYR_HOST_PROGRAM, {"inspect", "--modules", modules.string()});
+    EXPECT_EQ(inspected.m_exitCode, 0);
+    EXPECT_THAT(inspected.m_out, HasSubstr("FFmpegFrameEncoder"));
+    EXPECT_EQ(inspected.m_err, "");
+    const ProgramRun settings = runProgram(ZYR_HOST_PROGRAM, {"settings", "--modules", modules.string()});
+    EXPECT_EQ(settings.m_exitCode, 4);
+    EXPECT_EQ(settings.m_out, "");
+    EXPECT_EQ(settings.m_err, "zyr-host: the core module has no settings handler\n");
 }
 
 } // namespace

@@ -23,6 +23,11 @@ void prepareReal(const char* p_path, const char* p_name, ApplicationData* p_appl
     reinterpret_cast<void (*)(ApplicationData*)>(dlsym(handle, p_name))(p_applicationData);
 }
 
+/// What an older core module has in the place of a class that came later.
+IObject* createNothing() {
+    return nullptr;
+}
+
 bool_t initializeCore(ApplicationData* p_applicationData, uint32_t p_flag) {
     const bool_t result = g_realInitializer(p_applicationData, p_flag);
     moduleEntry_FUNC* entries = p_applicationData->m_core->m_entries;
@@ -31,6 +36,9 @@ bool_t initializeCore(ApplicationData* p_applicationData, uint32_t p_flag) {
     }
     if (hasFault("empty")) {
         entries[99] = nullptr;
+    }
+    if (hasFault("older")) {
+        entries[105] = reinterpret_cast<moduleEntry_FUNC>(&createNothing); // settings
     }
     return result;
 }
