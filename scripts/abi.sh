@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # Compares what separately built modules rely upon in each other with what was committed and with what was released.
 #
-#   scripts/abi.sh              this tree beside tests/contract/contract.txt, and beside that file of the last tag
-#   scripts/abi.sh --cross      also builds the last tag, compares the modules (abidiff, when it is installed), and runs
-#                               the tag's modules in today's host and today's modules in the tag's host: inspect, conform
-#   scripts/abi.sh --since REV  this commit in place of the last tag (of the form v1.5.0)
-#   scripts/abi.sh --no-deps    don't look for missing packages first
+#   scripts/abi.sh               this tree beside tests/contract/contract.txt, and beside that file of the last tag
+#   scripts/abi.sh --since REV   this commit in place of the last tag (of the form v1.5.0)
+#   scripts/abi.sh --cross [REV] also builds the last tag or that commit, compares the modules (abidiff, when it is
+#                                installed), and runs each side's modules in the other's host (scripts/together.py)
+#   scripts/abi.sh --no-deps     don't look for missing packages first
 #
 # Exit codes: 0 nothing is gone (or there is no tag yet), 1 something is gone or doesn't run, 2 wrong usage, 3 --cross or
 # --since has nothing to compare with. A tag of another minor version is no measure: its modules are refused anyway.
@@ -16,7 +16,11 @@ source scripts/lib.sh
 cross=false deps=true asked=""
 while [ $# -gt 0 ]; do
     case $1 in
-    --cross) cross=true; shift ;;
+    --cross)
+        cross=true
+        shift
+        if [ $# -gt 0 ] && [[ $1 != -* ]]; then asked=$1; shift; fi
+        ;;
     --since) asked=${2:?--since needs a revision}; shift 2 ;;
     --no-deps) deps=false; shift ;;
     -h | --help) sed -n '2,/^set -u/{/^set -u/d;s/^# \{0,1\}//;p}' "$0"; exit 0 ;;
@@ -80,21 +84,12 @@ say "building $old (in build/abi)"
 ) || { tail -n 20 "$tree/build.log"; bad "$old can't be built here"; finish; }
 configureAndBuild ci zyr_programs || { bad "this tree can't be built"; finish; }
 
-# layOut BUILD DIRECTORY: as if it were installed.
-layOut() {
-    mkdir -p "$2/bin" "$2/lib/zyrmont/plugins"
-    ln -sf "$1/bin/zyr-host" "$2/bin/zyr-host"
-    ln -sf "$1/lib/zyr_core.so" "$1/lib/zyr_picture.so" "$2/lib/zyrmont/"
-    ln -sf "$1/lib/zyr_ffmpeg.so" "$1/lib/zyr_blocks.so" "$2/lib/zyrmont/plugins/"
-}
 work=$(mktemp -d "${TMPDIR:-/tmp}/zyr-abi.XXXXXX")
 trap 'rm -rf "$work"' EXIT
-layOut "$tree/build/ci" "$work/old"
-layOut "$PWD/build/ci" "$work/new"
-
 if command -v abidiff >/dev/null; then
-    for module in zyr_core.so zyr_picture.so plugins/zyr_ffmpeg.so plugins/zyr_blocks.so; do
-        abidiff --no-added-syms "$work/old/lib/zyrmont/$module" "$work/new/lib/zyrmont/$module" >"$work/log" 2>&1
+    for module in "$tree"/build/ci/lib/*.so; do
+        module=${module##*/}
+        abidiff --no-added-syms "$tree/build/ci/lib/$module" "build/ci/lib/$module" >"$work/log" 2>&1
         code=$?
         # Bits: 1 and 2 are failures of the tool, 4 a change, 8 a change that breaks.
         if [ $((code & 11)) -ne 0 ]; then cat "$work/log"; bad "abidiff of $module"; else say "abidiff of $module: nothing is gone"; fi
@@ -103,30 +98,6 @@ else
     say "not compared by abidiff: it is not installed (scripts/deps.sh --with abi)"
 fi
 
-export XDG_STATE_HOME=$work/state XDG_CONFIG_HOME=$work/config
-# try WHAT COMMAND...
-try() {
-    local what=$1
-    shift
-    if "$@" >"$work/log" 2>&1; then say "$what: OK"; else tail -n 30 "$work/log"; bad "$what"; fi
-}
-# together HOST-OF MODULES-OF PLUGINS-OF: one mixture.
-together() {
-    local host=$work/$1/bin/zyr-host modules=$work/$2/lib/zyrmont plugins=$work/$3/lib/zyrmont/plugins codec plugin
-    local name="host $1, modules $2, plug-ins $3"
-    local places=(--modules "$modules" --no-default-plugins --plugins "$plugins")
-    try "$name: inspect" "$host" inspect "${places[@]}"
-    for codec in vp9 mpeg1video blocks; do
-        try "$name: stream of $codec" "$host" stream generate:128x96:6 --codec "$codec" "${places[@]}"
-    done
-    for plugin in zyr_ffmpeg zyr_blocks; do
-        try "$name: conform $plugin.so" "$host" conform "$plugins/$plugin.so" --modules "$modules"
-    done
-    try "$name: conform zyr_core.so" "$host" conform "$modules/zyr_core.so" --kind core --modules "$modules"
-    try "$name: conform zyr_picture.so" "$host" conform "$modules/zyr_picture.so" --kind picture --modules "$modules"
-}
 say "old is $old, new is this tree"
-together new new old
-together new old new
-together old new new
+scripts/together.py "$tree" "$PWD" || bad "old and new together"
 finish
