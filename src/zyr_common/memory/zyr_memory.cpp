@@ -1,7 +1,9 @@
 #include "zyr_common/memory/zyr_memory.h"
 
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <sys/mman.h>
 
 namespace zyr {
 
@@ -18,6 +20,18 @@ BlockHeader* getHeader(void* p_block) {
     return static_cast<BlockHeader*>(p_block) - 1;
 }
 
+constexpr uintptr_t LARGE_PAGE = 2 << 20;
+
+/// Asks for large pages inside of a block that has room for some: faults for small ones cost more time than most
+/// callers spend on the bytes. A wish, which some systems don't know.
+void wishLargePages(void* p_block, size_t p_size) {
+    const uintptr_t start = (reinterpret_cast<uintptr_t>(p_block) + LARGE_PAGE - 1) & ~(LARGE_PAGE - 1);
+    const uintptr_t end = (reinterpret_cast<uintptr_t>(p_block) + p_size) & ~(LARGE_PAGE - 1);
+    if (end > start) {
+        madvise(reinterpret_cast<void*>(start), end - start, MADV_HUGEPAGE);
+    }
+}
+
 void* tryAllocate(size_t p_size, bool p_zeroed) {
     // The C heap has no larger blocks, and the sums below must not wrap.
     if (p_size == 0 || p_size > PTRDIFF_MAX - 2 * sizeof(BlockHeader)) {
@@ -28,6 +42,9 @@ void* tryAllocate(size_t p_size, bool p_zeroed) {
     BlockHeader* header = static_cast<BlockHeader*>(p_zeroed ? ::calloc(1, blockSize) : ::malloc(blockSize));
     if (header == nullptr) {
         return nullptr;
+    }
+    if (__builtin_expect(blockSize >= 2 * LARGE_PAGE, 0)) {
+        wishLargePages(header, blockSize);
     }
     header->m_usableSize = usableSize;
     return header + 1;
