@@ -112,7 +112,7 @@ public:
             return 0;
         }
         *target++ = p_value != nullptr;
-        return end(p_value != nullptr ? putText(target, p_value->getData(), length) : target);
+        return end(p_value != nullptr ? putText(target, *p_value) : target);
     }
     bool_t writeBool(const String& p_name, bool_t p_value, bool_t, uint32_t) override {
         return writeNumber(p_name, FieldKind::BOOL, p_value != 0);
@@ -141,7 +141,7 @@ public:
     bool_t writeString(const String& p_name, const String& p_value, bool_t, uint32_t) override {
         const size_t length = p_value.getLengthInBytes();
         uint8_t* target = m_output.field(p_name, FieldKind::STRING, c_numberSize + length);
-        return target != nullptr && end(putText(target, p_value.getData(), length));
+        return target != nullptr && end(putText(target, p_value));
     }
     bool_t writeStringArray(const String& p_name, uint32_t p_count, const String* p_items, bool_t, uint32_t) override {
         bool done = writeNumber(p_name, FieldKind::STRING_ARRAY, p_count);

@@ -1,28 +1,32 @@
 #include "core_module/serializers/zyr_byte_buffer.h"
 
 #include <cstdlib>
+#include <sys/mman.h>
 
 namespace zyr {
 
 namespace {
 
 constexpr size_t FIRST_CAPACITY = 4096;
+/// From here on a buffer has a mapping of its own, which the system moves by its pages when it grows: this costs
+/// neither a copy nor fresh memory, and the pages are large ones where there are such.
+constexpr size_t MAPPED_CAPACITY = 2 << 20;
 constexpr uint8_t GUID_TEXT_LENGTH = 36;
 constexpr size_t GUID_SIZE = 16;
 
-/// The values of eight lower-case hexadecimal digits, the first one lowest and each in a byte. p_wrong gets bits where
-/// a character is none.
-uint64_t getDigits(const char* p_text, uint64_t& p_wrong) {
+/// The bytes of eight lower-case hexadecimal digits. p_wrong gets bits where a character is none.
+uint32_t parseDigits(const char* p_text, uint64_t& p_wrong) {
     constexpr uint64_t ONES = 0x0101010101010101;
     uint64_t text;
     memcpy(&text, p_text, sizeof(text));
-    // With the top bits out of the way no sum reaches the next byte.
-    const uint64_t low = text & 0x7F * ONES;
-    const auto isAtLeast = [&](uint64_t p_character) { return (low + (0x80 - p_character) * ONES) & 0x80 * ONES; };
-    const uint64_t number = isAtLeast('0') & ~isAtLeast('9' + 1);
-    const uint64_t letter = isAtLeast('a') & ~isAtLeast('f' + 1);
-    p_wrong |= (text | ~(number | letter)) & 0x80 * ONES;
-    return (low & 0x0F * ONES) + (letter >> 7) * 9;
+    // No sum reaches the next byte: a value is 24 at most, and wrong then.
+    const uint64_t values = (text & 0x0F * ONES) + ((text >> 6) & ONES) * 9;
+    const uint64_t letters = ((values + 6 * ONES) >> 4) & ONES;
+    const uint64_t digits = values + '0' * ONES + letters * ('a' - '0' - 10);
+    p_wrong |= (digits ^ text) | (values & 0xF0 * ONES);
+    const uint64_t bytes = (values << 4 | values >> 8) & 0x00FF00FF00FF00FF;
+    const uint64_t pairs = (bytes | bytes >> 8) & 0x0000FFFF0000FFFF;
+    return static_cast<uint32_t>(pairs | pairs >> 16);
 }
 
 /// Only the very text that a reader makes of the bytes is a GUID here.
@@ -38,11 +42,8 @@ bool parseGUID(const char* p_text, uint8_t* p_bytes) {
     memcpy(digits + 20, p_text + 24, 12);
     uint64_t wrong = 0;
     for (size_t i = 0; i < GUID_SIZE; i += 4) {
-        const uint64_t values = getDigits(digits + 2 * i, wrong);
-        const uint64_t pairs = values << 4 | values >> 8;
-        for (size_t k = 0; k < 4; k++) {
-            p_bytes[i + k] = static_cast<uint8_t>(pairs >> 16 * k);
-        }
+        const uint32_t bytes = parseDigits(digits + 2 * i, wrong);
+        memcpy(p_bytes + i, &bytes, sizeof(bytes));
     }
     return wrong == 0;
 }
@@ -50,7 +51,11 @@ bool parseGUID(const char* p_text, uint8_t* p_bytes) {
 } // namespace
 
 void ByteBuffer::release() {
-    ::free(m_data);
+    if (m_capacity >= MAPPED_CAPACITY) {
+        munmap(m_data, m_capacity);
+    } else {
+        ::free(m_data);
+    }
     m_data = nullptr;
     m_size = 0;
     m_capacity = 0;
@@ -58,17 +63,36 @@ void ByteBuffer::release() {
 
 bool ByteBuffer::grow(size_t p_size) {
     size_t capacity = m_capacity != 0 ? m_capacity * 2 : FIRST_CAPACITY;
-    if (capacity < m_size + p_size) {
-        capacity = m_size + p_size;
+    if (capacity < m_size + p_size + c_slack) {
+        capacity = m_size + p_size + c_slack;
     }
-    // The C library moves a large block by its pages, which costs neither a copy nor fresh memory. The framework's heap
-    // always makes a new block.
+    if (capacity >= MAPPED_CAPACITY) {
+        return growMapping((capacity + MAPPED_CAPACITY - 1) & ~(MAPPED_CAPACITY - 1));
+    }
+    // The framework's heap always makes a new block.
     uint8_t* data = static_cast<uint8_t*>(::realloc(m_data, capacity));
     if (data == nullptr) {
         return false;
     }
     m_data = data;
     m_capacity = capacity;
+    return true;
+}
+
+bool ByteBuffer::growMapping(size_t p_capacity) {
+    const bool mapped = m_capacity >= MAPPED_CAPACITY;
+    void* data = mapped ? mremap(m_data, m_capacity, p_capacity, MREMAP_MAYMOVE)
+                        : mmap(nullptr, p_capacity, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (data == MAP_FAILED) {
+        return false;
+    }
+    if (!mapped) {
+        madvise(data, p_capacity, MADV_HUGEPAGE); // A wish: some systems have none.
+        copyBytes(static_cast<uint8_t*>(data), m_data, m_size);
+        ::free(m_data);
+    }
+    m_data = static_cast<uint8_t*>(data);
+    m_capacity = p_capacity;
     return true;
 }
 
@@ -109,6 +133,15 @@ bool appendText(ByteBuffer& p_buffer, const char* p_text, size_t p_length) {
         return false;
     }
     p_buffer.commit(putText(target, p_text, p_length));
+    return true;
+}
+
+bool appendText(ByteBuffer& p_buffer, const String& p_text) {
+    uint8_t* target = p_buffer.reserve(p_text.getLengthInBytes() + c_numberSize);
+    if (target == nullptr) {
+        return false;
+    }
+    p_buffer.commit(putText(target, p_text));
     return true;
 }
 

@@ -21,10 +21,13 @@ public:
     /// Gives the memory back.
     void release();
 
+    /// What may be written behind the room that was asked for, so that short copies can have one size.
+    static constexpr size_t c_slack = 64;
+
     /// Makes room for p_size bytes more and gives their place, null where there is no memory. What is written there
     /// counts when commit is told where it ends.
     uint8_t* reserve(size_t p_size) {
-        return p_size <= m_capacity - m_size || grow(p_size) ? m_data + m_size : nullptr;
+        return p_size + c_slack <= m_capacity - m_size || grow(p_size) ? m_data + m_size : nullptr;
     }
     void commit(const uint8_t* p_end) { m_size = static_cast<size_t>(p_end - m_data); }
 
@@ -54,6 +57,7 @@ public:
 
 private:
     bool grow(size_t p_size);
+    bool growMapping(size_t p_capacity);
 
     uint8_t* m_data = nullptr;
     size_t m_size = 0;
@@ -87,6 +91,22 @@ inline void copyBytes(uint8_t* p_target, const void* p_source, size_t p_size) {
         p_target[p_size / 2] = source[p_size / 2];
         p_target[p_size - 1] = source[p_size - 1];
     }
+}
+
+/// Copies a text into room of a ByteBuffer and gives the end. A String has at least the 64 bytes that it holds inline,
+/// and a buffer as many behind what was asked for: short texts are copied with what stands behind them.
+inline uint8_t* copyText(uint8_t* p_target, const String& p_text) {
+    static_assert(String::INLINE_SIZE == 64 && ByteBuffer::c_slack == 64);
+    const size_t length = p_text.getLengthInBytes();
+    memcpy(p_target, p_text.getData(), 16);
+    if (length > 16) {
+        if (length <= 64) {
+            memcpy(p_target + 16, p_text.getData() + 16, 48);
+        } else {
+            memcpy(p_target, p_text.getData(), length);
+        }
+    }
+    return p_target + length;
 }
 
 /// Whether two names of one length are the same; without a call where they are short.
@@ -140,10 +160,15 @@ inline uint8_t* putText(uint8_t* p_target, const char* p_text, size_t p_length) 
     copyBytes(p_target, p_text, p_length);
     return p_target + p_length;
 }
+inline uint8_t* putText(uint8_t* p_target, const String& p_text) {
+    const size_t length = p_text.getLengthInBytes();
+    if (length == 36 && p_text.getData()[8] == '-') {
+        return putGUIDText(p_target, p_text.getData());
+    }
+    return copyText(putBase128(p_target, static_cast<uint64_t>(length) + 1), p_text);
+}
 /// The same at the end of the buffer.
 bool appendText(ByteBuffer& p_buffer, const char* p_text, size_t p_length);
-inline bool appendText(ByteBuffer& p_buffer, const String& p_text) {
-    return appendText(p_buffer, p_text.getData(), p_text.getLengthInBytes());
-}
+bool appendText(ByteBuffer& p_buffer, const String& p_text);
 
 } // namespace zyr

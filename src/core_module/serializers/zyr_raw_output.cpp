@@ -9,9 +9,7 @@ uint8_t* RawOutput::field(const String& p_name, FieldKind p_kind, size_t p_room)
         return nullptr;
     }
     *target++ = static_cast<uint8_t>(p_kind);
-    target = putBase128(target, length);
-    copyBytes(target, p_name.getData(), length);
-    return target + length;
+    return copyText(putBase128(target, length), p_name);
 }
 
 bool RawOutput::beginField(const String& p_name, FieldKind p_kind) {

@@ -30,6 +30,8 @@ void ZbfOutput::clear() {
     m_classes.clear();
     m_texts.clear();
     m_depth = 0;
+    m_expected = nullptr;
+    m_expectedEnd = nullptr;
     m_lastStructure = 0;
     m_lastClass = 0;
 }
@@ -42,6 +44,7 @@ bool ZbfOutput::begin() {
     m_buffer.setSize(0);
     const uint8_t head[TABLE_PLACE + 8] = {c_binaryFormatVersion};
     m_frames[0] = {0, 0, addStructure(String::getConstEmpty()), 0};
+    expect(0);
     return m_buffer.append(head, sizeof(head));
 }
 
@@ -58,8 +61,9 @@ bool ZbfOutput::complete() {
         done = appendText(m_buffer, structure.m_name) && putNumber(structure.m_fields.getSize());
         for (size_t j = 0; j < structure.m_fields.getSize() && done; j++) {
             const Field& field = structure.m_fields[j];
-            done = putNumber(static_cast<uint64_t>(field.m_length) + 1) &&
-                   m_buffer.append(field.m_name, field.m_length) && putNumber(static_cast<uint64_t>(field.m_kind)) &&
+            done = putNumber(field.m_name.getLength() + 1) &&
+                   m_buffer.append(field.m_name.getName(), field.m_name.getLength()) &&
+                   putNumber(static_cast<uint64_t>(field.m_kind)) &&
                    (field.m_kind != FieldKind::RECORD || putNumber(field.m_structure));
         }
     }
@@ -111,26 +115,28 @@ uint32_t ZbfOutput::findStructure(const String& p_typeName) {
     return m_lastStructure;
 }
 
-uint32_t ZbfOutput::addField(Structure& p_structure, const String& p_name, FieldKind p_kind) {
-    const Field field = {keepText(p_name), static_cast<uint32_t>(p_name.getLengthInBytes()), p_kind, 0};
-    p_structure.m_fields.pushBack(field);
-    return static_cast<uint32_t>(p_structure.m_fields.getSize() - 1);
+/// Adds a field to the structure of the innermost frame, and expects the one behind it.
+uint32_t ZbfOutput::addField(const String& p_name, FieldKind p_kind) {
+    Array<Field>& fields = getStructure().m_fields;
+    const uint32_t number = static_cast<uint32_t>(fields.getSize());
+    fields.pushBack({NamePattern(keepText(p_name), p_name.getLengthInBytes()), p_kind, number, 0});
+    expect(number + 1);
+    return number;
 }
 
-uint32_t ZbfOutput::searchField(Frame& p_frame, const String& p_name, FieldKind p_kind) {
-    Structure& structure = *m_structures[p_frame.m_structure];
+uint32_t ZbfOutput::searchField(const String& p_name, FieldKind p_kind) {
+    Structure& structure = getStructure();
     const Field* fields = structure.m_fields.getData();
     const uint32_t count = static_cast<uint32_t>(structure.m_fields.getSize());
-    uint32_t number = p_frame.m_next < count ? p_frame.m_next : 0;
+    uint32_t number = m_expected != m_expectedEnd ? m_expected->m_number : 0;
     for (uint32_t i = 0; i < count; i++) {
         if (fields[number].is(p_name, p_kind)) {
-            p_frame.m_next = number + 1;
+            expect(number + 1);
             return number;
         }
         number = number + 1 < count ? number + 1 : 0;
     }
-    number = addField(structure, p_name, p_kind);
-    p_frame.m_next = number + 1;
+    number = addField(p_name, p_kind);
     // A record without a declared type gets a structure of its own.
     if (p_kind == FieldKind::RECORD) {
         structure.m_fields[number].m_structure = addStructure(String::getConstEmpty());
@@ -147,27 +153,25 @@ bool ZbfOutput::endStructure() {
         return false;
     }
     m_depth--;
+    expect(m_frames[m_depth].m_next);
     return true;
 }
 
 bool ZbfOutput::declare(const String& p_name, FieldKind p_kind, const String& p_typeName) {
-    Frame& frame = m_frames[m_depth];
-    const size_t count = m_structures[frame.m_structure]->m_fields.getSize();
     if (p_kind != FieldKind::RECORD) {
-        findField(frame, p_name, p_kind);
+        findField(p_name, p_kind);
         return true;
     }
     // The structure of a record is that of its type, not the one that findField would give an undeclared record.
-    Structure& structure = *m_structures[frame.m_structure];
-    for (size_t i = 0; i < count; i++) {
-        if (structure.m_fields[i].is(p_name, p_kind)) {
-            frame.m_next = static_cast<uint32_t>(i) + 1;
+    Structure& structure = getStructure();
+    for (const Field& field : structure.m_fields) {
+        if (field.is(p_name, p_kind)) {
+            expect(field.m_number + 1);
             return true;
         }
     }
-    const uint32_t number = addField(structure, p_name, p_kind);
+    const uint32_t number = addField(p_name, p_kind);
     structure.m_fields[number].m_structure = findStructure(p_typeName);
-    frame.m_next = number + 1;
     return true;
 }
 
@@ -175,10 +179,11 @@ bool ZbfOutput::enter(size_t p_width, uint32_t p_structure) {
     if (!m_frames.reach(m_depth + 1)) {
         return false;
     }
+    m_frames[m_depth].m_next = static_cast<uint32_t>(m_expected - getStructure().m_fields.begin());
     Frame& frame = m_frames[++m_depth];
     frame.m_width = p_width;
     frame.m_structure = p_structure;
-    frame.m_next = 0;
+    expect(0);
     return m_buffer.beginLength(p_width, frame.m_place);
 }
 
@@ -187,17 +192,17 @@ bool ZbfOutput::leave() {
         return false;
     }
     const Frame& frame = m_frames[m_depth--];
+    expect(m_frames[m_depth].m_next);
     return m_buffer.endLength(frame.m_place, frame.m_width);
 }
 
 bool ZbfOutput::beginRecord(const String& p_name) {
-    Frame& frame = m_frames[m_depth];
-    const uint32_t number = findField(frame, p_name, FieldKind::RECORD);
-    return putNumber(number) && enter(1, m_structures[frame.m_structure]->m_fields[number].m_structure);
+    const uint32_t number = findField(p_name, FieldKind::RECORD);
+    return putNumber(number) && enter(1, getStructure().m_fields[number].m_structure);
 }
 
 bool ZbfOutput::beginObject(const String& p_name, const String& p_className, const String& p_guidText) {
-    if (!putNumber(findField(m_frames[m_depth], p_name, FieldKind::OBJECT))) {
+    if (!putNumber(findField(p_name, FieldKind::OBJECT))) {
         return false;
     }
     const uint32_t structure = findStructure(p_className);
@@ -218,7 +223,7 @@ bool ZbfOutput::beginObject(const String& p_name, const String& p_className, con
 }
 
 bool ZbfOutput::beginArray(const String& p_name) {
-    return putNumber(findField(m_frames[m_depth], p_name, FieldKind::RECORD_ARRAY)) && enter(4, 0);
+    return putNumber(findField(p_name, FieldKind::RECORD_ARRAY)) && enter(4, 0);
 }
 
 bool ZbfOutput::beginElement(const String& p_typeName) {

@@ -5,6 +5,7 @@
 #include "core_module/serializers/zyr_byte_buffer.h"
 #include "core_module/serializers/zyr_field_kind.h"
 #include "core_module/serializers/zyr_frame_stack.h"
+#include "core_module/serializers/zyr_name_pattern.h"
 #include "zyr_common/containers/zyr_array.h"
 #include "zyr_common/containers/zyr_hash_map.h"
 
@@ -23,7 +24,7 @@ public:
     /// Begins a field and gives the place of its value with room for so many bytes, null where there is no memory. What
     /// is put there counts when the buffer is told where it ends. A field that was not declared is declared now.
     uint8_t* field(const String& p_name, FieldKind p_kind, size_t p_room) {
-        const uint32_t number = findField(m_frames[m_depth], p_name, p_kind);
+        const uint32_t number = findField(p_name, p_kind);
         uint8_t* target = m_buffer.reserve(c_numberSize + p_room);
         return target != nullptr ? putBase128(target, number) : nullptr;
     }
@@ -33,9 +34,7 @@ public:
 
     bool beginRecord(const String& p_name);
     bool beginObject(const String& p_name, const String& p_className, const String& p_guidText);
-    bool nullObject(const String& p_name) {
-        return putNumber(findField(m_frames[m_depth], p_name, FieldKind::OBJECT)) && putNumber(0);
-    }
+    bool nullObject(const String& p_name) { return putNumber(findField(p_name, FieldKind::OBJECT)) && putNumber(0); }
     bool beginArray(const String& p_name);
     bool beginElement(const String& p_typeName);
     bool nullElement() { return putNumber(0); }
@@ -45,14 +44,11 @@ public:
 
 private:
     struct Field {
-        bool is(const String& p_name, FieldKind p_kind) const {
-            return p_name.getLengthInBytes() == m_length && m_kind == p_kind &&
-                   equalNames(m_name, p_name.getData(), m_length);
-        }
+        bool is(const String& p_name, FieldKind p_kind) const { return m_kind == p_kind && m_name.is(p_name); }
 
-        const char* m_name;
-        uint32_t m_length;
+        NamePattern m_name;
         FieldKind m_kind;
+        uint32_t m_number;
         /// Number of the structure of a record.
         uint32_t m_structure;
     };
@@ -68,32 +64,40 @@ private:
         size_t m_place;
         size_t m_width;
         uint32_t m_structure;
-        /// The field that is expected next.
+        /// The field that is expected next, while another frame is the innermost one.
         uint32_t m_next;
     };
 
     void clear();
     bool putNumber(uint64_t p_number);
     bool enter(size_t p_width, uint32_t p_structure);
-    /// Gives the number of the field in the structure of the frame, which is added if it is not there.
-    uint32_t findField(Frame& p_frame, const String& p_name, FieldKind p_kind) {
-        const Array<Field>& fields = m_structures[p_frame.m_structure]->m_fields;
-        // Values are mostly written in the order of the declaration.
-        const uint32_t number = p_frame.m_next;
-        if (number < fields.Array::getSize() && fields[number].is(p_name, p_kind)) {
-            p_frame.m_next = number + 1;
-            return number;
-        }
-        return searchField(p_frame, p_name, p_kind);
+    /// The structure of the innermost frame.
+    Structure& getStructure() { return *m_structures[m_frames[m_depth].m_structure]; }
+    /// Sets the field of that structure that is expected next.
+    void expect(uint32_t p_number) {
+        const Array<Field>& fields = getStructure().m_fields;
+        m_expected = fields.begin() + p_number;
+        m_expectedEnd = fields.end();
     }
-    uint32_t searchField(Frame& p_frame, const String& p_name, FieldKind p_kind);
-    uint32_t addField(Structure& p_structure, const String& p_name, FieldKind p_kind);
+    /// Gives the number of the field in the structure of the innermost frame, which is added if it is not there.
+    uint32_t findField(const String& p_name, FieldKind p_kind) {
+        // Values are mostly written in the order of the declaration.
+        if (m_expected != m_expectedEnd && m_expected->is(p_name, p_kind)) {
+            return m_expected++->m_number;
+        }
+        return searchField(p_name, p_kind);
+    }
+    uint32_t searchField(const String& p_name, FieldKind p_kind);
+    uint32_t addField(const String& p_name, FieldKind p_kind);
     uint32_t findStructure(const String& p_typeName);
     uint32_t addStructure(const String& p_typeName);
     const char* keepText(const String& p_text);
 
     FrameStack<Frame> m_frames;
     uint32_t m_depth = 0;
+    /// In the fields of the innermost frame, which move when one is added.
+    const Field* m_expected = nullptr;
+    const Field* m_expectedEnd = nullptr;
     Array<Structure*> m_structures;
     HashMap<String, uint32_t> m_structureNumbers;
     Array<Class*> m_classes;
