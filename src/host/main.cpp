@@ -195,10 +195,12 @@ struct Program {
                          "FRAME:WIDTHxHEIGHT, change the size from this frame on; may be given more than once")
             ->check(checkResize);
         command->add_option("-o,--packets", o.m_packetPath,
-                            "Write the packets to this file (ivf, webm, mkv, mp4, mpg, zyrs), or - for the standard "
-                            "output");
+                            "Write the packets to this file (ivf, webm, mkv, mp4, mpg, zyrs), to - for the standard "
+                            "output, or send them to an address (rtp://, rtsp://, udp://, tcp://, http://)");
         command->add_option("--packets-format", o.m_packetFormat,
-                            "Format of the packet file (default: by its extension)");
+                            "Format of the packet file (default: by its extension or the address)");
+        command->add_option("--packets-sdp", o.m_packetSdpPath,
+                            "Write what receivers of rtp:// need to know to this file, or to -");
         command->add_option("--pictures", o.m_picturePath,
                             "Write the decoded pictures to name.y4m, - or frames/%04d.png");
         command->add_option("--source-pictures", o.m_sourcePicturePath,

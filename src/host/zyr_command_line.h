@@ -51,8 +51,9 @@ struct StreamOptions {
     std::string m_saveCodecInfoPath; ///< File that keeps what is agreed on.
     std::string m_encoderOptions;    ///< On top of what was agreed.
     std::string m_tune;              ///< "screen" or empty.
-    std::string m_packetPath;        ///< For this and the next four "-" is the standard output.
+    std::string m_packetPath;        ///< Or an address. For all outputs "-" is the standard output.
     std::string m_packetFormat;
+    std::string m_packetSdpPath; ///< What receivers of packets sent by RTP need to know.
     std::string m_picturePath;
     std::string m_sourcePicturePath;
     std::string m_reportPath;

@@ -1,5 +1,9 @@
 #include "host/zyr_stream_outputs.h"
 
+#include "host/zyr_interruption.h"
+#include "host/zyr_network_output.h"
+#include "host/zyr_run_error.h"
+
 #include <filesystem>
 #include <functional>
 #include <sys/stat.h>
@@ -14,13 +18,10 @@ struct NamedPath {
 };
 
 std::vector<NamedPath> outputsOf(const StreamOptions& p_options) {
-    return {{"--packets", &p_options.m_packetPath},
-            {"--pictures", &p_options.m_picturePath},
-            {"--source-pictures", &p_options.m_sourcePicturePath},
-            {"--report", &p_options.m_reportPath},
-            {"--frames-log", &p_options.m_framesLogPath},
-            {"--html", &p_options.m_pagePath},
-            {"--save-codec-info", &p_options.m_saveCodecInfoPath}};
+    return {{"--packets", &p_options.m_packetPath},   {"--packets-sdp", &p_options.m_packetSdpPath},
+            {"--pictures", &p_options.m_picturePath}, {"--source-pictures", &p_options.m_sourcePicturePath},
+            {"--report", &p_options.m_reportPath},    {"--frames-log", &p_options.m_framesLogPath},
+            {"--html", &p_options.m_pagePath},        {"--save-codec-info", &p_options.m_saveCodecInfoPath}};
 }
 
 /// True when both paths lead, or would lead once created, to the same ordinary file.
@@ -40,10 +41,24 @@ bool areSameFile(const std::string& p_first, const std::string& p_second) {
            std::filesystem::weakly_canonical(p_first, error) == std::filesystem::weakly_canonical(p_second, error);
 }
 
+NetworkOutputOptions networkOptionsOf(const StreamOptions& p_options) {
+    NetworkOutputOptions options;
+    options.m_address = p_options.m_packetPath;
+    options.m_format = p_options.m_packetFormat;
+    options.m_sdpPath = p_options.m_packetSdpPath;
+    options.m_isEnding = [] { return getInterruption() != 0; };
+    return options;
+}
+
 } // namespace
 
 void refuseSharedFiles(const StreamOptions& p_options) {
     const std::vector<NamedPath> outputs = outputsOf(p_options);
+    if (isNetworkAddress(p_options.m_packetPath)) {
+        checkNetworkOutput(networkOptionsOf(p_options));
+    } else if (!p_options.m_packetSdpPath.empty()) {
+        throw UsageError("--packets-sdp goes with --packets rtp://");
+    }
     std::string taker = p_options.m_json ? "--json" : "";
     for (size_t i = 0; i < outputs.size(); i++) {
         const std::string& path = *outputs[i].m_path;
@@ -78,7 +93,9 @@ StreamOutputs::StreamOutputs(const StreamOptions& p_options, const std::string& 
                              bool p_fullRange)
     : m_options(p_options) {
     if (!p_options.m_packetPath.empty()) {
-        m_packets = openPacketFile(p_options.m_packetPath, p_options.m_packetFormat, p_codec);
+        m_packets = isNetworkAddress(p_options.m_packetPath)
+                        ? openNetworkOutput(networkOptionsOf(p_options), p_codec)
+                        : openPacketFile(p_options.m_packetPath, p_options.m_packetFormat, p_codec);
     }
     if (!p_options.m_picturePath.empty()) {
         m_pictures = openPictureFile(p_options.m_picturePath, p_rate, p_fullRange);
@@ -126,7 +143,7 @@ void StreamOutputs::close() {
 std::vector<std::string> StreamOutputs::getPaths() const {
     std::vector<std::string> paths;
     if (m_packets) {
-        paths.push_back(m_options.m_packetPath);
+        paths.push_back(withoutSecrets(m_options.m_packetPath));
     }
     for (const PictureFile* pictures : {m_pictures.get(), m_sourcePictures.get()}) {
         if (pictures != nullptr) {

@@ -12,7 +12,8 @@
 
 namespace zyr::host {
 
-/// Throws UsageError when an output is the input or another output, or when two of them want the standard output.
+/// Throws UsageError when an output is the input or another output, when two of them want the standard output, or when
+/// packets cannot go where they are to be sent.
 /// Devices such as /dev/null may be named more than once.
 void refuseSharedFiles(const StreamOptions& p_options);
 

@@ -43,7 +43,7 @@ TEST(Completion, OffersCommandsInBash) {
 TEST(Completion, OffersTheOptionsOfTheCommandInBash) {
     EXPECT_EQ(complete("zyr-host stream --req", 2), "--require\n");
     EXPECT_EQ(complete("zyr-host inspect --req", 2), "\n");
-    EXPECT_EQ(complete("zyr-host stream video --pac", 3), "--packets --packets-format\n");
+    EXPECT_EQ(complete("zyr-host stream video --pac", 3), "--packets --packets-format --packets-sdp\n");
 }
 
 TEST(Completion, OffersValuesInBashAndLeavesFilesToTheShell) {
