@@ -4,6 +4,7 @@
 #
 #   scripts/bench.sh                         all of them
 #   scripts/bench.sh NAME...                 some: geometry, layout, variables, noise, library, codec_road, ...
+#   scripts/bench.sh live [options]          live screens beside VNC servers (docs/live.md); takes minutes, so only by name
 #   scripts/bench.sh --save WORD [NAME...]   runs them five times, and keeps medians and spread in build/bench/WORD.json
 #   scripts/bench.sh --runs N --save ...     so many times
 #   scripts/bench.sh --compare WORD WORD     compares what was kept, the second with the first: what is worse or better beyond
@@ -35,6 +36,12 @@ while [ $# -gt 0 ]; do
 done
 source scripts/lib.sh
 if $deps; then scripts/deps.sh --with bench || exit 1; fi
+if [ "${1:-}" = live ]; then
+    shift
+    if $deps; then scripts/deps.sh --with test || exit 1; fi
+    configureAndBuild release zyr_live_benchmark || exit 1
+    exec bench/live/bench_live.py "$@"
+fi
 configureAndBuild release zyr_benchmarks || exit 1
 
 if [ $# -eq 0 ]; then

@@ -142,6 +142,7 @@ wants abi && installPackages abigail-tools
 wants docs && installPackages doxygen python3-markdown man-db
 wants package && installPackages dpkg-dev lintian mmdebstrap
 wants bench && installPackages libspdlog-dev libtsl-ordered-map-dev libtbb-dev libeigen3-dev libglm-dev libvncserver-dev \
+    x11vnc tigervnc-standalone-server novnc websockify \
     libprotobuf-dev protobuf-compiler libmsgpack-cxx-dev rapidjson-dev
 
 pkgConfig() {
