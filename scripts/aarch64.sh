@@ -61,31 +61,9 @@ arguments=()
 [ -z "$filter" ] || arguments+=(-R "$filter")
 [ -z "$excluded" ] || arguments+=(-E "$excluded")
 
-# Tests that execute programs of their own need the kernel to know the emulator. It is registered in a user and mount
-# namespace of the run's own, with all ids mapped, so that nothing of the machine changes. Without root the run goes on as it is.
-inNamespace() {
-    local go child
-    go=$(mktemp -u) && mkfifo "$go" || return 1
-    unshare --user --mount bash -c '
-        read -r word <"$1" && [ "$word" = go ] || exit 125
-        shift
-        exec setpriv --reuid 0 --regid 0 --clear-groups bash scripts/aarch64-register.sh "$@"' bash "$go" "$@" &
-    child=$!
-    # The namespace is there when its child waits at the pipe.
-    (
-        for _ in $(seq 100); do
-            [ "$(readlink /proc/$child/ns/user)" = "$(readlink /proc/self/ns/user)" ] || break
-            sleep 0.05
-        done
-        if echo '0 0 4294967295' >/proc/$child/uid_map && echo '0 0 4294967295' >/proc/$child/gid_map; then echo go; else echo no; fi >"$go"
-    ) 2>/dev/null
-    wait $child
-    local status=$?
-    rm -f "$go"
-    return $status
-}
-if [ "$(id -u)" = 0 ] && inNamespace true; then
-    inNamespace bash -c 'source scripts/lib.sh; runTests aarch64 "$@"' bash "${arguments[@]}" || result=1
+# Tests that execute programs of their own need the emulator's namespace.
+if [ "$(id -u)" = 0 ] && inEmulatorNamespace true; then
+    inEmulatorNamespace bash -c 'source scripts/lib.sh; runTests aarch64 "$@"' bash "${arguments[@]}" || result=1
 else
     echo "no private registration of the emulator here: tests that execute other programs may fail"
     runTests aarch64 "${arguments[@]}" || result=1

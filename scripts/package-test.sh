@@ -4,8 +4,9 @@
 #   scripts/package-test.sh [DIRECTORY]   tests the packages in it (default: dist)
 #   scripts/package-test.sh --quick ...   does not build the examples
 #   scripts/package-test.sh --root DIR    uses this bare system (a directory of debootstrap's) and leaves it there
+#   scripts/package-test.sh --release R   in a bare system of this Debian release, such as trixie (default: the machine's)
+#   scripts/package-test.sh --arch arm64  in an emulated bare system, and without the examples
 #
-# Packages of another architecture are looked into only: scripts/package-contents.sh.
 # Takes root, and mmdebstrap unless --root is given; the bare system comes from the machine's own apt sources. As an
 # unprivileged user: inspect, doctor and a stream. What was there before is a lower version of the same packages, with a
 # file that is gone since: the upgrade has to take it away. Then both examples are built against the development package, by CMake and
@@ -13,10 +14,15 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-packages=dist root="" quick=false
+arguments=("$@")
+codename=$(. /etc/os-release && echo "${VERSION_CODENAME:-}")
+native=$(dpkg --print-architecture)
+packages=dist root="" quick=false release=$codename architecture=$native
 while [ $# -gt 0 ]; do
     case $1 in
     --root) root=${2:?--root needs a directory}; shift 2 ;;
+    --release) release=${2:?--release needs a name}; shift 2 ;;
+    --arch) architecture=${2:?--arch needs a name}; shift 2 ;;
     --quick) quick=true; shift ;;
     -h | --help) sed -n '2,/^set -e/{/^set -e/d;s/^# \{0,1\}//;p}' "$0"; exit 0 ;;
     *) packages=$1; shift ;;
@@ -25,8 +31,16 @@ done
 die() { printf 'package-test: FAILED: %s\n' "$*" >&2; exit 1; }
 say() { printf 'package-test: %s\n' "$*"; }
 [ "$(id -u)" = 0 ] || die "root is needed for a bare system"
-codename=$(. /etc/os-release && echo "${VERSION_CODENAME:-}")
-architecture=$(dpkg --print-architecture)
+if [ "$architecture" != "$native" ]; then
+    # A compiler under emulation takes half an hour.
+    quick=true
+    if [ -z "${ZYR_EMULATED:-}" ]; then
+        # shellcheck source=scripts/lib.sh
+        . scripts/lib.sh
+        ZYR_EMULATED=1 inEmulatorNamespace scripts/package-test.sh "${arguments[@]}"
+        exit
+    fi
+fi
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/zyr-package-test.XXXXXX")
 chmod 755 "$work"
@@ -40,10 +54,17 @@ trap cleanUp EXIT
 if [ -z "$root" ]; then
     command -v mmdebstrap >/dev/null || die "mmdebstrap is not installed"
     root=$work/root
-    say "making a bare $codename"
-    cat /etc/apt/sources.list.d/*.sources /etc/apt/sources.list /etc/apt/sources.list.d/*.list 2>/dev/null >"$work/sources" || true
-    mmdebstrap --quiet --variant=apt --mode=root "$codename" "$root" - <"$work/sources" >"$work/log" 2>&1 ||
-        { tail -n 5 "$work/log" >&2; die "mmdebstrap"; }
+    say "making a bare $release for $architecture"
+    if [ "$release/$architecture" = "$codename/$native" ]; then
+        cat /etc/apt/sources.list.d/*.sources /etc/apt/sources.list /etc/apt/sources.list.d/*.list 2>/dev/null >"$work/sources" || true
+    else
+        mirror=$(apt-get indextargets --format '$(REPO_URI) $(COMPONENT)' 'Created-By: Packages' |
+            awk '$2 == "main" && $1 ~ /\/debian\/?$/ { print $1; exit }')
+        echo "deb [signed-by=/usr/share/keyrings/debian-archive-keyring.gpg] ${mirror:-http://deb.debian.org/debian} $release main" >"$work/sources"
+    fi
+    # In a user namespace there are no device nodes to be made, and none are needed: the machine's are mounted below.
+    mmdebstrap --quiet --variant=apt --mode=root --architectures="$architecture" --skip=check/qemu,setup/mknod,output/mknod \
+        "$release" "$root" - <"$work/sources" >"$work/log" 2>&1 || { tail -n 5 "$work/log" >&2; die "mmdebstrap"; }
 fi
 mkdir -p "$root/packages"
 cp "$packages"/*_"$architecture".deb "$root/packages/" || die "no packages for $architecture in $packages"
