@@ -27,13 +27,14 @@ public:
 
 private:
     void readFields(BinaryReader p_reader, uint32_t p_structure) {
-        FieldHead head = {};
         while (!p_reader.isAtEnd()) {
             const uint8_t* place = p_reader.m_place;
-            if (!m_heads.readField(p_reader, p_structure, head)) {
+            const FieldHead* found = m_heads.readField(p_reader, p_structure);
+            if (found == nullptr) {
                 m_reading.reportAt(place, "there is no field that can be read");
                 return;
             }
+            const FieldHead head = *found;
             const uint32_t node = m_tree.add(static_cast<SavedKind>(head.m_kind), {head.m_name, head.m_nameLength});
             if (node == c_noSavedNode || !readValue(p_reader, head, node)) {
                 const std::string name(head.m_name, head.m_nameLength);

@@ -16,6 +16,7 @@ template <class Interface, class Heads> class BinaryDeserializerLevel : public D
 public:
     bool_t initialize(const void* p_data, uint64_t p_size) override {
         m_depth = 0;
+        m_frame = &m_frames[0];
         m_frames[0] = Frame();
         m_type.m_number = 0;
         if (p_data == nullptr || !m_heads.begin(p_data, p_size, m_frames[0].m_fields)) {
@@ -27,20 +28,21 @@ public:
     bool_t deinitialize() override {
         m_heads.end();
         m_depth = 0;
+        m_frame = &m_frames[0];
         m_frames[0] = Frame();
         return 1;
     }
     bool_t isBinaryFormat() const override { return 1; }
     const String& getCurrentObjectTypeName() const override { return m_class.m_name; }
     const String& getCurrentObjectGUIDText() const override { return m_class.m_guidText; }
-    uint32_t getArraySize() const override { return m_frames[m_depth].m_count; }
+    uint32_t getArraySize() const override { return m_frame->m_count; }
 
     bool_t enterGroup(const String& p_name, bool_t& p_found) override {
         BinaryReader part;
         if (!open(p_name, FieldKind::RECORD, p_found) || !p_found) {
             return !m_broken;
         }
-        return readPart(part) && enter(part, m_head.m_structure);
+        return readPart(part) && enter(part, m_head->m_structure);
     }
     bool_t leaveGroup() override { return leave(); }
 
@@ -49,7 +51,7 @@ public:
         if (!open(p_name, FieldKind::OBJECT, p_found) || !p_found) {
             return !m_broken;
         }
-        if (!m_heads.readClass(m_frames[m_depth].m_reader, m_class)) {
+        if (!m_heads.readClass(m_frame->m_reader, m_class)) {
             return 0;
         }
         if (m_class.m_name.isEmpty()) {
@@ -69,13 +71,13 @@ public:
         if (!readPart(part) || !part.readCount(count, 1) || !enter(part, 0)) {
             return 0;
         }
-        m_frames[m_depth].m_count = static_cast<uint32_t>(count);
+        m_frame->m_count = static_cast<uint32_t>(count);
         return 1;
     }
     bool_t leaveArray(uint32_t) override { return leave(); }
 
     bool_t enterArrayElement(uint32_t p_index, String& p_typeName) override {
-        Frame& frame = m_frames[m_depth];
+        Frame& frame = *m_frame;
         if (p_index >= frame.m_count) {
             return 0;
         }
@@ -104,12 +106,12 @@ public:
         if (!find(p_name)) {
             return !m_broken;
         }
-        BinaryReader& reader = m_frames[m_depth].m_reader;
+        BinaryReader& reader = m_frame->m_reader;
         uint64_t present = 1;
-        if (m_head.m_kind != FieldKind::STRING && m_head.m_kind != FieldKind::STRING_REF) {
+        if (m_head->m_kind != FieldKind::STRING && m_head->m_kind != FieldKind::STRING_REF) {
             return refuse(p_name);
         }
-        if (m_head.m_kind == FieldKind::STRING_REF && !reader.readNumber(present)) {
+        if (m_head->m_kind == FieldKind::STRING_REF && !reader.readNumber(present)) {
             return 0;
         }
         String text;
@@ -147,7 +149,7 @@ public:
         if (!find(p_name)) {
             return !m_broken;
         }
-        return m_head.m_kind == FieldKind::STRING ? m_frames[m_depth].m_reader.readText(p_value) : refuse(p_name);
+        return m_head->m_kind == FieldKind::STRING ? m_frame->m_reader.readText(p_value) : refuse(p_name);
     }
 
     bool_t readStringArray(const String& p_name, uint32_t&, Array<String>& p_value, uint32_t) override {
@@ -159,7 +161,7 @@ public:
             return 0;
         }
         for (uint64_t i = 0; i < count; i++) {
-            if (!m_frames[m_depth].m_reader.readText(p_value[i])) {
+            if (!m_frame->m_reader.readText(p_value[i])) {
                 return 0;
             }
         }
@@ -184,7 +186,7 @@ public:
         }
         for (uint64_t i = 0; i < count; i++) {
             uint64_t item = 0;
-            if (!m_frames[m_depth].m_reader.readNumber(item) || item > UINT32_MAX) {
+            if (!m_frame->m_reader.readNumber(item) || item > UINT32_MAX) {
                 return 0;
             }
             p_value[i] = static_cast<uint32_t>(item);
@@ -212,27 +214,25 @@ private:
     /// Looks for the field; m_head is its head then, and the frame's reader stands at its value. False without such a
     /// field, and with m_broken set where the bytes are wrong.
     bool find(const String& p_name) {
-        BinaryReader& reader = m_frames[m_depth].m_reader;
+        Frame& frame = *m_frame;
+        BinaryReader& reader = frame.m_reader;
         m_broken = 0;
         if (!reader.isAtEnd()) {
             const uint8_t* start = reader.m_place;
-            if (!m_heads.readField(reader, m_frames[m_depth].m_structure, m_head)) {
+            m_head = m_heads.readField(reader, frame.m_structure);
+            if (m_head == nullptr) {
                 m_broken = 1;
                 return false;
             }
-            if (hasName(p_name)) {
+            if (m_head->is(p_name)) {
                 return true;
             }
             reader.m_place = start;
         }
         return search(p_name);
     }
-    bool hasName(const String& p_name) const {
-        return m_head.m_nameLength == p_name.getLengthInBytes() &&
-               equalNames(m_head.m_name, p_name.getData(), m_head.m_nameLength);
-    }
     bool search(const String& p_name) {
-        Frame& frame = m_frames[m_depth];
+        Frame& frame = *m_frame;
         const BinaryReader start = frame.m_reader;
         if (findBefore(p_name, frame.m_reader.m_end)) {
             return true;
@@ -247,13 +247,14 @@ private:
         return false;
     }
     bool findBefore(const String& p_name, const uint8_t* p_end) {
-        Frame& frame = m_frames[m_depth];
+        Frame& frame = *m_frame;
         while (frame.m_reader.m_place < p_end) {
-            if (!m_heads.readField(frame.m_reader, frame.m_structure, m_head)) {
+            m_head = m_heads.readField(frame.m_reader, frame.m_structure);
+            if (m_head == nullptr) {
                 m_broken = 1;
                 return false;
             }
-            if (hasName(p_name)) {
+            if (m_head->is(p_name)) {
                 return true;
             }
             if (!skipValue(frame.m_reader)) {
@@ -264,8 +265,8 @@ private:
         return false;
     }
     bool skipValue(BinaryReader& p_reader) {
-        if (m_head.m_kind != FieldKind::OBJECT) {
-            return p_reader.skipPlainValue(m_head.m_kind);
+        if (m_head->m_kind != FieldKind::OBJECT) {
+            return p_reader.skipPlainValue(m_head->m_kind);
         }
         bool null = false;
         return m_heads.skipClass(p_reader, null) && (null || p_reader.skipPlainValue(FieldKind::RECORD));
@@ -274,7 +275,7 @@ private:
     /// Finds a field that can be entered.
     bool open(const String& p_name, FieldKind p_kind, bool_t& p_found) {
         p_found = find(p_name);
-        if (p_found && m_head.m_kind != p_kind) {
+        if (p_found && m_head->m_kind != p_kind) {
             p_found = 0;
             m_broken = !refuse(p_name);
         }
@@ -285,15 +286,16 @@ private:
         if (!open(p_name, p_kind, found) || !found) {
             return false;
         }
-        m_broken = !m_frames[m_depth].m_reader.readCount(p_count, p_itemSize);
+        m_broken = !m_frame->m_reader.readCount(p_count, p_itemSize);
         return !m_broken;
     }
-    bool readPart(BinaryReader& p_part) { return m_frames[m_depth].m_reader.readPart(p_part); }
+    bool readPart(BinaryReader& p_part) { return m_frame->m_reader.readPart(p_part); }
     bool enter(const BinaryReader& p_part, uint32_t p_structure) {
         if (!m_frames.reach(m_depth + 1)) {
             return false;
         }
-        Frame& frame = m_frames[++m_depth];
+        m_frame = &m_frames[++m_depth];
+        Frame& frame = *m_frame;
         frame.m_fields = p_part;
         frame.m_reader = p_part;
         frame.m_structure = p_structure;
@@ -305,33 +307,35 @@ private:
         if (m_depth == 0) {
             return false;
         }
-        m_depth--;
+        m_frame = &m_frames[--m_depth];
         return true;
     }
     bool_t refuse(const String& p_name) const {
-        reportOtherKind(p_name, m_head.m_kind);
+        reportOtherKind(p_name, m_head->m_kind);
         return 0;
     }
     template <typename T> bool_t readNumber(const String& p_name, T& p_value) {
         if (!find(p_name)) {
             return !m_broken;
         }
-        return readStoredNumber(m_frames[m_depth].m_reader, p_name, m_head.m_kind, p_value);
+        return readStoredNumber(m_frame->m_reader, p_name, m_head->m_kind, p_value);
     }
     template <typename T> bool_t readItems(const String& p_name, FieldKind p_kind, Array<T>& p_value) {
         uint64_t count = 0;
         if (!openItems(p_name, p_kind, sizeof(T), count)) {
             return !m_broken;
         }
-        return resizeExactly(p_value, count) &&
-               m_frames[m_depth].m_reader.readBytes(p_value.getData(), count * sizeof(T));
+        return resizeExactly(p_value, count) && m_frame->m_reader.readBytes(p_value.getData(), count * sizeof(T));
     }
 
     Heads m_heads;
     FrameStack<Frame> m_frames;
     uint32_t m_depth = 0;
+    /// The innermost one.
+    Frame* m_frame = &m_frames[0];
     bool_t m_broken = 0;
-    FieldHead m_head = {};
+    /// Of the field that was found last.
+    const typename Heads::Head* m_head = nullptr;
     ClassHead m_class;
     ClassHead m_type;
 };

@@ -121,9 +121,10 @@ bool ZbfHeads::readStructure(BinaryReader& p_table) {
         if (!p_table.readNumber(code) || code == 0 || code - 1 > p_table.getRemaining()) {
             return false;
         }
-        FieldHead field;
+        Head field;
         field.m_name = reinterpret_cast<const char*>(p_table.m_place);
         field.m_nameLength = code - 1;
+        field.m_pattern = NamePattern(field.m_name, field.m_nameLength);
         if (!p_table.skip(code - 1) || !p_table.readNumber(kind) || !isFieldKind(kind)) {
             return false;
         }

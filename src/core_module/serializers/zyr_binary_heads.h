@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core_module/serializers/zyr_binary_reader.h"
+#include "core_module/serializers/zyr_name_pattern.h"
 #include "zyr_common/containers/zyr_array.h"
 
 namespace zyr {
@@ -31,42 +32,57 @@ inline bool isFieldKind(uint64_t p_kind) {
 /// The heads of the raw format: names where they stand.
 class RawHeads {
 public:
+    struct Head : FieldHead {
+        bool is(const String& p_name) const {
+            return m_nameLength == p_name.getLengthInBytes() && equalNames(m_name, p_name.getData(), m_nameLength);
+        }
+    };
+
     /// Gives the fields of the payload.
     bool begin(const void* p_data, size_t p_size, BinaryReader& p_fields);
     void end() {}
-    bool readField(BinaryReader& p_reader, uint32_t, FieldHead& p_head) {
+    /// The head is there until the next one is read; null where there is none.
+    const Head* readField(BinaryReader& p_reader, uint32_t) {
         BinaryReader name;
         if (p_reader.isAtEnd() || !isFieldKind(*p_reader.m_place)) {
-            return false;
+            return nullptr;
         }
-        p_head.m_kind = static_cast<FieldKind>(*p_reader.m_place++);
+        m_head.m_kind = static_cast<FieldKind>(*p_reader.m_place++);
         if (!p_reader.readPart(name)) {
-            return false;
+            return nullptr;
         }
-        p_head.m_name = reinterpret_cast<const char*>(name.m_place);
-        p_head.m_nameLength = name.getRemaining();
-        p_head.m_structure = 0;
-        return true;
+        m_head.m_name = reinterpret_cast<const char*>(name.m_place);
+        m_head.m_nameLength = name.getRemaining();
+        return &m_head;
     }
     bool readClass(BinaryReader& p_reader, ClassHead& p_head);
     bool readType(BinaryReader& p_reader, ClassHead& p_head);
     /// Steps over the class of an object; p_null tells that there is none.
     bool skipClass(BinaryReader& p_reader, bool& p_null);
+
+private:
+    Head m_head = {};
 };
 
 /// The heads of the zbf format: numbers into a table.
 class ZbfHeads {
 public:
+    struct Head : FieldHead {
+        bool is(const String& p_name) const { return m_pattern.is(p_name); }
+
+        NamePattern m_pattern;
+    };
+
     bool begin(const void* p_data, size_t p_size, BinaryReader& p_fields);
     void end();
-    bool readField(BinaryReader& p_reader, uint32_t p_structure, FieldHead& p_head) {
+    /// The head is there until end is called; null where there is none.
+    const Head* readField(BinaryReader& p_reader, uint32_t p_structure) {
         uint64_t number = 0;
         const Structure& structure = m_structures[p_structure];
         if (!p_reader.readNumber(number) || number >= structure.m_numOfFields) {
-            return false;
+            return nullptr;
         }
-        p_head = m_fields[structure.m_firstField + number];
-        return true;
+        return &m_fields[structure.m_firstField + number];
     }
     bool readClass(BinaryReader& p_reader, ClassHead& p_head);
     bool readType(BinaryReader& p_reader, ClassHead& p_head);
@@ -93,7 +109,7 @@ private:
     bool setText(const Text& p_source, String& p_text) const;
 
     Array<Structure> m_structures;
-    Array<FieldHead> m_fields;
+    Array<Head> m_fields;
     Array<Class> m_classes;
     const uint8_t* m_end = nullptr;
 };

@@ -1,21 +1,12 @@
 #include "core_module/serializers/zyr_binary_reader.h"
 
+#include "zyr_common/digest/zyr_hex_digits.h"
+
 namespace zyr {
 
 namespace {
 
 constexpr size_t GUID_SIZE = 16;
-
-void writeGUIDText(const uint8_t* p_bytes, char* p_text) {
-    static constexpr char DIGITS[] = "0123456789abcdef";
-    for (size_t i = 0; i < GUID_SIZE; i++) {
-        if (i == 4 || i == 6 || i == 8 || i == 10) {
-            *p_text++ = '-';
-        }
-        *p_text++ = DIGITS[p_bytes[i] >> 4];
-        *p_text++ = DIGITS[p_bytes[i] & 15];
-    }
-}
 
 } // namespace
 
@@ -58,7 +49,7 @@ bool BinaryReader::readGUID(char (&p_text)[36]) {
     if (getRemaining() < GUID_SIZE) {
         return false;
     }
-    writeGUIDText(m_place, p_text);
+    zyr_putGUIDText(p_text, m_place);
     m_place += GUID_SIZE;
     return true;
 }

@@ -1,5 +1,7 @@
 #include "core_module/serializers/zyr_byte_buffer.h"
 
+#include "zyr_common/digest/zyr_hex_digits.h"
+
 #include <cstdlib>
 #include <sys/mman.h>
 
@@ -14,36 +16,18 @@ constexpr size_t MAPPED_CAPACITY = 2 << 20;
 constexpr uint8_t GUID_TEXT_LENGTH = 36;
 constexpr size_t GUID_SIZE = 16;
 
-/// The bytes of eight lower-case hexadecimal digits. p_wrong gets bits where a character is none.
-uint32_t parseDigits(const char* p_text, uint64_t& p_wrong) {
-    constexpr uint64_t ONES = 0x0101010101010101;
-    uint64_t text;
-    memcpy(&text, p_text, sizeof(text));
-    // No sum reaches the next byte: a value is 24 at most, and wrong then.
-    const uint64_t values = (text & 0x0F * ONES) + ((text >> 6) & ONES) * 9;
-    const uint64_t letters = ((values + 6 * ONES) >> 4) & ONES;
-    const uint64_t digits = values + '0' * ONES + letters * ('a' - '0' - 10);
-    p_wrong |= (digits ^ text) | (values & 0xF0 * ONES);
-    const uint64_t bytes = (values << 4 | values >> 8) & 0x00FF00FF00FF00FF;
-    const uint64_t pairs = (bytes | bytes >> 8) & 0x0000FFFF0000FFFF;
-    return static_cast<uint32_t>(pairs | pairs >> 16);
-}
-
 /// Only the very text that a reader makes of the bytes is a GUID here.
 bool parseGUID(const char* p_text, uint8_t* p_bytes) {
-    if (p_text[8] != '-' || p_text[13] != '-' || p_text[18] != '-' || p_text[23] != '-') {
+    if (!zyr_hasGUIDDashes(p_text)) {
         return false;
     }
     char digits[2 * GUID_SIZE];
-    memcpy(digits, p_text, 8);
-    memcpy(digits + 8, p_text + 9, 4);
-    memcpy(digits + 12, p_text + 14, 4);
-    memcpy(digits + 16, p_text + 19, 4);
-    memcpy(digits + 20, p_text + 24, 12);
+    zyr_packGUIDText(digits, p_text);
     uint64_t wrong = 0;
     for (size_t i = 0; i < GUID_SIZE; i += 4) {
-        const uint32_t bytes = parseDigits(digits + 2 * i, wrong);
-        memcpy(p_bytes + i, &bytes, sizeof(bytes));
+        uint64_t text;
+        memcpy(&text, digits + 2 * i, sizeof(text));
+        zyr_parseHexDigits(text, p_bytes + i, wrong);
     }
     return wrong == 0;
 }

@@ -1,5 +1,6 @@
 #include "zyr_common/digest/zyr_guid.h"
 
+#include "zyr_common/digest/zyr_hex_digits.h"
 #include "zyr_common/digest/zyr_sha1.h"
 #include "zyr_common/platform/zyr_time.h"
 #include "zyr_common/text/zyr_string.h"
@@ -15,62 +16,21 @@ namespace zyr {
 namespace {
 
 constexpr size_t TEXT_LENGTH = 36;
-constexpr char DIGITS[] = "0123456789abcdef";
-constexpr uint8_t NO_DIGIT = 0xFF;
 
-struct DigitValues {
-    uint8_t m_values[256];
-};
-
-constexpr DigitValues makeDigitValues() {
-    DigitValues table = {};
-    for (uint8_t& value : table.m_values) {
-        value = NO_DIGIT;
-    }
-    for (uint8_t i = 0; i < 16; i++) {
-        table.m_values[static_cast<uint8_t>(DIGITS[i])] = i;
-        if (i >= 10) {
-            table.m_values['A' + i - 10] = i;
-        }
-    }
-    return table;
-}
-constexpr DigitValues DIGIT_VALUES = makeDigitValues();
-
-struct DigitPairs {
-    char m_pairs[256][2];
-};
-
-constexpr DigitPairs makeDigitPairs() {
-    DigitPairs table = {};
-    for (size_t i = 0; i < 256; i++) {
-        table.m_pairs[i][0] = DIGITS[i >> 4];
-        table.m_pairs[i][1] = DIGITS[i & 15];
-    }
-    return table;
-}
-constexpr DigitPairs DIGIT_PAIRS = makeDigitPairs();
-
-/// Whether a dash stands in front of the byte of that number.
-constexpr bool hasDash(size_t p_byte) {
-    return p_byte == 4 || p_byte == 6 || p_byte == 8 || p_byte == 10;
-}
-
-/// Reads the form in which texts are written; false for any other.
+/// Reads the form in which texts are written; false for any other. Nothing is read behind the end of a shorter text.
 bool readWrittenForm(const char* p_text, uint8_t (&p_data)[16]) {
-    for (size_t i = 0; i < 16; i++) {
-        if (hasDash(i) && *p_text++ != '-') {
-            return false;
-        }
-        const uint8_t high = DIGIT_VALUES.m_values[static_cast<uint8_t>(p_text[0])];
-        const uint8_t low = high != NO_DIGIT ? DIGIT_VALUES.m_values[static_cast<uint8_t>(p_text[1])] : NO_DIGIT;
-        if (low == NO_DIGIT) {
-            return false;
-        }
-        p_data[i] = static_cast<uint8_t>(high << 4 | low);
-        p_text += 2;
+    if (strnlen(p_text, TEXT_LENGTH) != TEXT_LENGTH || !zyr_hasGUIDDashes(p_text)) {
+        return false;
     }
-    return true;
+    char digits[32];
+    zyr_packGUIDText(digits, p_text);
+    uint64_t wrong = 0;
+    for (size_t i = 0; i < sizeof(p_data); i += 4) {
+        uint64_t text;
+        memcpy(&text, digits + 2 * i, sizeof(text));
+        zyr_parseHexDigits(zyr_lowerHexDigits(text, wrong), p_data + i, wrong);
+    }
+    return wrong == 0;
 }
 
 } // namespace
@@ -103,14 +63,7 @@ GUID_t GUID_t_fromString(const char* p_text) {
 
 String String::newFromGUID(const GUID_t& p_guid) {
     char text[TEXT_LENGTH];
-    char* out = text;
-    for (size_t i = 0; i < 16; i++) {
-        if (hasDash(i)) {
-            *out++ = '-';
-        }
-        memcpy(out, DIGIT_PAIRS.m_pairs[p_guid.m_data[i]], 2);
-        out += 2;
-    }
+    zyr_putGUIDText(text, p_guid.m_data);
     return String(text, sizeof(text));
 }
 

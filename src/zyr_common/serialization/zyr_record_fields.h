@@ -381,8 +381,66 @@ private:
 template <EnumerationWithTexts E> struct RecordFieldIO<Array<E>> : EnumerationItemsIO<Array<E>, E> {};
 template <EnumerationWithTexts E> struct RecordFieldIO<HashSet<E>> : EnumerationItemsIO<HashSet<E>, E> {};
 
-/// An array of records; the items replace what the array holds and are read where they stay. The stored count is only
-/// trusted in steps, so that a wrong one costs no more than what was read before.
+/// Records of an array that is being read, in a block of which only the first items live yet: each is made when it is
+/// filled, while it is in the processor's cache.
+template <RecordLevel R> class RecordBlock {
+public:
+    RecordBlock() = default;
+    ~RecordBlock() { release(); }
+    RecordBlock(const RecordBlock&) = delete;
+    RecordBlock& operator=(const RecordBlock&) = delete;
+
+    /// Makes one more item of so many that are said to come; null where there is no memory. A wrong number costs no
+    /// more than what was read before.
+    R* add(size_t p_expected) {
+        if (m_count == m_capacity) {
+            const size_t step = m_count != 0 ? m_count * c_stepFactor : c_firstStep;
+            if (!grow(step < p_expected ? step : p_expected)) {
+                return nullptr;
+            }
+        }
+        return new (static_cast<void*>(m_items + m_count++)) R();
+    }
+    /// Hands the items to an array, in place of what it holds; without the last one if that is not complete.
+    void give(Array<R>& p_array, bool p_complete) {
+        if (!p_complete && m_count != 0) {
+            m_items[--m_count].~R();
+        }
+        p_array.clear();
+        if (m_count != 0) {
+            p_array.bindInitialData(m_items, m_count);
+            m_items = nullptr;
+            m_count = 0;
+        }
+    }
+
+private:
+    static constexpr size_t c_firstStep = 4096;
+    static constexpr size_t c_stepFactor = 32;
+
+    bool grow(size_t p_capacity) {
+        R* items = static_cast<R*>(allocArray(getAllocator(), getArrayByteSize<R>(p_capacity)));
+        if (items == nullptr) {
+            return false;
+        }
+        for (size_t i = 0; i < m_count; ++i) {
+            *new (static_cast<void*>(items + i)) R() = std::move(m_items[i]);
+        }
+        const size_t count = m_count;
+        release();
+        m_items = items;
+        m_count = count;
+        m_capacity = p_capacity;
+        return true;
+    }
+    void release() { freeNewArray(getAllocator(), m_items, m_count); }
+
+    R* m_items = nullptr;
+    size_t m_count = 0;
+    size_t m_capacity = 0;
+};
+
+/// An array of records; the items replace what the array holds and are read where they stay.
 template <RecordLevel R> struct RecordFieldIO<Array<R>> {
     static constexpr bool c_element = true;
     static bool_t declare(ISerializer* p_serializer, const String& p_key, const Array<R>&, bool_t& p_result) {
@@ -414,37 +472,19 @@ template <RecordLevel R> struct RecordFieldIO<Array<R>> {
         if (!found) {
             return 1;
         }
-        p_value.clear();
-        p_value.setAllocationModel(ZYR_ALLOC_CONDITION_ON_OVERFLOW, 1);
+        RecordBlock<R> items;
         String typeName;
         bool_t done = 1;
         const uint32_t count = p_deserializer->getArraySize();
-        uint32_t i = 0;
-        while (i < count && done) {
-            done = makeRoom(p_value, i, count) && readElement(p_deserializer, i, typeName, p_value[i]);
-            i += done;
+        for (uint32_t i = 0; i < count && done; ++i) {
+            R* item = items.add(count);
+            done = item != nullptr && readElement(p_deserializer, i, typeName, *item);
         }
-        p_value.resize(i);
-        p_value.setAllocationModel(ZYR_ALLOC_CONDITION_ON_RESIZE, ZYR_ALLOC_STEP_POWER_OF_TWO);
+        items.give(p_value, done);
         return p_deserializer->leaveArray(ZYR_HEADER_FIELD_RECORD) && done;
     }
 
 private:
-    static constexpr uint32_t c_firstStep = 4096;
-    static constexpr uint32_t c_stepFactor = 32;
-
-    static bool_t makeRoom(Array<R>& p_value, uint32_t p_index, uint32_t p_count) {
-        if (p_index == p_value.getSize()) {
-            const uint64_t step = p_index != 0 ? uint64_t(p_index) * c_stepFactor : c_firstStep;
-            if (!p_value.resize(step < p_count ? step : p_count)) {
-                return 0;
-            }
-        }
-        if constexpr (std::is_trivially_copyable_v<R>) {
-            p_value[p_index] = R(); // Such slots come as they are.
-        }
-        return 1;
-    }
     /// A null element leaves its place in the array with a default record.
     static bool_t readElement(IDeserializer* p_deserializer, uint32_t p_index, String& p_typeName, R& p_item) {
         if (!p_deserializer->enterArrayElement(p_index, p_typeName)) {

@@ -40,6 +40,8 @@ public:
     virtual ~LoadSource() = default;
     virtual uint64_t getSize() const = 0;
     virtual bool_t read(void* p_data, uint64_t p_size) = 0;
+    /// The next bytes where they are, as long as the load lasts; null where they must be read.
+    virtual const uint8_t* look() const = 0;
 };
 
 class FileSource final : public LoadSource {
@@ -47,6 +49,7 @@ public:
     explicit FileSource(IInputStreamFile* p_stream) : m_stream(p_stream) {}
     uint64_t getSize() const override { return m_stream->getFileSize(); }
     bool_t read(void* p_data, uint64_t p_size) override { return m_stream->readBytes(p_data, p_size) == p_size; }
+    const uint8_t* look() const override { return nullptr; }
 
 private:
     IInputStreamFile* m_stream;
@@ -63,6 +66,7 @@ public:
         m_position += p_size;
         return 1;
     }
+    const uint8_t* look() const override { return m_data.getData() + m_position; }
 
 private:
     const Array<unsigned char>& m_data;
@@ -77,7 +81,7 @@ public:
         if (m_initialized) {
             m_deserializer->deinitialize();
         }
-        zyr_free(m_payload);
+        zyr_free(m_buffer);
         m_deserializer->release();
     }
     LoadRun(const LoadRun&) = delete;
@@ -96,15 +100,22 @@ private:
     bool_t readBytes(LoadSource& p_source, uint64_t p_size);
 
     IDeserializer* m_deserializer;
-    uint8_t* m_payload = nullptr;
+    /// What was read, null where the source has the bytes in memory.
+    uint8_t* m_buffer = nullptr;
+    const uint8_t* m_payload = nullptr;
     size_t m_payloadSize = 0;
     bool_t m_initialized = 0;
 };
 
 bool_t LoadRun::readBytes(LoadSource& p_source, uint64_t p_size) {
-    m_payload = static_cast<uint8_t*>(zyr_tryMalloc(p_size));
+    m_payload = p_source.look();
     m_payloadSize = p_size;
-    return m_payload != nullptr && p_source.read(m_payload, p_size);
+    if (m_payload != nullptr) {
+        return 1;
+    }
+    m_buffer = static_cast<uint8_t*>(zyr_tryMalloc(p_size));
+    m_payload = m_buffer;
+    return m_buffer != nullptr && p_source.read(m_buffer, p_size);
 }
 
 LoadFailure LoadRun::readPayload(LoadSource& p_source) {
