@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Lists the calls that can fail and whose failure our code looks at, with the test that lets each one fail.
 
-    scripts/faults.py            compares the sources with tests/faults/faults.txt: exit code 1 when they differ
+    scripts/faults.py            compares the sources with tests/faults/faults.txt: exit code 1 when they differ or a test is missing
     scripts/faults.py --write    takes over new calls, without a test, and leaves out those that are gone
     scripts/faults.py --open     prints those that no test fails yet
 
@@ -10,7 +10,7 @@ plug-ins. A call whose result is thrown away is none: it stands alone as a state
 
     FILE FUNCTION [CALLS] Suite.Test             the test that fails it
     FILE FUNCTION [CALLS] - why it can't fail    nothing to test
-    FILE FUNCTION [CALLS] ?                      no test yet
+    FILE FUNCTION [CALLS] ?                      no test yet, which is a failure, too
 """
 import pathlib
 import re
@@ -96,12 +96,12 @@ def main():
     for fault in faults:
         print(f"faults: {fault}")
     missing = [key for key, (_, test) in sorted(known.items()) if test == "?"]
-    if mode == "--open":
+    if mode == "--open" or missing:
         print(*(f"{file} {function}" for file, function in missing), sep="\n")
     if faults:
         print("faults: scripts/faults.py --write takes new calls over; name their tests in tests/faults/faults.txt")
     print(f"faults: {len(known)} calls are looked at, {len(known) - len(missing)} have a test or a reason, {len(missing)} have none yet")
-    return 1 if faults else 0
+    return 1 if faults or missing else 0
 
 
 if __name__ == "__main__":

@@ -2,6 +2,7 @@
 #include "pam_world.h"
 
 #include "support/log_capture.h"
+#include "support/zyr_failing_import.h"
 #include "zyr_common/process/zyr_login_session.h"
 
 #include <algorithm>
@@ -362,6 +363,18 @@ TEST_F(LoginSession, GivesPamsEnvironmentFirst) {
     expected.insert(expected.end(), m_sixVariables.begin(), m_sixVariables.end());
     EXPECT_EQ(getEnvironment(session), expected);
     EXPECT_EQ(getEnvironment(session), expected) << "it can be asked for again";
+}
+
+TEST_F(LoginSession, HasItsOwnVariablesWherePamGivesNone) {
+    writeService("zyr-test", "env=LICENCE=a=b");
+    UserLoginSession session;
+    open(session, USER, "zyr-test");
+    {
+        const test::FailingImport failing("", "pam_getenvlist", 0);
+        EXPECT_EQ(getEnvironment(session), m_sixVariables);
+        EXPECT_TRUE(failing.hasFailed());
+    }
+    EXPECT_EQ(getEnvironment(session).size(), m_sixVariables.size() + 5);
 }
 
 TEST_F(LoginSession, WinsOverPamsValuesWithItsOwn) {

@@ -1,9 +1,11 @@
 #include "picture_module/picture_module_test.h"
+#include "support/zyr_failing_import.h"
 #include "zyr_common/colour/zyr_picture_calls.h"
 
 #include <cmath>
 #include <cstring>
 #include <string>
+#include <tuple>
 
 namespace zyr {
 
@@ -396,6 +398,32 @@ TEST_F(PictureUpTest, ConversionsRefuseWhatHasNoMeaning) {
     EXPECT_FALSE(callToYUV(size, packed, planes, ZYR_COLOR_SPACE_BT_601));
     planes.m_model.m_model = static_cast<PixelPlanesModelEnum>(10);
     EXPECT_FALSE(callToRGB(size, planes, packed, ZYR_COLOR_SPACE_BT_601));
+}
+
+TEST_F(PictureUpTest, ConversionWithoutAScalerFailsAndTheNextOneWorks) {
+    const Model model = {ZYR_PLANES_MODEL_I422, 3, 2, 1};
+    uint32_t width = 18; // Each time another one, so that no scaler is at rest for it.
+    for (const auto& [function, result, isTold] :
+         {std::tuple{"sws_getContext", 0, true}, std::tuple{"sws_setColorspaceDetails", -1, true},
+          std::tuple{"sws_scale", 0, false}}) {
+        const Size size = {width++, 14};
+        Packed packed(size, 4, true);
+        Planes planes(model, size);
+        fill(packed, size);
+        const size_t lines = m_application->getMessages().size();
+        {
+            const test::FailingImport failing("zyr_picture.so", function, result);
+            EXPECT_FALSE(callToYUV(size, packed, planes, ZYR_COLOR_SPACE_BT_709)) << function;
+            EXPECT_TRUE(failing.hasFailed()) << function;
+        }
+        const std::vector<std::string> messages = m_application->getMessages();
+        EXPECT_EQ(messages.size(), lines + (isTold ? 1 : 0)) << function;
+        if (isTold) {
+            EXPECT_EQ(messages.back(),
+                      "Unable to create scaler for picture of " + std::to_string(size.m_width) + " by 14 pixels");
+        }
+        EXPECT_TRUE(callToYUV(size, packed, planes, ZYR_COLOR_SPACE_BT_709)) << function;
+    }
 }
 
 TEST_F(PictureUpTest, ConversionsRefuseWhatLiesOutsideTheRows) {

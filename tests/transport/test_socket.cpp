@@ -1,8 +1,10 @@
 #include "support/log/zyr_log_recorder.h"
+#include "support/zyr_failing_import.h"
 #include "support/zyr_temporary_directory.h"
 #include "zyr_common/memory/zyr_ref.h"
 #include "zyr_common/transport/zyr_socket.h"
 
+#include <cerrno>
 #include <cstring>
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -161,6 +163,57 @@ TEST_F(SocketTest, FindsOutThatNobodyListens) {
     expectLine("Unable to connect to 127.0.0.1, port " + std::to_string(port) + ": Connection refused");
     EXPECT_EQ(m_client->getKind(), ZYR_SOCKET_NONE);
     EXPECT_EQ(m_client->getDescriptor(), -1);
+}
+
+TEST_F(SocketTest, TellsWhyNoDescriptorIsGiven) {
+    const size_t descriptors = test::countDescriptors();
+    {
+        const test::FailingImport failing("", "socket", -1, EMFILE);
+        EXPECT_FALSE(m_listener->listenTcp("127.0.0.1", 0));
+    }
+    expectLine("Unable to listen at 127.0.0.1, port 0: Too many open files");
+    {
+        const test::FailingImport failing("", "socket", -1, EMFILE);
+        EXPECT_FALSE(m_listener->listenUnix(getPath().c_str(), 0600));
+    }
+    expectLine("Unable to listen at " + getPath() + ": Too many open files");
+    EXPECT_FALSE(std::filesystem::exists(getPath()));
+    {
+        const test::FailingImport failing("", "socket", -1, EMFILE);
+        EXPECT_FALSE(m_client->connectUnix(getPath().c_str()));
+    }
+    expectLine("Unable to connect to " + getPath() + ": Too many open files");
+    EXPECT_EQ(test::countDescriptors(), descriptors);
+    EXPECT_TRUE(m_listener->listenUnix(getPath().c_str(), 0600));
+    EXPECT_TRUE(m_client->connectUnix(getPath().c_str()));
+}
+
+TEST_F(SocketTest, LeavesASocketFileThatCannotBeTried) {
+    ASSERT_TRUE(m_listener->listenUnix(getPath().c_str(), 0600));
+    Ref<Socket> second = makeSocket();
+    {
+        const test::FailingImport failing("", "socket", -1, EMFILE);
+        EXPECT_FALSE(second->listenUnix(getPath().c_str(), 0600));
+        EXPECT_TRUE(failing.hasFailed());
+    }
+    expectLine("Unable to listen at " + getPath() + ": Address already in use");
+    EXPECT_TRUE(m_client->connectUnix(getPath().c_str()));
+}
+
+TEST_F(SocketTest, TellsWhyAConnectionIsNotAccepted) {
+    ASSERT_TRUE(m_listener->listenUnix(getPath().c_str(), 0600));
+    ASSERT_TRUE(m_client->connectUnix(getPath().c_str()));
+    {
+        const test::FailingImport failing("", "accept4", -1, EMFILE);
+        EXPECT_FALSE(m_listener->acceptConnection(*m_server));
+    }
+    expectLine("Unable to accept a connection: Too many open files");
+    EXPECT_EQ(m_server->getKind(), ZYR_SOCKET_NONE);
+    for (const int error : {EINTR, ECONNABORTED}) {
+        const test::FailingImport failing("", "accept4", -1, error, 0, 2);
+        EXPECT_EQ(m_listener->acceptConnection(*m_server), error == EINTR);
+        EXPECT_TRUE(failing.hasFailed());
+    }
 }
 
 TEST_F(SocketTest, RefusesPortsThatAreNone) {

@@ -22,6 +22,8 @@ template <auto Function> struct Free {
 using Key = std::unique_ptr<EVP_PKEY, Free<&EVP_PKEY_free>>;
 using Certificate = std::unique_ptr<X509, Free<&X509_free>>;
 using Memory = std::unique_ptr<BIO, Free<&BIO_free>>;
+using Name = std::unique_ptr<GENERAL_NAME, Free<&GENERAL_NAME_free>>;
+using Text = std::unique_ptr<ASN1_STRING, Free<&ASN1_STRING_free>>;
 using Names = std::unique_ptr<GENERAL_NAMES, Free<&GENERAL_NAMES_free>>;
 using Number = std::unique_ptr<BIGNUM, Free<&BN_free>>;
 
@@ -43,15 +45,20 @@ bool isHostName(const String& p_name) {
 }
 
 bool addName(GENERAL_NAMES* p_names, const String& p_name) {
-    GENERAL_NAME* entry = GENERAL_NAME_new();
-    if (zyr_isNumericAddress(p_name)) {
-        GENERAL_NAME_set0_value(entry, GEN_IPADD, a2i_IPADDRESS(p_name.getData()));
-    } else {
-        ASN1_IA5STRING* text = ASN1_IA5STRING_new();
-        ASN1_STRING_set(text, p_name.getData(), static_cast<int>(p_name.getLengthInBytes()));
-        GENERAL_NAME_set0_value(entry, GEN_DNS, text);
+    Name entry(GENERAL_NAME_new());
+    const bool isAddress = zyr_isNumericAddress(p_name);
+    Text text(isAddress ? a2i_IPADDRESS(p_name.getData()) : ASN1_IA5STRING_new());
+    if (entry == nullptr || text == nullptr ||
+        (!isAddress &&
+         ASN1_STRING_set(text.get(), p_name.getData(), static_cast<int>(p_name.getLengthInBytes())) != 1)) {
+        return false;
     }
-    return sk_GENERAL_NAME_push(p_names, entry) > 0;
+    GENERAL_NAME_set0_value(entry.get(), isAddress ? GEN_IPADD : GEN_DNS, text.release());
+    if (sk_GENERAL_NAME_push(p_names, entry.get()) <= 0) {
+        return false;
+    }
+    entry.release(); // NOLINT: the list's now
+    return true;
 }
 
 bool addAlternativeNames(X509* p_certificate, const String& p_commonName, const List<String>* p_names) {
@@ -77,7 +84,7 @@ bool fillIn(X509* p_certificate, EVP_PKEY* p_key, const String& p_commonName, co
             uint32_t p_days) {
     const Number serial(BN_new());
     X509_NAME* subject = X509_get_subject_name(p_certificate);
-    return X509_set_version(p_certificate, X509_VERSION_3) == 1 &&
+    return serial != nullptr && X509_set_version(p_certificate, X509_VERSION_3) == 1 &&
            BN_rand(serial.get(), SERIAL_BITS, BN_RAND_TOP_ANY, BN_RAND_BOTTOM_ANY) == 1 &&
            BN_to_ASN1_INTEGER(serial.get(), X509_get_serialNumber(p_certificate)) != nullptr &&
            X509_gmtime_adj(X509_getm_notBefore(p_certificate), -SECONDS_OF_DAY) != nullptr &&
@@ -130,9 +137,13 @@ bool zyr_makeSelfSigned(const String& p_commonName, const List<String>* p_altern
         PEM_write_bio_X509(certificateText.get(), certificate.get()) != 1) {
         return fail(p_reason, zyr_takeTlsError().getData());
     }
+    const String fingerprint = zyr_getFingerprint(certificate.get());
+    if (fingerprint.isEmpty()) {
+        return fail(p_reason, zyr_takeTlsError().getData());
+    }
     p_made.m_key = takeText(keyText.get());
     p_made.m_certificate = takeText(certificateText.get());
-    p_made.m_fingerprint = zyr_getFingerprint(certificate.get());
+    p_made.m_fingerprint = fingerprint;
     return true;
 }
 

@@ -68,10 +68,16 @@ TlsChannel::TlsChannel(int p_descriptor, bool p_isSocket, TlsConnection&& p_conn
     : m_wire{p_descriptor, p_isSocket},
       m_connection(std::move(p_connection)),
       m_method(BIO_meth_new(BIO_TYPE_SOURCE_SINK | BIO_TYPE_START, "descriptor")) {
+    if (m_method == nullptr) {
+        return;
+    }
     BIO_meth_set_read(m_method, &Methods::read);
     BIO_meth_set_write(m_method, &Methods::write);
     BIO_meth_set_ctrl(m_method, &Methods::control);
     BIO* bio = BIO_new(m_method);
+    if (bio == nullptr) {
+        return;
+    }
     BIO_set_data(bio, &m_wire);
     BIO_set_init(bio, 1);
     SSL* ssl = m_connection.m_ssl.get();
@@ -141,6 +147,10 @@ void TlsChannel::describe(TransportState& p_state) {
 }
 
 ChannelResultEnum TlsChannel::handshake(TransportState& p_state) {
+    if (SSL_get_rbio(m_connection.m_ssl.get()) == nullptr) {
+        m_isBroken = true;
+        return fail(ZYR_TRANSPORT_CLOSE_TLS, "no memory for the connection");
+    }
     ERR_clear_error();
     const ChannelResultEnum result = afterCall(SSL_do_handshake(m_connection.m_ssl.get()));
     if (result == CHANNEL_END) {

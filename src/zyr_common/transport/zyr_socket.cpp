@@ -102,17 +102,19 @@ bool_t Socket::listenTcp(const String& p_address, uint32_t p_port, uint32_t p_ba
     int error = EADDRNOTAVAIL;
     for (const SocketAddress& address : addresses) {
         const int descriptor = openSocket(address);
+        if (descriptor < 0) {
+            error = errno;
+            continue;
+        }
         const int yes = 1;
         const int isAlone = !p_address.isEmpty();
         setsockopt(descriptor, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
         setsockopt(descriptor, IPPROTO_IPV6, IPV6_V6ONLY, &isAlone, sizeof(isAlone));
-        if (descriptor >= 0 && listenAt(descriptor, address, p_backlog)) {
+        if (listenAt(descriptor, address, p_backlog)) {
             return begin(descriptor, ZYR_SOCKET_LISTENING);
         }
         error = errno;
-        if (descriptor >= 0) {
-            ::close(descriptor);
-        }
+        ::close(descriptor);
     }
     ZYR_LOG_WARN("Unable to listen at %s, port %u: %s", p_address.getData(), p_port, strerror(error));
     return 0;
@@ -130,7 +132,9 @@ bool_t Socket::listenUnix(const String& p_path, uint32_t p_mode, uint32_t p_back
     }
     const int descriptor = openSocket(address);
     // The rights of the file come from those of the descriptor, less the umask: nobody gets in between.
-    fchmod(descriptor, p_mode & 0600);
+    if (descriptor >= 0) {
+        fchmod(descriptor, p_mode & 0600);
+    }
     if (descriptor < 0 || !listenAt(descriptor, address, p_backlog)) {
         ZYR_LOG_WARN("Unable to listen at %s: %s", p_path.getData(), strerror(errno));
         if (descriptor >= 0) {

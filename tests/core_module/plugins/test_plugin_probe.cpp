@@ -1,6 +1,7 @@
 #include "core_module/plugins/zyr_plugin_probe.h"
 
 #include "core_module/plugins/plugin_directory.h"
+#include "support/zyr_failing_import.h"
 #include "support/zyr_logged_application.h"
 
 #include <cerrno>
@@ -10,6 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <tuple>
 
 namespace zyr {
 namespace {
@@ -100,6 +102,31 @@ TEST(PluginProbe, WorksWhereChildrenAreReapedByAHandler) {
     EXPECT_TRUE(probePlugin(fake("base").c_str(), reason));
     EXPECT_THAT(reasonOf(fake("crashing")), StartsWith("loading it ends the process"));
     sigaction(SIGCHLD, &before, nullptr);
+}
+
+TEST(PluginProbe, TellsWhatItLacksToTryAModule) {
+    const size_t descriptors = test::countDescriptors();
+    for (const auto& [function, result, error, text] :
+         {std::tuple{"pipe2", -1, EMFILE, "no pipe to try it: Too many open files"},
+          std::tuple{"mmap", -1, ENOMEM, "no memory to try it: Cannot allocate memory"},
+          std::tuple{"fork", -1, EAGAIN, "no process to try it: Resource temporarily unavailable"}}) {
+        {
+            const test::FailingImport failing("", function, result, error);
+            EXPECT_EQ(reasonOf(fake("base")), text);
+            EXPECT_TRUE(failing.hasFailed()) << function;
+        }
+        String reason;
+        EXPECT_TRUE(probePlugin(fake("base").c_str(), reason)) << function;
+        EXPECT_EQ(test::countDescriptors(), descriptors) << function;
+    }
+}
+
+TEST(PluginProbe, NeedsNoNullDevice) {
+    // The child has the entry as it is here; its failure is not seen in this process.
+    const test::FailingImport failing("", "open", -1, EMFILE);
+    String reason;
+    EXPECT_TRUE(probePlugin(fake("base").c_str(), reason));
+    EXPECT_EQ(reason, "");
 }
 
 } // namespace

@@ -1,7 +1,9 @@
 #include "core_module/core_module_test.h"
+#include "support/zyr_failing_import.h"
 #include "support/zyr_stdout_capture.h"
 #include "zyr_common/settings/zyr_settings_handler.h"
 
+#include <cerrno>
 #include <cstdlib>
 #include <fstream>
 #include <gmock/gmock.h>
@@ -191,6 +193,20 @@ TEST_F(SettingsHandlerTest, DoesNotMissAConfigurationFile) {
     EXPECT_TRUE(m_handler->transfer(0, "", 0, m_application->getDirectory() + "/absent.conf"));
     EXPECT_FALSE(m_handler->transfer(0, "", 0, m_application->getDirectory()));
     expectLine("Unable to read configuration file: ");
+}
+
+TEST_F(SettingsHandlerTest, TellsAConfigurationFileThatCannotBeOpened) {
+    const std::string path = m_application->getDirectory() + "/test.conf";
+    std::ofstream(path) << "[stream]\nquality = 4\n";
+    {
+        const test::FailingImport failing("zyr_core.so", "fopen", 0, EMFILE);
+        EXPECT_FALSE(m_handler->transfer(0, "", 0, path));
+        EXPECT_TRUE(failing.hasFailed());
+    }
+    expectLine(("Unable to read configuration file: " + path).c_str());
+    EXPECT_EQ(m_quality, 50);
+    EXPECT_TRUE(m_handler->transfer(0, "", 0, path));
+    EXPECT_EQ(m_quality, 4);
 }
 
 TEST_F(SettingsHandlerTest, PrefersCommandLineToEnvironmentToFile) {
