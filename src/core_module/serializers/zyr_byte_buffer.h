@@ -109,6 +109,18 @@ inline uint8_t* copyText(uint8_t* p_target, const String& p_text) {
     return p_target + length;
 }
 
+/// Begins a line with up to c_maxBlanks blanks, for which there must be room. Gives the end.
+inline constexpr size_t c_maxBlanks = 64;
+inline constexpr size_t c_lineRoom = 1 + c_maxBlanks;
+inline uint8_t* putLine(uint8_t* p_target, size_t p_blanks) {
+    *p_target++ = '\n';
+    memset(p_target, ' ', 16);
+    if (p_blanks > 16) {
+        memset(p_target + 16, ' ', c_maxBlanks - 16);
+    }
+    return p_target + p_blanks;
+}
+
 /// Whether two names of one length are the same; without a call where they are short.
 inline bool equalNames(const char* p_a, const char* p_b, size_t p_length) {
     const auto differ = [&](auto p_piece, size_t p_place) {

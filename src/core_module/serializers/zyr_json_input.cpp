@@ -77,9 +77,7 @@ bool JsonScanner::scanText(const char*& p_begin, const char*& p_end, bool& p_esc
     p_begin = m_place;
     p_escaped = false;
     for (;;) {
-        while (m_end - m_place >= 8 && !hasSpecialByte(m_place, '"', '\\', '\\')) {
-            m_place += 8;
-        }
+        m_place = findSpecialByte(m_place, m_end, '"', '\\');
         if (m_place == m_end) {
             return fail("the text has no end");
         }

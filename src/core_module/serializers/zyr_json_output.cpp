@@ -26,33 +26,30 @@ bool appendEscape(ByteBuffer& p_buffer, uint8_t p_byte) {
 
 /// The number of bytes from p_begin on that stand for themselves.
 size_t getPlainLength(const char* p_begin, const char* p_end) {
-    const char* place = p_begin;
-    while (p_end - place >= 8 && !hasSpecialByte(place, '"', '\\', '\\')) {
-        place += 8;
-    }
-    while (place != p_end && static_cast<uint8_t>(*place) >= 0x20 && static_cast<uint8_t>(*place) < 0x80 &&
-           *place != '"' && *place != '\\') {
-        place++;
-    }
-    return static_cast<size_t>(place - p_begin);
+    return static_cast<size_t>(findSpecialByte(p_begin, p_end, '"', '\\') - p_begin);
 }
 
 } // namespace
 
+bool appendJsonText(ByteBuffer& p_buffer, const String& p_text) {
+    const char* text = p_text.getData();
+    const size_t length = p_text.getLengthInBytes();
+    if (getPlainLength(text, text + length) != length) {
+        return appendJsonText(p_buffer, text, length);
+    }
+    uint8_t* target = p_buffer.reserve(length + 2);
+    if (target == nullptr) {
+        return false;
+    }
+    *target++ = '"';
+    target = copyText(target, p_text);
+    *target++ = '"';
+    p_buffer.commit(target);
+    return true;
+}
+
 bool appendJsonText(ByteBuffer& p_buffer, const char* p_text, size_t p_length) {
     const char* end = p_text + p_length;
-    const size_t plain = getPlainLength(p_text, end);
-    if (plain == p_length) {
-        uint8_t* target = p_buffer.reserve(p_length + 2);
-        if (target == nullptr) {
-            return false;
-        }
-        *target++ = '"';
-        memcpy(target, p_text, p_length);
-        target[p_length] = '"';
-        p_buffer.commit(target + p_length + 1);
-        return true;
-    }
     if (hasBytesMark(p_text, p_length) || !isUTF8(p_text, p_length)) {
         return p_buffer.appendLiteral("\"\\\\bytes:") && appendAsBytes(p_buffer, p_text, p_length) &&
                p_buffer.append('"');
@@ -83,15 +80,17 @@ bool JsonOutput::complete() {
     return m_depth == 0 && m_buffer.appendLiteral("\n}\n");
 }
 
+size_t JsonOutput::getBlanks() const {
+    static_assert(INDENTATION * MAX_INDENTED_DEPTH <= c_maxBlanks);
+    return INDENTATION * (m_depth < MAX_INDENTED_DEPTH ? m_depth + 1 : MAX_INDENTED_DEPTH);
+}
+
 bool JsonOutput::newLine() {
-    const size_t depth = m_depth < MAX_INDENTED_DEPTH ? m_depth + 1 : MAX_INDENTED_DEPTH;
-    uint8_t* target = m_buffer.reserve(1 + INDENTATION * depth);
+    uint8_t* target = m_buffer.reserve(c_lineRoom);
     if (target == nullptr) {
         return false;
     }
-    *target++ = '\n';
-    memset(target, ' ', INDENTATION * depth);
-    m_buffer.commit(target + INDENTATION * depth);
+    m_buffer.commit(putLine(target, getBlanks()));
     return true;
 }
 
@@ -104,18 +103,33 @@ bool JsonOutput::item() {
 
 bool JsonOutput::formatMember(const char* p_key, const String& p_text) {
     return item() && m_buffer.append('"') && m_buffer.append(p_key, strlen(p_key)) && m_buffer.appendLiteral("\": ") &&
-           appendJsonText(m_buffer, p_text.getData(), p_text.getLengthInBytes());
+           appendJsonText(m_buffer, p_text);
 }
 
 bool JsonOutput::member(const String& p_name) {
-    if (!item()) {
+    const char* name = p_name.getData();
+    const size_t length = p_name.getLengthInBytes();
+    if (*name == '_' || getPlainLength(name, name + length) != length) {
+        return oddMember(p_name);
+    }
+    uint8_t* target = m_buffer.reserve(1 + c_lineRoom + length + 4);
+    if (target == nullptr) {
         return false;
     }
-    if (p_name.getData()[0] == '_') {
-        const String name = String("_") + p_name;
-        return appendJsonText(m_buffer, name.getData(), name.getLengthInBytes()) && m_buffer.appendLiteral(": ");
-    }
-    return appendJsonText(m_buffer, p_name.getData(), p_name.getLengthInBytes()) && m_buffer.appendLiteral(": ");
+    Frame& frame = m_frames[m_depth];
+    *target = ',';
+    target = putLine(target + frame.m_hasItems, getBlanks());
+    frame.m_hasItems = true;
+    *target++ = '"';
+    target = copyText(target, p_name);
+    memcpy(target, "\": ", 3);
+    m_buffer.commit(target + 3);
+    return true;
+}
+
+bool JsonOutput::oddMember(const String& p_name) {
+    const bool escaped = p_name.getData()[0] == '_';
+    return item() && appendJsonText(m_buffer, escaped ? String("_") + p_name : p_name) && m_buffer.appendLiteral(": ");
 }
 
 bool JsonOutput::enter(char p_bracket) {

@@ -14,6 +14,7 @@ inline constexpr char c_jsonTypeKey[] = "_type";
 
 /// Appends a text in quotes, escaped. One that is not UTF-8 stands as its bytes.
 bool appendJsonText(ByteBuffer& p_buffer, const char* p_text, size_t p_length);
+bool appendJsonText(ByteBuffer& p_buffer, const String& p_text);
 
 class JsonOutput {
 public:
@@ -37,7 +38,7 @@ public:
     }
     bool endValue() { return !m_word || m_buffer.append('"'); }
     bool text(const String& p_name, const String& p_value, bool_t) {
-        return member(p_name) && appendJsonText(m_buffer, p_value.getData(), p_value.getLengthInBytes());
+        return member(p_name) && appendJsonText(m_buffer, p_value);
     }
     bool nullText(const String& p_name, bool_t) { return nullObject(p_name); }
 
@@ -50,19 +51,20 @@ public:
 
     /// The same for texts.
     bool beginTexts(const String& p_name) { return member(p_name) && enter('['); }
-    bool textItem(const String& p_text) {
-        return item() && appendJsonText(m_buffer, p_text.getData(), p_text.getLengthInBytes());
-    }
+    bool textItem(const String& p_text) { return item() && appendJsonText(m_buffer, p_text); }
     bool endTexts() { return leave(); }
 
     ByteBuffer m_buffer;
 
 private:
     bool member(const String& p_name);
+    /// One whose name has an escape.
+    bool oddMember(const String& p_name);
     /// Begins a member of the format itself.
     bool formatMember(const char* p_key, const String& p_text);
     bool item();
     bool newLine();
+    size_t getBlanks() const;
     bool enter(char p_bracket);
 
     struct Frame {

@@ -5,6 +5,7 @@
 #include <bit>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 
 namespace zyr {
 
@@ -31,13 +32,27 @@ template <typename T> char* putInteger(char* p_target, T p_value) {
     return std::to_chars(p_target, p_target + c_numberRoom, p_value).ptr;
 }
 
+/// The nearest integer of a number that fits, without the call that std::nearbyint is.
+template <typename T> int64_t roundToEven(T p_value) {
+    const int64_t whole = static_cast<int64_t>(p_value);
+    const T rest = p_value - static_cast<T>(whole);
+    const T half = static_cast<T>(0.5);
+    if (rest >= half) {
+        return rest == half ? whole + (whole & 1) : whole + 1;
+    }
+    if (rest <= -half) {
+        return rest == -half ? whole - (whole & 1) : whole - 1;
+    }
+    return whole;
+}
+
 /// Numbers with up to four digits behind the point are far quicker to write by hand. Null for others.
 template <typename T> char* putShort(char* p_target, T p_value) {
     const T scaled = p_value * static_cast<T>(SHORT_SCALE);
     if (!(scaled < RealBits<T>::c_exact && scaled > -RealBits<T>::c_exact)) {
         return nullptr;
     }
-    const int64_t digits = static_cast<int64_t>(std::nearbyint(scaled));
+    const int64_t digits = roundToEven(scaled);
     if (static_cast<T>(digits) / static_cast<T>(SHORT_SCALE) != p_value || (digits == 0 && std::signbit(p_value))) {
         return nullptr;
     }
@@ -112,7 +127,47 @@ template <typename T> bool parseWord(const char* p_text, const char* p_end, T& p
     return true;
 }
 
+/// Digits with or without a point, so few that number and scale are exact: their quotient is rounded once, as the
+/// reading of the decimal is. False for any other text.
+template <typename T> bool parseShort(const char* p_text, const char* p_end, T& p_value) {
+    static constexpr T SCALES[] = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10};
+    constexpr std::ptrdiff_t MAX_LENGTH = 18;
+    const bool negative = p_text != p_end && *p_text == '-';
+    p_text += negative;
+    if (p_end - p_text > MAX_LENGTH) {
+        return false;
+    }
+    uint64_t digits = 0;
+    const auto readDigits = [&] {
+        const char* start = p_text;
+        for (; p_text != p_end && *p_text >= '0' && *p_text <= '9'; p_text++) {
+            digits = digits * 10 + static_cast<uint64_t>(*p_text - '0');
+        }
+        return static_cast<size_t>(p_text - start);
+    };
+    size_t scale = 0;
+    if (readDigits() == 0) {
+        return false;
+    }
+    if (p_text != p_end && *p_text == '.') {
+        p_text++;
+        scale = readDigits();
+        if (scale == 0 || scale >= std::size(SCALES)) {
+            return false;
+        }
+    }
+    if (p_text != p_end || digits > static_cast<uint64_t>(RealBits<T>::c_exact)) {
+        return false;
+    }
+    const T value = static_cast<T>(digits) / SCALES[scale];
+    p_value = negative ? -value : value;
+    return true;
+}
+
 template <typename T> bool parseReal(const char* p_text, const char* p_end, T& p_value) {
+    if (parseShort(p_text, p_end, p_value)) {
+        return true;
+    }
     T value = 0;
     const auto result = std::from_chars(p_text, p_end, value);
     if (result.ptr != p_end || result.ec == std::errc::invalid_argument || !isFinite(value)) {

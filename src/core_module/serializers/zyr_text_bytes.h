@@ -12,17 +12,36 @@ size_t getUTF8Size(const char* p_text, const char* p_end);
 /// Whether all of the text is well-formed.
 bool isUTF8(const char* p_text, size_t p_length);
 
-/// Whether any of the eight bytes is below 0x20, above 0x7F, or one of the three that are given. Reads eight bytes.
-inline bool hasSpecialByte(const char* p_text, char p_a, char p_b, char p_c) {
+/// Marks bytes below 0x20, above 0x7F, and those that are given: the lowest bit that is set lies in the first such byte
+/// of the eight, and 0 means that there is none.
+template <typename... Characters> inline uint64_t markSpecialBytes(uint64_t p_word, Characters... p_characters) {
     constexpr uint64_t ONES = 0x0101010101010101;
     constexpr uint64_t HIGHS = 0x8080808080808080;
-    uint64_t word;
-    memcpy(&word, p_text, sizeof(word));
-    const auto hasZero = [](uint64_t p_word) { return (p_word - ONES) & ~p_word & HIGHS; };
-    const uint64_t found =
-        (word & HIGHS) | ((word - ONES * 0x20) & ~word & HIGHS) | hasZero(word ^ (ONES * static_cast<uint8_t>(p_a))) |
-        hasZero(word ^ (ONES * static_cast<uint8_t>(p_b))) | hasZero(word ^ (ONES * static_cast<uint8_t>(p_c)));
-    return found != 0;
+    const auto marksBelow = [](uint64_t p_bytes, uint64_t p_limit) { return (p_bytes - ONES * p_limit) & ~p_bytes; };
+    return (p_word | marksBelow(p_word, 0x20) |
+            (marksBelow(p_word ^ (ONES * static_cast<uint8_t>(p_characters)), 1) | ...)) &
+           HIGHS;
+}
+
+/// The first of those bytes, p_end where there is none.
+template <typename... Characters>
+inline const char* findSpecialByte(const char* p_text, const char* p_end, Characters... p_characters) {
+    for (; p_end - p_text >= 8; p_text += 8) {
+        uint64_t word;
+        memcpy(&word, p_text, sizeof(word));
+        const uint64_t marks = markSpecialBytes(word, p_characters...);
+        if (marks != 0) {
+            return p_text + __builtin_ctzll(marks) / 8;
+        }
+    }
+    const auto isSpecial = [&](char p_byte) {
+        return static_cast<uint8_t>(p_byte) < 0x20 || static_cast<uint8_t>(p_byte) >= 0x80 ||
+               ((p_byte == p_characters) || ...);
+    };
+    while (p_text != p_end && !isSpecial(*p_text)) {
+        p_text++;
+    }
+    return p_text;
 }
 
 /// A text that no document can hold stands as this mark and its bytes in hexadecimal; so does one that begins with the

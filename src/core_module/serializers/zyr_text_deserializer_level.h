@@ -351,7 +351,7 @@ private:
             return 1;
         }
         const Frame frame = m_frames[m_depth];
-        bool done = p_value.resize(frame.m_count);
+        bool done = resizeExactly(p_value, frame.m_count);
         uint32_t index = 0;
         for (uint32_t i = frame.m_first; i < frame.m_end && done; i = m_tree[i].m_next) {
             if (Input::isItem(m_tree, m_tree[i])) {
@@ -373,7 +373,7 @@ private:
         const char* place = value();
         const char* end = place + node().m_valueSize;
         p_value.clear();
-        if (!p_value.resize(countNumbers(place, end))) {
+        if (!resizeExactly(p_value, countNumbers(place, end))) {
             return 0;
         }
         for (size_t i = 0; i < p_value.getSize(); i++) {

@@ -4,6 +4,8 @@
 #include "core_module/serializers/zyr_text_scan_error.h"
 #include "core_module/serializers/zyr_text_tree.h"
 
+#include <cstring>
+
 namespace zyr {
 
 /// White space of XML and of JSON.
@@ -25,6 +27,20 @@ protected:
     void skipSpace() {
         while (m_place != m_end && isTextSpace(*m_place)) {
             m_place++;
+            skipBlanks();
+        }
+    }
+    /// Indentations are long.
+    void skipBlanks() {
+        while (m_end - m_place >= 8) {
+            uint64_t word;
+            memcpy(&word, m_place, sizeof(word));
+            word ^= 0x2020202020202020;
+            if (word != 0) {
+                m_place += __builtin_ctzll(word) / 8;
+                return;
+            }
+            m_place += 8;
         }
     }
     bool add(TextNodeKind p_kind, const char* p_key, size_t p_keySize) {

@@ -26,8 +26,8 @@ void TextTree::release() {
 }
 
 bool TextTree::grow() {
-    // No document has more nodes than bytes.
-    const uint32_t first = m_textSize / 32 + 16;
+    // No document has more nodes than bytes; those of a record have sixteen and more.
+    const uint32_t first = m_textSize / 16 + 16;
     const uint64_t capacity = m_capacity != 0 ? 2 * static_cast<uint64_t>(m_capacity) : first;
     if (capacity > UINT32_MAX) {
         return false;
@@ -43,29 +43,6 @@ bool TextTree::grow() {
     m_nodes = nodes;
     m_capacity = static_cast<uint32_t>(capacity);
     return true;
-}
-
-TextNode* TextTree::add(TextNodeKind p_kind, const char* p_key, size_t p_keySize) {
-    if (m_size == m_capacity && !grow()) {
-        return nullptr;
-    }
-    TextNode& node = m_nodes[m_size++];
-    node.m_key = p_key != nullptr ? static_cast<uint32_t>(p_key - m_text) : 0;
-    node.m_keySize = p_keySize < c_longKey ? static_cast<uint16_t>(p_keySize) : c_longKey;
-    node.m_value = 0;
-    node.m_valueSize = 0;
-    node.m_next = m_size;
-    node.m_kind = p_kind;
-    node.m_escaped = false;
-    node.m_keyEscaped = false;
-    return &node;
-}
-
-void TextTree::setValue(uint32_t p_index, const char* p_begin, const char* p_end, bool p_escaped) {
-    TextNode& node = m_nodes[p_index];
-    node.m_value = static_cast<uint32_t>(p_begin - m_text);
-    node.m_valueSize = static_cast<uint32_t>(p_end - p_begin);
-    node.m_escaped = p_escaped;
 }
 
 } // namespace zyr

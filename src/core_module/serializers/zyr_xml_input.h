@@ -31,8 +31,7 @@ public:
     static void decode(const TextTree& p_tree, const TextNode& p_node, String& p_result);
     static const String& getKey(const String& p_name, String& p_scratch);
     static bool hasKey(const TextTree& p_tree, const TextNode& p_node, const String& p_key) {
-        const size_t length = p_key.getLengthInBytes();
-        return p_node.m_keySize == length && memcmp(p_tree.getText() + p_node.m_key, p_key.getData(), length) == 0;
+        return p_tree.hasKey(p_node, p_key);
     }
     static bool isNull(const TextTree& p_tree, uint32_t p_index);
     /// An element that doesn't hold a text, so that a field of another type isn't taken for an empty group.

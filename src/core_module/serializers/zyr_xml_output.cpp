@@ -75,19 +75,17 @@ bool isXmlText(const char* p_text, size_t p_length) {
 
 /// The number of bytes that hold nothing special.
 size_t getPlainLength(const char* p_text, size_t p_length) {
-    size_t place = 0;
-    while (p_length - place >= 8 && !hasSpecialByte(p_text + place, '&', '<', '>') &&
-           memchr(p_text + place, '"', 8) == nullptr) {
-        place += 8;
-    }
-    for (; place != p_length; place++) {
-        const char character = p_text[place];
-        if (static_cast<uint8_t>(character) < 0x20 || static_cast<uint8_t>(character) >= 0x80 || character == '&' ||
-            character == '<' || character == '>' || character == '"') {
-            break;
-        }
-    }
-    return place;
+    return static_cast<size_t>(findSpecialByte(p_text, p_text + p_length, '&', '<', '>', '"') - p_text);
+}
+
+/// Whether a name of up to eight bytes, of which those behind the length may be anything, has letters alone.
+bool hasLetters(uint64_t p_word, size_t p_length) {
+    constexpr uint64_t ONES = 0x0101010101010101;
+    constexpr uint64_t HIGHS = 0x8080808080808080;
+    const uint64_t lower = p_word | 0x20 * ONES;
+    const uint64_t low = lower & ~HIGHS;
+    const uint64_t letters = (low + (0x80 - 'a') * ONES) & ~(low + (0x7F - 'z') * ONES) & ~lower & HIGHS;
+    return p_length == 0 || (letters ^ HIGHS) << (8 - p_length) * 8 == 0;
 }
 
 } // namespace
@@ -95,11 +93,15 @@ size_t getPlainLength(const char* p_text, size_t p_length) {
 bool isPlainXmlName(const String& p_name) {
     const size_t length = p_name.getLengthInBytes();
     const char* name = p_name.getData();
-    size_t i = 0;
-    while (i < length && isLetter(name[i])) {
-        i++;
+    if (length <= 16) {
+        // A String has more bytes than these, whatever its length.
+        uint64_t words[2];
+        memcpy(words, name, sizeof(words));
+        if (hasLetters(words[0], length < 8 ? length : 8) && hasLetters(words[1], length > 8 ? length - 8 : 0)) {
+            return length != 0;
+        }
     }
-    for (; i < length; i++) {
+    for (size_t i = 0; i < length; i++) {
         if (!isPlainAt(name, length, i)) {
             return false;
         }
@@ -126,7 +128,12 @@ bool appendXmlText(ByteBuffer& p_buffer, const String& p_text, bool p_attribute)
     const char* text = p_text.getData();
     const size_t length = p_text.getLengthInBytes();
     if (getPlainLength(text, length) == length && !hasBytesMark(text, length)) {
-        return p_buffer.append(text, length);
+        uint8_t* target = p_buffer.reserve(length);
+        if (target == nullptr) {
+            return false;
+        }
+        p_buffer.commit(copyText(target, p_text));
+        return true;
     }
     if (hasBytesMark(text, length) || !isXmlText(text, length)) {
         return p_buffer.appendLiteral("\\bytes:") && appendAsBytes(p_buffer, text, length);
@@ -161,15 +168,17 @@ bool XmlOutput::complete() {
     return m_depth == 0 && (m_rootOpen ? m_buffer.appendLiteral("\n</zyr>\n") : m_buffer.appendLiteral("<zyr/>\n"));
 }
 
+size_t XmlOutput::getBlanks() const {
+    static_assert(INDENTATION * MAX_INDENTED_DEPTH <= c_maxBlanks);
+    return INDENTATION * (m_depth < MAX_INDENTED_DEPTH ? m_depth + 1 : MAX_INDENTED_DEPTH);
+}
+
 bool XmlOutput::newLine() {
-    const size_t depth = m_depth < MAX_INDENTED_DEPTH ? m_depth + 1 : MAX_INDENTED_DEPTH;
-    uint8_t* target = m_buffer.reserve(1 + INDENTATION * depth);
+    uint8_t* target = m_buffer.reserve(c_lineRoom);
     if (target == nullptr) {
         return false;
     }
-    *target++ = '\n';
-    memset(target, ' ', INDENTATION * depth);
-    m_buffer.commit(target + INDENTATION * depth);
+    m_buffer.commit(putLine(target, getBlanks()));
     return true;
 }
 
@@ -185,13 +194,10 @@ bool XmlOutput::attribute(const char* p_name, const String& p_value) {
            appendXmlText(m_buffer, p_value, true) && m_buffer.append('"');
 }
 
-bool XmlOutput::open(const String& p_name) {
-    const size_t name = m_names.getSize();
-    return appendXmlName(m_names, p_name) && openNamed(name);
-}
-
-bool XmlOutput::openNamed(size_t p_name) {
-    if (!m_frames.reach(m_depth + 1) || m_frames[m_depth].m_kind == DECLARATION) {
+/// Writes the tag of an element up to its name, which is the last one of the names, and closes the tag around it.
+bool XmlOutput::beginTag(size_t p_name) {
+    Frame& frame = m_frames[m_depth];
+    if (frame.m_kind == DECLARATION) {
         return false;
     }
     if (!m_rootOpen) {
@@ -200,12 +206,56 @@ bool XmlOutput::openNamed(size_t p_name) {
             return false;
         }
     }
-    m_frames[m_depth].m_hasElements = true;
-    if (!closeTag() || !newLine() || !m_buffer.append('<') ||
-        !m_buffer.append(m_names.getData() + p_name, m_names.getSize() - p_name)) {
+    const size_t length = m_names.getSize() - p_name;
+    uint8_t* target = m_buffer.reserve(1 + c_lineRoom + 1 + length);
+    if (target == nullptr) {
         return false;
     }
-    m_frames[++m_depth] = {p_name, ELEMENT, true, false};
+    *target = '>';
+    target = putLine(target + frame.m_tagOpen, getBlanks());
+    frame.m_tagOpen = false;
+    frame.m_hasElements = true;
+    *target++ = '<';
+    copyBytes(target, m_names.getData() + p_name, length);
+    m_buffer.commit(target + length);
+    return true;
+}
+
+bool XmlOutput::open(const String& p_name) {
+    const size_t name = m_names.getSize();
+    if (!appendXmlName(m_names, p_name) || !m_frames.reach(m_depth + 1) || !beginTag(name)) {
+        return false;
+    }
+    m_frames[++m_depth] = {name, ELEMENT, true, false};
+    return true;
+}
+
+/// An element with nothing but a text.
+bool XmlOutput::textElement(const String& p_name, const String& p_text) {
+    const size_t name = m_names.getSize();
+    if (!appendXmlName(m_names, p_name) || !m_frames.reach(m_depth + 1) || !beginTag(name)) {
+        return false;
+    }
+    if (p_text.isEmpty()) {
+        m_names.setSize(name);
+        return m_buffer.appendLiteral("/>");
+    }
+    return m_buffer.append('>') && appendXmlText(m_buffer, p_text, false) && endTag(name);
+}
+
+/// Writes the end tag of the element whose name is the last one of the names, and takes that away.
+bool XmlOutput::endTag(size_t p_name) {
+    const size_t length = m_names.getSize() - p_name;
+    uint8_t* target = m_buffer.reserve(length + 3);
+    if (target == nullptr) {
+        return false;
+    }
+    *target++ = '<';
+    *target++ = '/';
+    copyBytes(target, m_names.getData() + p_name, length);
+    target[length] = '>';
+    m_buffer.commit(target + length + 1);
+    m_names.setSize(p_name);
     return true;
 }
 
@@ -217,16 +267,11 @@ bool XmlOutput::leave() {
     if (frame.m_kind == DECLARATION) {
         return m_buffer.appendLiteral("?>\n");
     }
-    bool done;
     if (frame.m_tagOpen) {
-        done = m_buffer.appendLiteral("/>");
-    } else {
-        done = (!frame.m_hasElements || newLine()) && m_buffer.appendLiteral("</") &&
-               m_buffer.append(m_names.getData() + frame.m_name, m_names.getSize() - frame.m_name) &&
-               m_buffer.append('>');
+        m_names.setSize(frame.m_name);
+        return m_buffer.appendLiteral("/>");
     }
-    m_names.setSize(frame.m_name);
-    return done;
+    return (!frame.m_hasElements || newLine()) && endTag(frame.m_name);
 }
 
 bool XmlOutput::beginRecord(const String& p_name, bool_t p_formatHeader) {
@@ -263,7 +308,23 @@ bool XmlOutput::beginValue(const String& p_name, bool_t p_attribute, bool) {
     if (!m_inAttribute) {
         return open(p_name) && closeTag();
     }
-    return m_buffer.append(' ') && appendXmlName(m_buffer, p_name) && m_buffer.appendLiteral("=\"");
+    return beginAttribute(p_name);
+}
+
+bool XmlOutput::beginAttribute(const String& p_name) {
+    if (!isPlainXmlName(p_name)) {
+        return m_buffer.append(' ') && appendXmlName(m_buffer, p_name) && m_buffer.appendLiteral("=\"");
+    }
+    uint8_t* target = m_buffer.reserve(p_name.getLengthInBytes() + 3);
+    if (target == nullptr) {
+        return false;
+    }
+    *target++ = ' ';
+    target = copyText(target, p_name);
+    *target++ = '=';
+    *target++ = '"';
+    m_buffer.commit(target);
+    return true;
 }
 
 bool XmlOutput::endValue() {
@@ -272,9 +333,9 @@ bool XmlOutput::endValue() {
 
 bool XmlOutput::text(const String& p_name, const String& p_value, bool_t p_attribute) {
     if (p_attribute && m_frames[m_depth].m_tagOpen) {
-        return beginValue(p_name, 1, true) && appendXmlText(m_buffer, p_value, true) && endValue();
+        return beginAttribute(p_name) && appendXmlText(m_buffer, p_value, true) && m_buffer.append('"');
     }
-    return open(p_name) && (p_value.isEmpty() || (closeTag() && appendXmlText(m_buffer, p_value, false))) && leave();
+    return textElement(p_name, p_value);
 }
 
 bool XmlOutput::separate(uint32_t p_index, uint32_t p_rowLength) {
@@ -286,7 +347,7 @@ bool XmlOutput::separate(uint32_t p_index, uint32_t p_rowLength) {
 
 bool XmlOutput::textItem(const String& p_text) {
     static const String& item = makePermanent<String>(c_xmlItem);
-    return open(item) && (p_text.isEmpty() || (closeTag() && appendXmlText(m_buffer, p_text, false))) && leave();
+    return textElement(item, p_text);
 }
 
 } // namespace zyr

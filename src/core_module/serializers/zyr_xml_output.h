@@ -69,8 +69,11 @@ private:
     };
 
     bool open(const String& p_name);
-    /// Opens an element whose name was appended to m_names.
-    bool openNamed(size_t p_name);
+    bool textElement(const String& p_name, const String& p_text);
+    bool beginTag(size_t p_name);
+    bool endTag(size_t p_name);
+    bool beginAttribute(const String& p_name);
+    size_t getBlanks() const;
     bool closeTag();
     bool newLine();
     bool attribute(const char* p_name, const String& p_value);

@@ -8,15 +8,26 @@ namespace zyr {
 
 namespace {
 
-bool isNameStart(char p_character) {
-    const char lower = static_cast<char>(p_character | 0x20);
-    return (lower >= 'a' && lower <= 'z') || p_character == '_' || p_character == ':' ||
-           static_cast<uint8_t>(p_character) >= 0x80;
-}
+enum NameRole : uint8_t { NAME_NONE, NAME_INSIDE, NAME_START };
 
-bool isNameCharacter(char p_character) {
-    return isNameStart(p_character) || (p_character >= '0' && p_character <= '9') || p_character == '-' ||
-           p_character == '.';
+struct NameRoles {
+    NameRole m_roles[256];
+};
+
+constexpr NameRoles makeNameRoles() {
+    NameRoles table = {};
+    for (int i = 0; i < 256; i++) {
+        const char lower = static_cast<char>(i | 0x20);
+        const bool letter = i < 0x80 && lower >= 'a' && lower <= 'z';
+        const bool inside = (i >= '0' && i <= '9') || i == '-' || i == '.';
+        table.m_roles[i] = letter || i == '_' || i == ':' || i >= 0x80 ? NAME_START : inside ? NAME_INSIDE : NAME_NONE;
+    }
+    return table;
+}
+constexpr NameRoles NAME_ROLES = makeNameRoles();
+
+NameRole getNameRole(char p_character) {
+    return NAME_ROLES.m_roles[static_cast<uint8_t>(p_character)];
 }
 
 class XmlScanner : TextScanner {
@@ -35,11 +46,12 @@ private:
         bool m_escaped;
     };
 
-    bool startsWith(const char* p_text) const {
+    // Inline, so that the lengths of literals are constants.
+    __attribute__((always_inline)) bool startsWith(const char* p_text) const {
         const size_t length = strlen(p_text);
         return remaining() >= length && memcmp(m_place, p_text, length) == 0;
     }
-    bool take(const char* p_text) {
+    __attribute__((always_inline)) bool take(const char* p_text) {
         if (!startsWith(p_text)) {
             return false;
         }
@@ -62,10 +74,14 @@ private:
 
 bool XmlScanner::scanName(const char*& p_name, size_t& p_size) {
     p_name = m_place;
-    if (m_place == m_end || !isNameStart(*m_place)) {
+    if (m_place == m_end || getNameRole(*m_place) != NAME_START) {
         return fail("a name is missing");
     }
-    while (m_place != m_end && isNameCharacter(*m_place)) {
+    while (m_place != m_end && getNameRole(*m_place) != NAME_NONE) {
+        if (static_cast<uint8_t>(*m_place) < 0x80) {
+            m_place++;
+            continue;
+        }
         const size_t size = getUTF8Size(m_place, m_end);
         if (size == 0) {
             return fail("the text is not UTF-8");
@@ -129,7 +145,11 @@ bool XmlScanner::scanAttributes(bool p_kept) {
         const char quote = *m_place++;
         const char* value = m_place;
         bool escaped = false;
-        while (m_place != m_end && *m_place != quote) {
+        for (;;) {
+            m_place = findSpecialByte(m_place, m_end, quote, '<', '&');
+            if (m_place == m_end || *m_place == quote) {
+                break;
+            }
             if (*m_place == '<') {
                 return fail("an attribute holds a tag");
             }
@@ -267,11 +287,14 @@ bool XmlScanner::scanEndTag() {
 bool XmlScanner::scanContent() {
     Frame& frame = m_frames[m_depth - 1];
     while (m_place != m_end) {
-        while (remaining() >= 8 && !hasSpecialByte(m_place, '<', '&', ']')) {
-            m_place += 8;
-        }
+        m_place = findSpecialByte(m_place, m_end, '<', '&', ']');
         if (m_place == m_end) {
             break;
+        }
+        if (*m_place == '\n') {
+            m_place++;
+            skipBlanks();
+            continue;
         }
         if (*m_place != '<') {
             if (startsWith("]]>")) {
