@@ -42,7 +42,8 @@ public:
     /// Microseconds until update() should be called though nothing was readable; a second at most.
     virtual uint64_t getPatience() const { return 1'000'000; }
 
-    /// Gives the present picture, in its present size. False when there is none just now.
+    /// Gives the present picture, in its present size. False when there is none just now. Of a picture that is given
+    /// again, only what has changed may be written.
     virtual bool grab(PictureBuffer& p_picture) = 0;
 
     /// Gives the pointer's picture when it has changed since the last call.

@@ -56,7 +56,8 @@ bool ScreenGrabber::fit(size_t p_size) {
     return true;
 }
 
-bool ScreenGrabber::grab(xcb_drawable_t p_drawable, const ScreenArea& p_area, PictureBuffer& p_picture) {
+bool ScreenGrabber::grab(xcb_drawable_t p_drawable, const ScreenArea& p_area, PictureBuffer& p_picture, uint32_t p_x,
+                         uint32_t p_y) {
     const size_t pitch = size_t(p_area.m_width) * 4;
     if (p_area.m_width == 0 || p_area.m_height == 0 || !fit(pitch * p_area.m_height)) {
         return false;
@@ -70,10 +71,9 @@ bool ScreenGrabber::grab(xcb_drawable_t p_drawable, const ScreenArea& p_area, Pi
     if (!image || !m_connection.hasWordPixels(image->depth)) {
         return false;
     }
-    p_picture.resize(p_area.m_width, p_area.m_height);
+    uint8_t* const first = p_picture.getPixels() + size_t(p_y) * p_picture.m_pitch + size_t(p_x) * 4;
     for (uint32_t y = 0; y < p_area.m_height; y++) {
-        memcpy(p_picture.getPixels() + size_t(y) * p_picture.m_pitch,
-               static_cast<const uint8_t*>(m_memory) + size_t(y) * pitch, pitch);
+        memcpy(first + size_t(y) * p_picture.m_pitch, static_cast<const uint8_t*>(m_memory) + size_t(y) * pitch, pitch);
     }
     return true;
 }

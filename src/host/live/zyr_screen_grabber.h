@@ -17,8 +17,10 @@ public:
     ScreenGrabber(const ScreenGrabber&) = delete;
     ScreenGrabber& operator=(const ScreenGrabber&) = delete;
 
-    /// Copies an area of a drawable. False when the server refuses, as it does when the area is no longer all there.
-    bool grab(xcb_drawable_t p_drawable, const ScreenArea& p_area, PictureBuffer& p_picture);
+    /// Copies an area of a drawable to a place in a picture, which must be large enough. False when the server refuses,
+    /// as it does when the area is no longer all there.
+    bool grab(xcb_drawable_t p_drawable, const ScreenArea& p_area, PictureBuffer& p_picture, uint32_t p_x,
+              uint32_t p_y);
 
 private:
     bool fit(size_t p_size);

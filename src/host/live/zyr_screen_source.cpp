@@ -9,10 +9,17 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <poll.h>
 
 namespace zyr::host {
 
 namespace {
+
+/// Programs paint a picture by several requests. Once nothing more came for so many milliseconds it is taken for whole;
+/// half a picture would have to be sent twice.
+constexpr int PAINT_GAP = 1;
+/// Those who paint without a break are not waited for, in microseconds.
+constexpr uint64_t LONGEST_PAINT = 5'000;
 
 class ScreenSource : public LiveSource {
 public:
@@ -34,6 +41,10 @@ private:
     void watch();
     void findArea();
     void note(const xcb_generic_event_t& p_event);
+    void takeEvents();
+    bool takeDamage();
+    void awaitPainters();
+    ScreenArea findChanged(const PictureBuffer& p_picture) const;
 
     ScreenChoice m_choice;
     ScreenConnection m_connection;
@@ -43,8 +54,13 @@ private:
     uint8_t m_damageEvents;
     uint8_t m_fixesEvents;
     uint8_t m_randrEvents;
-    ScreenArea m_area;   ///< In the drawable.
-    ScreenArea m_origin; ///< On the screen.
+    ScreenArea m_area;                      ///< In the drawable.
+    ScreenArea m_origin;                    ///< On the screen.
+    xcb_xfixes_region_t m_taken = XCB_NONE; ///< Where damage is put to be looked at.
+    unsigned m_takenSequence = 0;           ///< Of the request that did so last: earlier damage is no news.
+    uint64_t m_newsTime = 0;
+    const PictureBuffer* m_known = nullptr; ///< Shows the area as it was before the dirty part; null: no picture does.
+    ScreenArea m_dirty{};                   ///< In the drawable.
     bool m_hasNews = true;
     bool m_hasMoved = true; ///< The area is to be looked up again.
     bool m_hasCursor = true;
@@ -81,6 +97,8 @@ void ScreenSource::watch() {
     free(xcb_randr_query_version_reply(c, xcb_randr_query_version(c, 1, 5), nullptr));
     m_damage = xcb_generate_id(c);
     xcb_damage_create(c, m_damage, m_drawable, XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY);
+    m_taken = xcb_generate_id(c);
+    xcb_xfixes_create_region(c, m_taken, 0, nullptr);
     xcb_xfixes_select_cursor_input(c, m_connection.getRoot(), XCB_XFIXES_CURSOR_NOTIFY_MASK_DISPLAY_CURSOR);
     xcb_randr_select_input(c, m_connection.getRoot(),
                            XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE);
@@ -91,6 +109,7 @@ void ScreenSource::watch() {
 
 void ScreenSource::findArea() {
     m_hasMoved = false;
+    m_known = nullptr;
     xcb_connection_t* c = m_connection.get();
     const ReplyHandle<xcb_get_geometry_reply_t> geometry(
         xcb_get_geometry_reply(c, xcb_get_geometry(c, m_drawable), nullptr));
@@ -128,7 +147,9 @@ void ScreenSource::findArea() {
 void ScreenSource::note(const xcb_generic_event_t& p_event) {
     const uint8_t type = p_event.response_type & 0x7F;
     if (type == m_damageEvents + XCB_DAMAGE_NOTIFY) {
-        m_hasNews = true;
+        const bool isTaken = int32_t(p_event.full_sequence - m_takenSequence) < 0;
+        m_newsTime = isTaken || m_hasNews ? m_newsTime : getLiveTime();
+        m_hasNews = m_hasNews || !isTaken;
     } else if (type == m_fixesEvents + XCB_XFIXES_CURSOR_NOTIFY) {
         m_hasCursor = true;
     } else if (type == m_randrEvents + XCB_RANDR_SCREEN_CHANGE_NOTIFY || type == m_randrEvents + XCB_RANDR_NOTIFY ||
@@ -140,28 +161,103 @@ void ScreenSource::note(const xcb_generic_event_t& p_event) {
     }
 }
 
-bool ScreenSource::update() {
+void ScreenSource::takeEvents() {
     while (const ReplyHandle<xcb_generic_event_t> event{xcb_poll_for_event(m_connection.get())}) {
         note(*event);
     }
+}
+
+bool ScreenSource::update() {
+    takeEvents();
     if (!m_connection.isAlive()) {
         throw RunError("the X server has gone");
     }
     return m_hasNews && !m_ended;
 }
 
+/// Adds what was painted to what is dirty. False when that is nothing.
+bool ScreenSource::takeDamage() {
+    xcb_connection_t* c = m_connection.get();
+    // Before the picture is taken: what is painted meanwhile must show up as damage again.
+    m_hasNews = false;
+    m_takenSequence = xcb_damage_subtract(c, m_damage, XCB_NONE, m_taken).sequence;
+    const ReplyHandle<xcb_xfixes_fetch_region_reply_t> region(
+        xcb_xfixes_fetch_region_reply(c, xcb_xfixes_fetch_region(c, m_taken), nullptr));
+    if (!region) {
+        m_known = nullptr;
+        return false;
+    }
+    const xcb_rectangle_t& box = region->extents;
+    if (box.width == 0 || box.height == 0) {
+        return false;
+    }
+    if (m_dirty.m_width == 0) {
+        m_dirty = ScreenArea{box.x, box.y, box.width, box.height};
+        return true;
+    }
+    const int right = std::max(m_dirty.m_x + int(m_dirty.m_width), box.x + int(box.width));
+    const int bottom = std::max(m_dirty.m_y + int(m_dirty.m_height), box.y + int(box.height));
+    m_dirty.m_x = std::min(m_dirty.m_x, int(box.x));
+    m_dirty.m_y = std::min(m_dirty.m_y, int(box.y));
+    m_dirty.m_width = uint32_t(right - m_dirty.m_x);
+    m_dirty.m_height = uint32_t(bottom - m_dirty.m_y);
+    return true;
+}
+
+void ScreenSource::awaitPainters() {
+    const uint64_t start = getLiveTime();
+    const bool isPainted = start - m_newsTime < uint64_t{PAINT_GAP} * 1000;
+    while (takeDamage() && isPainted && getLiveTime() - start < LONGEST_PAINT) {
+        takeEvents(); // The reply may have brought some, which do not make the descriptor readable again.
+        pollfd wait{m_connection.getDescriptor(), POLLIN, 0};
+        if (!m_hasNews && poll(&wait, 1, PAINT_GAP) > 0) {
+            takeEvents();
+        }
+        if (!m_hasNews) {
+            return;
+        }
+    }
+}
+
+/// The part of the drawable that the picture does not show as it is.
+ScreenArea ScreenSource::findChanged(const PictureBuffer& p_picture) const {
+    // What other windows over a window do is not told as its damage.
+    const bool isKnown = &p_picture == m_known && m_choice.m_window.empty() && p_picture.m_width == m_area.m_width &&
+                         p_picture.m_height == m_area.m_height;
+    if (!isKnown) {
+        return m_area;
+    }
+    const int left = std::max(m_dirty.m_x, m_area.m_x);
+    const int top = std::max(m_dirty.m_y, m_area.m_y);
+    const int right = std::min(m_dirty.m_x + int(m_dirty.m_width), m_area.m_x + int(m_area.m_width));
+    const int bottom = std::min(m_dirty.m_y + int(m_dirty.m_height), m_area.m_y + int(m_area.m_height));
+    return ScreenArea{left, top, uint32_t(std::max(0, right - left)), uint32_t(std::max(0, bottom - top))};
+}
+
 bool ScreenSource::grab(PictureBuffer& p_picture) {
+    awaitPainters();
     if (m_hasMoved) {
         findArea();
     }
-    // Before the picture is taken: what is painted meanwhile must show up as damage again.
-    m_hasNews = false;
-    xcb_damage_subtract(m_connection.get(), m_damage, XCB_NONE, XCB_NONE);
-    if (m_ended || m_grabber.grab(m_drawable, m_area, p_picture)) {
-        return !m_ended;
+    if (m_ended || m_area.m_width == 0 || m_area.m_height == 0) {
+        m_hasMoved = true; // A window that has left the screen may come back.
+        return false;
     }
-    m_hasMoved = true; // The size has changed under our hands; the event is on its way.
-    return false;
+    const ScreenArea changed = findChanged(p_picture);
+    const bool isNothing = changed.m_width == 0 || changed.m_height == 0;
+    if (m_known != &p_picture || !isNothing) {
+        if (p_picture.m_width != m_area.m_width || p_picture.m_height != m_area.m_height) {
+            p_picture.resize(m_area.m_width, m_area.m_height);
+        }
+        if (!m_grabber.grab(m_drawable, changed, p_picture, uint32_t(changed.m_x - m_area.m_x),
+                            uint32_t(changed.m_y - m_area.m_y))) {
+            m_hasMoved = true; // The size has changed under our hands; the event is on its way.
+            return false;
+        }
+    }
+    m_known = &p_picture;
+    m_dirty = ScreenArea{};
+    return true;
 }
 
 bool ScreenSource::takeCursor(CursorPicture& p_cursor) {

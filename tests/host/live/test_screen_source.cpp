@@ -55,12 +55,59 @@ TEST_F(ScreenSource, HasNewsWhenSomethingIsPaintedAndNotBefore) {
     Picture picture;
     source->update();
     ASSERT_TRUE(source->grab(picture));
-    ASSERT_TRUE(source->grab(picture)); // What the first one may have crossed on its way.
     EXPECT_FALSE(source->update());
     fill(1, 1, 1, 1, 0x00FF00);
     awaitNews(*source);
     ASSERT_TRUE(source->grab(picture));
     EXPECT_EQ(pixelOf(picture, 1, 1), 0x00FF00u);
+}
+
+TEST_F(ScreenSource, WhatAPictureShowsAlreadyIsNoNews) {
+    const auto source = openScreenSource({m_screen.getDisplay(), "", ""});
+    Picture picture;
+    source->update();
+    ASSERT_TRUE(source->grab(picture));
+    fill(1, 1, 1, 1, 0x00FF00); // Its event has been sent when this returns.
+    ASSERT_TRUE(source->grab(picture));
+    EXPECT_EQ(pixelOf(picture, 1, 1), 0x00FF00u);
+    EXPECT_FALSE(source->update());
+}
+
+TEST_F(ScreenSource, WritesOnlyWhatHasChangedOfAPictureThatItKnows) {
+    fill(0, 0, 320, 240, 0x102030);
+    const auto source = openScreenSource({m_screen.getDisplay(), "", ""});
+    Picture picture;
+    source->update();
+    ASSERT_TRUE(source->grab(picture));
+    memset(picture.getPixels(), 0xEE, size_t(picture.m_pitch) * picture.m_height);
+    fill(100, 50, 4, 3, 0x00FF00);
+    fill(110, 60, 2, 2, 0x0000FF);
+    ASSERT_TRUE(source->grab(picture));
+    EXPECT_EQ(pixelOf(picture, 99, 50), 0xEEEEEEu);
+    EXPECT_EQ(pixelOf(picture, 100, 50), 0x00FF00u);
+    EXPECT_EQ(pixelOf(picture, 103, 52), 0x00FF00u);
+    EXPECT_EQ(pixelOf(picture, 104, 52), 0x102030u); // Between the two, which are fetched together.
+    EXPECT_EQ(pixelOf(picture, 111, 61), 0x0000FFu);
+    EXPECT_EQ(pixelOf(picture, 112, 61), 0xEEEEEEu);
+    EXPECT_EQ(pixelOf(picture, 111, 62), 0xEEEEEEu);
+}
+
+TEST_F(ScreenSource, GivesAllOfItToAnotherPicture) {
+    fill(0, 0, 320, 240, 0x102030);
+    const auto source = openScreenSource({m_screen.getDisplay(), "", ""});
+    Picture first;
+    Picture second;
+    source->update();
+    ASSERT_TRUE(source->grab(first));
+    fill(100, 50, 4, 3, 0x00FF00);
+    ASSERT_TRUE(source->grab(second));
+    EXPECT_EQ(pixelOf(second, 0, 0), 0x102030u);
+    EXPECT_EQ(pixelOf(second, 319, 239), 0x102030u);
+    EXPECT_EQ(pixelOf(second, 100, 50), 0x00FF00u);
+    fill(0, 0, 1, 1, 0x0000FF);
+    ASSERT_TRUE(source->grab(first)); // It lacks what the second one took.
+    EXPECT_EQ(pixelOf(first, 0, 0), 0x0000FFu);
+    EXPECT_EQ(pixelOf(first, 100, 50), 0x00FF00u);
 }
 
 TEST_F(ScreenSource, ShowsOneWindowAndEndsWithIt) {
