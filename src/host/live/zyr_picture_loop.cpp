@@ -1,5 +1,6 @@
 #include "host/live/zyr_picture_loop.h"
 
+#include "host/live/zyr_picture_beat.h"
 #include "host/zyr_run_error.h"
 #include "host/zyr_stream_run.h"
 
@@ -45,7 +46,7 @@ struct PictureLoop::Lane {
     FramePicture m_scaled;
     uint64_t m_scaledGeneration = 0;
     uint64_t m_generation = 0; ///< Of the picture that was encoded last.
-    uint64_t m_nextTime = 0;
+    PictureBeat m_beat;
     bool m_isExact = false;
 };
 
@@ -149,6 +150,7 @@ void PictureLoop::turn() {
 uint64_t PictureLoop::serve(uint64_t p_now) {
     const bool hasNews = m_source.update();
     m_newsTime = hasNews ? p_now : m_newsTime;
+    m_firstNewsTime = hasNews && !m_hadNews ? p_now : m_firstNewsTime;
     m_hadNews = hasNews;
     uint64_t wait = LONGEST_SLEEP;
     bool isCaptured = !hasNews && m_generation > 0;
@@ -184,8 +186,9 @@ bool PictureLoop::isReady(const Lane& p_lane, bool p_hasNews, bool& p_atRest, ui
     }
     // Waiting viewers are looked at again when the next key frame may be made.
     p_wait = std::min<uint64_t>(p_wait, isMissing ? REST : LONGEST_SLEEP);
-    if (isFresh && p_now < p_lane.m_nextTime) {
-        p_wait = std::min(p_wait, p_lane.m_nextTime - p_now);
+    const uint64_t nextTime = p_lane.m_beat.getNextTime();
+    if (isFresh && p_now < nextTime) {
+        p_wait = std::min(p_wait, nextTime - p_now);
         return false;
     }
     if (isFresh || p_lane.m_isExact) {
@@ -202,6 +205,7 @@ bool PictureLoop::capture(uint64_t p_now) {
         return false;
     }
     m_generation++;
+    m_hadNews = false; // What comes now is of the next picture.
     m_captureTime = p_now;
     m_captureMicros = uint32_t(getLiveTime() - p_now);
     LiveArea area{0, 0, m_picture->m_width, m_picture->m_height};
@@ -233,9 +237,9 @@ void PictureLoop::encode(unsigned p_index, Lane& p_lane, bool p_atRest) {
     if (p_lane.m_demand.m_allowed != 0) {
         p_lane.m_coder.setAllowed(p_lane.m_demand.m_allowed);
     }
-    // The rate is kept on the average: a picture that came late does not put off the next one.
-    const uint64_t interval = getInterval(p_index);
-    p_lane.m_nextTime = std::max(p_lane.m_nextTime + interval, m_captureTime + interval / 2);
+    // A picture that another lane has had captured before has not waited for this one's beat.
+    p_lane.m_beat.note(getInterval(p_index), p_lane.m_generation + 1 == m_generation ? m_firstNewsTime : m_captureTime,
+                       m_captureTime);
     std::vector<CodedPart> parts = p_lane.m_coder.encode(source, p_lane.m_demand.m_missing, p_atRest, start);
     if (parts.empty()) {
         return;

@@ -99,8 +99,9 @@ private:
 
     std::array<std::unique_ptr<Lane>, ViewerPace::NUM_OF_LANES> m_lanes;
     std::unique_ptr<FramePicture> m_picture;
-    uint64_t m_generation = 0; ///< Of the picture; 0: none yet.
-    uint64_t m_newsTime = 0;   ///< When the source last changed.
+    uint64_t m_generation = 0;    ///< Of the picture; 0: none yet.
+    uint64_t m_newsTime = 0;      ///< When the source last changed.
+    uint64_t m_firstNewsTime = 0; ///< When it first did so behind the last picture.
     uint64_t m_captureTime = 0;
     uint32_t m_captureMicros = 0;
     uint64_t m_pointerTime = 0;

@@ -1,4 +1,5 @@
 #include "host/live/zyr_credit_window.h"
+#include "host/live/zyr_picture_beat.h"
 #include "host/live/zyr_viewer_pace.h"
 
 #include <gtest/gtest.h>
@@ -124,6 +125,67 @@ TEST(ViewerPace, TakesAStoppedViewerForNoSlowOne) {
         EXPECT_FALSE(pace.notePicture(false, 2 * SECOND, 20'000, time));
     }
     EXPECT_EQ(pace.getLane(), 0u);
+}
+
+namespace {
+
+/// What comes of a painter that paints so far apart, some microseconds behind a beat that has begun.
+struct Beaten {
+    uint64_t m_pictures = 0;
+    uint64_t m_lastWait = 0;
+};
+
+Beaten beat(uint64_t p_between, uint64_t p_first, uint64_t p_end) {
+    PictureBeat beat;
+    beat.note(INTERVAL, 1'000'000, 1'000'000);
+    Beaten beaten;
+    for (uint64_t paint = 1'000'000 + p_first; paint < p_end;) {
+        const uint64_t capture = std::max(paint, beat.getNextTime());
+        beat.note(INTERVAL, paint, capture);
+        beaten.m_pictures++;
+        beaten.m_lastWait = capture - paint;
+        while (paint <= capture) {
+            paint += p_between;
+        }
+    }
+    return beaten;
+}
+
+} // namespace
+
+TEST(PictureBeat, APainterAtTheSameRateDoesNotWaitForLong) {
+    for (const uint64_t first : {1'000, 5'000, 17'000, 32'000}) {
+        EXPECT_EQ(beat(33'333, first, 11'000'000).m_lastWait, 0u) << first;
+    }
+}
+
+TEST(PictureBeat, AQuickPainterGetsHardlyMoreThanTheRate) {
+    for (const uint64_t between : {1'000, 8'000, 16'667, 30'000}) {
+        const uint64_t pictures = beat(between, between, 11'000'000).m_pictures;
+        EXPECT_GE(pictures, 300u) << between;
+        EXPECT_LE(pictures, 300u + 300 / 64 + 3) << between;
+    }
+}
+
+TEST(PictureBeat, ALatePictureDoesNotPutOffTheNextOne) {
+    PictureBeat beat;
+    beat.note(30'000, 1'000'000, 1'000'000);
+    EXPECT_EQ(beat.getNextTime(), 1'015'000u);
+    beat.note(30'000, 1'020'000, 1'020'000);
+    EXPECT_EQ(beat.getNextTime(), 1'045'000u);
+    beat.note(30'000, 1'055'000, 1'055'000);
+    EXPECT_EQ(beat.getNextTime(), 1'075'000u);
+    beat.note(30'000, 1'104'000, 1'104'000); // After half an interval at the soonest.
+    EXPECT_EQ(beat.getNextTime(), 1'119'000u);
+}
+
+TEST(PictureBeat, MovesTowardsAPictureThatHasWaited) {
+    PictureBeat beat;
+    beat.note(30'000, 1'000'000, 1'000'000);
+    beat.note(30'000, 1'015'000, 1'015'000);
+    ASSERT_EQ(beat.getNextTime(), 1'045'000u);
+    beat.note(30'000, 1'035'000, 1'045'000);
+    EXPECT_EQ(beat.getNextTime(), 1'065'000u);
 }
 
 } // namespace zyr::host
