@@ -135,6 +135,11 @@ struct ServeOptions {
     std::vector<std::string> m_names; ///< By which the server is called, besides those that it finds.
     std::string m_pageDirectory;      ///< Empty: found beside the program.
     unsigned m_mostViewers = 32;
+    std::string m_publishAddress; ///< Of a media server; empty: none.
+    std::string m_publishFormat;  ///< Empty: by the address.
+    std::string m_publishSdpPath; ///< What receivers of rtp:// need to know.
+    unsigned m_publishKeySeconds = 5;
+    std::string m_reportPath;
 };
 
 struct ViewOptions {

@@ -40,6 +40,17 @@ void LiveArguments::addServe(CLI::App& p_program, int& p_result) {
     command->add_option("--viewers", o.m_mostViewers, "Viewers at a time")
         ->check(CLI::Range(1, 256))
         ->capture_default_str();
+    CLI::Option* const publish =
+        command->add_option("--publish", o.m_publishAddress,
+                            "Send the pictures by VP9 to a media server as well (rtsp://, rtp://, tcp://, http://)");
+    command->add_option("--publish-format", o.m_publishFormat, "Its format (default: by the address)")->needs(publish);
+    command->add_option("--publish-key", o.m_publishKeySeconds, "Seconds between its key frames")
+        ->needs(publish)
+        ->check(CLI::Range(1, 3600))
+        ->capture_default_str();
+    command->add_option("--publish-sdp", o.m_publishSdpPath, "Write what receivers of rtp:// need to know to this file")
+        ->needs(publish);
+    command->add_option("--report", o.m_reportPath, "Write at the end what was served as JSON to this file");
     addFrameworkOptions(*command, o.m_framework);
     command->callback([this, &p_result] {
         const PluginGuard guard;

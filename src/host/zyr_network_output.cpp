@@ -25,6 +25,8 @@ constexpr seconds LONGEST_WAIT{10};
 /// For what is under way when the program ends.
 constexpr seconds LAST_WAIT{1};
 constexpr milliseconds BETWEEN_LOOKS{20};
+/// Bytes that the kernel holds back: what waits there can be left out no more.
+constexpr int UNSENT_LIMIT = 128 * 1024;
 
 struct Scheme {
     const char* m_name;
@@ -62,6 +64,23 @@ bool hasProtocol(const std::string& p_scheme) {
     return false;
 }
 
+/// The options have been checked. Throws RunError.
+const AVOutputFormat& findFormat(const NetworkOutputOptions& p_options, const std::string& p_codec) {
+    const Scheme& scheme = *findScheme(p_options.m_address);
+    const std::string suited = p_codec == "vp9" ? "webm" : "matroska";
+    const std::string usual = scheme.m_format[0] == '\0' ? suited : scheme.m_format;
+    const std::string name = p_options.m_format.empty() ? usual : p_options.m_format;
+    const AVOutputFormat* const format = av_guess_format(name.c_str(), nullptr, nullptr);
+    const bool opensItself = format != nullptr && (format->flags & AVFMT_NOFILE) != 0;
+    if (format == nullptr || (!opensItself && !hasProtocol(scheme.m_name))) {
+        throw RunError("the FFmpeg in use here was built without '" + std::string(scheme.m_name) + "'");
+    }
+    if (!canHold(*format, p_codec)) {
+        throw RunError("a '" + name + "' stream cannot hold " + p_codec);
+    }
+    return *format;
+}
+
 class NetworkTarget : public ContainerTarget {
 public:
     NetworkTarget(const NetworkOutputOptions& p_options, const Scheme& p_scheme)
@@ -77,16 +96,16 @@ public:
     bool hasFailed() const override { return m_failed; }
 
     void attach(AVFormatContext& p_format) override;
-    void prepareHead() override { startWait(LONGEST_WAIT, seconds(0)); }
+    void prepareHead() override { startWait(); }
     void awaitPacket(double p_seconds) override;
     void noteBegun(AVFormatContext& p_format) override;
     void check(int p_result) override;
-    void prepareEnd() override;
+    void prepareEnd() override { startWait(); }
     void detach(AVFormatContext& p_format) override;
     void complete() override { check(m_endResult); }
 
 private:
-    void startWait(seconds p_longest, seconds p_last);
+    void startWait();
     bool isWaitOver() const;
     static int askWaitOver(void* p_target) { return static_cast<NetworkTarget*>(p_target)->isWaitOver() ? 1 : 0; }
     std::string explain(int p_result) const;
@@ -104,10 +123,10 @@ private:
     int m_endResult = 0;
 };
 
-void NetworkTarget::startWait(seconds p_longest, seconds p_last) {
+void NetworkTarget::startWait() {
     const Clock::time_point now = Clock::now();
-    m_waitEnd = now + p_longest;
-    m_lastWaitEnd = now + p_last;
+    m_waitEnd = now + LONGEST_WAIT;
+    m_lastWaitEnd = now + LAST_WAIT;
 }
 
 bool NetworkTarget::isWaitOver() const {
@@ -121,13 +140,14 @@ void NetworkTarget::attach(AVFormatContext& p_format) {
     p_format.interrupt_callback = AVIOInterruptCB{askWaitOver, this};
     // The format of VP9 in RTP counts as experimental until it is written in stone.
     p_format.strict_std_compliance = FF_COMPLIANCE_EXPERIMENTAL;
-    startWait(LONGEST_WAIT, seconds(0));
+    startWait();
     if ((p_format.oformat->flags & AVFMT_NOFILE) != 0) {
         // One connection that a firewall lets through, and nothing lost on the way.
         av_opt_set(p_format.priv_data, "rtsp_transport", "tcp", 0);
         return;
     }
     AVDictionary* options = nullptr;
+    av_dict_set_int(&options, "send_buffer_size", UNSENT_LIMIT, 0);
     if (strcmp(p_format.oformat->name, "mpegts") == 0 && strcmp(m_scheme.m_name, "udp") == 0) {
         av_dict_set(&options, "pkt_size", "1316", 0); // Seven whole packets in each datagram.
     }
@@ -145,7 +165,7 @@ void NetworkTarget::awaitPacket(double p_seconds) {
     while (m_options.m_isPaced && m_scheme.m_isLive && !m_options.m_isEnding() && Clock::now() < due) {
         std::this_thread::sleep_for(std::min<Clock::duration>(due - Clock::now(), BETWEEN_LOOKS));
     }
-    startWait(LONGEST_WAIT, LAST_WAIT);
+    startWait();
 }
 
 void NetworkTarget::noteBegun(AVFormatContext& p_format) {
@@ -174,10 +194,6 @@ void NetworkTarget::check(int p_result) {
         m_failed = true;
         throw RunError("cannot send to " + m_name + ": " + explain(result));
     }
-}
-
-void NetworkTarget::prepareEnd() {
-    startWait(m_options.m_isEnding() ? LAST_WAIT : LONGEST_WAIT, LAST_WAIT);
 }
 
 void NetworkTarget::detach(AVFormatContext& p_format) {
@@ -232,21 +248,15 @@ void checkNetworkOutput(const NetworkOutputOptions& p_options) {
     }
 }
 
-std::unique_ptr<PacketFile> openNetworkOutput(const NetworkOutputOptions& p_options, const std::string& p_codec) {
+void checkNetworkFormat(const NetworkOutputOptions& p_options, const std::string& p_codec) {
     checkNetworkOutput(p_options);
-    const Scheme& scheme = *findScheme(p_options.m_address);
-    const std::string suited = p_codec == "vp9" ? "webm" : "matroska";
-    const std::string usual = scheme.m_format[0] == '\0' ? suited : scheme.m_format;
-    const std::string name = p_options.m_format.empty() ? usual : p_options.m_format;
-    const AVOutputFormat* const format = av_guess_format(name.c_str(), nullptr, nullptr);
-    const bool opensItself = format != nullptr && (format->flags & AVFMT_NOFILE) != 0;
-    if (format == nullptr || (!opensItself && !hasProtocol(scheme.m_name))) {
-        throw RunError("the FFmpeg in use here was built without '" + std::string(scheme.m_name) + "'");
-    }
-    if (!canHold(*format, p_codec)) {
-        throw RunError("a '" + name + "' stream cannot hold " + p_codec);
-    }
-    return std::make_unique<ContainerFile>(std::make_unique<NetworkTarget>(p_options, scheme), format);
+    findFormat(p_options, p_codec);
+}
+
+std::unique_ptr<PacketFile> openNetworkOutput(const NetworkOutputOptions& p_options, const std::string& p_codec) {
+    const AVOutputFormat& format = findFormat(p_options, p_codec);
+    return std::make_unique<ContainerFile>(std::make_unique<NetworkTarget>(p_options, *findScheme(p_options.m_address)),
+                                           &format);
 }
 
 } // namespace zyr::host

@@ -28,8 +28,11 @@ std::string withoutSecrets(const std::string& p_address);
 /// Throws UsageError for a scheme that nothing is known of, and for options that do not fit it.
 void checkNetworkOutput(const NetworkOutputOptions& p_options);
 
+/// The same, and throws RunError for a codec that cannot be sent so, or not by the FFmpeg that is in use.
+void checkNetworkFormat(const NetworkOutputOptions& p_options, const std::string& p_codec);
+
 /// Connects; where the protocol tells the receiver about the stream first, in begin(). Whoever takes nothing for ten
-/// seconds is given up. Throws RunError, as all operations of the result do.
+/// seconds is given up. The options have been checked. Throws RunError, as all operations of the result do.
 std::unique_ptr<PacketFile> openNetworkOutput(const NetworkOutputOptions& p_options, const std::string& p_codec);
 
 } // namespace zyr::host

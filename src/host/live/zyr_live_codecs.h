@@ -27,6 +27,11 @@ public:
     Ref<IFrameEncoderContext> createEncoder(LiveCodec p_codec) const;
     Ref<IFrameDecoderContext> createDecoder(LiveCodec p_codec) const;
 
+    /// What a decoder of the codec was told. The codec must be usable.
+    const FrameCodecInfo& getDecoderInfo(LiveCodec p_codec) const {
+        return m_ways[size_t(p_codec)].m_match->m_decoderInfo;
+    }
+
     /// True for a packet that can be decoded without what came before.
     static bool isKey(LiveCodec p_codec, const uint8_t* p_data, size_t p_size);
 

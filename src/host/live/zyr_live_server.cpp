@@ -98,7 +98,7 @@ void LiveServer::turn() {
 }
 
 uint64_t LiveServer::findPatience(uint64_t p_now) const {
-    uint64_t patience = 1'000'000;
+    uint64_t patience = m_published == nullptr ? 1'000'000 : m_published->getPatience(p_now);
     for (const auto& [id, guest] : m_guests) {
         const bool isWatched = guest.m_link->m_state != ViewerLink::State::VIEWING || guest.m_link->getLane() > 0 ||
                                !guest.m_link->hasCredit(m_pictures.getInterval(guest.m_link->getLane()));
@@ -113,7 +113,8 @@ uint64_t LiveServer::findPatience(uint64_t p_now) const {
 void LiveServer::wait() {
     std::vector<pollfd> waits{{m_listener->getDescriptor(), POLLIN, 0},
                               {m_pictures.getDescriptor(), POLLIN, 0},
-                              {m_control.getDescriptor(), POLLIN, 0}};
+                              {m_control.getDescriptor(), POLLIN, 0},
+                              {m_published == nullptr ? -1 : m_published->getDescriptor(), POLLIN, 0}};
     for (const auto& [id, guest] : m_guests) {
         waits.push_back({guest.m_link->getSocket().getDescriptor(), guest.m_link->getPollEvents(), 0});
     }
@@ -255,6 +256,7 @@ void LiveServer::settle(Guest& p_guest) {
 void LiveServer::welcome(Guest& p_guest) {
     ViewerLink& link = *p_guest.m_link;
     link.m_state = ViewerLink::State::VIEWING;
+    m_numOfViewers++;
     fprintf(stderr, "zyr-host: %s looks on%s%s\n", p_guest.m_peer.c_str(), p_guest.m_account.empty() ? "" : " as ",
             p_guest.m_account.c_str());
     LiveWelcome welcome;
@@ -283,6 +285,9 @@ void LiveServer::takeNews() {
         m_ended = m_ended || news.m_ended;
         m_failure = news.m_ended ? news.m_failure : m_failure;
         m_cursor = news.m_cursor ? news.m_cursor : m_cursor;
+        if (news.m_frame && news.m_frame->m_lane == PUBLISHED_LANE) {
+            m_published->offer(news.m_frame, now);
+        }
         for (auto& [id, guest] : m_guests) {
             ViewerLink& link = *guest.m_link;
             if (news.m_frame && news.m_frame->m_lane == link.getLane()) {
@@ -304,7 +309,10 @@ void LiveServer::takeNews() {
 }
 
 void LiveServer::refreshDemand() {
-    std::array<LaneDemand, ViewerPace::NUM_OF_LANES> demands;
+    std::array<LaneDemand, NUM_OF_PICTURE_LANES> demands;
+    if (m_published != nullptr) {
+        demands[PUBLISHED_LANE] = m_published->getDemand(getLiveTime());
+    }
     for (const auto& [id, guest] : m_guests) {
         const ViewerLink& link = *guest.m_link;
         if (link.m_state != ViewerLink::State::VIEWING) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/live/zyr_live_access.h"
+#include "host/live/zyr_published_stream.h"
 #include "host/live/zyr_screen_control.h"
 #include "host/live/zyr_viewer_link.h"
 
@@ -30,6 +31,12 @@ public:
     LiveServer(const LiveServerOptions& p_options, PictureLoop& p_pictures, ScreenControl& p_control,
                const LiveCodecs& p_codecs);
     ~LiveServer();
+
+    /// Feeds a stream to a media server as well. It must outlive the object.
+    void publish(PublishedStream& p_stream) { m_published = &p_stream; }
+
+    /// Viewers that were let in so far.
+    uint64_t getNumOfViewers() const { return m_numOfViewers; }
 
     uint32_t getPort() const { return m_listener->getLocalPort(); }
 
@@ -76,9 +83,11 @@ private:
     Ref<Socket> m_listener;
     TransportFeatures m_features;
     Guests m_guests;
+    PublishedStream* m_published = nullptr;
     uint32_t m_lastId = 0;
-    std::array<LaneDemand, ViewerPace::NUM_OF_LANES> m_demands;
-    std::array<bool, ViewerPace::NUM_OF_LANES> m_demandsMet{};
+    uint64_t m_numOfViewers = 0;
+    std::array<LaneDemand, NUM_OF_PICTURE_LANES> m_demands;
+    std::array<bool, NUM_OF_PICTURE_LANES> m_demandsMet{};
     std::vector<AccessCheck> m_forsaken; ///< Under way though the viewer has gone: their end is not waited for.
     std::shared_ptr<CursorPicture> m_cursor;
     uint64_t m_tickTime = 0;

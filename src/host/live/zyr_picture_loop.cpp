@@ -25,6 +25,10 @@ constexpr uint64_t BETWEEN_LOOKS = 100'000;
 /// After a picture that the source could not give, for instance in the middle of a change of size.
 constexpr uint64_t BEFORE_ANOTHER_TRY = 20'000;
 
+ViewerPace::Lane describeLane(unsigned p_lane) {
+    return p_lane == PUBLISHED_LANE ? ViewerPace::Lane{1, 100} : ViewerPace::describe(p_lane);
+}
+
 void ring(int p_event) {
     const uint64_t one = 1;
     [[maybe_unused]] const ssize_t written = write(p_event, &one, sizeof(one));
@@ -58,7 +62,7 @@ PictureLoop::PictureLoop(LiveSource& p_source, const LiveCodecs& p_codecs, unsig
       m_wakeEvent(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
       m_picture(std::make_unique<FramePicture>()) {
     for (unsigned i = 0; i < m_lanes.size(); i++) {
-        m_lanes[i] = std::make_unique<Lane>(p_codecs, ViewerPace::describe(i).m_percent);
+        m_lanes[i] = std::make_unique<Lane>(p_codecs, describeLane(i).m_percent);
     }
 }
 
@@ -81,7 +85,7 @@ void PictureLoop::stop() {
 }
 
 uint64_t PictureLoop::getInterval(unsigned p_lane) const {
-    return m_interval * ViewerPace::describe(p_lane).m_divisor;
+    return m_interval * describeLane(p_lane).m_divisor;
 }
 
 LiveArea PictureLoop::getArea() {

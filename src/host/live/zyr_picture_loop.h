@@ -18,6 +18,10 @@ namespace zyr::host {
 
 class FramePicture;
 
+/// Beside the lanes of viewers there is one for a media server, with every picture at full size.
+constexpr unsigned PUBLISHED_LANE = ViewerPace::NUM_OF_LANES;
+constexpr unsigned NUM_OF_PICTURE_LANES = PUBLISHED_LANE + 1;
+
 /// An encoded picture on its way to the viewers of a lane, which share it.
 struct LiveFrame {
     unsigned m_lane = 0;
@@ -94,10 +98,10 @@ private:
 
     std::mutex m_mutex; ///< Guards the next three.
     LiveArea m_area;
-    std::array<LaneDemand, ViewerPace::NUM_OF_LANES> m_demands;
+    std::array<LaneDemand, NUM_OF_PICTURE_LANES> m_demands;
     std::deque<PictureNews> m_news;
 
-    std::array<std::unique_ptr<Lane>, ViewerPace::NUM_OF_LANES> m_lanes;
+    std::array<std::unique_ptr<Lane>, NUM_OF_PICTURE_LANES> m_lanes;
     std::unique_ptr<FramePicture> m_picture;
     uint64_t m_generation = 0;    ///< Of the picture; 0: none yet.
     uint64_t m_newsTime = 0;      ///< When the source last changed.

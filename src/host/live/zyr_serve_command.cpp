@@ -3,12 +3,16 @@
 #include "host/live/zyr_demo_screen.h"
 #include "host/live/zyr_live_identity.h"
 #include "host/live/zyr_live_server.h"
+#include "host/live/zyr_published_stream.h"
 #include "host/zyr_command_line.h"
 #include "host/zyr_heap_tuning.h"
 #include "host/zyr_input_file.h"
 #include "host/zyr_interruption.h"
+#include "host/zyr_output_file.h"
 #include "host/zyr_run_error.h"
 #include "host/zyr_standard_output.h"
+
+#include <nlohmann/json.hpp>
 
 #include <cstdio>
 #include <cstdlib>
@@ -19,6 +23,15 @@ namespace zyr::host {
 namespace {
 
 namespace fs = std::filesystem;
+
+PublishOptions publishOptionsOf(const ServeOptions& p_options) {
+    PublishOptions options;
+    options.m_network.m_address = p_options.m_publishAddress;
+    options.m_network.m_format = p_options.m_publishFormat;
+    options.m_network.m_sdpPath = p_options.m_publishSdpPath;
+    options.m_keySeconds = p_options.m_publishKeySeconds;
+    return options;
+}
 
 void refuseWrongUsage(const ServeOptions& p_options) {
     if (p_options.m_insecurePlain && !isLoopback(p_options.m_address)) {
@@ -35,6 +48,12 @@ void refuseWrongUsage(const ServeOptions& p_options) {
     }
     if (!p_options.m_input.empty() && p_options.m_demo) {
         throw UsageError("--demo shows a screen of its own, so it takes no input");
+    }
+    if (!p_options.m_publishAddress.empty()) {
+        if (p_options.m_codec == "blocks") {
+            throw UsageError("--publish takes VP9, so --codec blocks excludes it");
+        }
+        checkNetworkOutput(publishOptionsOf(p_options).m_network);
     }
 }
 
@@ -71,6 +90,16 @@ std::unique_ptr<LiveSource> openSource(const ServeOptions& p_options) {
     return p_options.m_input.empty()
                ? openScreenSource(ScreenChoice{p_options.m_display, p_options.m_monitor, p_options.m_window})
                : openClockedSource(openVideoSource(p_options.m_input));
+}
+
+void tellReport(OutputFile& p_report, const LiveServer& p_server, PublishedStream* p_published) {
+    nlohmann::ordered_json report{{"viewers", p_server.getNumOfViewers()}};
+    if (p_published != nullptr) {
+        report["published"] = p_published->describe();
+    }
+    const std::string text = report.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+    p_report.write(text.data(), text.size());
+    p_report.close();
 }
 
 } // namespace
@@ -125,11 +154,26 @@ int runServe(const ServeOptions& p_given) {
     serving.m_certificatePath = certificate.m_certificatePath;
     serving.m_keyPath = certificate.m_keyPath;
     PictureLoop pictures(*source, codecs, options.m_rate);
+    const std::unique_ptr<OutputFile> report =
+        options.m_reportPath.empty() ? nullptr : std::make_unique<OutputFile>(options.m_reportPath);
+    const std::unique_ptr<PublishedStream> published =
+        options.m_publishAddress.empty()
+            ? nullptr
+            : std::make_unique<PublishedStream>(publishOptionsOf(options), codecs, options.m_rate);
     LiveServer server(serving, pictures, steering ? *steering : watching, codecs);
+    if (published) {
+        server.publish(*published);
+    }
     tellAddress(options, server, certificate, serving.m_access.m_token);
     pictures.start();
     server.run();
     pictures.stop();
+    if (published) {
+        published->finish();
+    }
+    if (report) {
+        tellReport(*report, server, published.get());
+    }
     return getInterruption() == 0 || getInterruption() == SIGINT || getInterruption() == SIGTERM
                ? EXIT_DONE
                : EXIT_BY_SIGNAL + getInterruption();

@@ -43,6 +43,26 @@ TEST_P(LiveServing, Holds) {
     EXPECT_EQ(run.m_exitCode, 0) << run.m_err;
 }
 
+class Publishing : public testing::TestWithParam<const char*> {};
+
+TEST_P(Publishing, Holds) {
+    if (!hasWebSockets()) {
+        GTEST_SKIP() << "this machine has no python3-websockets";
+    }
+    setenv("ZYR_HOST_PROGRAM", ZYR_HOST_PROGRAM, 1);
+    const ProgramRun run = runProgram(PYTHON, {std::string(ZYR_LIVE_CHECKS) + "/check_publishing.py", GetParam()});
+    EXPECT_EQ(run.m_exitCode, 0) << run.m_err;
+}
+
+INSTANTIATE_TEST_SUITE_P(Check, Publishing,
+                         testing::Values("a_media_server_gets_the_screen_from_a_key_frame_on",
+                                         "a_screen_at_rest_has_its_key_frames", "a_lost_server_is_found_again",
+                                         "an_absent_server_holds_up_nobody",
+                                         "a_server_that_takes_nothing_holds_up_nobody",
+                                         "the_end_of_a_video_ends_the_stream",
+                                         "what_cannot_be_published_is_refused_at_once"),
+                         nameOf);
+
 INSTANTIATE_TEST_SUITE_P(
     Check, LiveServing,
     testing::Values("a_viewer_gets_a_key_frame_first", "a_wrong_token_is_refused_and_not_logged",

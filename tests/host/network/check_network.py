@@ -174,7 +174,8 @@ def a_receiver_that_goes_ends_the_run():
 def a_receiver_that_takes_nothing_is_given_up():
     with TcpListener() as listener:
         listener.socket.setsockopt(socket.SOL_SOCKET, socket.SO_RCVBUF, 4096)
-        process = start_stream("generate:640x480:100000000", "--quality", 100, "--packets", f"tcp://127.0.0.1:{listener.port}")
+        address = f"tcp://127.0.0.1:{listener.port}"
+        process = start_stream("generate:320x240:100000000", "--quality", 100, "--packets", address)
         with listener.accept():
             _, errors = end_of(process, 1)
         assert "nothing was taken for ten seconds" in errors, errors
