@@ -27,9 +27,10 @@ public:
 
 private:
     void readFields(BinaryReader p_reader, uint32_t p_structure) {
+        const auto fields = m_heads.getFields(p_structure);
         while (!p_reader.isAtEnd()) {
             const uint8_t* place = p_reader.m_place;
-            const FieldHead* found = m_heads.readField(p_reader, p_structure);
+            const FieldHead* found = m_heads.readField(p_reader, fields);
             if (found == nullptr) {
                 m_reading.reportAt(place, "there is no field that can be read");
                 return;

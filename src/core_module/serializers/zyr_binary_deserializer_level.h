@@ -23,6 +23,7 @@ public:
             return 0;
         }
         m_frames[0].m_reader = m_frames[0].m_fields;
+        m_frames[0].m_heads = m_heads.getFields(0);
         return 1;
     }
     bool_t deinitialize() override {
@@ -98,7 +99,8 @@ public:
         frame.m_next++;
         p_typeName = m_type.m_name;
         part = BinaryReader();
-        return (p_typeName.isEmpty() || frame.m_reader.readPart(part)) && enter(part, m_type.m_structure);
+        return (p_typeName.isEmpty() || frame.m_reader.readPart(part)) &&
+               enter(part, p_typeName.isEmpty() ? 0 : m_type.m_structure);
     }
     bool_t leaveArrayElement() override { return leave(); }
 
@@ -205,7 +207,8 @@ private:
         BinaryReader m_fields;
         /// What has not been read yet.
         BinaryReader m_reader;
-        uint32_t m_structure = 0;
+        /// What its fields are.
+        typename Heads::Fields m_heads = {};
         /// Of an array: number of elements, and the next one.
         uint32_t m_count = 0;
         uint32_t m_next = 0;
@@ -219,7 +222,7 @@ private:
         m_broken = 0;
         if (!reader.isAtEnd()) {
             const uint8_t* start = reader.m_place;
-            m_head = m_heads.readField(reader, frame.m_structure);
+            m_head = m_heads.readField(reader, frame.m_heads);
             if (m_head == nullptr) {
                 m_broken = 1;
                 return false;
@@ -249,7 +252,7 @@ private:
     bool findBefore(const String& p_name, const uint8_t* p_end) {
         Frame& frame = *m_frame;
         while (frame.m_reader.m_place < p_end) {
-            m_head = m_heads.readField(frame.m_reader, frame.m_structure);
+            m_head = m_heads.readField(frame.m_reader, frame.m_heads);
             if (m_head == nullptr) {
                 m_broken = 1;
                 return false;
@@ -298,7 +301,7 @@ private:
         Frame& frame = *m_frame;
         frame.m_fields = p_part;
         frame.m_reader = p_part;
-        frame.m_structure = p_structure;
+        frame.m_heads = m_heads.getFields(p_structure);
         frame.m_count = 0;
         frame.m_next = 0;
         return true;

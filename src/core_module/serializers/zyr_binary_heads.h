@@ -41,8 +41,11 @@ public:
     /// Gives the fields of the payload.
     bool begin(const void* p_data, size_t p_size, BinaryReader& p_fields);
     void end() {}
+    /// The fields of a structure.
+    struct Fields {};
+    static Fields getFields(uint32_t) { return {}; }
     /// The head is there until the next one is read; null where there is none.
-    const Head* readField(BinaryReader& p_reader, uint32_t) {
+    const Head* readField(BinaryReader& p_reader, const Fields&) {
         BinaryReader name;
         if (p_reader.isAtEnd() || !isFieldKind(*p_reader.m_place)) {
             return nullptr;
@@ -75,14 +78,19 @@ public:
 
     bool begin(const void* p_data, size_t p_size, BinaryReader& p_fields);
     void end();
-    /// The head is there until end is called; null where there is none.
-    const Head* readField(BinaryReader& p_reader, uint32_t p_structure) {
-        uint64_t number = 0;
+    /// The fields of a structure, which are there until end is called.
+    struct Fields {
+        const Head* m_first;
+        uint64_t m_count;
+    };
+    Fields getFields(uint32_t p_structure) const {
         const Structure& structure = m_structures[p_structure];
-        if (!p_reader.readNumber(number) || number >= structure.m_numOfFields) {
-            return nullptr;
-        }
-        return &m_fields[structure.m_firstField + number];
+        return {m_fields.begin() + structure.m_firstField, structure.m_numOfFields};
+    }
+    /// The head is there as long as its structure; null where there is none.
+    static const Head* readField(BinaryReader& p_reader, const Fields& p_fields) {
+        uint64_t number = 0;
+        return p_reader.readNumber(number) && number < p_fields.m_count ? p_fields.m_first + number : nullptr;
     }
     bool readClass(BinaryReader& p_reader, ClassHead& p_head);
     bool readType(BinaryReader& p_reader, ClassHead& p_head);

@@ -11,6 +11,20 @@ constexpr size_t GUID_SIZE = 16;
 } // namespace
 
 bool BinaryReader::readLongNumber(uint64_t& p_number) {
+    if (getRemaining() >= sizeof(uint64_t)) {
+        uint64_t word;
+        memcpy(&word, m_place, sizeof(word));
+        const uint64_t ends = ~word & 0x8080808080808080;
+        if (ends != 0) {
+            // The seven bits of each byte up to the first that ends the number move together in three steps.
+            word &= ends ^ (ends - 1);
+            word = (word & 0x007F007F007F007F) | (word & 0x7F007F007F007F00) >> 1;
+            word = (word & 0x00003FFF00003FFF) | (word & 0x3FFF00003FFF0000) >> 2;
+            p_number = (word & 0x000000000FFFFFFF) | (word & 0x0FFFFFFF00000000) >> 4;
+            m_place += __builtin_ctzll(ends) / 8 + 1;
+            return true;
+        }
+    }
     uint64_t number = 0;
     for (uint32_t shift = 0; shift < 70; shift += 7) {
         if (m_place == m_end) {

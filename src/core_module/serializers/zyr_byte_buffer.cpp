@@ -80,24 +80,28 @@ bool ByteBuffer::growMapping(size_t p_capacity) {
     return true;
 }
 
-bool ByteBuffer::endLength(size_t p_place, size_t p_width) {
+bool ByteBuffer::endLength(size_t p_place, size_t& p_width, size_t p_minimum) {
     uint64_t length = m_size - p_place - p_width;
-    size_t needed = 1;
+    size_t width = 1;
     for (uint64_t rest = length >> 7; rest != 0; rest >>= 7) {
-        needed++;
+        width++;
     }
-    if (needed > p_width) {
-        if (reserve(needed - p_width) == nullptr) {
+    if (width < p_minimum) {
+        width = p_minimum;
+    }
+    if (width != p_width) {
+        if (width > p_width && reserve(width - p_width) == nullptr) {
             return false;
         }
-        memmove(m_data + p_place + needed, m_data + p_place + p_width, length);
-        m_size += needed - p_width;
-        p_width = needed;
+        memmove(m_data + p_place + width, m_data + p_place + p_width, length);
+        m_size += width - p_width;
+        p_width = width;
     }
-    for (size_t i = 0; i < p_width; i++) {
-        m_data[p_place + i] = static_cast<uint8_t>((length & 0x7F) | (i + 1 < p_width ? 0x80 : 0));
-        length >>= 7;
+    uint8_t* target = m_data + p_place;
+    for (uint8_t* last = target + width - 1; target != last; length >>= 7) {
+        *target++ = static_cast<uint8_t>(length | 0x80);
     }
+    *target = static_cast<uint8_t>(length);
     return true;
 }
 

@@ -52,8 +52,9 @@ public:
         m_size += target != nullptr ? p_width : 0;
         return target != nullptr;
     }
-    /// Fills in that number. What follows moves up where the bytes that were left do not hold it.
-    bool endLength(size_t p_place, size_t p_width);
+    /// Fills in that number, in p_minimum bytes or as many more as it needs, and tells how many these were. What
+    /// follows moves where they are not those that were left.
+    bool endLength(size_t p_place, size_t& p_width, size_t p_minimum);
 
 private:
     bool grow(size_t p_size);
@@ -107,6 +108,12 @@ inline uint8_t* copyText(uint8_t* p_target, const String& p_text) {
         }
     }
     return p_target + length;
+}
+
+/// The width with which a length begins: mostly it takes as many bytes as the last one that stood there. Lengths of
+/// objects and arrays begin with their minimum, since what is moved can be much.
+inline size_t guessWidth(size_t p_last, size_t p_minimum) {
+    return p_minimum == 1 && (p_last == 1 || p_last == 2) ? p_last : p_minimum;
 }
 
 /// Begins a line with up to c_maxBlanks blanks, for which there must be room. Gives the end.

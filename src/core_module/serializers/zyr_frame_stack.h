@@ -10,7 +10,8 @@
 
 namespace zyr {
 
-/// The frames move when the stack grows: no reference to one outlives a call of reach.
+/// A frame is all zero, or as it was left. The frames move when the stack grows: no reference to one outlives a call of
+/// reach.
 template <class Frame> class FrameStack {
 public:
     FrameStack() = default;
@@ -39,6 +40,7 @@ private:
             return false;
         }
         memcpy(static_cast<void*>(frames), m_frames, m_capacity * sizeof(Frame));
+        memset(static_cast<void*>(frames + m_capacity), 0, m_capacity * sizeof(Frame));
         if (m_frames != m_first) {
             zyr_free(m_frames);
         }

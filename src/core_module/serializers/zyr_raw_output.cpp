@@ -21,21 +21,22 @@ bool RawOutput::beginField(const String& p_name, FieldKind p_kind) {
     return true;
 }
 
-bool RawOutput::enter(size_t p_width) {
+bool RawOutput::enter(size_t p_minimum) {
     if (!m_frames.reach(m_depth)) {
         return false;
     }
     Frame& frame = m_frames[m_depth++];
-    frame.m_width = p_width;
-    return m_buffer.beginLength(p_width, frame.m_place);
+    frame.m_width = guessWidth(frame.m_width, p_minimum);
+    frame.m_minimum = p_minimum;
+    return m_buffer.beginLength(frame.m_width, frame.m_place);
 }
 
 bool RawOutput::leave() {
     if (m_depth == 0) {
         return false;
     }
-    const Frame& frame = m_frames[--m_depth];
-    return m_buffer.endLength(frame.m_place, frame.m_width);
+    Frame& frame = m_frames[--m_depth];
+    return m_buffer.endLength(frame.m_place, frame.m_width, frame.m_minimum);
 }
 
 } // namespace zyr

@@ -44,12 +44,13 @@ public:
 
 private:
     bool beginField(const String& p_name, FieldKind p_kind);
-    /// Leaves p_width bytes for the length of what begins here.
-    bool enter(size_t p_width);
+    /// Leaves room for the length of what begins here, which takes that many bytes or more.
+    bool enter(size_t p_minimum);
 
     struct Frame {
         size_t m_place;
         size_t m_width;
+        size_t m_minimum;
     };
     FrameStack<Frame> m_frames;
     uint32_t m_depth = 0;

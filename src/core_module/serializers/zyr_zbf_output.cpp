@@ -43,7 +43,7 @@ bool ZbfOutput::begin() {
     useDoubling(m_texts);
     m_buffer.setSize(0);
     const uint8_t head[TABLE_PLACE + 8] = {c_binaryFormatVersion};
-    m_frames[0] = {0, 0, addStructure(String::getConstEmpty()), 0};
+    m_frames[0] = {0, 0, 0, addStructure(String::getConstEmpty()), 0};
     expect(0);
     return m_buffer.append(head, sizeof(head));
 }
@@ -175,25 +175,26 @@ bool ZbfOutput::declare(const String& p_name, FieldKind p_kind, const String& p_
     return true;
 }
 
-bool ZbfOutput::enter(size_t p_width, uint32_t p_structure) {
+bool ZbfOutput::enter(size_t p_minimum, uint32_t p_structure) {
     if (!m_frames.reach(m_depth + 1)) {
         return false;
     }
     m_frames[m_depth].m_next = static_cast<uint32_t>(m_expected - getStructure().m_fields.begin());
     Frame& frame = m_frames[++m_depth];
-    frame.m_width = p_width;
+    frame.m_width = guessWidth(frame.m_width, p_minimum);
+    frame.m_minimum = p_minimum;
     frame.m_structure = p_structure;
     expect(0);
-    return m_buffer.beginLength(p_width, frame.m_place);
+    return m_buffer.beginLength(frame.m_width, frame.m_place);
 }
 
 bool ZbfOutput::leave() {
     if (m_depth == 0) {
         return false;
     }
-    const Frame& frame = m_frames[m_depth--];
+    Frame& frame = m_frames[m_depth--];
     expect(m_frames[m_depth].m_next);
-    return m_buffer.endLength(frame.m_place, frame.m_width);
+    return m_buffer.endLength(frame.m_place, frame.m_width, frame.m_minimum);
 }
 
 bool ZbfOutput::beginRecord(const String& p_name) {

@@ -63,6 +63,7 @@ private:
     struct Frame {
         size_t m_place;
         size_t m_width;
+        size_t m_minimum;
         uint32_t m_structure;
         /// The field that is expected next, while another frame is the innermost one.
         uint32_t m_next;
@@ -70,7 +71,8 @@ private:
 
     void clear();
     bool putNumber(uint64_t p_number);
-    bool enter(size_t p_width, uint32_t p_structure);
+    /// Leaves room for the length of what begins here, which takes that many bytes or more.
+    bool enter(size_t p_minimum, uint32_t p_structure);
     /// The structure of the innermost frame.
     Structure& getStructure() { return *m_structures[m_frames[m_depth].m_structure]; }
     /// Sets the field of that structure that is expected next.
