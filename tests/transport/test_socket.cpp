@@ -216,6 +216,12 @@ TEST_F(SocketTest, TellsWhyAConnectionIsNotAccepted) {
     }
 }
 
+TEST_F(SocketTest, TellsThatAHostHasNoAddress) {
+    const std::string host(300, 'a');
+    EXPECT_FALSE(m_client->connectTcp(host.c_str(), 80));
+    expectLine("Unable to connect to " + host + ", port 80: ");
+}
+
 TEST_F(SocketTest, RefusesPortsThatAreNone) {
     EXPECT_FALSE(m_client->connectTcp("127.0.0.1", 0));
     expectLine("0 is no port");

@@ -116,6 +116,16 @@ TEST_F(CertificatesTest, DirectoryThatIsNotThereIsTold) {
                                                           getPath("missing/a.key") + ": No such file or directory"));
 }
 
+TEST_F(CertificatesTest, FileThatCannotBeReplacedIsToldAndNothingIsLeft) {
+    std::filesystem::create_directories(getPath("a.key"));
+    EXPECT_FALSE(generate("good"));
+    EXPECT_EQ(m_application->getMessages().back(),
+              "Unable to make a certificate for good: " + getPath("a.key") + ": Is a directory");
+    EXPECT_FALSE(std::filesystem::exists(getPath("a.crt")));
+    const auto files = std::filesystem::directory_iterator(m_directory.getPath());
+    EXPECT_EQ(std::distance(begin(files), end(files)), 3); // Those of the server, and the directory.
+}
+
 TEST_F(CertificatesTest, ExpiredCertificateIsRefused) {
     // Valid until yesterday.
     askOpenSsl({"req", "-new", "-key", getPath("server.key"), "-subj", "/CN=localhost", "-out", getPath("old.csr")});

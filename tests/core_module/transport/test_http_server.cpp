@@ -167,6 +167,20 @@ TEST_F(HttpServerTest, LargeFilesLeaveInParts) {
     EXPECT_THAT(m_received, HasSubstr("Content-Type: application/octet-stream\r\n"));
 }
 
+TEST_F(HttpServerTest, FileThatBecomesShorterEndsTheConnection) {
+    setRoot();
+    m_directory.writeFile("root/large.bin", std::string(4000000, 'x'));
+    connect();
+    writePeer(get("/large.bin"));
+    while (m_end.getState().m_sentBytes == 0) {
+        m_end.turn();
+    }
+    std::filesystem::resize_file(m_directory.getPath() + "root/large.bin", 0);
+    ASSERT_TRUE(pump({&m_end}, [&] { return m_end.isClosed(); }));
+    EXPECT_EQ(m_end.getState().m_closeReason, ZYR_TRANSPORT_CLOSE_HTTP_DONE);
+    EXPECT_STREQ(m_end.getState().m_closeText.getData(), "a file became shorter while it was sent");
+}
+
 TEST_F(HttpServerTest, RequestsFollowEachOtherOnOneConnection) {
     setRoot();
     connect();

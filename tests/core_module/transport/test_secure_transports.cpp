@@ -199,6 +199,25 @@ TEST_F(SecureTransportTest, FilesAndSettingsThatCannotBeUsedAreTold) {
     EXPECT_TRUE(startServer());
 }
 
+TEST_F(SecureTransportTest, NamesOfProtocolsAndFingerprintsAreNotEmpty) {
+    makePair(m_left, m_right);
+    m_left.getFeatures().m_alpn.pushBack("");
+    m_right.getFeatures().m_alpn.pushBack(std::string(256, 'a').c_str());
+    EXPECT_FALSE(startServer());
+    EXPECT_EQ(m_application->getMessages().back(),
+              "Unable to initialize the transport with an ALPN name has 1 to 255 bytes");
+    EXPECT_FALSE(startClient());
+    m_left.getFeatures().m_alpn.clear();
+    m_right.getFeatures().m_alpn.clear();
+    const List<String> none;
+    EXPECT_FALSE(m_client->initializeSecure(m_right.m_socket.get(), nullptr, &none, 0, "localhost"));
+    EXPECT_EQ(m_application->getMessages().back(),
+              "Unable to initialize the transport with the list of fingerprints is empty");
+    ASSERT_TRUE(startServer() && startClient());
+    EXPECT_FALSE(startServer() || startClient()); // They have a connection.
+    EXPECT_TRUE(pumpUntilOpen());
+}
+
 TEST_F(SecureTransportTest, PlainHttpOnATlsPortIsToldAndClosed) {
     makePeer(m_left);
     ASSERT_TRUE(startServer());

@@ -375,6 +375,49 @@ TEST_F(FramesTest, ObjectsTravelAsMessages) {
     EXPECT_FALSE(m_left.m_transport->sendMessageObject(3, nullptr, 0, nullptr, 0));
 }
 
+TEST_F(FramesTest, ObjectThatCannotBeRestoredIsTold) {
+    connectPeer();
+    const auto object = Ref<IDataFormatInfo>::adopt(zyr_createObject<IDataFormatInfo>());
+    EXPECT_TRUE(m_left.m_transport->sendMessageObject(3, object.get(), 3, "abc", 0));
+    readPeer();
+    const size_t name = m_received.find("DataFormatInfo");
+    ASSERT_NE(name, std::string::npos);
+    m_received[name] = 'X';
+    writePeer(m_received);
+    DataMessage* message = nullptr;
+    bool_t hasObject = 1;
+    while (message == nullptr) {
+        ASSERT_TRUE(m_left.m_transport->receiveMessageObject(message, hasObject));
+    }
+    EXPECT_FALSE(hasObject);
+    EXPECT_EQ(message->getObject(), nullptr);
+    EXPECT_EQ(payloadOf(*message), "abc");
+    EXPECT_EQ(m_application->getMessages().back(), "The object of a message cannot be restored");
+    message->release();
+}
+
+TEST_F(FramesTest, PeerThatResetsTheConnectionIsTold) {
+    connectPeer();
+    ASSERT_TRUE(m_left.send(1, "", "x"));
+    m_left.turn();
+    closePeer(); // Of this kind of socket one that has not read what came.
+    ASSERT_TRUE(pump({&m_left}, [&] { return m_left.isClosed(); }));
+    EXPECT_EQ(m_left.getState().m_closeReason, ZYR_TRANSPORT_CLOSE_LOST);
+    EXPECT_STREQ(m_left.getState().m_closeText.getData(), "Connection reset by peer");
+}
+
+TEST_F(FramesTest, ReleaseGivesUpMessagesThatHaveArrived) {
+    connectPeer();
+    writePeer(envelope(1, 1, 0, 1) + "a" + envelope(1, 2, 0, 1) + "b");
+    DataMessage* message = nullptr;
+    while (message == nullptr) {
+        ASSERT_TRUE(m_left.m_transport->receiveMessage(message));
+    }
+    message->release();
+    m_left.m_transport.clear();
+    EXPECT_EQ(m_left.getState().m_closeReason, ZYR_TRANSPORT_CLOSE_LOCAL);
+}
+
 TEST_F(FramesTest, FeaturesAreCopiedClonedAndReachedByPath) {
     m_left.getFeatures().m_sendStep = 5;
     m_left.getFeatures().m_subprotocols.pushBack("one");

@@ -1,4 +1,5 @@
 #include "core_module/transport/transport_test.h"
+#include "zyr_common/digest/zyr_sha1.h"
 
 namespace zyr {
 namespace {
@@ -352,6 +353,70 @@ TEST_F(WebSocketTest, ClientRefusesAWrongAccept) {
               "Sec-WebSocket-Accept: s3pPLMBiTxaQ9kYGzzhZRbK+xOo=\r\n\r\n");
     ASSERT_TRUE(pump({&m_right}, [&] { return m_right.isClosed(); }));
     EXPECT_EQ(m_right.getState().m_closeReason, ZYR_TRANSPORT_CLOSE_PROTOCOL);
+}
+
+/// What the server answers a key with, by the standard's recipe.
+std::string acceptOf(const std::string& p_key) {
+    const std::string text = p_key + "258EAFA5-E914-47DA-95CA-C5AB0DC85B11";
+    unsigned char digest[21] = {};
+    zyr_sha1(text.data(), text.size(), digest);
+    std::string base64;
+    for (size_t i = 0; i < sizeof(digest); i += 3) {
+        const uint32_t bits = uint32_t{digest[i]} << 16 | uint32_t{digest[i + 1]} << 8 | digest[i + 2];
+        for (const int shift : {18, 12, 6, 0}) {
+            base64 += "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/"[bits >> shift & 63];
+        }
+    }
+    base64.back() = '=';
+    return base64;
+}
+
+TEST_F(WebSocketTest, ClientRefusesAnswersThatAreNone) {
+    m_right.getFeatures().m_subprotocols.pushBack("one");
+    m_right.getFeatures().m_origin = "https://desk.example";
+    m_right.getFeatures().m_maxHttpHeadSize = 4096;
+    const std::string begin = "HTTP/1.1 101 Switching Protocols\r\n";
+    const std::string agreed =
+        begin + "Upgrade: websocket\t \r\nConnection: Upgrade\r\nSec-WebSocket-Accept: ACCEPT\r\n";
+    std::string fields;
+    for (int i = 0; i < 300; i++) {
+        fields += "a: b\r\n";
+    }
+    for (const auto& [answer, text] :
+         {std::pair{std::string("HTTP/1.1\r\n\r\n"), "the status line is malformed"},
+          std::pair{std::string("HTTP/1.1 1x1 a\r\n\r\n"), "the status line is malformed"},
+          std::pair{begin + fields + "\r\n", "there are too many header fields"},
+          std::pair{begin + "a: " + std::string(5000, 'b') + "\r\n\r\n", "the head of the answer is above the limit"},
+          std::pair{agreed + "Sec-WebSocket-Extensions: zip\r\n\r\n",
+                    "the server chose an extension that was not offered"},
+          std::pair{agreed + "Sec-WebSocket-Protocol: two\r\n\r\n",
+                    "the server chose a subprotocol that was not offered"}}) {
+        m_received.clear();
+        m_right.m_socket = Ref<Socket>::adopt(new Socket);
+        makePeer(m_right);
+        ASSERT_TRUE(m_client->initialize(m_right.m_socket.get()));
+        ASSERT_TRUE(pump({&m_right}, [&] { return m_received.find("\r\n\r\n") != std::string::npos; }));
+        EXPECT_THAT(m_received, HasSubstr("\r\nOrigin: https://desk.example\r\nSec-WebSocket-Protocol: one\r\n"));
+        const size_t key = m_received.find("Sec-WebSocket-Key: ") + 19;
+        std::string bytes = answer;
+        if (const size_t place = bytes.find("ACCEPT"); place != std::string::npos) {
+            bytes.replace(place, 6, acceptOf(m_received.substr(key, 24)));
+        }
+        writePeer(bytes);
+        ASSERT_TRUE(pump({&m_right}, [&] { return m_right.isClosed(); })) << text;
+        EXPECT_EQ(m_right.getState().m_closeReason, ZYR_TRANSPORT_CLOSE_PROTOCOL) << text;
+        EXPECT_STREQ(m_right.getState().m_closeText.getData(), text);
+        closePeer();
+    }
+}
+
+TEST_F(WebSocketTest, ShutdownBeforeTheAnswerEndsTheConnection) {
+    makePeer(m_right);
+    ASSERT_TRUE(m_client->initialize(m_right.m_socket.get()));
+    EXPECT_TRUE(m_client->shutdownConnection());
+    EXPECT_TRUE(m_right.isClosed());
+    EXPECT_EQ(m_right.getState().m_closeReason, ZYR_TRANSPORT_CLOSE_LOCAL);
+    EXPECT_STREQ(m_right.getState().m_closeText.getData(), "the connection was shut down here");
 }
 
 TEST_F(WebSocketTest, ClientDoesNotWriteHeaderFieldsOfOthers) {
