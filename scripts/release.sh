@@ -3,7 +3,7 @@
 #
 #   scripts/release.sh VERSION            all of it; the last step is the tag vVERSION, which is not pushed
 #   scripts/release.sh VERSION --dry-run  the same without the tag; what would stop the release is told, and goes on
-#   scripts/release.sh ... --skip-tests   does not run scripts/test.sh
+#   scripts/release.sh ... --skip-tests   does not run scripts/test.sh, nor compares what tests execute
 #   scripts/release.sh ... --arch NAME    packages for this architecture (x86_64, aarch64); may be given more than once
 #   scripts/release.sh ... --output DIR   puts everything there (default: dist)
 #   scripts/release.sh ... --no-packages  source archive, list of contents and checksums only
@@ -53,6 +53,7 @@ depsOption=()
 $deps || depsOption=(--no-deps)
 if $tests; then
     scripts/test.sh "${depsOption[@]}" || stop "scripts/test.sh"
+    scripts/coverage.sh "${depsOption[@]}" --compare || stop "scripts/coverage.sh --compare"
 else
     printf '\n*** release: THE TESTS WERE SKIPPED. Nobody knows whether this release works. ***\n\n' >&2
 fi
