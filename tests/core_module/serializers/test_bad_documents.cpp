@@ -30,6 +30,8 @@ TEST_F(BadDocuments, OfJsonAreRefused) {
                              "{\"a\":[1 2]}",
                              "{\"a\":[1,2}",
                              "{\"a\":\"x}",
+                             "{\"a\":\"x\\",
+                             "{\"a\":\"\xE2\x82",
                              "{\"a\":\"\\x\"}",
                              "{\"a\":\"\\u12g4\"}",
                              "{\"a\":\"\n\"}",
@@ -69,6 +71,9 @@ TEST_F(BadDocuments, OfXmlAreRefused) {
                              "<a b='<'/>",
                              "<a b='1'c='2'/>",
                              "<a>&x;</a>",
+                             "<a>&#xg;</a>",
+                             "<!DOCTYPE a [<!ENTITY b \"c",
+                             "<!DOCTYPE a [<!-- b ]><a/>",
                              "<a>&#0;</a>",
                              "<a>&#xD800;</a>",
                              "<a>&#1114112;</a>",
@@ -137,6 +142,28 @@ TEST_F(BadDocuments, InTextReadAsTheyAreMeant) {
              EXPECT_EQ(numbers[1], 2.5);
              EXPECT_TRUE(numbers[2] != numbers[2]);
          });
+}
+
+TEST_F(BadDocuments, WithValuesOfAnotherShapeGiveNothing) {
+    for (const auto& [prefix, bytes] :
+         {std::pair{"Json", "{\"top\":{\"numbers\":1,\"texts\":[\"x\",{}],\"text\":{}}}"},
+          std::pair{"Xml", "<zyr><top><numbers><b>1</b></numbers><texts><item>x</item><item><b/></item></texts>"
+                           "<text><b/></text></top></zyr>"}}) {
+        uint32_t cache = 0;
+        read(prefix, bytes, [&](IDeserializer* p_deserializer) {
+            Array<String> texts;
+            EXPECT_FALSE(p_deserializer->readStringArray("texts", cache, texts, 0)) << prefix;
+        });
+        read(prefix, bytes, [&](IDeserializer* p_deserializer) {
+            String text;
+            EXPECT_FALSE(p_deserializer->readString("text", cache, text, nullptr)) << prefix;
+        });
+        read(prefix, bytes, [&](IDeserializer* p_deserializer) {
+            Array<double> numbers;
+            EXPECT_FALSE(p_deserializer->readDoubleArray("numbers", cache, numbers, 0)) << prefix;
+            EXPECT_TRUE(numbers.isEmpty());
+        });
+    }
 }
 
 TEST_F(BadDocuments, OfTheBinaryFormatsAreRefused) {
