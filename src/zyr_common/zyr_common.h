@@ -22,6 +22,7 @@
 #include "zyr_common/containers/zyr_sorted_map.h"
 #include "zyr_common/digest/zyr_compression.h"
 #include "zyr_common/digest/zyr_guid.h"
+#include "zyr_common/digest/zyr_hex_digits.h"
 #include "zyr_common/digest/zyr_sha1.h"
 #include "zyr_common/digest/zyr_xxhash.h"
 #include "zyr_common/documents/zyr_binary_reader.h"
