@@ -39,6 +39,7 @@ bool ViewerPace::change(unsigned p_lane, uint64_t p_time) {
 bool ViewerPace::notePicture(bool p_hadCredit, uint64_t p_queued, uint64_t p_roundTrip, uint64_t p_time) {
     if (p_queued > STOPPED) {
         m_periodStart = 0;
+        m_unproved = 0;
         return false;
     }
     if (m_periodStart == 0) {
@@ -48,7 +49,14 @@ bool ViewerPace::notePicture(bool p_hadCredit, uint64_t p_queued, uint64_t p_rou
         m_missed = 0;
     }
     m_due++;
-    m_missed += !p_hadCredit && p_queued > p_roundTrip + LONG_QUEUE ? 1 : 0;
+    const uint64_t oldest = p_time - p_queued;
+    if (oldest != m_oldest) {
+        // It draws, only slowly. Until this is known it may as well have stopped.
+        m_oldest = oldest;
+        m_missed += m_unproved;
+        m_unproved = 0;
+    }
+    m_unproved += !p_hadCredit && p_queued > p_roundTrip + LONG_QUEUE ? 1 : 0;
     if (p_time - m_periodStart < PERIOD) {
         return false;
     }

@@ -29,8 +29,10 @@ private:
     bool change(unsigned p_lane, uint64_t p_time);
 
     unsigned m_lane = 0;
-    unsigned m_due = 0;    ///< Of the present period.
-    unsigned m_missed = 0; ///< Of these, those without credit.
+    unsigned m_due = 0;      ///< Of the present period.
+    unsigned m_missed = 0;   ///< Of these, those without credit.
+    unsigned m_unproved = 0; ///< More of them, if something is drawn later.
+    uint64_t m_oldest = 0;   ///< When the oldest picture under way was sent.
     uint64_t m_periodStart = 0;
     uint64_t m_changeTime = 0;
     uint64_t m_calmStart = 0;

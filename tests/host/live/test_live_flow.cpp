@@ -127,6 +127,29 @@ TEST(ViewerPace, TakesAStoppedViewerForNoSlowOne) {
     EXPECT_EQ(pace.getLane(), 0u);
 }
 
+TEST(ViewerPace, DoesNotWaitUntilAViewerCountsAsStopped) {
+    // At each place in the time after which a viewer is judged.
+    for (uint64_t start = 2 * SECOND; start < 3 * SECOND; start += 50'000) {
+        ViewerPace pace;
+        uint64_t time = SECOND;
+        for (; time < start; time += 50'000) {
+            pace.notePicture(true, 0, 20'000, time);
+        }
+        for (; time < start + 2 * SECOND; time += 50'000) {
+            EXPECT_FALSE(pace.notePicture(false, time - start, 20'000, time)) << start;
+        }
+        EXPECT_EQ(passSeconds(pace, 3, false, time), 0u) << start;
+    }
+}
+
+TEST(ViewerPace, TakesAViewerForSlowWhosePicturesTakeLongerThanItIsWatched) {
+    ViewerPace pace;
+    for (uint64_t time = SECOND; time < 8 * SECOND; time += 50'000) {
+        pace.notePicture(false, time % 1'200'000, 20'000, time);
+    }
+    EXPECT_GE(pace.getLane(), 2u);
+}
+
 namespace {
 
 /// What comes of a painter that paints so far apart, some microseconds behind a beat that has begun.
