@@ -120,7 +120,7 @@ class Run:
 
     def live(self):
         """A server, over TLS, and a viewer; the contents change their size."""
-        frames, changed = (1200, 100) if self.options.quick else (100000, 500)
+        frames, changed = (1200, 100) if self.options.quick else (self.options.live_frames, 500)
         with tempfile.TemporaryDirectory() as place:
             video = pathlib.Path(place) / "video.webm"
             changes = [f"--resize-at={frame}:{size}" for frame, size in
@@ -160,7 +160,7 @@ class Run:
         return self.repeat("test_process", "LaunchStress.*", times, f"{10000 * times} launches by four threads")
 
     def logins(self):
-        times = 50 if self.options.quick else 5000
+        times = 50 if self.options.quick else self.options.logins
         return self.repeat("test_login", "UserAuthentication.AcceptsThePassword:LoginSession.MayBeOpenedByRootForAnyone", times,
                            f"{times} passwords and {times} sessions")
 
@@ -192,6 +192,8 @@ def main():
     parser.add_argument("--only", action="append")
     parser.add_argument("--fuzz-seconds", type=int, default=3600)
     parser.add_argument("--frames", type=int, default=500000)
+    parser.add_argument("--live-frames", type=int, default=100000)
+    parser.add_argument("--logins", type=int, default=5000)
     parser.add_argument("--again", action="store_true")
     parser.add_argument("--list", action="store_true")
     options = parser.parse_args()

@@ -7,6 +7,8 @@
 #   scripts/campaign.sh --only PATTERN     only the runs whose names match, such as 'fuzz:*', 'frames:vp9'; may be given again
 #   scripts/campaign.sh --fuzz-seconds N   so long for each fuzzer (default: 3600)
 #   scripts/campaign.sh --frames N         so many frames for each codec (default: 500000; a size change each 500 frames)
+#   scripts/campaign.sh --live-frames N    so many frames for each codec of the live screen (default: 100000)
+#   scripts/campaign.sh --logins N         so many passwords and so many sessions (default: 5000)
 #   scripts/campaign.sh --again            runs that passed at this commit are run once more; they are left out otherwise
 #   scripts/campaign.sh --list             the names of the runs
 #   scripts/campaign.sh --no-build         with the programs that are there
