@@ -145,6 +145,13 @@ struct Program {
             ->add_option("--save", m_inspect.m_savePath,
                          "Keep what encoders offer and decoders ask for in this file (raw, zbf, xml, json)")
             ->check(checkObjectPath);
+        CLI::Option* const load =
+            command
+                ->add_option("--load", m_inspect.m_loadPath, "Show what such a file has kept, in place of this machine")
+                ->excludes("--save")
+                ->excludes("--why");
+        command->add_flag("--compare", m_inspect.m_compare, "Show only in what the file and this machine differ")
+            ->needs(load);
         command->callback([this] { m_result = runInspect(m_inspect); });
     }
 

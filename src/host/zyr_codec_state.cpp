@@ -39,6 +39,21 @@ void save(Framework& p_framework, IObject& p_object, const std::string& p_path) 
     }
 }
 
+/// The file's object, which is of the class. `p_absence` says what the file lacks otherwise. Throws RunError.
+template <class Class> Ref<IObject> load(Framework& p_framework, const std::string& p_path, const char* p_absence) {
+    registerCodecState();
+    std::vector<std::string> reasons;
+    const std::string format = chooseObjectFormat(p_path, readObjectFile(p_path), "");
+    Ref<IObject> object = loadObject(p_framework, p_path, format, reasons);
+    if (!object) {
+        throw RunError(reasons.empty() ? "it cannot be loaded" : reasons.front());
+    }
+    if (!object->findClassGUID(Class::getStaticClassGUID())) {
+        throw RunError(std::string("it holds ") + p_absence + ", but " + toText(object->getClassName()));
+    }
+    return object;
+}
+
 std::string nameOf(const FrameCodecInfo& p_info) {
     const std::string hardware = toText(p_info.hardwareDeviceName);
     return toText(p_info.codecImplementation) + " (" + (hardware.empty() ? "software" : hardware) + ") for " +
@@ -130,6 +145,11 @@ void saveCodecOffers(Framework& p_framework, const Market& p_market, const std::
     save(p_framework, *offers, p_path);
 }
 
+Ref<CodecOffers> loadCodecOffers(Framework& p_framework, const std::string& p_path) {
+    const Ref<IObject> object = load<CodecOffers>(p_framework, p_path, "no offers of codecs");
+    return Ref<CodecOffers>::share(static_cast<CodecOffers*>(object.get()));
+}
+
 void saveCodecAgreement(Framework& p_framework, const Match& p_match, const std::string& p_path) {
     const Ref<CodecAgreement> agreement = Ref<CodecAgreement>::adopt(new CodecAgreement);
     agreement->m_first = p_match.m_info;
@@ -138,16 +158,7 @@ void saveCodecAgreement(Framework& p_framework, const Match& p_match, const std:
 }
 
 std::unique_ptr<Match> loadCodecAgreement(Framework& p_framework, const Market& p_market, const std::string& p_path) {
-    registerCodecState();
-    std::vector<std::string> reasons;
-    const std::string format = chooseObjectFormat(p_path, readObjectFile(p_path), "");
-    const auto object = loadObject(p_framework, p_path, format, reasons);
-    if (!object) {
-        throw RunError(reasons.empty() ? "it cannot be loaded" : reasons.front());
-    }
-    if (!object->findClassGUID(CodecAgreement::getStaticClassGUID())) {
-        throw RunError("it holds no agreed record, but " + toText(object->getClassName()));
-    }
+    const auto object = load<CodecAgreement>(p_framework, p_path, "no agreed record");
     const auto& agreement = static_cast<const CodecAgreement&>(*object);
     if (!toText(agreement.m_first.codecOptions).empty() &&
         !EncoderOptions::isWellFormed(toText(agreement.m_first.codecOptions))) {

@@ -59,6 +59,9 @@ void registerCodecState();
 void saveCodecOffers(Framework& p_framework, const Market& p_market, const std::string& p_path);
 void saveCodecAgreement(Framework& p_framework, const Match& p_match, const std::string& p_path);
 
+/// Loads what codecs offered where the file was saved. Throws RunError for a file without it.
+Ref<CodecOffers> loadCodecOffers(Framework& p_framework, const std::string& p_path);
+
 /// An agreed record cannot be used on this machine. The text tells why.
 class NotUsableError : public std::runtime_error {
 public:

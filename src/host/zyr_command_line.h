@@ -23,6 +23,8 @@ struct InspectOptions {
     FrameworkOptions m_framework;
     std::string m_codec;    ///< Only this one, in full. Empty: a list of all.
     std::string m_savePath; ///< File that keeps what the codecs offer. Empty: none.
+    std::string m_loadPath; ///< Such a file, which is shown in place of this machine. Empty: none.
+    bool m_compare = false; ///< Only in what the file and this machine differ.
     bool m_json = false;
     bool m_why = false;
 };

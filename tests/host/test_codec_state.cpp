@@ -67,6 +67,82 @@ TEST_F(CodecStateFiles, InspectKeepsWhatCodecsOfferInEachFormat) {
     }
 }
 
+TEST_F(CodecStateFiles, InspectShowsWhatWasKeptInEachFormat) {
+    const json listed = json::parse(runHost({"inspect", "--json"}).m_out, nullptr, false);
+    json expected = {{"proposals", listed["proposals"]}, {"requests", listed["requests"]}};
+    for (const char* list : {"proposals", "requests"}) {
+        ASSERT_FALSE(expected[list].empty());
+        for (json& record : expected[list]) {
+            // What of a record belongs to this machine alone.
+            for (const char* name : {"class", "file", "chosen"}) {
+                record.erase(name);
+            }
+        }
+    }
+    for (const char* name : {"state.raw", "state.zbf", "state.xml", "state.json"}) {
+        SCOPED_TRACE(name);
+        ASSERT_EQ(runHost({"inspect", "--save", getPath(name)}).m_exitCode, 0);
+        const ProgramRun shown = runHost({"inspect", "--load", getPath(name), "--json"});
+        EXPECT_EQ(shown.m_exitCode, 0) << shown.m_err;
+        EXPECT_EQ(json::parse(shown.m_out, nullptr, false), expected);
+        const ProgramRun compared = runHost({"inspect", "--load", getPath(name), "--compare"});
+        EXPECT_EQ(compared.m_exitCode, 0) << compared.m_err;
+        EXPECT_EQ(compared.m_out, "");
+    }
+}
+
+TEST_F(CodecStateFiles, InspectShowsOneOfTheKeptCodecsInFull) {
+    ASSERT_EQ(runHost({"inspect", "--save", getPath("a.json")}).m_exitCode, 0);
+    replace("a.json", "b.json", "\"mpeg1video\"", "\"elsewhere\"");
+    const ProgramRun shown = runHost({"inspect", "elsewhere", "--load", getPath("b.json")});
+    EXPECT_EQ(shown.m_exitCode, 0);
+    EXPECT_THAT(shown.m_out, testing::StartsWith("encoder elsewhere, software, FAST\n  options strict=unofficial\n"));
+    EXPECT_THAT(shown.m_out, HasSubstr("\n\ndecoder elsewhere, software, FAST\n"));
+    const ProgramRun unknown = runHost({"inspect", "mpeg1video", "--load", getPath("b.json")});
+    EXPECT_EQ(unknown.m_exitCode, 3);
+    EXPECT_EQ(unknown.m_out, "");
+    EXPECT_EQ(unknown.m_err, "zyr-host: codec 'mpeg1video' was not usable where " + getPath("b.json") + " was saved\n");
+}
+
+TEST_F(CodecStateFiles, InspectTellsInWhatTheFileAndThisMachineDiffer) {
+    ASSERT_EQ(runHost({"inspect", "--save", getPath("a.json")}).m_exitCode, 0);
+    replace("a.json", "b.json", "\"mpeg1video\"", "\"elsewhere\"");
+    replace("b.json", "b.json", "crf=32,", "crf=31,");
+    const ProgramRun compared = runHost({"inspect", "--load", getPath("b.json"), "--compare"});
+    EXPECT_EQ(compared.m_exitCode, 1);
+    EXPECT_THAT(compared.m_out, HasSubstr("  encoder vp9 libvpx-vp9 (software)\n  - options: \"crf=31,"));
+    EXPECT_THAT(compared.m_out, HasSubstr("\"\n  + options: \"crf=32,"));
+    EXPECT_THAT(compared.m_out, HasSubstr("- encoder elsewhere elsewhere (software)\n+ encoder mpeg1video mpeg1video"
+                                          " (software)\n- decoder elsewhere elsewhere (software)\n+ decoder "
+                                          "mpeg1video mpeg1video (software)\n"));
+    const ProgramRun one = runHost({"inspect", "elsewhere", "--load", getPath("b.json"), "--compare", "--json"});
+    EXPECT_EQ(one.m_exitCode, 1);
+    EXPECT_EQ(json::parse(one.m_out, nullptr, false), json::parse(R"({"differences": [
+        {"kind": "encoder", "codec": "elsewhere", "implementation": "elsewhere", "hardware": "", "where": "there"},
+        {"kind": "decoder", "codec": "elsewhere", "implementation": "elsewhere", "hardware": "", "where": "there"}]})"));
+}
+
+TEST_F(CodecStateFiles, InspectComparesFeaturesThatOnlyOneSideNames) {
+    ASSERT_EQ(runHost({"inspect", "--save", getPath("a.json")}).m_exitCode, 0);
+    const std::string text = read("a.json");
+    ASSERT_THAT(text, HasSubstr("\"variableQuality\": \"MANDATORY\""));
+    replace("a.json", "b.json", "\"variableQuality\": \"MANDATORY\"", "\"variableQuality\": \"NONE\"");
+    const ProgramRun compared = runHost({"inspect", "vp9", "--load", getPath("b.json"), "--compare"});
+    EXPECT_EQ(compared.m_exitCode, 1);
+    EXPECT_THAT(compared.m_out, HasSubstr("  encoder vp9 libvpx-vp9 (software)\n  - variableQuality: none\n  + "
+                                          "variableQuality: \"MANDATORY\"\n"));
+}
+
+TEST_F(CodecStateFiles, InspectRefusesFilesWithoutOffers) {
+    ASSERT_EQ(stream({"--encoder", "mpeg1video", "--save-codec-info", getPath("a.json")}).m_exitCode, 0);
+    const ProgramRun other = runHost({"inspect", "--load", getPath("a.json")});
+    EXPECT_EQ(other.m_exitCode, 1);
+    EXPECT_EQ(other.m_err, "zyr-host: " + getPath("a.json") + ": it holds no offers of codecs, but CodecAgreement\n");
+    EXPECT_EQ(runHost({"inspect", "--load", getPath("none.json")}).m_exitCode, 1);
+    EXPECT_EQ(runHost({"inspect", "--compare"}).m_exitCode, 2);
+    EXPECT_EQ(runHost({"inspect", "--load", getPath("a.json"), "--save", getPath("b.json")}).m_exitCode, 2);
+}
+
 TEST_F(CodecStateFiles, RefusesFilesOfNoFormat) {
     for (const std::vector<std::string>& arguments :
          {std::vector<std::string>{"inspect", "--save", "state.bin"},
