@@ -122,8 +122,10 @@ bool JsonOutput::member(const String& p_name) {
     frame.m_hasItems = true;
     *target++ = '"';
     target = copyText(target, p_name);
-    memcpy(target, "\": ", 3);
-    m_buffer.commit(target + 3);
+    *target++ = '"';
+    *target++ = ':';
+    *target++ = ' ';
+    m_buffer.commit(target);
     return true;
 }
 
