@@ -1,5 +1,6 @@
 // Objects in a stream that are held by pointers of their own class.
 #include "core_module/core_module_test.h"
+#include "support/log_capture.h"
 #include "support/zyr_invariant.h"
 #include "zyr_common/formats/zyr_format_info.h"
 #include "zyr_common/memory/zyr_ref.h"
@@ -7,6 +8,9 @@
 #include "zyr_common/object_containers/zyr_hash_map_of_objects.h"
 #include "zyr_common/object_containers/zyr_list_of_objects.h"
 #include "zyr_common/serialization/zyr_single_objects.h"
+#include "zyr_common/storage/zyr_load_save.h"
+
+#include <array>
 
 namespace zyr {
 namespace {
@@ -21,6 +25,26 @@ public:
     void init_This() {}
     void release_This() {}
     void copy_This(const Leaf*) {}
+};
+
+/// Holds an object in a field of its own.
+class Holder : public ObjectClass<Holder, WObject> {
+public:
+    static constexpr const char* c_className = "Holder";
+    static constexpr const char* c_classGUIDText = "10000000-0000-4000-8000-0000000000a2";
+
+    Holder() { initObjectInterface(); }
+    void init_This() {}
+    void release_This() {}
+    void copy_This(const Holder*) {}
+    bool_t writeSerialized(ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result) override {
+        IObject* const held = m_held;
+        p_result = p_headerPass ? p_serializer->writeHeaderSingleObject<IObject>("held", held, p_result)
+                                : p_serializer->writeSingleObject<IObject>("held", held);
+        return p_result;
+    }
+
+    IObject* m_held = nullptr; ///< Not owned.
 };
 
 class SingleObjects : public CoreModuleUpTest {
@@ -90,6 +114,40 @@ TEST_F(SingleObjects, OfAClassOfThisProgramComeBackAsSuch) {
     const auto leaf = Ref<Leaf>::adopt(new Leaf);
     write(leaf.get());
     EXPECT_TRUE(Ref<Leaf>::adopt(read<Leaf>("first")));
+}
+
+TEST_F(SingleObjects, ThatHoldThemselvesEndTheWriting) {
+    const auto first = Ref<Holder>::adopt(new Holder);
+    const auto second = Ref<Holder>::adopt(new Holder);
+    first->m_held = second.get();
+    second->m_held = first.get();
+    bool_t result = 1;
+    ASSERT_TRUE(getSerializer()->beginHeader());
+    {
+        const LogCapture capture;
+        EXPECT_FALSE(getSerializer()->writeHeaderSingleObject<IObject>("first", first.get(), result));
+        ASSERT_EQ(capture.getLines().size(), 1u);
+        EXPECT_EQ(capture.getLines()[0].message, "Unable to write Holder: it holds itself");
+    }
+    EXPECT_FALSE(result);
+    EXPECT_FALSE(getSerializer()->writeSingleObject<IObject>("first", first.get()));
+    // The chain is left again: this one is no part of it.
+    EXPECT_TRUE(getSerializer()->writeSingleObject<IObject>("leaf", Ref<Leaf>::adopt(new Leaf).get()));
+    Array<uint8_t> data;
+    for (const char* format : {"raw", "zbf", "xml", "json"}) {
+        EXPECT_FALSE(zyr_saveToData(first.get(), data, format, 0, String())) << format;
+    }
+}
+
+TEST_F(SingleObjects, OfAChainThatIsLongAreWritten) {
+    std::array<Holder, 200> chain;
+    for (size_t i = 1; i < chain.size(); i++) {
+        chain[i - 1].m_held = &chain[i];
+    }
+    Array<uint8_t> data;
+    for (const char* format : {"raw", "zbf", "xml", "json"}) {
+        EXPECT_TRUE(zyr_saveToData(&chain[0], data, format, 0, String())) << format;
+    }
 }
 
 TEST_F(SingleObjects, OfAnotherClassAreReleasedAndNotFound) {

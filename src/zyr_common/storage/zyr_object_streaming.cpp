@@ -37,7 +37,52 @@ String getBracedPart(const String& p_typeName) {
     return p_typeName.parseBracketsString('{', '}', nullptr);
 }
 
+/// An object while it is written on this thread. One that holds itself, without a container that would count, would
+/// be written for ever.
+class WrittenObject {
+public:
+    explicit WrittenObject(const IObject* p_object);
+    ~WrittenObject();
+    WrittenObject(const WrittenObject&) = delete;
+    WrittenObject& operator=(const WrittenObject&) = delete;
+
+    /// False after a line, when the object is inside itself. Looked at only where objects are nested deeply.
+    bool_t isFirst() const { return m_isFirst; }
+
+private:
+    static constexpr uint32_t USUAL_DEPTH = 64;
+
+    const IObject* m_object;
+    const WrittenObject* m_outer;
+    uint32_t m_depth;
+    bool_t m_isFirst = 1;
+};
+
+// Not a member: another unit would reach it through a symbol that modules share.
+thread_local const WrittenObject* s_innermost = nullptr;
+
+WrittenObject::WrittenObject(const IObject* p_object)
+    : m_object(p_object), m_outer(s_innermost), m_depth(m_outer == nullptr ? 1 : m_outer->m_depth + 1) {
+    s_innermost = this;
+    const WrittenObject* outer = m_depth > USUAL_DEPTH ? m_outer : nullptr;
+    while (outer != nullptr && outer->m_object != p_object) {
+        outer = outer->m_outer;
+    }
+    if (outer != nullptr) {
+        m_isFirst = 0;
+        ZYR_LOG_WARN("Unable to write %s: it holds itself", p_object->getClassName().getData());
+    }
+}
+
+WrittenObject::~WrittenObject() {
+    s_innermost = m_outer;
+}
+
 bool_t declareObject(ISerializer* p_serializer, IObject* p_object) {
+    const WrittenObject written(p_object);
+    if (!written.isFirst()) {
+        return 0;
+    }
     bool_t result = 1;
     return p_serializer->beginHeaderStructure(p_object->getClassName()) &&
            p_object->writeSerialized(p_serializer, 1, result) && p_serializer->endHeaderStructure();
@@ -192,6 +237,10 @@ template <> bool_t ISerializer::writeSingleObject(const String& p_name, IObject*
     }
     if (info != nullptr) {
         info->release();
+    }
+    const WrittenObject written(p_object);
+    if (!written.isFirst()) {
+        return 0;
     }
     bool_t result = 1;
     if (!beginObject(p_name, p_object->getClassName(), String::newFromGUID(p_object->getClassGUID()))) {
