@@ -136,7 +136,8 @@ def readPack(path):
 def saved(figures, writer, reader):
     """What `writer` saved, through `reader` and back. The formats take turns: each object comes in one of them."""
     packs = [[readPack(side.tree / f"tests/data/objects/golden.{form}.pack") for form in FORMATS] for side in (writer, reader)]
-    known = [name for name in packs[0][0] if name in packs[1][0]]
+    # Bare records are no objects that convert takes, and one object wants its deferred file beside it.
+    known = [name for name in packs[0][0] if name in packs[1][0] and not name.startswith(("record/", "shape/", "odd/deferred"))]
     back = 0
     for index, name in enumerate(known):
         form, between = FORMATS[index % 4], FORMATS[(index // 4 + index + 1) % 4]
