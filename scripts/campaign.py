@@ -8,6 +8,7 @@ import os
 import pathlib
 import re
 import signal
+import statistics
 import subprocess
 import sys
 import tempfile
@@ -21,7 +22,7 @@ TESTS = ROOT / "build/ci/bin"
 HEAD = """# Campaigns
 
 Long runs that tests have no time for, by `scripts/campaign.sh`. Memory (KiB resident), descriptors and threads of the process
-are looked at while it runs: the largest figures between a tenth and a half of the time, and those of its last quarter. They are
+are looked at while it runs: the median between a tenth and a half of the time, and that of its last quarter. They are
 flat when descriptors and threads don't grow, and memory by no more than a twentieth and 4 MiB.
 """
 TABLE = "| run | when (UTC), commit, machine | what | seconds | memory | descriptors | threads | result |\n|---|---|---|---|---|---|---|---|\n"
@@ -74,7 +75,7 @@ def judge(seen):
     late = seen[-max(1, len(seen) // 4):]
     texts, flat = [], True
     for index in range(3):
-        first, last = max(each[index] for each in early), max(each[index] for each in late)
+        first, last = (round(statistics.median(each[index] for each in part)) for part in (early, late))
         texts.append(f"{first} to {last}")
         flat = flat and last <= first + (MEMORY_ROOM + first // 20 if index == 0 else 0)
     return texts, flat
