@@ -134,9 +134,7 @@ class Measurement:
                     for capture, encode, queue, arrival, decode, draw in await self.viewer.stages()]
             self.result["stages"] = {name: percentiles([row[i] / 1000 for row in rows]) for i, name in enumerate(STAGES)}
             return
-        await self.viewer.tell("report")
-        await asyncio.sleep(0.3)
-        report = json.loads(self.viewer.report.read_text())
+        report = await self.viewer.take_report()
         self.result["stages"] = {name: report["latencyMs"][name] for name in STAGES}
         self.result["codecs"] = report["codecs"] | {"regions": report["regionFrames"], "keys": report["keyFrames"]}
         self.result["bytesOfCodecs"] = report["bytesOfCodecs"]
@@ -210,7 +208,7 @@ async def measure(options):
                 for way in options.ways if run % 2 == 0 else options.ways[::-1]:
                     try:
                         result = await show(way, scene, options, page)
-                    except (RuntimeError, AssertionError, subprocess.SubprocessError) as error:
+                    except (OSError, RuntimeError, AssertionError, subprocess.SubprocessError) as error:
                         print(f"{scene} {way}: {error}", file=sys.stderr)
                         continue
                     runs.setdefault(scene, {}).setdefault(way, []).append(result)

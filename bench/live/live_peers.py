@@ -2,6 +2,7 @@
 behind it."""
 import asyncio
 import contextlib
+import json
 import os
 import pathlib
 import re
@@ -213,6 +214,15 @@ class NativeViewer:
 
     async def click(self):
         await self.tell("click")
+
+    async def take_report(self):
+        await self.tell("report")
+        for _ in range(200):
+            text = self.report.read_text()
+            if text.endswith("}\n"):
+                return json.loads(text)
+            await asyncio.sleep(0.05)
+        raise RuntimeError(f"the viewer did not report: {text}")
 
     async def pictures(self):
         return [(int(seen) / 1e6, float(age), int(frame)) for seen, age, frame in self.lines("P")]
