@@ -6,7 +6,7 @@
 
 #include "zyr_common/memory/zyr_ref.h"
 #include "zyr_common/object/zyr_factories.h"
-#include "zyr_common/serialization/zyr_record_fields.h"
+#include "zyr_common/serialization/zyr_record_items.h"
 #include "zyr_common/storage/zyr_load_save.h"
 
 namespace zyr::host {

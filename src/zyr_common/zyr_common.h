@@ -133,6 +133,7 @@
 #include "zyr_common/serialization/zyr_numbered_record.h"
 #include "zyr_common/serialization/zyr_record.h"
 #include "zyr_common/serialization/zyr_record_fields.h"
+#include "zyr_common/serialization/zyr_record_items.h"
 #include "zyr_common/serialization/zyr_record_table.h"
 #include "zyr_common/serialization/zyr_serializer.h"
 #include "zyr_common/serialization/zyr_single_objects.h"

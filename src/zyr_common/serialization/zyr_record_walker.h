@@ -5,7 +5,7 @@
 
 #include "zyr_common/object/zyr_type_names.h"
 #include "zyr_common/serialization/zyr_record.h"
-#include "zyr_common/serialization/zyr_record_fields.h"
+#include "zyr_common/serialization/zyr_record_items.h"
 #include "zyr_common/serialization/zyr_record_table.h"
 
 namespace zyr {

@@ -149,18 +149,19 @@ TEST_F(BadDocuments, WithValuesOfAnotherShapeGiveNothing) {
          {std::pair{"Json", "{\"top\":{\"numbers\":1,\"texts\":[\"x\",{}],\"text\":{}}}"},
           std::pair{"Xml", "<zyr><top><numbers><b>1</b></numbers><texts><item>x</item><item><b/></item></texts>"
                            "<text><b/></text></top></zyr>"}}) {
+        const char* format = prefix; // A lambda can't take a part of a structured binding.
         uint32_t cache = 0;
         read(prefix, bytes, [&](IDeserializer* p_deserializer) {
             Array<String> texts;
-            EXPECT_FALSE(p_deserializer->readStringArray("texts", cache, texts, 0)) << prefix;
+            EXPECT_FALSE(p_deserializer->readStringArray("texts", cache, texts, 0)) << format;
         });
         read(prefix, bytes, [&](IDeserializer* p_deserializer) {
             String text;
-            EXPECT_FALSE(p_deserializer->readString("text", cache, text, nullptr)) << prefix;
+            EXPECT_FALSE(p_deserializer->readString("text", cache, text, nullptr)) << format;
         });
         read(prefix, bytes, [&](IDeserializer* p_deserializer) {
             Array<double> numbers;
-            EXPECT_FALSE(p_deserializer->readDoubleArray("numbers", cache, numbers, 0)) << prefix;
+            EXPECT_FALSE(p_deserializer->readDoubleArray("numbers", cache, numbers, 0)) << format;
             EXPECT_TRUE(numbers.isEmpty());
         });
     }

@@ -6,7 +6,6 @@ namespace zyr {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 class FramesTest : public TransportTest {
