@@ -6,6 +6,8 @@
 #include <cstring>
 #include <poll.h>
 
+// Samples name things to show that they are there.
+#pragma GCC diagnostic ignored "-Wunused-variable"
 // The samples' own words are those of a reader's program.
 // NOLINTBEGIN(readability-identifier-naming)
 namespace zyr {
