@@ -6,41 +6,15 @@
 
 namespace zyr {
 
-namespace {
-
-/// A dotted path in its two parts, as String::getStringPathRoot cuts it, without copies: the views are valid as long as
-/// the path.
-struct RecordPath {
-    explicit RecordPath(const String& p_path) {
-        const char* text = p_path.getData();
-        const size_t length = p_path.getLengthInBytes();
-        // Words are short: a search by the C library costs more than it saves.
-        size_t root = 0;
-        while (root < length && text[root] != '.' && text[root] != 0) {
-            ++root;
-        }
-        if (root == length || text[root] == 0) {
-            m_root.bindData(text, length);
-            return;
-        }
-        m_root.bindData(text, root);
-        m_rest.bindData(text + root + 1, length - root - 1);
-    }
-
-    WrappedString m_root;
-    WrappedString m_rest;
-};
-
-} // namespace
-
 /// The key of a field, and where deserializers found it last.
 struct RecordTable::Site {
-    /// The first byte is compared here: most keys differ in it or in their length.
-    bool isKey(const WrappedString& p_word) const {
+    /// Whether the key is the first word of a dotted path. Keys have no period, so that the path need not be cut first;
+    /// most keys differ from it in their first byte or where it has its period.
+    bool isRootOf(const char* p_path, size_t p_length) const {
         const char* key = m_key.getData();
         const size_t length = m_key.getLengthInBytes();
-        return length == p_word.getSize() && *key == *p_word.getData() &&
-               (length <= 1 || memcmp(key, p_word.getData(), length) == 0);
+        return length <= p_length && *key == *p_path && (length == p_length || p_path[length] == '.') &&
+               (length <= 1 || memcmp(key, p_path, length) == 0);
     }
 
     String m_key;
@@ -100,10 +74,11 @@ bool_t RecordTable::write(void* p_record, ISerializer* p_serializer, bool_t p_fi
 }
 
 VariableReference* RecordTable::find(void* p_record, const String& p_path, bool_t& p_known) {
-    const RecordPath path(p_path);
+    const char* path = p_path.getData();
+    const size_t length = p_path.getLengthInBytes();
     const Site* sites = getSites();
     size_t i = 0;
-    while (i < m_count && !sites[i].isKey(path.m_root)) {
+    while (i < m_count && !sites[i].isRootOf(path, length)) {
         ++i;
     }
     p_known = i < m_count;
@@ -113,8 +88,11 @@ VariableReference* RecordTable::find(void* p_record, const String& p_path, bool_
     void* fields[c_maximum];
     m_locate(p_record, fields);
     const RecordFieldKind& kind = *m_rows[i].m_kind;
-    if (!path.m_rest.isEmpty()) {
-        return kind.m_find(fields[i], path.m_rest);
+    const size_t root = sites[i].m_key.getLengthInBytes();
+    if (root + 1 < length) {
+        WrappedString rest;
+        rest.bindData(path + root + 1, length - root - 1);
+        return kind.m_find(fields[i], rest);
     }
     return kind.m_type != ZYR_VARIABLE_NONE ? new VariableReference(kind.m_type, fields[i]) : nullptr;
 }
