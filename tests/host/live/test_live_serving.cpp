@@ -1,24 +1,23 @@
 // Runs the checks of check_live.py, each of which talks to a server of its own as browsers and viewers do.
+#include "support/zyr_private_mounts.h"
 #include "zyr_program_run.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <string>
-#include <unistd.h>
 
 namespace zyr {
 
 namespace {
 
-constexpr int SKIPPED = 77;
 constexpr const char* PYTHON = "/usr/bin/python3";
-constexpr const char* BROWSER = "/usr/lib/chromium/chromium";
 
 class LiveServing : public testing::TestWithParam<const char*> {};
 
-bool hasWebSockets() {
-    return runProgram(PYTHON, {"-c", "import websockets"}).m_exitCode == 0;
+/// The checks that have mounts and accounts of their own.
+bool hasPrivateSystem(const std::string& p_name) {
+    return p_name == "accounts_come_in_by_their_passwords" || p_name == "root_becomes_the_user_at_the_console";
 }
 
 std::string nameOf(const testing::TestParamInfo<const char*>& p_info) {
@@ -28,27 +27,18 @@ std::string nameOf(const testing::TestParamInfo<const char*>& p_info) {
 } // namespace
 
 TEST_P(LiveServing, Holds) {
-    if (!hasWebSockets()) {
-        GTEST_SKIP() << "this machine has no python3-websockets";
-    }
-    if (std::string(GetParam()).rfind("a_browser", 0) == 0 && access(BROWSER, X_OK) != 0) {
-        GTEST_SKIP() << "this machine has no Chromium";
+    if (hasPrivateSystem(GetParam())) {
+        ZYR_NEEDS_PRIVATE_SYSTEM();
     }
     setenv("ZYR_HOST_PROGRAM", ZYR_HOST_PROGRAM, 1);
     setenv("ZYR_TEST_PAM_MODULE", ZYR_TEST_PAM_MODULE, 1);
     const ProgramRun run = runProgram(PYTHON, {std::string(ZYR_LIVE_CHECKS) + "/check_live.py", GetParam()});
-    if (run.m_exitCode == SKIPPED) {
-        GTEST_SKIP() << "this machine gives no root, which mounts and accounts of its own take";
-    }
     EXPECT_EQ(run.m_exitCode, 0) << run.m_err;
 }
 
 class Publishing : public testing::TestWithParam<const char*> {};
 
 TEST_P(Publishing, Holds) {
-    if (!hasWebSockets()) {
-        GTEST_SKIP() << "this machine has no python3-websockets";
-    }
     setenv("ZYR_HOST_PROGRAM", ZYR_HOST_PROGRAM, 1);
     const ProgramRun run = runProgram(PYTHON, {std::string(ZYR_LIVE_CHECKS) + "/check_publishing.py", GetParam()});
     EXPECT_EQ(run.m_exitCode, 0) << run.m_err;
