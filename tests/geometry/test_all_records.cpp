@@ -149,6 +149,14 @@ TEST(RecordPaths, GoThroughSeveralLevels) {
     EXPECT_EQ(record.getVariableReferenceByPath("a..b"), nullptr);
 }
 
+TEST(RecordPaths, AreMadeOfWholeWords) {
+    ExtBox<double> record;
+    for (const char* path : {"", ".", ".origin", "orig", "origins", "originz", "origin:z", "origins.z", "orig.z",
+                             "origin.zz", "origin.z "}) {
+        EXPECT_EQ(record.getVariableReferenceByPath(path), nullptr) << path;
+    }
+}
+
 TEST(RecordDefaults, FollowTheTables) {
     EXPECT_EQ(ExtDimensionWidth<float>().widthAnchor, 8);
     EXPECT_EQ(ExtDimensionHeight<double>().heightAnchor, 8);
