@@ -67,3 +67,10 @@ inEmulatorNamespace() {
     rm -f "$go"
     return $status
 }
+
+# packageMirror: the address of the archive from which this machine's own apt takes its packages; other releases and
+# architectures come from the same one.
+packageMirror() {
+    apt-get indextargets --format '$(REPO_URI) $(COMPONENT)' 'Created-By: Packages' |
+        awk '$2 == "main" && $1 ~ /\/debian\/?$/ && !found { print $1; found = 1 } END { exit !found }'
+}

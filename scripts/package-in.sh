@@ -8,6 +8,8 @@
 # and mmdebstrap. The bare system stays for the next time; "rm -rf" takes it away.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
+# shellcheck source=scripts/lib.sh
+. scripts/lib.sh
 
 release="" output="" root=""
 while [ $# -gt 0 ]; do
@@ -28,10 +30,9 @@ mkdir -p "$output"
 if [ ! -e "$root/etc/os-release" ]; then
     command -v mmdebstrap >/dev/null || die "mmdebstrap is not installed"
     say "making a bare $release in $root"
-    mirror=$(apt-get indextargets --format '$(REPO_URI) $(COMPONENT)' 'Created-By: Packages' |
-        awk '$2 == "main" && $1 ~ /\/debian\/?$/ { print $1; exit }')
+    mirror=$(packageMirror) || die "apt has no source of packages"
     mkdir -p "$(dirname "$root")"
-    mmdebstrap --quiet --variant=apt --mode=root "$release" "$root" "${mirror:-http://deb.debian.org/debian}" || die "mmdebstrap"
+    mmdebstrap --quiet --variant=apt --mode=root "$release" "$root" "$mirror" || die "mmdebstrap"
 fi
 mounted=()
 cleanUp() { for place in "${mounted[@]}"; do umount -l "$place"; done; }

@@ -13,6 +13,8 @@
 # by pkg-config, and run; the packages are removed and purged, and nothing of them may stay.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+# shellcheck source=scripts/lib.sh
+. scripts/lib.sh
 
 arguments=("$@")
 codename=$(. /etc/os-release && echo "${VERSION_CODENAME:-}")
@@ -35,8 +37,6 @@ if [ "$architecture" != "$native" ]; then
     # A compiler under emulation takes half an hour.
     quick=true
     if [ -z "${ZYR_EMULATED:-}" ]; then
-        # shellcheck source=scripts/lib.sh
-        . scripts/lib.sh
         ZYR_EMULATED=1 inEmulatorNamespace scripts/package-test.sh "${arguments[@]}"
         exit
     fi
@@ -58,9 +58,8 @@ if [ -z "$root" ]; then
     if [ "$release/$architecture" = "$codename/$native" ]; then
         cat /etc/apt/sources.list.d/*.sources /etc/apt/sources.list /etc/apt/sources.list.d/*.list 2>/dev/null >"$work/sources" || true
     else
-        mirror=$(apt-get indextargets --format '$(REPO_URI) $(COMPONENT)' 'Created-By: Packages' |
-            awk '$2 == "main" && $1 ~ /\/debian\/?$/ { print $1; exit }')
-        echo "deb [signed-by=/usr/share/keyrings/debian-archive-keyring.gpg] ${mirror:-http://deb.debian.org/debian} $release main" >"$work/sources"
+        mirror=$(packageMirror) || die "apt has no source of packages"
+        echo "deb [signed-by=/usr/share/keyrings/debian-archive-keyring.gpg] $mirror $release main" >"$work/sources"
     fi
     # In a user namespace there are no device nodes to be made, and none are needed: the machine's are mounted below.
     mmdebstrap --quiet --variant=apt --mode=root --architectures="$architecture" --skip=check/qemu,setup/mknod,output/mknod \
