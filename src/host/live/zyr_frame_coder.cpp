@@ -1,5 +1,6 @@
 #include "host/live/zyr_frame_coder.h"
 
+#include "host/live/zyr_vp9_packets.h"
 #include "zyr_common/geometry/zyr_rect.h"
 #include "zyr_common/object/zyr_factories.h"
 
@@ -36,13 +37,29 @@ void FrameCoder::setAllowed(uint8_t p_codecs) {
     }
 }
 
+/// A region that has to wait for its context goes by blocks until then, or keeps its last place.
+void FrameCoder::followRegion() {
+    const PictureArea& wanted = m_choice.getRegion();
+    if (wanted.isEmpty() || wanted == m_videoArea || m_spare.isReady(wanted.m_width, wanted.m_height)) {
+        m_region = wanted;
+    }
+}
+
+void FrameCoder::prepareSpare() {
+    const PictureArea area =
+        m_allowed == codecBit(LiveCodec::VP9) ? m_choice.getPicture() : PictureArea(m_choice.getRegion());
+    if (!area.isEmpty()) {
+        m_spare.prepare(area.m_width, area.m_height);
+    }
+}
+
 /// What of the picture goes by VP9 now.
 PictureArea FrameCoder::findVideo(const PictureArea& p_whole, bool p_atRest, uint64_t p_time) const {
     if (m_allowed == codecBit(LiveCodec::VP9)) {
         return p_whole;
     }
     const bool isVideo = !p_atRest && (m_allowed & codecBit(LiveCodec::VP9)) != 0 && m_choice.isMoving(p_time);
-    return isVideo ? m_choice.getRegion() : PictureArea();
+    return isVideo ? m_region : PictureArea();
 }
 
 uint8_t FrameCoder::getUsed(bool p_atRest, uint64_t p_time) const {
@@ -67,7 +84,7 @@ bool FrameCoder::isKeyDue(uint8_t p_missing, bool p_atRest, uint64_t p_time) con
 
 /// Takes the region out of the picture, and sees what has changed in it.
 void FrameCoder::watchRegion(const IUnpackedFrameData& p_frame, uint64_t p_time) {
-    const PictureArea region = m_choice.getRegion();
+    const PictureArea region = m_region;
     if (region.isEmpty()) {
         m_seenArea = region;
         return;
@@ -77,7 +94,7 @@ void FrameCoder::watchRegion(const IUnpackedFrameData& p_frame, uint64_t p_time)
     const size_t last = m_present;
     m_present = 1 - m_present;
     copyArea(*p_frame.getSystemMemory(0, 1), region, m_seen[m_present]);
-    if (isKnown) {
+    if (isKnown && region == m_choice.getRegion()) {
         const auto changes = Ref<IDiffmap>::adopt(zyr_createInterfaceObject<IDiffmap>());
         const IImage* const image = m_seen[m_present].getFrame().getSystemMemory(0, 1);
         if (image->extractDiffmap(changes.get(), m_seen[last].getFrame().getSystemMemory(0, 1), BLOCK, BLOCK)) {
@@ -94,12 +111,31 @@ Ref<IDiffmap> FrameCoder::findRest(const PictureArea& p_whole, const PictureArea
     return rest;
 }
 
+/// Encodes with the spare, which becomes VP9's context. False when there is none.
+bool FrameCoder::runSpare(CodedPart& p_part, IUnpackedFrameData& p_frame) {
+    PreparedEncoder::Spare spare = m_spare.take(p_frame.getWidth(), p_frame.getHeight());
+    if (!spare.m_context) {
+        return false;
+    }
+    p_part.m_packet = Ref<IPackedFrameData>::adopt(spare.m_context->encode(&p_frame));
+    if (!p_part.m_packet ||
+        !putBehindHiddenKey(spare.m_key, *p_part.m_packet->getPackedFrameDataReserved()->getPackedDataMutable())) {
+        return false;
+    }
+    std::swap(m_sides[size_t(LiveCodec::VP9)].m_context, spare.m_context);
+    m_spare.discard(std::move(spare.m_context));
+    return true;
+}
+
 bool FrameCoder::run(CodedPart& p_part, IUnpackedFrameData& p_frame, bool p_afresh, uint64_t p_time) {
     Side& side = m_sides[size_t(p_part.m_codec)];
-    if (!side.m_context || p_afresh) {
-        side.m_context = m_codecs.createEncoder(p_part.m_codec);
+    const bool isAfresh = !side.m_context || p_afresh;
+    if (!isAfresh || p_part.m_codec != LiveCodec::VP9 || !runSpare(p_part, p_frame)) {
+        if (isAfresh) {
+            side.m_context = m_codecs.createEncoder(p_part.m_codec);
+        }
+        p_part.m_packet = Ref<IPackedFrameData>::adopt(side.m_context->encode(&p_frame));
     }
-    p_part.m_packet = Ref<IPackedFrameData>::adopt(side.m_context->encode(&p_frame));
     if (!p_part.m_packet) {
         side.m_context.clear();
         return false;
@@ -149,6 +185,7 @@ std::vector<CodedPart> FrameCoder::encode(IUnpackedFrameData& p_frame, uint8_t p
                                           uint64_t p_time) {
     m_choice.resize(p_frame.getWidth(), p_frame.getHeight());
     const PictureArea whole = m_choice.getPicture();
+    followRegion();
     watchRegion(p_frame, p_time);
     const PictureArea video = findVideo(whole, p_atRest, p_time);
     std::vector<CodedPart> parts;
@@ -159,6 +196,7 @@ std::vector<CodedPart> FrameCoder::encode(IUnpackedFrameData& p_frame, uint8_t p
         addVideo(video == whole ? p_frame : m_seen[m_present].getFrame(), video, p_missing, p_time, parts);
     }
     m_choice.update(p_time);
+    prepareSpare();
     return parts;
 }
 

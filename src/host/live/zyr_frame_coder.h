@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/live/zyr_live_codecs.h"
+#include "host/live/zyr_prepared_encoder.h"
 #include "host/live/zyr_region_choice.h"
 #include "host/zyr_stream_run.h"
 
@@ -21,11 +22,13 @@ struct CodedPart {
 
 /// Blocks are for all of the picture but the region that moves like a video; that one goes by VP9, in a context of its
 /// size. At rest, and when the region has come to rest, blocks show it exactly. The two contexts' states do not touch:
-/// what blocks leave out they have as it was. Times are microseconds. One thread.
+/// what blocks leave out they have as it was. Beside VP9's context there is a spare, which the next key frame comes
+/// from; a new region waits for it, since opening takes longer than a picture may. Times are microseconds. One thread.
 class FrameCoder {
 public:
     /// `p_codecs` must outlive the object.
-    explicit FrameCoder(const LiveCodecs& p_codecs) : m_codecs(p_codecs), m_allowed(p_codecs.getCodecs()) {}
+    explicit FrameCoder(const LiveCodecs& p_codecs)
+        : m_codecs(p_codecs), m_allowed(p_codecs.getCodecs()), m_spare(p_codecs) {}
 
     /// Leaves only codecs that all viewers know.
     void setAllowed(uint8_t p_codecs);
@@ -41,6 +44,9 @@ public:
     /// Empty when an encoder has failed.
     std::vector<CodedPart> encode(IUnpackedFrameData& p_frame, uint8_t p_missing, bool p_atRest, uint64_t p_time);
 
+    /// Waits for the spare that is being prepared.
+    void finishSpare() { m_spare.finish(); }
+
 private:
     struct Side {
         Ref<IFrameEncoderContext> m_context;
@@ -49,22 +55,27 @@ private:
 
     bool isKeyDue(LiveCodec p_codec, uint8_t p_missing, uint64_t p_time) const;
     PictureArea findVideo(const PictureArea& p_whole, bool p_atRest, uint64_t p_time) const;
+    void followRegion();
+    void prepareSpare();
     void watchRegion(const IUnpackedFrameData& p_frame, uint64_t p_time);
     Ref<IDiffmap> findRest(const PictureArea& p_whole, const PictureArea& p_video) const;
     void addBlocks(IUnpackedFrameData& p_frame, const PictureArea& p_video, uint8_t p_missing, uint64_t p_time,
                    std::vector<CodedPart>& p_parts);
     void addVideo(IUnpackedFrameData& p_frame, const PictureArea& p_area, uint8_t p_missing, uint64_t p_time,
                   std::vector<CodedPart>& p_parts);
+    bool runSpare(CodedPart& p_part, IUnpackedFrameData& p_frame);
     bool run(CodedPart& p_part, IUnpackedFrameData& p_frame, bool p_afresh, uint64_t p_time);
 
     const LiveCodecs& m_codecs;
     RegionChoice m_choice;
     uint8_t m_allowed;
+    PictureArea m_region;    ///< The choice's, as soon as there is a context for it.
     PictureArea m_videoArea; ///< That VP9's context is for.
     PictureArea m_seenArea;  ///< The region that the present one of the next was taken from.
     std::array<FramePicture, 2> m_seen;
     size_t m_present = 0;
     std::array<Side, NUM_OF_LIVE_CODECS> m_sides;
+    PreparedEncoder m_spare;
 };
 
 } // namespace zyr::host

@@ -1,5 +1,6 @@
 #include "host/live/zyr_live_codecs.h"
 
+#include "host/live/zyr_vp9_packets.h"
 #include "host/zyr_encoder_options.h"
 #include "host/zyr_run_error.h"
 
@@ -108,8 +109,7 @@ bool LiveCodecs::isKey(LiveCodec p_codec, const uint8_t* p_data, size_t p_size) 
     if (p_codec == LiveCodec::BLOCKS) {
         return p_size > 1 && (p_data[1] & 1) != 0;
     }
-    // A VP9 frame begins with its mark, its profile, and whether it shows an older frame or is no key frame.
-    return p_size > 0 && p_data[0] >> 6 == 2 && (p_data[0] & 12) == 0;
+    return isVp9Key(p_data, p_size);
 }
 
 } // namespace zyr::host

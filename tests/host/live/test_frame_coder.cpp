@@ -63,6 +63,7 @@ protected:
     std::vector<CodedPart> encode(uint8_t p_missing = 0, bool p_atRest = false) {
         m_time += INTERVAL;
         std::vector<CodedPart> parts = m_coder.encode(m_picture.getFrame(), p_missing, p_atRest, m_time);
+        m_coder.finishSpare();
         for (const CodedPart& part : parts) {
             show(part);
         }
@@ -84,6 +85,27 @@ protected:
         auto picture = Ref<IUnpackedFrameData>::adopt(decoder->decode(p_part.m_packet.get()));
         ASSERT_TRUE(picture);
         m_canvas.take(head, std::move(picture));
+    }
+
+    /// Whether a key frame comes from the spare: a hidden grey one stands in front of its picture.
+    static bool isOfSpare(const CodedPart& p_part) {
+        const Array<uint8_t>& bytes = *p_part.m_packet->getPackedData();
+        return p_part.m_key && (bytes.getData()[0] & 2) == 0 && bytes.getData()[bytes.getSize() - 1] == 0xD9;
+    }
+
+    /// Another second, after which a key frame may come.
+    CodedPart encodeKey() {
+        m_time += 1'000'000;
+        std::vector<CodedPart> parts = encode(VP9);
+        return parts.empty() ? CodedPart() : std::move(parts.back());
+    }
+
+    static Ref<IUnpackedFrameData> decode(const Ref<IFrameDecoderContext>& p_decoder, const CodedPart& p_part) {
+        return Ref<IUnpackedFrameData>::adopt(p_decoder->decode(p_part.m_packet.get()));
+    }
+
+    static bool areEqual(const Ref<IUnpackedFrameData>& p_left, const Ref<IUnpackedFrameData>& p_right) {
+        return p_left && p_right && p_left->getSystemMemory(0, 1)->compare(p_right->getSystemMemory(0, 1));
     }
 
     /// Films until a region goes by VP9.
@@ -226,6 +248,60 @@ TEST_F(FrameCoderTest, LeavesVp9OutWhenAViewerDoesNotKnowIt) {
     ASSERT_EQ(parts.size(), 1u);
     EXPECT_TRUE(parts[0].m_exact);
     EXPECT_EQ(countDifferences(true, 0), 0u);
+}
+
+TEST_F(FrameCoderTest, LetsAFilmWaitForItsContext) {
+    encode();
+    std::vector<CodedPart> parts;
+    for (unsigned i = 0; i < 30 && parts.size() < 2; i++) {
+        for (const CodedPart& part : parts) {
+            EXPECT_TRUE(part.m_exact);
+        }
+        paintFilm();
+        parts = encode();
+    }
+    ASSERT_EQ(parts.size(), 2u);
+    EXPECT_TRUE(isOfSpare(parts[1]));
+    EXPECT_EQ(countDifferences(false, 0), 0u);
+    EXPECT_LT(countDifferences(true, 48), FILM.m_width * FILM.m_height / 20);
+}
+
+TEST_F(FrameCoderTest, ShowsLateComersTheSameToTheBit) {
+    m_coder.setAllowed(VP9);
+    const Ref<IFrameDecoderContext> early = m_codecs.createDecoder(LiveCodec::VP9);
+    paintFilm();
+    EXPECT_TRUE(decode(early, encode().front()));
+    for (unsigned round = 0; round < 3; round++) {
+        const CodedPart key = encodeKey();
+        ASSERT_TRUE(isOfSpare(key)) << round; // There is a new one each time.
+        const Ref<IFrameDecoderContext> late = m_codecs.createDecoder(LiveCodec::VP9);
+        EXPECT_TRUE(areEqual(decode(early, key), decode(late, key)));
+        EXPECT_LT(countDifferences(true, 48), FILM.m_width * FILM.m_height / 20);
+        for (unsigned i = 0; i < 5; i++) {
+            paintFilm();
+            const auto parts = encode();
+            ASSERT_EQ(parts.size(), 1u);
+            EXPECT_FALSE(parts[0].m_key);
+            EXPECT_TRUE(areEqual(decode(early, parts[0]), decode(late, parts[0])));
+        }
+    }
+}
+
+TEST_F(FrameCoderTest, ThrowsTheSpareAwayWhenTheSizeChanges) {
+    m_coder.setAllowed(VP9);
+    encode();
+    m_picture.resize(WIDTH - 50, HEIGHT - 31);
+    const auto parts = encode();
+    ASSERT_EQ(parts.size(), 1u);
+    EXPECT_TRUE(parts[0].m_key);
+    EXPECT_FALSE(isOfSpare(parts[0]));
+    EXPECT_EQ(parts[0].m_packet->getWidth(), WIDTH - 50);
+    const CodedPart key = encodeKey();
+    EXPECT_TRUE(isOfSpare(key));
+    const auto picture = decode(m_codecs.createDecoder(LiveCodec::VP9), key);
+    ASSERT_TRUE(picture);
+    EXPECT_EQ(picture->getWidth(), WIDTH - 50);
+    EXPECT_EQ(picture->getHeight(), HEIGHT - 31);
 }
 
 TEST_F(FrameCoderTest, TakesVp9ForAllWhenItIsTheOnlyOne) {
