@@ -18,6 +18,13 @@ const uint8_t* getMarks(const IDiffmap* p_diffmap) {
     return p_diffmap != nullptr ? static_cast<const uint8_t*>(p_diffmap->getData()) : nullptr;
 }
 
+void drawArea(IDiffmap& p_diffmap, const PictureArea& p_area, uint8_t p_mark) {
+    if (!p_area.isEmpty()) {
+        p_diffmap.drawSingleRect(Rect<int>(int(p_area.m_x), int(p_area.m_y), int(p_area.m_width), int(p_area.m_height)),
+                                 p_mark);
+    }
+}
+
 void copyArea(const IImage& p_image, const PictureArea& p_area, FramePicture& p_picture) {
     p_picture.resize(p_area.m_width, p_area.m_height);
     const uint64_t pitch = p_image.getPitch();
@@ -103,12 +110,13 @@ void FrameCoder::watchRegion(const IUnpackedFrameData& p_frame, uint64_t p_time)
     }
 }
 
-/// Marks what is outside of the video.
-Ref<IDiffmap> FrameCoder::findRest(const PictureArea& p_whole, const PictureArea& p_video) const {
-    auto rest = Ref<IDiffmap>::adopt(zyr_createInterfaceObject<IDiffmap>());
-    rest->init(p_whole.m_width, p_whole.m_height, BLOCK, BLOCK, 1);
-    rest->drawSingleRect(Rect<int>(int(p_video.m_x), int(p_video.m_y), int(p_video.m_width), int(p_video.m_height)), 0);
-    return rest;
+/// Marks what blocks have to look at: what may have changed, without the video.
+Ref<IDiffmap> FrameCoder::findStale(const PictureArea& p_whole, const PictureArea& p_video) const {
+    auto stale = Ref<IDiffmap>::adopt(zyr_createInterfaceObject<IDiffmap>());
+    stale->init(p_whole.m_width, p_whole.m_height, BLOCK, BLOCK, 0);
+    drawArea(*stale, m_stale, 1);
+    drawArea(*stale, p_video, 0);
+    return stale;
 }
 
 /// Encodes with the spare, which becomes VP9's context. False when there is none.
@@ -152,14 +160,15 @@ void FrameCoder::addBlocks(IUnpackedFrameData& p_frame, const PictureArea& p_vid
     part.m_codec = LiveCodec::BLOCKS;
     part.m_exact = p_video.isEmpty();
     part.m_area = m_choice.getPicture();
-    const Ref<IDiffmap> rest = part.m_exact ? Ref<IDiffmap>() : findRest(part.m_area, p_video);
-    p_frame.getUnpackedFrameDataReserved()->setDiffmap(rest.get());
+    const Ref<IDiffmap> stale = findStale(part.m_area, p_video);
+    p_frame.getUnpackedFrameDataReserved()->setDiffmap(stale.get());
     const bool isCoded = run(part, p_frame, isKeyDue(part.m_codec, p_missing, p_time), p_time);
     // Other lanes encode the same picture, and each of them in its own way.
     p_frame.getUnpackedFrameDataReserved()->setDiffmap(nullptr);
     if (!isCoded) {
         return;
     }
+    m_stale = p_video;
     const uint8_t* const marks = getMarks(part.m_packet->getDiffmap(0));
     if (!part.m_key && marks != nullptr && (m_allowed & codecBit(LiveCodec::VP9)) != 0) {
         const IImage& image = *p_frame.getSystemMemory(0, 1);
@@ -181,10 +190,11 @@ void FrameCoder::addVideo(IUnpackedFrameData& p_frame, const PictureArea& p_area
     }
 }
 
-std::vector<CodedPart> FrameCoder::encode(IUnpackedFrameData& p_frame, uint8_t p_missing, bool p_atRest,
-                                          uint64_t p_time) {
+std::vector<CodedPart> FrameCoder::encode(IUnpackedFrameData& p_frame, const PictureArea& p_changed, uint8_t p_missing,
+                                          bool p_atRest, uint64_t p_time) {
     m_choice.resize(p_frame.getWidth(), p_frame.getHeight());
     const PictureArea whole = m_choice.getPicture();
+    m_stale.include(p_changed);
     followRegion();
     watchRegion(p_frame, p_time);
     const PictureArea video = findVideo(whole, p_atRest, p_time);

@@ -41,8 +41,9 @@ public:
     bool isKeyDue(uint8_t p_missing, bool p_atRest, uint64_t p_time) const;
 
     /// Encodes a picture, blocks before VP9. A key frame comes from a new context, which replaces the running one.
-    /// Empty when an encoder has failed.
-    std::vector<CodedPart> encode(IUnpackedFrameData& p_frame, uint8_t p_missing, bool p_atRest, uint64_t p_time);
+    /// `p_changed`: outside of it the picture is as the last one was. Empty when an encoder has failed.
+    std::vector<CodedPart> encode(IUnpackedFrameData& p_frame, const PictureArea& p_changed, uint8_t p_missing,
+                                  bool p_atRest, uint64_t p_time);
 
     /// Waits for the spare that is being prepared.
     void finishSpare() { m_spare.finish(); }
@@ -58,7 +59,7 @@ private:
     void followRegion();
     void prepareSpare();
     void watchRegion(const IUnpackedFrameData& p_frame, uint64_t p_time);
-    Ref<IDiffmap> findRest(const PictureArea& p_whole, const PictureArea& p_video) const;
+    Ref<IDiffmap> findStale(const PictureArea& p_whole, const PictureArea& p_video) const;
     void addBlocks(IUnpackedFrameData& p_frame, const PictureArea& p_video, uint8_t p_missing, uint64_t p_time,
                    std::vector<CodedPart>& p_parts);
     void addVideo(IUnpackedFrameData& p_frame, const PictureArea& p_area, uint8_t p_missing, uint64_t p_time,
@@ -70,6 +71,7 @@ private:
     RegionChoice m_choice;
     uint8_t m_allowed;
     PictureArea m_region;    ///< The choice's, as soon as there is a context for it.
+    PictureArea m_stale;     ///< What blocks' context may have otherwise than the picture.
     PictureArea m_videoArea; ///< That VP9's context is for.
     PictureArea m_seenArea;  ///< The region that the present one of the next was taken from.
     std::array<FramePicture, 2> m_seen;

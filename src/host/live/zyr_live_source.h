@@ -46,6 +46,9 @@ public:
     /// again, only what has changed may be written.
     virtual bool grab(PictureBuffer& p_picture) = 0;
 
+    /// Tells what of its picture the last grab() can have changed, in the picture's pixels. False: any of it.
+    virtual bool findChanged(LiveArea&) const { return false; }
+
     /// Gives the pointer's picture when it has changed since the last call.
     virtual bool takeCursor(CursorPicture&) { return false; }
 

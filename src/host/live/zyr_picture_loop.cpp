@@ -50,6 +50,7 @@ struct PictureLoop::Lane {
     FramePicture m_scaled;
     uint64_t m_scaledGeneration = 0;
     uint64_t m_generation = 0; ///< Of the picture that was encoded last.
+    PictureArea m_changed;     ///< Since that one, in the picture at its full size.
     PictureBeat m_beat;
     bool m_isExact = false;
 };
@@ -210,6 +211,7 @@ bool PictureLoop::capture(uint64_t p_now) {
     }
     m_generation++;
     m_hadNews = false; // What comes now is of the next picture.
+    noteChanged();
     m_captureTime = p_now;
     m_captureMicros = uint32_t(getLiveTime() - p_now);
     LiveArea area{0, 0, m_picture->m_width, m_picture->m_height};
@@ -217,6 +219,17 @@ bool PictureLoop::capture(uint64_t p_now) {
     const std::lock_guard lock(m_mutex);
     m_area = area;
     return true;
+}
+
+void PictureLoop::noteChanged() {
+    PictureArea changed{0, 0, m_picture->m_width, m_picture->m_height};
+    LiveArea area;
+    if (m_source.findChanged(area)) {
+        changed = PictureArea{uint32_t(area.m_x), uint32_t(area.m_y), area.m_width, area.m_height};
+    }
+    for (const std::unique_ptr<Lane>& lane : m_lanes) {
+        lane->m_changed.include(changed);
+    }
 }
 
 IUnpackedFrameData& PictureLoop::scale(Lane& p_lane) {
@@ -244,7 +257,11 @@ void PictureLoop::encode(unsigned p_index, Lane& p_lane, bool p_atRest) {
     // A picture that another lane has had captured before has not waited for this one's beat.
     p_lane.m_beat.note(getInterval(p_index), p_lane.m_generation + 1 == m_generation ? m_firstNewsTime : m_captureTime,
                        m_captureTime);
-    std::vector<CodedPart> parts = p_lane.m_coder.encode(source, p_lane.m_demand.m_missing, p_atRest, start);
+    // Scaled pixels also have something of their neighbours.
+    const PictureArea whole{0, 0, source.getWidth(), source.getHeight()};
+    std::vector<CodedPart> parts = p_lane.m_coder.encode(source, p_lane.m_percent == 100 ? p_lane.m_changed : whole,
+                                                         p_lane.m_demand.m_missing, p_atRest, start);
+    p_lane.m_changed = PictureArea();
     if (parts.empty()) {
         return;
     }

@@ -83,6 +83,7 @@ private:
     bool isReady(const Lane& p_lane, bool p_hasNews, bool& p_atRest, uint64_t p_now, uint64_t& p_wait) const;
     bool capture(uint64_t p_now);
     void encode(unsigned p_index, Lane& p_lane, bool p_atRest);
+    void noteChanged();
     IUnpackedFrameData& scale(Lane& p_lane);
     void lookAtPointer(uint64_t p_now);
     void sleep(uint64_t p_micros);

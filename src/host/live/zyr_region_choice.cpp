@@ -34,6 +34,19 @@ uint32_t countBlocks(uint32_t p_pixels) {
 
 } // namespace
 
+void PictureArea::include(const PictureArea& p_other) {
+    if (isEmpty() || p_other.isEmpty()) {
+        *this = isEmpty() ? p_other : *this;
+        return;
+    }
+    const uint32_t right = std::max(m_x + m_width, p_other.m_x + p_other.m_width);
+    const uint32_t bottom = std::max(m_y + m_height, p_other.m_y + p_other.m_height);
+    m_x = std::min(m_x, p_other.m_x);
+    m_y = std::min(m_y, p_other.m_y);
+    m_width = right - m_x;
+    m_height = bottom - m_y;
+}
+
 void RegionChoice::resize(uint32_t p_width, uint32_t p_height) {
     if (p_width != m_width || p_height != m_height) {
         m_width = p_width;

@@ -14,7 +14,9 @@ struct PictureArea {
     uint32_t m_width = 0;
     uint32_t m_height = 0;
 
-    bool isEmpty() const { return m_width == 0; }
+    bool isEmpty() const { return m_width == 0 || m_height == 0; }
+    /// Grows so far that it holds the other one, too.
+    void include(const PictureArea& p_other);
     bool operator==(const PictureArea&) const = default;
 };
 

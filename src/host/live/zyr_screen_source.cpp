@@ -29,6 +29,7 @@ public:
     int getDescriptor() const override { return m_connection.getDescriptor(); }
     bool update() override;
     bool grab(PictureBuffer& p_picture) override;
+    bool findChanged(LiveArea& p_area) const override;
     bool takeCursor(CursorPicture& p_cursor) override;
     bool findPointer(int32_t& p_x, int32_t& p_y) override;
     void getOrigin(int32_t& p_x, int32_t& p_y) const override {
@@ -44,7 +45,7 @@ private:
     void takeEvents();
     bool takeDamage();
     void awaitPainters();
-    ScreenArea findChanged(const PictureBuffer& p_picture) const;
+    ScreenArea findDirty(const PictureBuffer& p_picture) const;
 
     ScreenChoice m_choice;
     ScreenConnection m_connection;
@@ -61,6 +62,7 @@ private:
     uint64_t m_newsTime = 0;
     const PictureBuffer* m_known = nullptr; ///< Shows the area as it was before the dirty part; null: no picture does.
     ScreenArea m_dirty{};                   ///< In the drawable.
+    LiveArea m_changed;                     ///< By the last grab, in the picture.
     bool m_hasNews = true;
     bool m_hasMoved = true; ///< The area is to be looked up again.
     bool m_hasCursor = true;
@@ -220,7 +222,7 @@ void ScreenSource::awaitPainters() {
 }
 
 /// The part of the drawable that the picture does not show as it is.
-ScreenArea ScreenSource::findChanged(const PictureBuffer& p_picture) const {
+ScreenArea ScreenSource::findDirty(const PictureBuffer& p_picture) const {
     // What other windows over a window do is not told as its damage.
     const bool isKnown = &p_picture == m_known && m_choice.m_window.empty() && p_picture.m_width == m_area.m_width &&
                          p_picture.m_height == m_area.m_height;
@@ -243,7 +245,8 @@ bool ScreenSource::grab(PictureBuffer& p_picture) {
         m_hasMoved = true; // A window that has left the screen may come back.
         return false;
     }
-    const ScreenArea changed = findChanged(p_picture);
+    const ScreenArea changed = findDirty(p_picture);
+    m_changed = LiveArea{changed.m_x - m_area.m_x, changed.m_y - m_area.m_y, changed.m_width, changed.m_height};
     const bool isNothing = changed.m_width == 0 || changed.m_height == 0;
     if (m_known != &p_picture || !isNothing) {
         if (p_picture.m_width != m_area.m_width || p_picture.m_height != m_area.m_height) {
@@ -257,6 +260,11 @@ bool ScreenSource::grab(PictureBuffer& p_picture) {
     }
     m_known = &p_picture;
     m_dirty = ScreenArea{};
+    return true;
+}
+
+bool ScreenSource::findChanged(LiveArea& p_area) const {
+    p_area = m_changed;
     return true;
 }
 

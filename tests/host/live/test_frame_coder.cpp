@@ -62,7 +62,7 @@ protected:
 
     std::vector<CodedPart> encode(uint8_t p_missing = 0, bool p_atRest = false) {
         m_time += INTERVAL;
-        std::vector<CodedPart> parts = m_coder.encode(m_picture.getFrame(), p_missing, p_atRest, m_time);
+        std::vector<CodedPart> parts = m_coder.encode(m_picture.getFrame(), m_changed, p_missing, p_atRest, m_time);
         m_coder.finishSpare();
         for (const CodedPart& part : parts) {
             show(part);
@@ -143,6 +143,7 @@ protected:
     LiveCodecs m_codecs{getFramework(), "auto", 60};
     FrameCoder m_coder{m_codecs};
     FramePicture m_picture;
+    PictureArea m_changed{0, 0, WIDTH, HEIGHT};
     std::array<Ref<IFrameDecoderContext>, NUM_OF_LIVE_CODECS> m_decoders;
     LiveCanvas m_canvas;
     uint64_t m_time = 5'000'000;
@@ -248,6 +249,26 @@ TEST_F(FrameCoderTest, LeavesVp9OutWhenAViewerDoesNotKnowIt) {
     ASSERT_EQ(parts.size(), 1u);
     EXPECT_TRUE(parts[0].m_exact);
     EXPECT_EQ(countDifferences(true, 0), 0u);
+}
+
+TEST_F(FrameCoderTest, LooksOnlyAtWhatMayHaveChanged) {
+    encode();
+    set(5, 5, 0xFFFFFF);
+    m_changed = PictureArea{64, 0, 16, 16};
+    encode();
+    EXPECT_EQ(countDifferences(false, 0), 1u);
+    m_changed = PictureArea{0, 0, 16, 16};
+    encode();
+    EXPECT_EQ(countDifferences(false, 0), 0u);
+}
+
+TEST_F(FrameCoderTest, LooksAtTheFilmAgainWhenItHasStopped) {
+    encode();
+    ASSERT_EQ(startFilm().size(), 2u);
+    m_changed = PictureArea();
+    EXPECT_GT(countDifferences(true, 0), 0u);
+    EXPECT_EQ(encode(0, true).size(), 1u);
+    EXPECT_EQ(countDifferences(false, 0) + countDifferences(true, 0), 0u);
 }
 
 TEST_F(FrameCoderTest, LetsAFilmWaitForItsContext) {

@@ -63,6 +63,18 @@ protected:
 
 } // namespace
 
+TEST(PictureArea, GrowsToHoldAnotherOne) {
+    PictureArea area;
+    area.include({5, 6, 7, 8});
+    EXPECT_EQ(area, (PictureArea{5, 6, 7, 8}));
+    area.include({0, 0, 0, 9});
+    EXPECT_EQ(area, (PictureArea{5, 6, 7, 8}));
+    area.include({1, 10, 3, 20});
+    EXPECT_EQ(area, (PictureArea{1, 6, 11, 24}));
+    area.include({2, 7, 4, 4});
+    EXPECT_EQ(area, (PictureArea{1, 6, 11, 24}));
+}
+
 TEST_F(MovingPicture, HasARegionAfterATimeOfMotion) {
     pass(11, {4, 6, 12, 10});
     EXPECT_TRUE(m_choice.getRegion().isEmpty());
