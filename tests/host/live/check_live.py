@@ -511,6 +511,9 @@ async def a_browser_decodes_vp9():
         await chromium.until("Number(document.documentElement.dataset.frames) > 10", "ten frames")
         size = await chromium.evaluate("[document.getElementById('screen').width, document.getElementById('screen').height]")
         assert size == [321, 241], size
+        # As a late comer it gets a key frame of the context that stood by.
+        await chromium.call("Page.reload")
+        await chromium.until("Number(document.documentElement.dataset.frames) > 10", "frames after a reload")
         assert not chromium.messages, chromium.messages
 
 
