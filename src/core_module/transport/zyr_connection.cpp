@@ -95,7 +95,7 @@ void Connection::advance(uint64_t p_limit) {
         goOnConnecting();
     }
     if (getState().m_phase == ZYR_TRANSPORT_HANDSHAKE) {
-        goOnShakingHands();
+        goOnShakingHands(p_limit);
     }
     if (getState().m_phase == ZYR_TRANSPORT_OPEN) {
         pumpControlFrames();
@@ -197,6 +197,12 @@ bool Connection::shutdown() {
         beginClosing(ZYR_TRANSPORT_CLOSE_LOCAL, m_webSocket != nullptr ? NORMAL_CLOSE : 0,
                      "the connection was shut down here");
         publish();
+    } else if (m_role == CONNECTION_SERVER && !m_isUpgraded && (!m_queue.isEmpty() || m_file.m_descriptor.isSet())) {
+        // The answer that is leaving arrives whole.
+        m_closesBehindAnswer = true;
+        m_answerReason = ZYR_TRANSPORT_CLOSE_LOCAL;
+        m_answerFailure = "the connection was shut down here";
+        m_answerStatus = 0;
     } else if (getState().m_phase < ZYR_TRANSPORT_OPEN) {
         closeNow(ZYR_TRANSPORT_CLOSE_LOCAL, "the connection was shut down here");
     }

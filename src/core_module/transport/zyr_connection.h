@@ -56,8 +56,8 @@ private:
 
     // zyr_connection_handshake.cpp
     void goOnConnecting();
-    void goOnShakingHands();
-    void serveHttp();
+    void goOnShakingHands(uint64_t p_limit);
+    void serveHttp(uint64_t p_limit);
     bool takeRequest();
     void queueAnswer(HttpAnswer& p_answer);
     bool queueFilePart();

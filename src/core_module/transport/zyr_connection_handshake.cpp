@@ -32,7 +32,7 @@ void Connection::goOnConnecting() {
     getState().m_phase = ZYR_TRANSPORT_HANDSHAKE;
 }
 
-void Connection::goOnShakingHands() {
+void Connection::goOnShakingHands(uint64_t p_limit) {
     if (!m_isChannelReady) {
         const ChannelResultEnum result = m_channel->handshake(getState());
         if (result == CHANNEL_LOST) {
@@ -51,7 +51,7 @@ void Connection::goOnShakingHands() {
     if (m_role == CONNECTION_FRAMES) {
         open();
     } else if (m_role == CONNECTION_SERVER) {
-        serveHttp();
+        serveHttp(p_limit);
     } else {
         readServerAnswer();
     }
@@ -92,10 +92,16 @@ bool Connection::fillHead(size_t& p_headSize) {
     return true;
 }
 
-void Connection::serveHttp() {
+void Connection::serveHttp(uint64_t p_limit) {
+    const uint64_t begin = getState().m_sentBytes;
     while (getState().m_phase == ZYR_TRANSPORT_HANDSHAKE) {
         const uint64_t sent = getState().m_sentBytes;
-        drain(0);
+        if (p_limit != 0 && sent - begin >= p_limit) {
+            // What is there goes on in the next turn, whatever the descriptor is ready for.
+            m_isInputLeft = true;
+            return;
+        }
+        drain(p_limit != 0 ? p_limit - (sent - begin) : 0);
         if (getState().m_phase != ZYR_TRANSPORT_HANDSHAKE) {
             return;
         }

@@ -83,6 +83,15 @@ bool readVersion(TextPart p_text, uint32_t& p_minor) {
 
 } // namespace
 
+String TextPart::getPrintable() const {
+    String text = getString();
+    for (size_t i = 0; i < text.getLengthInBytes(); i++) {
+        char& character = text.getData()[i];
+        character = character >= 0x20 && character < 0x7f ? character : '?';
+    }
+    return text;
+}
+
 bool TextPart::equalsName(const char* p_text) const {
     return strlen(p_text) == m_size && strncasecmp(m_data, p_text, m_size) == 0;
 }
@@ -121,11 +130,31 @@ bool HttpHead::refuse(const char* p_failure) {
     return false;
 }
 
+bool HttpHead::readTarget() {
+    for (const char* scheme : {"http://", "https://"}) {
+        const size_t size = strlen(scheme);
+        if (m_second.m_size <= size || !TextPart{m_second.m_data, size}.equalsName(scheme)) {
+            continue;
+        }
+        const TextPart rest{m_second.m_data + size, m_second.m_size - size};
+        const void* slash = memchr(rest.m_data, '/', rest.m_size);
+        m_authority = {rest.m_data, slash != nullptr
+                                        ? static_cast<size_t>(static_cast<const char*>(slash) - rest.m_data)
+                                        : rest.m_size};
+        m_second = slash != nullptr ? TextPart{rest.m_data + m_authority.m_size, rest.m_size - m_authority.m_size}
+                                    : TextPart{"/", 1};
+        // A query or a user in the place of a host is nothing that a client sends.
+        return !m_authority.isEmpty() && memchr(m_authority.m_data, '?', m_authority.m_size) == nullptr &&
+               memchr(m_authority.m_data, '@', m_authority.m_size) == nullptr;
+    }
+    return m_second.m_data[0] == '/';
+}
+
 bool HttpHead::readRequest(const unsigned char* p_bytes, size_t p_size) {
     TextPart rest{reinterpret_cast<const char*>(p_bytes), p_size};
     TextPart line;
     if (!cut(rest, LINE_END, line) || !cut(line, " ", m_first) || !cut(line, " ", m_second) || !isToken(m_first) ||
-        !isVisible(m_second) || m_second.m_data[0] != '/') {
+        !isVisible(m_second) || !readTarget()) {
         return refuse("the request line is malformed");
     }
     if (!readVersion(line, m_minorVersion)) {
@@ -184,9 +213,9 @@ bool HttpHead::readField(TextPart p_line) {
     return true;
 }
 
-TextPart HttpHead::getField(const char* p_name) const {
+TextPart HttpHead::getField(const char* p_name, uint32_t p_index) const {
     for (size_t i = 0; i < m_fieldCount; i++) {
-        if (m_fields[i].m_name.equalsName(p_name)) {
+        if (m_fields[i].m_name.equalsName(p_name) && p_index-- == 0) {
             return m_fields[i].m_value;
         }
     }

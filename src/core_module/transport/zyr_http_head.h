@@ -18,6 +18,8 @@ struct TextPart {
     /// Case of ASCII letters does not count.
     bool equalsName(const char* p_text) const;
     String getString() const { return m_size != 0 ? String(m_data, m_size) : String(); }
+    /// With a question mark for each byte that is no printable ASCII character.
+    String getPrintable() const;
 };
 
 /// Cuts the next item of a list with commas off, without the blanks around it. False at the end.
@@ -39,14 +41,17 @@ public:
     const char* getFailure() const { return m_failure; }
     /// Of a request.
     TextPart getMethod() const { return m_first; }
-    /// Of a request: begins with "/".
+    /// Of a request: begins with "/", also where the request had the absolute form ("https://desk.example/path").
     TextPart getTarget() const { return m_second; }
+    /// Of a request: that of the absolute form, or else the field Host.
+    TextPart getHost() const { return m_authority.isEmpty() ? getField("Host") : m_authority; }
     /// Of an answer.
     uint32_t getStatus() const { return m_status; }
     /// 1 for version 1.1, 0 for 1.0.
     uint32_t getMinorVersion() const { return m_minorVersion; }
-    /// The field's value, an empty one where it is missing; of several the first. Case of the name does not count.
-    TextPart getField(const char* p_name) const;
+    /// The field's value, an empty one where it is missing; p_index counts fields of the same name. Case of the name
+    /// does not count.
+    TextPart getField(const char* p_name, uint32_t p_index = 0) const;
     uint32_t countFields(const char* p_name) const;
     /// Whether one of the fields of this name lists the word.
     bool listsWord(const char* p_name, const char* p_word) const;
@@ -60,11 +65,13 @@ private:
     };
 
     bool refuse(const char* p_failure);
+    bool readTarget();
     bool readFields(TextPart p_rest);
     bool readField(TextPart p_line);
 
     TextPart m_first;
     TextPart m_second;
+    TextPart m_authority;
     uint32_t m_status = 0;
     uint32_t m_minorVersion = 0;
     Field m_fields[MAX_FIELDS];

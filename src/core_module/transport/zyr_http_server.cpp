@@ -106,9 +106,9 @@ void HttpServer::upgrade(const HttpHead& p_head, const TransportFeatures& p_feat
                          HttpAnswer& p_answer) const {
     const WebSocketVerdict verdict = zyr_judgeWebSocketRequest(p_head, p_features);
     p_state.m_requestTarget = p_head.getTarget().getString();
-    p_state.m_host = p_head.getField("Host").getString();
-    p_state.m_origin = p_head.getField("Origin").getString();
-    p_state.m_userAgent = p_head.getField("User-Agent").getString();
+    p_state.m_host = p_head.getHost().getPrintable();
+    p_state.m_origin = p_head.getField("Origin").getPrintable();
+    p_state.m_userAgent = p_head.getField("User-Agent").getPrintable();
     if (verdict.m_status != 101) {
         closeFor(verdict.m_failure, p_answer);
         finishFailure(p_features, verdict.m_status,
@@ -131,7 +131,20 @@ void HttpServer::upgrade(const HttpHead& p_head, const TransportFeatures& p_feat
 
 void HttpServer::answer(const HttpHead& p_head, const TransportFeatures& p_features, bool p_isLast,
                         TransportState& p_state, HttpAnswer& p_answer) const {
-    if (!isAllowedHost(p_features.m_allowedHosts, p_head.getField("Host"))) {
+    decide(p_head, p_features, p_isLast, p_state, p_answer);
+    if (p_head.getMethod().equals("HEAD")) {
+        // The same head, without what follows it; refusals too.
+        p_answer.m_file.m_descriptor.clear();
+        p_answer.m_body = nullptr;
+        const size_t end = HttpHead::findEnd(reinterpret_cast<const unsigned char*>(p_answer.m_head.getData()),
+                                             p_answer.m_head.getLengthInBytes());
+        p_answer.m_head = String(p_answer.m_head.getData(), end);
+    }
+}
+
+void HttpServer::decide(const HttpHead& p_head, const TransportFeatures& p_features, bool p_isLast,
+                        TransportState& p_state, HttpAnswer& p_answer) const {
+    if (!isAllowedHost(p_features.m_allowedHosts, p_head.getHost())) {
         return refuse(p_features, 421, "the host is not allowed", p_answer);
     }
     // Its end would have to be found; what takes it for a second request is a hazard.
@@ -159,14 +172,6 @@ void HttpServer::answer(const HttpHead& p_head, const TransportFeatures& p_featu
         p_answer.m_body = &m_body;
     } else {
         finishFailure(p_features, 404, "", p_answer);
-    }
-    if (isHead) {
-        // The same head, without what follows it.
-        p_answer.m_file.m_descriptor.clear();
-        p_answer.m_body = nullptr;
-        const size_t end = HttpHead::findEnd(reinterpret_cast<const unsigned char*>(p_answer.m_head.getData()),
-                                             p_answer.m_head.getLengthInBytes());
-        p_answer.m_head = String(p_answer.m_head.getData(), end);
     }
 }
 

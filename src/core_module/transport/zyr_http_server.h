@@ -41,6 +41,8 @@ public:
                 HttpAnswer& p_answer) const;
 
 private:
+    void decide(const HttpHead& p_head, const TransportFeatures& p_features, bool p_isLast, TransportState& p_state,
+                HttpAnswer& p_answer) const;
     void upgrade(const HttpHead& p_head, const TransportFeatures& p_features, TransportState& p_state,
                  HttpAnswer& p_answer) const;
     void finish(const TransportFeatures& p_features, const char* p_contentType, uint64_t p_size, const char* p_fields,

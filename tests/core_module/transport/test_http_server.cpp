@@ -104,6 +104,42 @@ TEST_F(HttpServerTest, HeadHasTheSameHeadAndNoBody) {
     EXPECT_EQ(bodyOf(ask(get("/index.html", "HEAD"))), "");
 }
 
+TEST_F(HttpServerTest, RefusalsOfHeadHaveNoBodyEither) {
+    ASSERT_TRUE(m_server->setWebSocketPath("/live"));
+    m_end.getFeatures().m_allowedHosts.pushBack("a");
+    m_isHead = true;
+    for (const auto& [request, status] :
+         {std::pair{get("/missing", "HEAD"), "404"}, std::pair{get("/%zz", "HEAD"), "400"},
+          std::pair{std::string("HEAD / HTTP/1.1\r\nHost: b\r\n\r\n"), "421"},
+          std::pair{std::string("HEAD / HTTP/1.1\r\nHost: a\r\nContent-Length: 1\r\n\r\nx"), "413"}}) {
+        m_received.clear();
+        m_end.m_socket = Ref<Socket>::adopt(new Socket);
+        connect();
+        writePeer(request);
+        ::shutdown(m_peer, SHUT_WR);
+        ASSERT_TRUE(pump({&m_end}, [&] { return m_hasPeerEnded; }));
+        EXPECT_EQ(statusOf(m_received), status);
+        EXPECT_EQ(bodyOf(m_received), "") << request;
+        closePeer();
+        ASSERT_TRUE(pump({&m_end}, [&] { return m_end.isClosed(); }));
+    }
+}
+
+TEST_F(HttpServerTest, AbsoluteFormNamesTheHostItself) {
+    setRoot();
+    m_end.getFeatures().m_allowedHosts.pushBack("desk.example:8443");
+    const auto ask = [&](const std::string& p_target) {
+        return HttpServerTest::ask("GET " + p_target + " HTTP/1.1\r\nHost: other.example\r\n\r\n");
+    };
+    EXPECT_EQ(bodyOf(ask("http://desk.example:8443/sub/page.js?v=1")), "code");
+    EXPECT_EQ(bodyOf(ask("HTTPS://desk.example:8443")), "<p>index</p>");
+    EXPECT_EQ(statusOf(ask("http://other.example/sub/page.js")), "421");
+    for (const char* target : {"http://", "http:///", "http://a@desk.example:8443/", "http://desk.example:8443?a",
+                               "ftp://desk.example:8443/", "*"}) {
+        EXPECT_EQ(statusOf(ask(target)), "400") << target;
+    }
+}
+
 TEST_F(HttpServerTest, FilesHaveTheirContentTypes) {
     setRoot();
     const std::string page = ask(get("/"));
@@ -128,7 +164,7 @@ TEST_F(HttpServerTest, NoPathLeadsOutOfTheRoot) {
     for (const char* target : {"/index.html%00.txt", "/%0d%0aa", "/..\\secret.txt", "/%5c", "/%zz", "/%2", "/a#b"}) {
         expectStatus(get(target), "400");
     }
-    expectStatus(get("https://a/index.html"), "400");
+    expectStatus(get("https://a/../secret.txt"), "404");
     expectStatus(get("index.html"), "400");
     expectStatus(get((m_directory.getPath() + "secret.txt")), "404");
 }
@@ -165,6 +201,42 @@ TEST_F(HttpServerTest, LargeFilesLeaveInParts) {
     ASSERT_TRUE(pump({&m_end}, [&] { return isAnswerWhole(); }));
     EXPECT_TRUE(bodyOf(m_received) == text);
     EXPECT_THAT(m_received, HasSubstr("Content-Type: application/octet-stream\r\n"));
+}
+
+TEST_F(HttpServerTest, OneTurnSendsOneStepOfAFile) {
+    setRoot();
+    m_directory.writeFile("root/large.bin", std::string(150000, 'x'));
+    m_end.getFeatures().m_sendStep = 1000;
+    connect();
+    writePeer(get("/large.bin") + get("/sub/page.js"));
+    for (int turns = 0; turns < 3; turns++) {
+        const uint64_t before = m_end.getState().m_sentBytes;
+        m_server->iterateSender();
+        const uint64_t sent = m_end.getState().m_sentBytes - before;
+        EXPECT_GE(sent, 1000u);
+        // One call to the kernel takes up to one part of the file.
+        EXPECT_LE(sent, 1000u + (64u << 10));
+    }
+    // The peer reads while the rest comes, and the second request is not forgotten.
+    ASSERT_TRUE(pump({&m_end}, [&] { return m_received.ends_with("\r\n\r\ncode"); }));
+    EXPECT_GT(m_received.size(), 150000u);
+}
+
+TEST_F(HttpServerTest, ShutdownLetsTheAnswerLeave) {
+    setRoot();
+    m_directory.writeFile("root/large.bin", std::string(3000000, 'x'));
+    connect();
+    writePeer(get("/large.bin") + get("/sub/page.js"));
+    m_server->iterateSender();
+    EXPECT_TRUE(m_server->shutdownConnection());
+    EXPECT_FALSE(m_end.isClosed());
+    ASSERT_TRUE(pump({&m_end}, [&] { return m_hasPeerEnded; }));
+    EXPECT_EQ(bodyOf(m_received), std::string(3000000, 'x'));
+    closePeer();
+    ASSERT_TRUE(pump({&m_end}, [&] { return m_end.isClosed(); }));
+    EXPECT_EQ(m_end.getState().m_closeReason, ZYR_TRANSPORT_CLOSE_LOCAL);
+    EXPECT_STREQ(m_end.getState().m_closeText.getData(), "the connection was shut down here");
+    EXPECT_THAT(m_application->getMessages(), IsEmpty());
 }
 
 TEST_F(HttpServerTest, FileThatBecomesShorterEndsTheConnection) {
