@@ -61,7 +61,10 @@ void Connection::open() {
     TransportState& state = getState();
     state.m_phase = ZYR_TRANSPORT_OPEN;
     if (m_role != CONNECTION_FRAMES) {
-        m_webSocket = std::make_unique<WebSocket>(m_role == CONNECTION_SERVER);
+        const uint64_t maxSize = m_features.m_maxMessageSize;
+        m_webSocket = std::make_unique<WebSocket>(
+            m_role == CONNECTION_SERVER,
+            maxSize <= UINT64_MAX - MessageEnvelope::SIZE ? maxSize + MessageEnvelope::SIZE : UINT64_MAX);
         state.m_isWebSocket = 1;
     }
     m_lastInput = m_lastPing = zyr_getCurrentTime();

@@ -1,5 +1,6 @@
 // Messages out and in.
 #include "core_module/transport/zyr_connection.h"
+#include "zyr_common/memory/zyr_memory.h"
 #include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/platform/zyr_time.h"
 
@@ -36,8 +37,8 @@ bool Connection::send(const MessageEnvelope& p_envelope, const void* p_header, c
         return false;
     }
     const uint64_t headerSize = p_envelope.m_headerSize;
-    if (headerSize > m_features.m_maxHeaderSize || p_envelope.m_payloadSize > m_features.m_maxMessageSize ||
-        headerSize + p_envelope.m_payloadSize > m_features.m_maxMessageSize) {
+    if (headerSize > m_features.m_maxHeaderSize || headerSize > m_features.m_maxMessageSize ||
+        p_envelope.m_payloadSize > m_features.m_maxMessageSize - headerSize) {
         ZYR_LOG_WARN("Unable to send a message: %u bytes of header and %llu bytes of payload are above the limit",
                      p_envelope.m_headerSize, static_cast<unsigned long long>(p_envelope.m_payloadSize));
         return false;
@@ -50,10 +51,10 @@ bool Connection::send(const MessageEnvelope& p_envelope, const void* p_header, c
     MessageEnvelope envelope = p_envelope;
     // 0 is no number, also after four thousand million messages.
     envelope.m_id = state.m_lastTakenID == UINT32_MAX ? 1 : state.m_lastTakenID + 1;
-    state.m_lastTakenID = envelope.m_id;
     if (m_webSocket != nullptr && !m_webSocket->isServer()) {
         return sendMasked(envelope, p_header, p_payload);
     }
+    state.m_lastTakenID = envelope.m_id;
     unsigned char front[WebSocket::MAX_HEAD_SIZE + MessageEnvelope::SIZE];
     size_t frontSize = m_webSocket != nullptr ? m_webSocket->writeHead(size, front) : 0;
     envelope.write(front + frontSize);
@@ -87,11 +88,12 @@ void Connection::queueRest(const iovec* p_pieces, uint32_t p_id, bool p_borrow) 
     const iovec& payload = p_pieces[2];
     const size_t frontSize = p_pieces[0].iov_len + p_pieces[1].iov_len;
     if (frontSize != 0) {
-        ByteBlock front;
-        front.reserve(frontSize);
-        front.append(p_pieces[0].iov_base, p_pieces[0].iov_len);
-        front.append(p_pieces[1].iov_base, p_pieces[1].iov_len);
-        m_queue.push(front.release(), frontSize, payload.iov_len == 0 ? p_id : 0);
+        unsigned char* front = static_cast<unsigned char*>(zyr_malloc(frontSize));
+        memcpy(front, p_pieces[0].iov_base, p_pieces[0].iov_len);
+        if (p_pieces[1].iov_len != 0) {
+            memcpy(front + p_pieces[0].iov_len, p_pieces[1].iov_base, p_pieces[1].iov_len);
+        }
+        m_queue.push(front, frontSize, payload.iov_len == 0 ? p_id : 0);
     }
     if (payload.iov_len != 0 && p_borrow) {
         m_queue.pushBorrowed(payload.iov_base, payload.iov_len, p_id);
@@ -106,6 +108,7 @@ bool Connection::sendMasked(const MessageEnvelope& p_envelope, const void* p_hea
     if (!frame.reserve(WebSocket::MAX_HEAD_SIZE + size)) {
         return false;
     }
+    getState().m_lastTakenID = p_envelope.m_id;
     frame.add(m_webSocket->writeHead(size, frame.getData()));
     unsigned char* body = frame.getData() + frame.getSize();
     unsigned char envelope[MessageEnvelope::SIZE];
@@ -224,6 +227,11 @@ void Connection::receiveFrames() {
 size_t Connection::readBytes(unsigned char* p_bytes, size_t p_size) {
     // One message at a time; those that came in the same bytes come along.
     if (!m_arrived.isEmpty()) {
+        return 0;
+    }
+    // The rest comes when the answers to what came before have left.
+    if (m_webSocket->getControlBytes() >= MAX_CONTROL_BYTES) {
+        m_inputBudget = 0;
         return 0;
     }
     if (m_input.getSize() == 0) {

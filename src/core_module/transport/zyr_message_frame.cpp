@@ -47,9 +47,9 @@ bool MessageAssembler::readEnvelope() {
     if (!m_envelope.read(m_envelopeBytes)) {
         return refuse(ZYR_TRANSPORT_CLOSE_PROTOCOL, "the bytes are no message");
     }
-    // The payload alone is compared first: the sum of both could wrap.
-    if (m_envelope.m_headerSize > m_maxHeaderSize || m_envelope.m_payloadSize > m_maxMessageSize ||
-        getBodySize() > m_maxMessageSize) {
+    // The sum of both could wrap, also below a limit that stands for none.
+    if (m_envelope.m_headerSize > m_maxHeaderSize || m_envelope.m_headerSize > m_maxMessageSize ||
+        m_envelope.m_payloadSize > m_maxMessageSize - m_envelope.m_headerSize) {
         return refuse(ZYR_TRANSPORT_CLOSE_TOO_BIG, "the message is above the limit");
     }
     return true;

@@ -7,6 +7,9 @@ namespace zyr {
 namespace {
 
 constexpr size_t MAX_REASON_SHOWN = 60;
+// The head of a control frame, with a client's mask.
+constexpr size_t CONTROL_HEAD_SIZE = 6;
+constexpr uint64_t MAX_CONTROL_SIZE = 125;
 
 // What a peer says is cut short and made printable.
 String makePrintable(const uint8_t* p_bytes, size_t p_size) {
@@ -32,7 +35,9 @@ struct WebSocket::Callbacks {
     }
     static ssize_t send(wslay_event_context* p_context, const uint8_t* p_bytes, size_t p_size, int, void* p_socket) {
         ByteBlock& frames = *from(p_socket).m_frames;
-        if (!frames.reserve(frames.getSize() + p_size)) {
+        // Answers to many pings come one by one.
+        const size_t size = frames.getSize() + p_size;
+        if (size > frames.getCapacity() && !frames.reserve(2 * size)) {
             wslay_event_set_error(p_context, WSLAY_ERR_CALLBACK_FAILURE);
             return -1;
         }
@@ -53,7 +58,7 @@ struct WebSocket::Callbacks {
     }
 };
 
-WebSocket::WebSocket(bool p_isServer) : m_isServer(p_isServer) {
+WebSocket::WebSocket(bool p_isServer, uint64_t p_maxSize) : m_isServer(p_isServer) {
     constexpr wslay_event_callbacks callbacks = {&Callbacks::receive,    &Callbacks::send,      &Callbacks::makeMask,
                                                  &Callbacks::startFrame, &Callbacks::takeChunk, nullptr,
                                                  &Callbacks::takeMessage};
@@ -66,6 +71,8 @@ WebSocket::WebSocket(bool p_isServer) : m_isServer(p_isServer) {
     }
     m_context.reset(context);
     wslay_event_config_set_no_buffering(context, 1);
+    // The library holds control frames against it, too.
+    wslay_event_config_set_max_recv_msg_length(context, p_maxSize > MAX_CONTROL_SIZE ? p_maxSize : MAX_CONTROL_SIZE);
 }
 
 WebSocket::~WebSocket() = default;
@@ -100,7 +107,9 @@ void WebSocket::takeChunk(const unsigned char* p_bytes, size_t p_size) {
 }
 
 void WebSocket::takeMessage(const wslay_event_on_msg_recv_arg& p_message) {
-    if (p_message.opcode == WSLAY_CONNECTION_CLOSE && m_reason == ZYR_TRANSPORT_CLOSE_NONE) {
+    // Half a code, which the library answers as if there were none, is left to the end of receive.
+    const bool isFarewell = p_message.opcode == WSLAY_CONNECTION_CLOSE && p_message.msg_length != 1;
+    if (isFarewell && m_reason == ZYR_TRANSPORT_CLOSE_NONE) {
         m_reason = ZYR_TRANSPORT_CLOSE_PEER;
         m_code = p_message.status_code != 0 ? p_message.status_code : uint32_t{WSLAY_CODE_NO_STATUS_RCVD};
         // The code stands in front of the reason.
@@ -123,9 +132,10 @@ bool WebSocket::receive(WebSocketSource& p_source, MessageAssembler& p_assembler
     const int error = wslay_event_recv(m_context.get());
     if (m_reason == ZYR_TRANSPORT_CLOSE_NONE && (error != 0 || !wslay_event_want_read(m_context.get()))) {
         // The library has asked for the close frame itself.
-        m_reason = ZYR_TRANSPORT_CLOSE_PROTOCOL;
-        m_code = WSLAY_CODE_PROTOCOL_ERROR;
-        m_failure = "a frame breaks the rules of WebSocket";
+        writeOwnFarewell();
+        const bool isTooBig = m_code == WSLAY_CODE_MESSAGE_TOO_BIG;
+        m_reason = isTooBig ? ZYR_TRANSPORT_CLOSE_TOO_BIG : ZYR_TRANSPORT_CLOSE_PROTOCOL;
+        m_failure = isTooBig ? "the message is above the limit" : "a frame breaks the rules of WebSocket";
     }
     return m_reason == ZYR_TRANSPORT_CLOSE_NONE;
 }
@@ -139,7 +149,39 @@ void WebSocket::close(uint16_t p_code) {
     wslay_event_queue_close(m_context.get(), p_code, nullptr, 0);
 }
 
+size_t WebSocket::getControlBytes() const {
+    return wslay_event_get_queued_msg_length(m_context.get()) +
+           CONTROL_HEAD_SIZE * wslay_event_get_queued_msg_count(m_context.get());
+}
+
 void WebSocket::takeControlFrames(ByteBlock& p_frames) {
+    if (m_farewell.getSize() != 0 && p_frames.reserve(m_farewell.getSize())) {
+        p_frames.append(m_farewell.getData(), m_farewell.getSize());
+        m_farewell.clear();
+    }
+    writeControlFrames(p_frames);
+}
+
+void WebSocket::writeOwnFarewell() {
+    writeControlFrames(m_farewell);
+    m_code = wslay_event_get_status_code_sent(m_context.get());
+    // Where it could not make sense of a frame, the library leaves the code out.
+    const size_t headSize = m_isServer ? CONTROL_HEAD_SIZE - MASK_SIZE : CONTROL_HEAD_SIZE;
+    if (m_code != WSLAY_CODE_NO_STATUS_RCVD || m_farewell.getSize() < headSize ||
+        !m_farewell.reserve(m_farewell.getSize() + 2)) {
+        return;
+    }
+    m_code = WSLAY_CODE_PROTOCOL_ERROR;
+    unsigned char* head = m_farewell.getData() + m_farewell.getSize() - headSize;
+    unsigned char code[] = {WSLAY_CODE_PROTOCOL_ERROR >> 8, WSLAY_CODE_PROTOCOL_ERROR & 0xff};
+    head[1] |= sizeof(code);
+    if (!m_isServer) {
+        mask(code, sizeof(code), head + 2);
+    }
+    m_farewell.append(code, sizeof(code));
+}
+
+void WebSocket::writeControlFrames(ByteBlock& p_frames) {
     m_frames = &p_frames;
     while (wslay_event_want_write(m_context.get()) && wslay_event_send(m_context.get()) == 0) {
     }

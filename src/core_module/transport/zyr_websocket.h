@@ -29,7 +29,8 @@ public:
     static constexpr size_t MAX_HEAD_SIZE = 14;
     static constexpr size_t MASK_SIZE = 4;
 
-    explicit WebSocket(bool p_isServer);
+    /// Frames that make a message longer than p_maxSize, envelope included, end the connection at their head.
+    WebSocket(bool p_isServer, uint64_t p_maxSize);
     WebSocket(const WebSocket&) = delete;
     WebSocket& operator=(const WebSocket&) = delete;
     ~WebSocket();
@@ -44,6 +45,8 @@ public:
     void close(uint16_t p_code);
     /// Moves the frames of the protocol itself, whole ones, to p_frames.
     void takeControlFrames(ByteBlock& p_frames);
+    /// About the bytes of the frames that wait for takeControlFrames.
+    size_t getControlBytes() const;
 
     /// The head of a frame that is a whole message; a client's ends with the mask.
     size_t writeHead(uint64_t p_size, unsigned char* p_head) const;
@@ -64,6 +67,8 @@ private:
     void startFrame(uint8_t p_opcode);
     void takeChunk(const unsigned char* p_bytes, size_t p_size);
     void takeMessage(const wslay_event_on_msg_recv_arg& p_message);
+    void writeControlFrames(ByteBlock& p_frames);
+    void writeOwnFarewell();
 
     bool m_isServer;
     std::unique_ptr<wslay_event_context, FreeContext> m_context;
@@ -76,6 +81,8 @@ private:
     MessageAssembler* m_assembler = nullptr;
     List<ArrivedMessage>* m_arrived = nullptr;
     ByteBlock* m_frames = nullptr;
+    // The library's own farewell, written to learn its code.
+    ByteBlock m_farewell;
 };
 
 } // namespace zyr

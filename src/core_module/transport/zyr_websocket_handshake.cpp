@@ -35,16 +35,27 @@ bool holds(const List<String>& p_list, TextPart p_text) {
     return false;
 }
 
-// The first of the features' subprotocols that the request lists; names are compared as they stand.
-bool chooseSubprotocol(const HttpHead& p_head, const TransportFeatures& p_features, String& p_chosen) {
-    for (const String& wanted : p_features.m_subprotocols) {
-        TextPart offered = p_head.getField("Sec-WebSocket-Protocol");
+// A request may spread its list over several fields; names are compared as they stand.
+bool offers(const HttpHead& p_head, const char* p_subprotocol) {
+    const uint32_t fields = p_head.countFields("Sec-WebSocket-Protocol");
+    for (uint32_t i = 0; i < fields; i++) {
+        TextPart offered = p_head.getField("Sec-WebSocket-Protocol", i);
         TextPart item;
         while (zyr_takeListItem(offered, item)) {
-            if (item.equals(wanted.getData())) {
-                p_chosen = wanted;
+            if (item.equals(p_subprotocol)) {
                 return true;
             }
+        }
+    }
+    return false;
+}
+
+// The first of the features' subprotocols that the request lists.
+bool chooseSubprotocol(const HttpHead& p_head, const TransportFeatures& p_features, String& p_chosen) {
+    for (const String& wanted : p_features.m_subprotocols) {
+        if (offers(p_head, wanted.getData())) {
+            p_chosen = wanted;
+            return true;
         }
     }
     return p_features.m_subprotocols.isEmpty();
@@ -127,6 +138,9 @@ const char* zyr_checkWebSocketAnswer(const HttpHead& p_head, const TransportFeat
         return "the server chose an extension that was not offered";
     }
     const TextPart subprotocol = p_head.getField("Sec-WebSocket-Protocol");
+    if (p_head.countFields("Sec-WebSocket-Protocol") > 1) {
+        return "the server chose more than one subprotocol";
+    }
     if (!subprotocol.isEmpty() && !holds(p_features.m_subprotocols, subprotocol)) {
         return "the server chose a subprotocol that was not offered";
     }

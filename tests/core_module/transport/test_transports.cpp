@@ -195,6 +195,13 @@ TEST_F(FramesTest, SumOfSizesDoesNotWrap) {
     expectEnd(ZYR_TRANSPORT_CLOSE_TOO_BIG, "the message is above the limit");
 }
 
+TEST_F(FramesTest, SumOfSizesDoesNotWrapWithoutALimitEither) {
+    m_left.getFeatures().m_maxMessageSize = UINT64_MAX;
+    connectPeer();
+    writePeer(envelope(1, 1, 16, UINT64_MAX - 15));
+    expectEnd(ZYR_TRANSPORT_CLOSE_TOO_BIG, "the message is above the limit");
+}
+
 TEST_F(FramesTest, HeaderHasALimitOfItsOwn) {
     m_left.getFeatures().m_maxHeaderSize = 4;
     connectPeer();
