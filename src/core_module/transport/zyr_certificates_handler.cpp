@@ -3,6 +3,7 @@
 #include "core_module/transport/zyr_self_signed.h"
 #include "core_module/zyr_core_class.h"
 #include "zyr_common/implementation/zyr_implementation.h"
+#include "zyr_common/memory/zyr_report.h"
 
 namespace zyr {
 
@@ -29,6 +30,10 @@ bool_t CertificatesHandlerLevel::generateSelfSignedToFile(const String& p_certif
                                                           String& p_fingerprint) {
     String reason;
     SelfSigned made;
+    if (p_certificateFile == p_keyFile) {
+        ZYR_LOG_WARN("Unable to make a certificate for %s: it and its key need a file each", p_commonName.getData());
+        return 0;
+    }
     if (!zyr_makeSelfSigned(p_commonName, p_alternativeNames, p_days, made, reason) ||
         !zyr_writeWholeFile(p_keyFile, made.m_key, 0600, reason) ||
         !zyr_writeWholeFile(p_certificateFile, made.m_certificate, 0644, reason)) {

@@ -1,5 +1,7 @@
 #include "core_module/transport/zyr_tls_channel.h"
 
+#include "core_module/transport/zyr_http_head.h"
+
 #include <cerrno>
 #include <cstring>
 #include <openssl/err.h>
@@ -141,7 +143,7 @@ void TlsChannel::describe(TransportState& p_state) {
     SSL_get0_alpn_selected(ssl, &alpn, &alpnSize);
     p_state.m_alpn.assignUTF8SubString(reinterpret_cast<const char*>(alpn), alpnSize);
     const char* name = SSL_get_servername(ssl, TLSEXT_NAMETYPE_host_name);
-    p_state.m_serverName = name != nullptr ? name : "";
+    p_state.m_serverName = name != nullptr ? TextPart{name, strlen(name)}.getPrintable() : String();
     const std::unique_ptr<X509, decltype(&X509_free)> certificate(SSL_get1_peer_certificate(ssl), &X509_free);
     p_state.m_peerFingerprint = zyr_getFingerprint(certificate.get());
 }

@@ -28,6 +28,11 @@ bool canAsk(const TransportFeatures& p_features) {
            isFieldText(p_features.m_hostName) && isFieldText(p_features.m_origin);
 }
 
+// A name as a Host field has it.
+String getHostField(const String& p_hostName) {
+    return strchr(p_hostName.getData(), ':') != nullptr ? String("[") + p_hostName + "]" : p_hostName;
+}
+
 void preferHttp(TransportFeatures& p_features) {
     if (p_features.m_alpn.isEmpty()) {
         p_features.m_alpn.pushBack("http/1.1");
@@ -107,7 +112,7 @@ bool_t TransportCore::beginClient(Socket* p_socket, const TlsClientSettings* p_s
     TransportFeatures features(p_features);
     const bool asks = !features.m_webSocketPath.isEmpty();
     if (asks && features.m_hostName.isEmpty()) {
-        features.m_hostName = p_settings != nullptr ? p_settings->m_hostName : String("localhost");
+        features.m_hostName = p_settings != nullptr ? getHostField(p_settings->m_hostName) : String("localhost");
     }
     if (asks && !canAsk(features)) {
         ZYR_LOG_WARN("Unable to initialize the transport: the WebSocket's path or a header field is malformed");

@@ -109,6 +109,17 @@ TEST_F(CertificatesTest, NamesAndDaysAreChecked) {
               "Unable to make a certificate for good: an alternative name is neither a host name nor an address");
 }
 
+TEST_F(CertificatesTest, OneFileIsNotEnoughForBoth) {
+    m_directory.writeFile("both.pem", "as before");
+    const auto handler = Ref<ICertificatesHandler>::adopt(zyr_createObject<ICertificatesHandler>());
+    const String path(getPath("both.pem").c_str());
+    EXPECT_FALSE(handler->generateSelfSignedToFile(path, path, "good", nullptr, 30, m_text));
+    EXPECT_STREQ(m_text.getData(), "as before");
+    EXPECT_EQ(TemporaryDirectory::readFile(getPath("both.pem")), "as before");
+    EXPECT_THAT(m_application->getMessages(),
+                ElementsAre("Unable to make a certificate for good: it and its key need a file each"));
+}
+
 TEST_F(CertificatesTest, DirectoryThatIsNotThereIsTold) {
     EXPECT_FALSE(generate("good", 30, nullptr, "missing/"));
     EXPECT_STREQ(m_text.getData(), "as before");

@@ -110,6 +110,21 @@ TEST_F(SecureTransportTest, NumericAddressesAreVerifiedToo) {
     }
 }
 
+TEST_F(SecureTransportTest, HostOfANumericAddressOfVersionSixHasBrackets) {
+    ASSERT_TRUE(m_server->setWebSocketPath("/live"));
+    m_right.getFeatures().m_webSocketPath = "/live";
+    for (const auto& [name, host] : {std::pair{"127.0.0.1", "127.0.0.1"}, std::pair{"::1", "[::1]"}}) {
+        m_left.m_socket = Ref<Socket>::adopt(new Socket);
+        m_right.m_socket = Ref<Socket>::adopt(new Socket);
+        makePair(m_left, m_right);
+        ASSERT_TRUE(startServer() && startClient(name));
+        ASSERT_TRUE(pumpUntilOpen()) << name;
+        EXPECT_STREQ(m_left.getState().m_host.getData(), host);
+        m_right.m_transport->shutdownConnection();
+        ASSERT_TRUE(pumpBoth([&] { return m_left.isClosed() && m_right.isClosed(); }));
+    }
+}
+
 TEST_F(SecureTransportTest, WrongNameIsRefused) {
     makePair(m_left, m_right);
     ASSERT_TRUE(startServer() && startClient("other.example"));
