@@ -1,5 +1,7 @@
 #include "zyr_common/memory/zyr_memory.h"
 
+#include "zyr_common/memory/zyr_growing_block.h"
+
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -32,22 +34,36 @@ void wishLargePages(void* p_block, size_t p_size) {
     }
 }
 
-void* tryAllocate(size_t p_size, bool p_zeroed) {
-    // The C heap has no larger blocks, and the sums below must not wrap.
-    if (p_size == 0 || p_size > PTRDIFF_MAX - 2 * sizeof(BlockHeader)) {
+/// Whether a block can have that size. The C heap has no larger ones, and sums of it must not wrap.
+bool isBlockSize(size_t p_size) {
+    return p_size != 0 && p_size <= PTRDIFF_MAX - 2 * sizeof(BlockHeader);
+}
+
+size_t getUsableSize(size_t p_size) {
+    return (p_size + 7) & ~size_t(7);
+}
+
+/// Gives what callers see of a block of the C heap, null for null.
+void* finishBlock(void* p_block, size_t p_usableSize) {
+    if (p_block == nullptr) {
         return nullptr;
     }
-    const size_t usableSize = (p_size + 7) & ~size_t(7);
-    const size_t blockSize = usableSize + sizeof(BlockHeader);
-    BlockHeader* header = static_cast<BlockHeader*>(p_zeroed ? ::calloc(1, blockSize) : ::malloc(blockSize));
-    if (header == nullptr) {
-        return nullptr;
-    }
+    const size_t blockSize = p_usableSize + sizeof(BlockHeader);
     if (__builtin_expect(blockSize >= 2 * LARGE_PAGE, 0)) {
-        wishLargePages(header, blockSize);
+        wishLargePages(p_block, blockSize);
     }
-    header->m_usableSize = usableSize;
+    BlockHeader* header = static_cast<BlockHeader*>(p_block);
+    header->m_usableSize = p_usableSize;
     return header + 1;
+}
+
+void* tryAllocate(size_t p_size, bool p_zeroed) {
+    if (!isBlockSize(p_size)) {
+        return nullptr;
+    }
+    const size_t usableSize = getUsableSize(p_size);
+    const size_t blockSize = usableSize + sizeof(BlockHeader);
+    return finishBlock(p_zeroed ? ::calloc(1, blockSize) : ::malloc(blockSize), usableSize);
 }
 
 void* tryReallocate(void* p_block, size_t p_size, bool p_zeroed) {
@@ -101,6 +117,15 @@ void* zyr_realloc(void* p_block, size_t p_size) {
 }
 void* zyr_realloc0(void* p_block, size_t p_size) {
     return orAbort(tryReallocate(p_block, p_size, true));
+}
+
+void* zyr_tryGrow(void* p_block, size_t p_size) {
+    if (!isBlockSize(p_size)) {
+        return nullptr;
+    }
+    const size_t usableSize = getUsableSize(p_size);
+    void* block = p_block != nullptr ? getHeader(p_block) : nullptr;
+    return finishBlock(::realloc(block, usableSize + sizeof(BlockHeader)), usableSize);
 }
 
 int zyr_memcmp(const void* p_a, size_t p_sizeA, const void* p_b, size_t p_sizeB) {
