@@ -208,8 +208,8 @@ public:
     }
 
 private:
-    static constexpr size_t c_firstStep = 4096;
-    static constexpr size_t c_stepFactor = 32;
+    static constexpr size_t c_firstStep = 1024;
+    static constexpr size_t c_stepFactor = 128;
 
     bool grow(size_t p_capacity) {
         R* items = static_cast<R*>(allocArray(getAllocator(), getArrayByteSize<R>(p_capacity)));
