@@ -7,6 +7,7 @@
 
 #include "core_module/serializers/zyr_binary_heads.h"
 #include "core_module/serializers/zyr_frame_stack.h"
+#include "core_module/serializers/zyr_row_values.h"
 #include "core_module/serializers/zyr_serializer_level.h"
 #include "core_module/serializers/zyr_stored_number.h"
 
@@ -213,6 +214,21 @@ private:
         uint32_t m_count = 0;
         uint32_t m_next = 0;
     };
+
+    size_t readRows(const FieldRow* p_rows, void* const* p_values, size_t p_count) override {
+        Frame& frame = *m_frame;
+        BinaryReader reader = frame.m_reader;
+        size_t done = 0;
+        for (; done < p_count && !reader.isAtEnd(); done++) {
+            const typename Heads::Head* head = m_heads.readField(reader, frame.m_heads);
+            if (head == nullptr || !head->isRow(p_rows[done]) ||
+                !readRowValue(reader, p_rows[done].m_kind, p_values[done])) {
+                break;
+            }
+            frame.m_reader.m_place = reader.m_place;
+        }
+        return done;
+    }
 
     /// Looks for the field; m_head is its head then, and the frame's reader stands at its value. False without such a
     /// field, and with m_broken set where the bytes are wrong.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core_module/serializers/zyr_binary_reader.h"
+#include "core_module/serializers/zyr_field_rows.h"
 #include "core_module/serializers/zyr_name_pattern.h"
 #include "zyr_common/containers/zyr_array.h"
 
@@ -33,6 +34,7 @@ inline bool isFieldKind(uint64_t p_kind) {
 class RawHeads {
 public:
     struct Head : FieldHead {
+        bool isRow(const FieldRow& p_row) const { return m_kind == getRowKind(p_row.m_kind) && is(p_row.m_key); }
         bool is(const String& p_name) const {
             return m_nameLength == p_name.getLengthInBytes() && equalNames(m_name, p_name.getData(), m_nameLength);
         }
@@ -72,8 +74,18 @@ class ZbfHeads {
 public:
     struct Head : FieldHead {
         bool is(const String& p_name) const { return m_pattern.is(p_name); }
+        bool isRow(const FieldRow& p_row) const {
+            if (m_row == &p_row) {
+                return true;
+            }
+            const bool same = m_kind == getRowKind(p_row.m_kind) && is(p_row.m_key);
+            m_row = same ? &p_row : m_row;
+            return same;
+        }
 
         NamePattern m_pattern;
+        /// The row that was found to be this field, so that names need not be compared again; null for none.
+        mutable const FieldRow* m_row = nullptr;
     };
 
     bool begin(const void* p_data, size_t p_size, BinaryReader& p_fields);

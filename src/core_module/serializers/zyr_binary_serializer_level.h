@@ -3,7 +3,9 @@
 
 #include "core_module/serializers/zyr_byte_buffer.h"
 #include "core_module/serializers/zyr_field_kind.h"
+#include "core_module/serializers/zyr_field_rows.h"
 #include "core_module/serializers/zyr_serializer_level.h"
+#include "zyr_common/storage/zyr_payload_wrapper.h"
 
 namespace zyr {
 
@@ -20,11 +22,11 @@ public:
     bool_t isBinaryFormat() const override { return 1; }
     const void* getData() const override {
         complete();
-        return m_output.m_buffer.getData();
+        return getSize() != 0 ? m_output.m_buffer.getData() + c_payloadWrapperSize : nullptr;
     }
     size_t getDataSize() const override {
         complete();
-        return m_output.m_buffer.getSize();
+        return getSize();
     }
 
     bool_t beginHeader() override { return 1; }
@@ -175,6 +177,44 @@ public:
     }
 
 private:
+    size_t writeRows(const FieldRow* p_rows, const void* const* p_values, size_t p_count) override {
+        constexpr size_t ROOM = Output::c_rowHeadRoom + c_rowValueRoom;
+        ByteBuffer& buffer = m_output.m_buffer;
+        uint8_t* target = buffer.reserve(p_count * ROOM);
+        size_t done = 0;
+        for (; target != nullptr && done < p_count; done++) {
+            const FieldRow& row = p_rows[done];
+            if (row.m_kind == ZYR_FIELD_ROW_STRING) {
+                const size_t length = static_cast<const String*>(p_values[done])->getLengthInBytes();
+                if (length > c_rowTextLength) {
+                    buffer.commit(target);
+                    target = buffer.reserve((p_count - done) * ROOM + length);
+                    if (target == nullptr) {
+                        break;
+                    }
+                }
+            }
+            uint8_t* place = m_output.putRowHead(target, row);
+            if (place == nullptr) {
+                break;
+            }
+            target = putRowValue(place, row.m_kind, p_values[done]);
+        }
+        if (target != nullptr) {
+            buffer.commit(target);
+        }
+        return done;
+    }
+    void* giveBuffer(const void* p_data, size_t p_front, size_t p_capacity) override {
+        const bool fits = p_data == getData() && p_data != nullptr && p_front == c_payloadWrapperSize &&
+                          p_capacity <= m_output.m_buffer.getCapacity();
+        return fits ? m_output.m_buffer.give() : nullptr;
+    }
+    /// Of the payload, without the room in front of it.
+    size_t getSize() const {
+        const size_t size = m_output.m_buffer.getSize();
+        return size > c_payloadWrapperSize ? size - c_payloadWrapperSize : 0;
+    }
     /// The getters are constant for the caller; the table of the last format belongs to what they give.
     void complete() const {
         if (!m_completed) {

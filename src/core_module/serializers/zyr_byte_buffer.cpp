@@ -1,18 +1,15 @@
 #include "core_module/serializers/zyr_byte_buffer.h"
 
 #include "zyr_common/digest/zyr_hex_digits.h"
-
-#include <cstdlib>
-#include <sys/mman.h>
+#include "zyr_common/memory/zyr_growing_block.h"
+#include "zyr_common/memory/zyr_memory.h"
+#include "zyr_common/memory/zyr_power_of_two.h"
 
 namespace zyr {
 
 namespace {
 
 constexpr size_t FIRST_CAPACITY = 4096;
-/// From here on a buffer has a mapping of its own, which the system moves by its pages when it grows: this costs
-/// neither a copy nor fresh memory, and the pages are large ones where there are such.
-constexpr size_t MAPPED_CAPACITY = 2 << 20;
 constexpr uint8_t GUID_TEXT_LENGTH = 36;
 constexpr size_t GUID_SIZE = 16;
 
@@ -35,48 +32,30 @@ bool parseGUID(const char* p_text, uint8_t* p_bytes) {
 } // namespace
 
 void ByteBuffer::release() {
-    if (m_capacity >= MAPPED_CAPACITY) {
-        munmap(m_data, m_capacity);
-    } else {
-        ::free(m_data);
-    }
+    zyr_free(m_data);
     m_data = nullptr;
     m_size = 0;
     m_capacity = 0;
 }
 
+void* ByteBuffer::give() {
+    void* block = m_data;
+    m_data = nullptr;
+    release();
+    return block;
+}
+
 bool ByteBuffer::grow(size_t p_size) {
     size_t capacity = m_capacity != 0 ? m_capacity * 2 : FIRST_CAPACITY;
     if (capacity < m_size + p_size + c_slack) {
-        capacity = m_size + p_size + c_slack;
+        capacity = zyr_getNearestPowerOfTwo(m_size + p_size + c_slack);
     }
-    if (capacity >= MAPPED_CAPACITY) {
-        return growMapping((capacity + MAPPED_CAPACITY - 1) & ~(MAPPED_CAPACITY - 1));
-    }
-    // The framework's heap always makes a new block.
-    uint8_t* data = static_cast<uint8_t*>(::realloc(m_data, capacity));
+    uint8_t* data = static_cast<uint8_t*>(zyr_tryGrow(m_data, capacity));
     if (data == nullptr) {
         return false;
     }
     m_data = data;
     m_capacity = capacity;
-    return true;
-}
-
-bool ByteBuffer::growMapping(size_t p_capacity) {
-    const bool mapped = m_capacity >= MAPPED_CAPACITY;
-    void* data = mapped ? mremap(m_data, m_capacity, p_capacity, MREMAP_MAYMOVE)
-                        : mmap(nullptr, p_capacity, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (data == MAP_FAILED) {
-        return false;
-    }
-    if (!mapped) {
-        madvise(data, p_capacity, MADV_HUGEPAGE); // A wish: some systems have none.
-        copyBytes(static_cast<uint8_t*>(data), m_data, m_size);
-        ::free(m_data);
-    }
-    m_data = static_cast<uint8_t*>(data);
-    m_capacity = p_capacity;
     return true;
 }
 

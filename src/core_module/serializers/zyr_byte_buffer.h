@@ -17,9 +17,13 @@ public:
 
     const uint8_t* getData() const { return m_data; }
     size_t getSize() const { return m_size; }
+    /// A power of two, so that an array that takes the block over has the capacity which it would have chosen.
+    size_t getCapacity() const { return m_capacity; }
     void setSize(size_t p_size) { m_size = p_size; }
     /// Gives the memory back.
     void release();
+    /// Hands the block to the caller, who frees it by zyr_free.
+    void* give();
 
     /// What may be written behind the room that was asked for, so that short copies can have one size.
     static constexpr size_t c_slack = 64;
@@ -58,7 +62,6 @@ public:
 
 private:
     bool grow(size_t p_size);
-    bool growMapping(size_t p_capacity);
 
     uint8_t* m_data = nullptr;
     size_t m_size = 0;

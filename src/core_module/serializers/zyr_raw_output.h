@@ -3,7 +3,9 @@
 
 #include "core_module/serializers/zyr_byte_buffer.h"
 #include "core_module/serializers/zyr_field_kind.h"
+#include "core_module/serializers/zyr_field_rows.h"
 #include "core_module/serializers/zyr_frame_stack.h"
+#include "core_module/serializers/zyr_payload_front.h"
 
 namespace zyr {
 
@@ -11,9 +13,8 @@ namespace zyr {
 class RawOutput {
 public:
     bool begin() {
-        m_buffer.setSize(0);
         m_depth = 0;
-        return m_buffer.append(static_cast<char>(c_binaryFormatVersion));
+        return beginPayload(m_buffer) && m_buffer.append(static_cast<char>(c_binaryFormatVersion));
     }
     void end() { m_buffer.release(); }
     /// The bytes are complete at all times.
@@ -24,6 +25,19 @@ public:
     uint8_t* field(const String& p_name, FieldKind p_kind, size_t p_room);
     /// Fields are declared where they stand.
     bool declare(const String&, FieldKind, const String&) { return true; }
+    /// Puts what stands in front of the value of a row, for which there must be so much room. Gives the place of the
+    /// value, null for a row that must go through its operation.
+    static constexpr size_t c_rowHeadRoom = 2 + String::INLINE_SIZE;
+    static uint8_t* putRowHead(uint8_t* p_target, const FieldRow& p_row) {
+        const FieldKind kind = getRowKind(p_row.m_kind);
+        const size_t length = p_row.m_key.getLengthInBytes();
+        if (kind == FieldKind::NONE || length > String::INLINE_SIZE) {
+            return nullptr;
+        }
+        *p_target++ = static_cast<uint8_t>(kind);
+        *p_target++ = static_cast<uint8_t>(length);
+        return copyText(p_target, p_row.m_key);
+    }
     bool beginStructure(const String&) { return true; }
     bool endStructure() { return true; }
 

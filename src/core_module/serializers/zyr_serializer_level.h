@@ -3,6 +3,7 @@
 
 #include "zyr_common/containers/zyr_array.h"
 #include "zyr_common/implementation/zyr_implementation.h"
+#include "zyr_common/serialization/zyr_serializer_reserved.h"
 
 namespace zyr {
 
@@ -50,6 +51,19 @@ protected:
 template <class Interface> class SerializerLevel : public DirectoryLevel<Interface, ISerializer> {
     using Base = DirectoryLevel<Interface, ISerializer>;
 
+    class Reserved final : public LevelReserved<SerializerLevel, ISerializerReserved> {
+    public:
+        using LevelReserved<SerializerLevel, ISerializerReserved>::LevelReserved;
+        size_t writeFields(const FieldRow* p_rows, const void* const* p_values, size_t p_count) override {
+            // An outer layer may have operations of its own.
+            return this->m_level->getTLIObject() == this->m_level ? this->m_level->writeRows(p_rows, p_values, p_count)
+                                                                  : 0;
+        }
+        void* giveOutput(const void* p_data, size_t p_front, size_t p_capacity) override {
+            return this->m_level->giveBuffer(p_data, p_front, p_capacity);
+        }
+    };
+
 public:
     bool_t isWritingDeferredFiles() const override { return m_writingDeferredFiles; }
     bool_t setWritingDeferredFiles(bool_t p_write) override {
@@ -68,16 +82,31 @@ public:
     }
 
 private:
+    // What the reserved object does; see there.
+    virtual size_t writeRows(const FieldRow*, const void* const*, size_t) { return 0; }
+    virtual void* giveBuffer(const void* p_data, size_t p_front, size_t p_capacity) = 0;
+
     bool_t m_writingDeferredFiles = 0;
-    mutable LevelReserved<SerializerLevel> m_serializerReserved{this};
+    mutable Reserved m_serializerReserved{this};
 };
 
 template <class Interface> class DeserializerLevel : public DirectoryLevel<Interface, IDeserializer> {
+    class Reserved final : public LevelReserved<DeserializerLevel, IDeserializerReserved> {
+    public:
+        using LevelReserved<DeserializerLevel, IDeserializerReserved>::LevelReserved;
+        size_t readFields(const FieldRow* p_rows, void* const* p_values, size_t p_count) override {
+            return this->m_level->getTLIObject() == this->m_level ? this->m_level->readRows(p_rows, p_values, p_count)
+                                                                  : 0;
+        }
+    };
+
 public:
     ILevelReserved* getDeserializerReserved() const override { return &m_deserializerReserved; }
 
 private:
-    mutable LevelReserved<DeserializerLevel> m_deserializerReserved{this};
+    virtual size_t readRows(const FieldRow*, void* const*, size_t) { return 0; }
+
+    mutable Reserved m_deserializerReserved{this};
 };
 
 } // namespace zyr

@@ -7,7 +7,7 @@ namespace zyr {
 namespace {
 
 /// Behind the version: where the table begins, 8 bytes.
-constexpr size_t TABLE_PLACE = 1;
+constexpr size_t TABLE_PLACE = c_payloadWrapperSize + 1;
 
 template <typename T> void useDoubling(Array<T>& p_array) {
     p_array.setAllocationModel(ZYR_ALLOC_CONDITION_ON_OVERFLOW, ZYR_ALLOC_STEP_DOUBLE);
@@ -41,11 +41,10 @@ bool ZbfOutput::begin() {
     useDoubling(m_structures);
     useDoubling(m_classes);
     useDoubling(m_texts);
-    m_buffer.setSize(0);
-    const uint8_t head[TABLE_PLACE + 8] = {c_binaryFormatVersion};
+    const uint8_t head[1 + sizeof(uint64_t)] = {c_binaryFormatVersion};
     m_frames[0] = {0, 0, 0, addStructure(String::getConstEmpty()), 0};
     expect(0);
-    return m_buffer.append(head, sizeof(head));
+    return beginPayload(m_buffer) && m_buffer.append(head, sizeof(head));
 }
 
 void ZbfOutput::end() {
@@ -54,7 +53,10 @@ void ZbfOutput::end() {
 }
 
 bool ZbfOutput::complete() {
-    const uint64_t place = m_buffer.getSize();
+    if (m_buffer.getSize() <= c_payloadWrapperSize) {
+        return false; // Nothing was begun.
+    }
+    const uint64_t place = m_buffer.getSize() - c_payloadWrapperSize;
     bool done = m_depth == 0 && putNumber(m_structures.getSize());
     for (size_t i = 0; i < m_structures.getSize() && done; i++) {
         const Structure& structure = *m_structures[i];
@@ -119,7 +121,7 @@ uint32_t ZbfOutput::findStructure(const String& p_typeName) {
 uint32_t ZbfOutput::addField(const String& p_name, FieldKind p_kind) {
     Array<Field>& fields = getStructure().m_fields;
     const uint32_t number = static_cast<uint32_t>(fields.getSize());
-    fields.pushBack({NamePattern(keepText(p_name), p_name.getLengthInBytes()), p_kind, number, 0});
+    fields.pushBack({NamePattern(keepText(p_name), p_name.getLengthInBytes()), p_kind, number, 0, nullptr});
     expect(number + 1);
     return number;
 }

@@ -4,8 +4,10 @@
 
 #include "core_module/serializers/zyr_byte_buffer.h"
 #include "core_module/serializers/zyr_field_kind.h"
+#include "core_module/serializers/zyr_field_rows.h"
 #include "core_module/serializers/zyr_frame_stack.h"
 #include "core_module/serializers/zyr_name_pattern.h"
+#include "core_module/serializers/zyr_payload_front.h"
 #include "zyr_common/containers/zyr_array.h"
 #include "zyr_common/containers/zyr_hash_map.h"
 
@@ -29,6 +31,22 @@ public:
         return target != nullptr ? putBase128(target, number) : nullptr;
     }
     bool declare(const String& p_name, FieldKind p_kind, const String& p_typeName);
+    /// Puts what stands in front of the value of a row, for which there must be so much room. Gives the place of the
+    /// value, null for a row that must go through its operation.
+    static constexpr size_t c_rowHeadRoom = c_numberSize;
+    uint8_t* putRowHead(uint8_t* p_target, const FieldRow& p_row) {
+        if (m_expected == m_expectedEnd) {
+            return nullptr;
+        }
+        if (m_expected->m_row != &p_row) {
+            // No field is of the kind NONE.
+            if (!m_expected->is(p_row.m_key, getRowKind(p_row.m_kind))) {
+                return nullptr;
+            }
+            m_expected->m_row = &p_row;
+        }
+        return putBase128(p_target, m_expected++->m_number);
+    }
     bool beginStructure(const String& p_typeName);
     bool endStructure();
 
@@ -51,6 +69,8 @@ private:
         uint32_t m_number;
         /// Number of the structure of a record.
         uint32_t m_structure;
+        /// The row that was found to be this field, so that names need not be compared again; null for none.
+        const FieldRow* m_row;
     };
     struct Structure {
         String m_name;
@@ -77,7 +97,7 @@ private:
     Structure& getStructure() { return *m_structures[m_frames[m_depth].m_structure]; }
     /// Sets the field of that structure that is expected next.
     void expect(uint32_t p_number) {
-        const Array<Field>& fields = getStructure().m_fields;
+        Array<Field>& fields = getStructure().m_fields;
         m_expected = fields.begin() + p_number;
         m_expectedEnd = fields.end();
     }
@@ -98,7 +118,7 @@ private:
     FrameStack<Frame> m_frames;
     uint32_t m_depth = 0;
     /// In the fields of the innermost frame, which move when one is added.
-    const Field* m_expected = nullptr;
+    Field* m_expected = nullptr;
     const Field* m_expectedEnd = nullptr;
     Array<Structure*> m_structures;
     HashMap<String, uint32_t> m_structureNumbers;

@@ -1,9 +1,11 @@
 #include "zyr_common/application/zyr_application_data.h"
 #include "zyr_common/application/zyr_format_registries.h"
 #include "zyr_common/containers/zyr_array.h"
+#include "zyr_common/memory/zyr_power_of_two.h"
 #include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/object/zyr_factories.h"
 #include "zyr_common/serialization/zyr_serializer.h"
+#include "zyr_common/serialization/zyr_serializer_reserved.h"
 #include "zyr_common/storage/zyr_file_format_header.h"
 #include "zyr_common/storage/zyr_load_save.h"
 #include "zyr_common/storage/zyr_payload_wrapper.h"
@@ -71,6 +73,39 @@ SaveFailure SaveRun::run(IObject* p_object, const String& p_format, bool_t p_wri
     return written ? SaveFailure::NONE : SaveFailure::BAD_OBJECT;
 }
 
+/// Smaller outputs are copied: their block is larger than they need.
+constexpr size_t GIVEN_SIZE = 64 << 10;
+
+/// Whether the array is as new and one of this module, so that nothing that its owner has set is lost when it gets
+/// another block. Arrays have no getter for their allocator; their layout is a contract.
+bool_t isNew(const Array<unsigned char>& p_array) {
+    const Array<unsigned char> fresh;
+    const char* bytes = reinterpret_cast<const char*>(&p_array);
+    const char* expected = reinterpret_cast<const char*>(&fresh);
+    constexpr size_t TABLE = sizeof(void*);
+    constexpr size_t STATE = sizeof(RefCountedData);
+    return memcmp(bytes, expected, TABLE) == 0 && memcmp(bytes + STATE, expected + STATE, sizeof(fresh) - STATE) == 0;
+}
+
+/// Gives the serializer's own block to the array, which then is as if the bytes had been appended to it. Gives 0, with
+/// nothing changed, where they must be copied.
+bool_t takeOutput(ISerializer* p_serializer, Array<unsigned char>& p_data, const uint8_t* p_wrapper,
+                  size_t p_wrapperSize) {
+    const size_t size = p_wrapperSize + p_serializer->getDataSize();
+    ISerializerReserved* reserved = zyr_findReserved(p_serializer);
+    if (size < GIVEN_SIZE || reserved == nullptr || !isNew(p_data)) {
+        return 0;
+    }
+    const size_t capacity = zyr_getNearestPowerOfTwo(size);
+    void* block = reserved->giveOutput(p_serializer->getData(), p_wrapperSize, capacity);
+    if (block == nullptr) {
+        return 0;
+    }
+    memcpy(block, p_wrapper, p_wrapperSize);
+    p_data.bindInitialData(block, capacity);
+    return p_data.resize(size);
+}
+
 } // namespace
 
 bool_t zyr_saveToData(IObject* p_object, Array<unsigned char>& p_data, const String& p_format,
@@ -93,11 +128,12 @@ bool_t zyr_saveToData(IObject* p_object, Array<unsigned char>& p_data, const Str
         ZYR_LOG_WARN(BAD_OBJECT_TEXT);
         return 0;
     }
-    uint8_t wrapper[c_payloadWrapperSize];
-    if (save.makeWrapper(wrapper)) {
-        p_data.pushBackRange(wrapper, sizeof(wrapper));
+    uint8_t wrapper[c_payloadWrapperSize] = {};
+    const size_t wrapperSize = save.makeWrapper(wrapper) ? sizeof(wrapper) : 0;
+    if (!takeOutput(save.m_serializer, p_data, wrapper, wrapperSize)) {
+        p_data.pushBackRange(wrapper, wrapperSize);
+        p_data.pushBackRange(save.m_serializer->getData(), save.m_serializer->getDataSize());
     }
-    p_data.pushBackRange(save.m_serializer->getData(), save.m_serializer->getDataSize());
     return 1;
 }
 
