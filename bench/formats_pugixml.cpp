@@ -93,7 +93,9 @@ public:
         if (!document.load_buffer(m_text.data(), m_text.size())) {
             abort();
         }
-        for (const pugi::xml_node node : document.child("records")) {
+        const auto nodes = document.child("records").children();
+        m_loaded.reserve(static_cast<size_t>(std::distance(nodes.begin(), nodes.end())));
+        for (const pugi::xml_node node : nodes) {
             read(m_loaded.emplace_back(), node);
         }
     }

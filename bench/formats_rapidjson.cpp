@@ -1,6 +1,7 @@
 #include "formats_peers.h"
 
 #include <rapidjson/document.h>
+#include <rapidjson/prettywriter.h>
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
@@ -8,21 +9,22 @@ namespace zyr::bench {
 
 namespace {
 
-using Writer = rapidjson::Writer<rapidjson::StringBuffer>;
+using PlainWriter = rapidjson::Writer<rapidjson::StringBuffer>;
+using IndentingWriter = rapidjson::PrettyWriter<rapidjson::StringBuffer>;
 using Value = rapidjson::Value;
 
 /// Keys are literals, so that their lengths are known.
-template <size_t N> void key(Writer& p_writer, const char (&p_key)[N]) {
+template <class Writer, size_t N> void key(Writer& p_writer, const char (&p_key)[N]) {
     p_writer.Key(p_key, N - 1);
 }
-void text(Writer& p_writer, const std::string& p_text) {
+template <class Writer> void text(Writer& p_writer, const std::string& p_text) {
     p_writer.String(p_text.data(), static_cast<rapidjson::SizeType>(p_text.size()));
 }
 void take(std::string& p_text, const Value& p_value) {
     p_text.assign(p_value.GetString(), p_value.GetStringLength());
 }
 
-void write(Writer& p_writer, const PlainRecord& p_record) {
+template <class Writer> void write(Writer& p_writer, const PlainRecord& p_record) {
     p_writer.StartObject();
     key(p_writer, "id");
     p_writer.Uint64(p_record.id);
@@ -116,12 +118,16 @@ void read(PlainRecord& p_record, const Value& p_value) {
     }
 }
 
-class RapidJsonSide : public PlainSide {
+template <class Writer> class RapidJsonSide : public PlainSide {
 public:
     using PlainSide::PlainSide;
     void dropSaved() override { m_buffer = rapidjson::StringBuffer(); }
     void save() override {
         Writer writer(m_buffer);
+        if constexpr (std::is_same_v<Writer, IndentingWriter>) {
+            writer.SetIndent(' ', 2);
+            writer.SetFormatOptions(rapidjson::kFormatSingleLineArray);
+        }
         writer.StartArray();
         for (const PlainRecord& record : m_records) {
             write(writer, record);
@@ -145,8 +151,11 @@ private:
 
 } // namespace
 
-std::unique_ptr<FormatSide> makeRapidJson(const PlainRecords& p_records) {
-    return std::make_unique<RapidJsonSide>(p_records);
+std::unique_ptr<FormatSide> makeRapidJson(const PlainRecords& p_records, bool p_indented) {
+    if (p_indented) {
+        return std::make_unique<RapidJsonSide<IndentingWriter>>(p_records);
+    }
+    return std::make_unique<RapidJsonSide<PlainWriter>>(p_records);
 }
 
 } // namespace zyr::bench
