@@ -19,6 +19,8 @@ constexpr uint32_t LEAST_LEFT_OUT = 64;
 constexpr uint32_t LEAST_WIDENED = 12;
 /// Shorter streams are not worth compressing.
 constexpr size_t LEAST_COMPRESSED = 16;
+/// Packed differences and raw pixels of a photograph take ZIP long and gain little.
+constexpr size_t MOST_ZIPPED_PHOTOGRAPH = 32768;
 
 BlockKind getPaletteKind(uint32_t p_count) {
     if (p_count <= 2) {
@@ -107,6 +109,7 @@ void BandEncoder::encode(const SourcePicture& p_source, Surface& p_surface, uint
                          const BlockChange* p_changes, const BandSettings& p_settings) {
     m_settings = p_settings;
     m_counts = {};
+    m_streamBytes = 0;
     m_bytes.resize(0);
     for (Array<uint8_t>& stream : m_streams) {
         stream.resize(0);
@@ -309,6 +312,17 @@ void BandEncoder::encodeRaw(const uint32_t* p_pixels, uint32_t p_numOfPixels) {
     }
 }
 
+/// Gives the size of what stands in m_packed then; 0 when the stream is better left as it is.
+size_t BandEncoder::packStream(StreamId p_id) {
+    const Array<uint8_t>& stream = m_streams[p_id];
+    const bool isPhotograph = p_id == STREAM_BITS || p_id == STREAM_RAW;
+    const bool isTooSlow =
+        m_settings.packing != m_settings.compression && isPhotograph && stream.getSize() > MOST_ZIPPED_PHOTOGRAPH;
+    return stream.getSize() < LEAST_COMPRESSED || isTooSlow
+               ? 0
+               : compressStream(m_settings.packing, p_id, stream.getData(), stream.getSize(), m_packed);
+}
+
 void BandEncoder::finish() {
     uint8_t* mask = extend(m_bytes, 2);
     mask[0] = 0;
@@ -320,9 +334,8 @@ void BandEncoder::finish() {
             continue;
         }
         m_bytes.getData()[i / 8] |= static_cast<uint8_t>(1 << i % 8);
-        const size_t packedSize = size < LEAST_COMPRESSED ? 0
-                                                          : compressStream(m_settings.compression, StreamId(i),
-                                                                           stream.getData(), size, m_packed);
+        m_streamBytes += size;
+        const size_t packedSize = packStream(StreamId(i));
         appendNumber(m_bytes, 2 * size + (packedSize != 0));
         if (packedSize != 0) {
             appendNumber(m_bytes, packedSize);

@@ -21,8 +21,9 @@ constexpr bool sortsDifferences(CompressionTypeEnum p_compression) {
 
 /// The same for all bands of a frame.
 struct BandSettings {
-    CompressionTypeEnum compression;
+    CompressionTypeEnum compression; ///< That blocks are coded for.
     uint8_t bound;
+    CompressionTypeEnum packing; ///< Of the streams: the same, or ZIP for blocks that are coded for another one.
 };
 
 /// One band at a time, and one thread. Keeps its memory from frame to frame.
@@ -38,6 +39,8 @@ public:
     /// Empty when no block had a change.
     const Array<uint8_t>& getBytes() const { return m_bytes; }
     const BlockCounts& getCounts() const { return m_counts; }
+    /// Bytes of the streams before their compression.
+    size_t getStreamBytes() const { return m_streamBytes; }
     /// Nanoseconds that the last compression of streams took.
     uint64_t getCompressionTime() const { return m_compressionTime; }
 
@@ -59,10 +62,12 @@ private:
     void encodeRaw(const uint32_t* p_pixels, uint32_t p_numOfPixels);
     void appendColors(const Palette& p_palette);
     void addKind(BlockKind p_kind, uint32_t p_argument);
+    size_t packStream(StreamId p_id);
     void finish();
 
     BandSettings m_settings = {};
     Array<uint8_t> m_streams[STREAM_COUNT];
+    size_t m_streamBytes = 0;
     Array<uint8_t> m_packed;
     Array<uint8_t> m_bytes;
     ColorCounter m_counter;

@@ -21,7 +21,8 @@ public:
     const String& getCodecName() const override { return m_codecInfo.codecName; }
     void getCodecProposals(List<FrameCodecProposal*>& p_proposals) override;
     /// Silent. False unless single-plane RGB and a compression were agreed. Of the options "threads=N" is read: so many
-    /// threads take part in large pictures, and none beside the caller's with 1.
+    /// threads take part in large pictures, and none beside the caller's with 1; "dense=1" lets large packets of text
+    /// be compressed by ZIP.
     bool_t initialize(const FrameCodecInfo& p_codecInfo) override;
     bool_t deinitialize() override { return 1; }
     const FrameCodecInfo* getCodecInfo() const override { return &m_codecInfo; }

@@ -33,6 +33,7 @@ bool_t BlocksFrameEncoderContext::initialize(IFrameEncoder* p_encoder) {
     const FrameCodecInfo* codecInfo = p_encoder->getCodecInfo();
     if (codecInfo != nullptr) {
         m_pictureEncoder.setNumOfThreads(blocks::findNumOfThreads(codecInfo->codecOptions));
+        m_pictureEncoder.setDense(blocks::isDense(codecInfo->codecOptions));
     }
     return 1;
 }

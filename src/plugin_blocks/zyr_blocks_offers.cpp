@@ -59,4 +59,8 @@ uint32_t findNumOfThreads(const String& p_options) {
     return count > MOST_THREADS ? MOST_THREADS : static_cast<uint32_t>(count);
 }
 
+bool isDense(const String& p_options) {
+    return strstr(p_options.getData(), "dense=1") != nullptr;
+}
+
 } // namespace zyr::blocks

@@ -36,4 +36,7 @@ bool hasCompression(const FrameCodecInfo& p_info);
 /// The number behind "threads=" in the options, or 0.
 uint32_t findNumOfThreads(const String& p_options);
 
+/// Whether the options hold "dense=1".
+bool isDense(const String& p_options);
+
 } // namespace zyr::blocks

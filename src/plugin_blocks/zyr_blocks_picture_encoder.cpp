@@ -10,6 +10,13 @@ namespace {
 constexpr uint32_t ROWS_OF_BAND = BAND_ROWS / BLOCK_SIZE;
 /// With fewer changed blocks, waking threads takes longer than coding.
 constexpr uint32_t LEAST_BLOCKS_FOR_THREADS = 2000;
+/// A packet of so many bytes is worth ZIP's time, and still is when ZIP has made it so small.
+constexpr size_t LEAST_FOR_DENSE = 8192;
+constexpr size_t LEAST_WHILE_DENSE = 1024;
+/// ZIP takes some ten milliseconds for so many bytes of indices.
+constexpr size_t MOST_FOR_DENSE = 1 << 20;
+/// Of so many blocks one may be of a photograph; twice as many while packets are dense.
+constexpr uint32_t BLOCKS_A_PHOTOGRAPH = 16;
 
 bool covers(const PixelRect& p_rect, const PixelRect& p_block) {
     return p_rect.x <= p_block.x && p_rect.y <= p_block.y && p_rect.x + p_rect.width >= p_block.x + p_block.width &&
@@ -65,9 +72,9 @@ bool PictureEncoder::encode(const SourcePicture& p_source, const uint8_t* p_want
         start += m_times.moves;
     }
 
-    const uint32_t numOfChanges = codeBands(p_source, {p_compression, p_bound});
-    PacketHeader header = {FORMAT_VERSION, 0,     static_cast<uint8_t>(p_compression), p_bound, ++m_sequence,
-                           width,          height};
+    const CompressionTypeEnum packing = m_isDense ? ZYR_COMPRESSION_ZIP : p_compression;
+    const uint32_t numOfChanges = codeBands(p_source, {p_compression, p_bound, packing});
+    PacketHeader header = {FORMAT_VERSION, 0, static_cast<uint8_t>(packing), p_bound, ++m_sequence, width, height};
     header.flags = static_cast<uint8_t>((isKey ? FLAG_KEY : 0) | (numOfMoves != 0 ? FLAG_MOVES : 0) |
                                         (numOfChanges != 0 ? FLAG_BLOCKS : 0));
     p_packet.resize(0);
@@ -82,12 +89,32 @@ bool PictureEncoder::encode(const SourcePicture& p_source, const uint8_t* p_want
         const Array<uint8_t>& bytes = m_bands.getData()[i]->getBytes();
         p_packet.pushBackRange(bytes.getData(), bytes.getSize());
     }
+    m_isDense = findDense(p_packet.getSize());
     // Until now the marks stood for what is coded; whoever asks for them wants what changed.
     for (uint32_t i = 0; i < count && numOfMoves != 0; ++i) {
         m_marks.getData()[i] |= m_touched.getData()[i];
     }
     m_times.code = zyr_getCurrentTime() - start;
     return true;
+}
+
+/// Whether the next packet is to be dense, behind one of so many bytes: pictures are mostly like the last ones.
+bool PictureEncoder::findDense(size_t p_size) const {
+    if (!m_mayBeDense) {
+        return false;
+    }
+    const BlockCounts counts = getCounts();
+    uint32_t blocks = 0;
+    for (const uint32_t count : counts.kinds) {
+        blocks += count;
+    }
+    size_t streamBytes = 0;
+    for (uint32_t i = 0; i < divideUp(m_surface.getHeight(), BAND_ROWS); ++i) {
+        streamBytes += m_bands.getData()[i]->getStreamBytes();
+    }
+    const uint32_t photographs = (counts.kinds[KIND_PREDICTED] + counts.kinds[KIND_RAW]) * BLOCKS_A_PHOTOGRAPH;
+    return p_size >= (m_isDense ? LEAST_WHILE_DENSE : LEAST_FOR_DENSE) && streamBytes <= MOST_FOR_DENSE &&
+           photographs <= (m_isDense ? 2 * blocks : blocks);
 }
 
 void PictureEncoder::compare(const SourcePicture& p_source, const uint8_t* p_wanted, uint8_t p_bound) {

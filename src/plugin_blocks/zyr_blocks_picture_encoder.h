@@ -26,8 +26,13 @@ public:
 
     /// Threads for large pictures; see BandWorkers.
     void setNumOfThreads(uint32_t p_count) { m_workers.setNumOfThreads(p_count); }
+    /// Packets behind one that has much text are compressed by ZIP though blocks are coded for another compression.
+    void setDense(bool p_isDense) { m_mayBeDense = p_isDense; }
     /// The next packet is a key frame.
-    void forget() { m_surface.clear(); }
+    void forget() {
+        m_surface.clear();
+        m_isDense = false;
+    }
 
     /// Replaces the contents of `p_packet`. `p_wanted`, when given, has a byte for each block of 16x16 pixels, 0 for
     /// those that are known to be as in the last picture. False for a size that is not possible.
@@ -45,6 +50,7 @@ private:
     void keepMemory();
     void compare(const SourcePicture& p_source, const uint8_t* p_wanted, uint8_t p_bound);
     void applyMoves(const SourcePicture& p_source, const Move* p_moves, uint32_t p_count, uint8_t p_bound);
+    bool findDense(size_t p_size) const;
     uint32_t codeBands(const SourcePicture& p_source, const BandSettings& p_settings);
     static void codeBand(void* p_encoder, uint32_t p_band);
 
@@ -58,6 +64,8 @@ private:
     BandWorkers m_workers;
     const SourcePicture* m_source = nullptr; ///< while bands are coded
     BandSettings m_settings = {};
+    bool m_mayBeDense = false;
+    bool m_isDense = false;
     uint32_t m_moved = 0;
     uint8_t m_sequence = 0;
     EncodeTimes m_times = {};

@@ -18,6 +18,8 @@ EncoderOptions getLiveOptions(const std::string& p_implementation) {
     if (p_implementation == "libvpx-vp9") {
         options.set("cpu-used", "8");
         options.set("threads", "2");
+    } else if (p_implementation == "lz4") {
+        options.set("dense", "1");
     }
     return options;
 }

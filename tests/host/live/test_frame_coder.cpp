@@ -271,6 +271,21 @@ TEST_F(FrameCoderTest, LooksAtTheFilmAgainWhenItHasStopped) {
     EXPECT_EQ(countDifferences(false, 0) + countDifferences(true, 0), 0u);
 }
 
+TEST_F(FrameCoderTest, ZipsPagesThatAreRedrawn) {
+    for (unsigned i = 0; i < 2; i++) {
+        for (uint32_t y = 0; y < HEIGHT; y++) {
+            for (uint32_t x = 0; x < WIDTH; x++) {
+                m_noise = m_noise * 1664525u + 1013904223u;
+                set(x, y, m_noise >> 31 != 0 ? 0xFFFFFF : 0);
+            }
+        }
+        const auto parts = encode();
+        ASSERT_EQ(parts.size(), 1u);
+        EXPECT_EQ(parts[0].m_packet->getPackedData()->getData()[2], i == 0 ? ZYR_COMPRESSION_LZ4 : ZYR_COMPRESSION_ZIP);
+        EXPECT_EQ(countDifferences(false, 0) + countDifferences(true, 0), 0u);
+    }
+}
+
 TEST_F(FrameCoderTest, LetsAFilmWaitForItsContext) {
     encode();
     std::vector<CodedPart> parts;
