@@ -19,6 +19,15 @@ public:
         return *this;
     }
 
+    /// Seven bits a byte, the lowest first; all but the last byte have their highest bit set.
+    LiveWriter& addNumber(uint64_t p_number) {
+        for (; p_number >= 0x80; p_number >>= 7) {
+            m_bytes.push_back(uint8_t(p_number | 0x80));
+        }
+        m_bytes.push_back(uint8_t(p_number));
+        return *this;
+    }
+
     /// A text behind its length of 16 bits; what is longer is cut.
     LiveWriter& addText(const std::string& p_text) {
         const auto size = static_cast<uint16_t>(p_text.size() < UINT16_MAX ? p_text.size() : UINT16_MAX);
@@ -45,6 +54,20 @@ public:
             memcpy(&number, m_data + m_position - sizeof(number), sizeof(number));
         }
         return number;
+    }
+
+    /// As addNumber wrote it.
+    uint64_t takeNumber() {
+        uint64_t number = 0;
+        for (unsigned shift = 0; shift < 64; shift += 7) {
+            const auto byte = take<uint8_t>();
+            number |= uint64_t{byte & 0x7Fu} << shift;
+            if ((byte & 0x80) == 0) {
+                return number;
+            }
+        }
+        m_good = false;
+        return 0;
     }
 
     std::string takeText(size_t p_longest) {

@@ -178,7 +178,10 @@ bool LiveClient::decode(const LiveFrameHead& p_head, IPackedFrameData& p_packet)
 void LiveClient::takeFrame(const DataMessage& p_message) {
     ShownFrame frame;
     frame.m_arrivalTime = getLiveTime();
-    if (!frame.m_head.read(LiveReader(p_message.getHeader(), p_message.getHeaderSize()))) {
+    const auto payloadSize = size_t(p_message.getPayloadSize());
+    std::vector<uint8_t> front;
+    if (!m_heads.read(LiveReader(p_message.getHeader(), p_message.getHeaderSize()), p_message.getPayload(), payloadSize,
+                      frame.m_head, front)) {
         throw RunError("the server sends frames of another kind");
     }
     frame.m_stream = m_stream;
@@ -189,7 +192,8 @@ void LiveClient::takeFrame(const DataMessage& p_message) {
     fill->setWidth(frame.m_head.m_width);
     fill->setHeight(frame.m_head.m_height);
     fill->setVideoFrameID(frame.m_head.m_sequence);
-    fill->getPackedDataMutable()->pushBackRange(p_message.getPayload(), size_t(p_message.getPayloadSize()));
+    fill->getPackedDataMutable()->pushBackRange(front.data(), front.size());
+    fill->getPackedDataMutable()->pushBackRange(p_message.getPayload(), payloadSize);
     frame.m_packet = packet.get();
     frame.m_isDecoded = decode(frame.m_head, *packet);
     const uint64_t decoded = getLiveTime();

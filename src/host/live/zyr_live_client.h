@@ -1,6 +1,7 @@
 /// A viewer's end of a live screen.
 #pragma once
 
+#include "host/live/zyr_frame_heads.h"
 #include "host/live/zyr_live_address.h"
 #include "host/live/zyr_live_canvas.h"
 #include "host/live/zyr_live_codecs.h"
@@ -78,6 +79,7 @@ private:
     std::array<Ref<IFrameDecoderContext>, NUM_OF_LIVE_CODECS> m_decoders;
     LiveCanvas m_canvas;
     LiveStream m_stream;
+    FrameHeadReader m_heads;
     std::string m_refusal;
     bool m_isGreeted = false;
     bool m_isWelcome = false;

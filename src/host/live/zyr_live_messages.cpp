@@ -86,28 +86,6 @@ bool LiveStream::read(LiveReader p_reader) {
     return p_reader.isGood();
 }
 
-std::vector<uint8_t> LiveFrameHead::write() const {
-    LiveWriter writer;
-    writer.add(m_sequence).add(uint8_t(m_codec)).add(m_flags).add(m_x).add(m_y).add(m_width).add(m_height);
-    return writer.add(m_captureTime).add(m_captureMicros).add(m_encodeMicros).add(m_queueMicros).getBytes();
-}
-
-bool LiveFrameHead::read(LiveReader p_reader) {
-    m_sequence = p_reader.take<uint32_t>();
-    const uint8_t codec = p_reader.take<uint8_t>();
-    m_codec = LiveCodec(codec);
-    m_flags = p_reader.take<uint8_t>();
-    m_x = p_reader.take<uint16_t>();
-    m_y = p_reader.take<uint16_t>();
-    m_width = p_reader.take<uint16_t>();
-    m_height = p_reader.take<uint16_t>();
-    m_captureTime = p_reader.take<uint64_t>();
-    m_captureMicros = p_reader.take<uint32_t>();
-    m_encodeMicros = p_reader.take<uint32_t>();
-    m_queueMicros = p_reader.take<uint32_t>();
-    return p_reader.isGood() && codec < NUM_OF_LIVE_CODECS;
-}
-
 std::vector<uint8_t> LiveCursor::write() const {
     return LiveWriter().add(m_width).add(m_height).add(m_hotX).add(m_hotY).getBytes();
 }

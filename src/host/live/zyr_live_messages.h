@@ -11,7 +11,7 @@
 
 namespace zyr::host {
 
-constexpr uint32_t LIVE_VERSION = 1;
+constexpr uint32_t LIVE_VERSION = 2;
 constexpr size_t LONGEST_SECRET = 512;
 constexpr size_t LONGEST_NAME = 64;
 constexpr size_t LARGEST_CLIPBOARD = 256 * 1024;
@@ -138,13 +138,13 @@ struct LiveStream {
     bool read(LiveReader p_reader);
 };
 
-/// What stands before a frame's packet.
+/// What is told of a frame besides its packet (zyr_frame_heads.h).
 struct LiveFrameHead {
     static constexpr uint8_t KEY = 1;   ///< Can be decoded without what came before.
     static constexpr uint8_t EXACT = 2; ///< Equals the screen to the bit.
     static constexpr uint8_t LAST = 4;  ///< Completes the picture: it is drawn and acknowledged now.
 
-    uint32_t m_sequence = 0;
+    uint32_t m_sequence = 0; ///< Of this connection, from 1 on.
     LiveCodec m_codec{};
     uint8_t m_flags = 0;
     uint16_t m_x = 0; ///< Where the packet's picture lies in the stream's.
@@ -155,9 +155,6 @@ struct LiveFrameHead {
     uint32_t m_captureMicros = 0;
     uint32_t m_encodeMicros = 0;
     uint32_t m_queueMicros = 0;
-
-    std::vector<uint8_t> write() const;
-    bool read(LiveReader p_reader);
 };
 
 struct LiveCursor {

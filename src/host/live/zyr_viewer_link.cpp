@@ -82,13 +82,12 @@ void ViewerLink::sendFrame(const std::shared_ptr<LiveFrame>& p_frame, uint64_t p
         return;
     }
     m_frames++;
-    m_window.noteSent(m_sequence, p_now);
+    m_window.noteSent(m_heads.getSequence(), p_now);
 }
 
 bool ViewerLink::sendPart(const std::shared_ptr<LiveFrame>& p_frame, const CodedPart& p_part, bool p_isLast,
                           uint64_t p_now) {
     LiveFrameHead head = p_frame->m_head;
-    head.m_sequence = m_sequence + 1;
     head.m_codec = p_part.m_codec;
     head.m_flags = uint8_t((p_part.m_key ? LiveFrameHead::KEY : 0) | (p_part.m_exact ? LiveFrameHead::EXACT : 0) |
                            (p_isLast ? LiveFrameHead::LAST : 0));
@@ -97,13 +96,15 @@ bool ViewerLink::sendPart(const std::shared_ptr<LiveFrame>& p_frame, const Coded
     head.m_width = uint16_t(p_part.m_area.m_width);
     head.m_height = uint16_t(p_part.m_area.m_height);
     head.m_queueMicros = uint32_t(p_now - p_frame->m_readyTime);
-    const std::vector<uint8_t> bytes = head.write();
     const Array<uint8_t>& packet = *p_part.m_packet->getPackedData();
-    if (!m_transport->sendMessage(uint32_t(LiveMessage::FRAME), uint32_t(bytes.size()), bytes.data(), packet.getSize(),
-                                  packet.getData(), 1)) {
+    FrameHeadWriter heads = m_heads;
+    size_t needless = 0;
+    const std::vector<uint8_t> bytes = heads.write(head, packet.getData(), packet.getSize(), needless);
+    if (!m_transport->sendMessage(uint32_t(LiveMessage::FRAME), uint32_t(bytes.size()), bytes.data(),
+                                  packet.getSize() - needless, packet.getData() + needless, 1)) {
         return false;
     }
-    m_sequence++;
+    m_heads = std::move(heads);
     const TransportState& state = m_socket->getState();
     if (state.m_lastSentID != state.m_lastTakenID) {
         m_borrowed.push_back({state.m_lastTakenID, p_frame});

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/live/zyr_credit_window.h"
+#include "host/live/zyr_frame_heads.h"
 #include "host/live/zyr_picture_loop.h"
 #include "zyr_common/transport/zyr_data_message.h"
 #include "zyr_common/transport/zyr_server_transport.h"
@@ -83,7 +84,7 @@ private:
     ViewerPace m_pace;
     LiveStream m_stream;
     uint8_t m_standing = 0;
-    uint32_t m_sequence = 0;
+    FrameHeadWriter m_heads;
     uint64_t m_frames = 0;
     uint32_t m_dropped = 0;
     uint64_t m_messageBudget = 0;

@@ -79,7 +79,7 @@ async def broken_messages_end_the_connection():
                 await viewer.send(kind, head)
                 assert await refusal_of(viewer) == 4, kind
         async with Viewer(server) as viewer:
-            await viewer.send(HELLO, hello(server.token, version=2))
+            await viewer.send(HELLO, hello(server.token, version=1))
             assert await refusal_of(viewer) == 7
         async with Viewer(server) as viewer:
             await viewer.join()

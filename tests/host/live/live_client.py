@@ -20,12 +20,52 @@ def text(value):
     return struct.pack("<H", len(value)) + value.encode()
 
 
-def hello(token, flags=0, codecs=3, version=1, user=""):
+def hello(token, flags=0, codecs=3, version=2, user=""):
     return struct.pack("<IIB", version, flags, codecs) + text(user) + text(token)
 
 
 def message(kind, head=b"", payload=b""):
     return struct.pack("<IIIIQ", MAGIC, kind, 1, len(head), len(payload)) + head + payload
+
+
+class Frames:
+    """The frames of one connection, each told by what is otherwise than with the one before."""
+
+    def __init__(self):
+        self.sequence = self.captured = 0
+        self.areas = [[0] * 4, [0] * 4]
+        self.header = None
+
+    def read(self, head, payload):
+        """Sequence, codec, flags, area and time of capture in microseconds, and the packet."""
+        at = 1
+
+        def number():
+            nonlocal at
+            value = shift = 0
+            while True:
+                byte = head[at]
+                at += 1
+                value |= (byte & 127) << shift
+                if byte < 128:
+                    return value
+                shift += 7
+
+        codec = head[0] >> 3 & 1
+        self.sequence += 1
+        self.captured += number()
+        for _ in range(3):
+            number()  # Capture, encoding, queue.
+        if head[0] & 16:
+            self.areas[codec] = [number() for _ in range(4)]
+        if codec == 0 and head[0] & 32:
+            self.header[1] = head[at]
+            self.header[4] = self.header[4] + 1 & 255
+            payload = bytes(self.header) + payload
+        elif codec == 0:
+            ends = [i for i in range(5, min(len(payload), 12)) if payload[i] < 128]
+            self.header = bytearray(payload[:ends[1] + 1])
+        return self.sequence, codec, head[0] & 7, list(self.areas[codec]), self.captured * 16, payload
 
 
 class Server:
@@ -115,6 +155,8 @@ class Viewer:
         self.port = port or server.port
         self.origin = origin or server.page.rstrip("/")
         self.frames = []
+        self.told = Frames()
+        self.frame = None     # The last one, without its packet.
         self.area = None      # Of the last packet.
         self.captured = None  # When its picture was, in microseconds of the server's clock.
 
@@ -135,14 +177,17 @@ class Viewer:
         got = await asyncio.wait_for(self.socket.recv(), 60)
         magic, kind, _, size, payload = struct.unpack_from("<IIIIQ", got)
         assert magic == MAGIC and len(got) == 24 + size + payload
-        return kind, got[24:24 + size], got[24 + size:]
+        head, payload = got[24:24 + size], got[24 + size:]
+        if kind == FRAME:
+            *self.frame, payload = self.told.read(head, payload)
+        return kind, head, payload
 
     async def until(self, wanted, acknowledge=True):
         """Receives until a message of the kind comes."""
         while True:
             kind, head, payload = await self.receive()
             if kind == FRAME:
-                sequence, codec, flags, *self.area, self.captured = struct.unpack_from("<IBBHHHHQ", head)
+                sequence, codec, flags, self.area, self.captured = self.frame
                 self.frames.append((codec, flags, len(payload)))
                 if acknowledge and flags & LAST:
                     await self.send(ACKNOWLEDGE, struct.pack("<III", sequence, 0, 0))

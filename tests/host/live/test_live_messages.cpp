@@ -28,7 +28,7 @@ TEST(LiveHello, HasItsBytes) {
     hello.m_codecs = 3;
     hello.m_user = "ann";
     hello.m_secret = "xy";
-    const std::vector<uint8_t> bytes{1, 0, 0, 0, 1, 0, 0, 0, 3, 3, 0, 'a', 'n', 'n', 2, 0, 'x', 'y'};
+    const std::vector<uint8_t> bytes{2, 0, 0, 0, 1, 0, 0, 0, 3, 3, 0, 'a', 'n', 'n', 2, 0, 'x', 'y'};
     EXPECT_EQ(hello.write(), bytes);
 }
 
@@ -64,7 +64,6 @@ TEST(LiveMessages, AreRefusedWhenCutShort) {
     expectShorterOnesRefused(LiveKey{});
     expectShorterOnesRefused(LiveWelcome{});
     expectShorterOnesRefused(LiveStream{});
-    expectShorterOnesRefused(LiveFrameHead{});
     expectShorterOnesRefused(LiveCursor{});
     expectShorterOnesRefused(LiveStatistics{});
 }
@@ -77,29 +76,6 @@ TEST(LiveMessages, MayBeLongerThanThisVersionKnows) {
     EXPECT_EQ(pointer.m_x, 5);
     EXPECT_EQ(pointer.m_y, -6);
     EXPECT_EQ(pointer.m_buttons, 1);
-}
-
-TEST(LiveFrameHead, HasItsBytes) {
-    LiveFrameHead head;
-    head.m_sequence = 0x01020304;
-    head.m_codec = LiveCodec::VP9;
-    head.m_flags = LiveFrameHead::KEY | LiveFrameHead::LAST;
-    head.m_width = 1280;
-    head.m_height = 720;
-    head.m_captureTime = 0x1122334455667788;
-    head.m_captureMicros = 1;
-    head.m_encodeMicros = 2;
-    head.m_queueMicros = 3;
-    const std::vector<uint8_t> bytes{4,    3,    2,    1,    1,    5, 0, 0, 0, 0, 0, 5, 0xD0, 2, 0x88, 0x77, 0x66,
-                                     0x55, 0x44, 0x33, 0x22, 0x11, 1, 0, 0, 0, 2, 0, 0, 0,    3, 0,    0,    0};
-    EXPECT_EQ(head.write(), bytes);
-}
-
-TEST(LiveFrameHead, RefusesACodecThatThereIsNot) {
-    LiveFrameHead head;
-    std::vector<uint8_t> bytes = head.write();
-    bytes[4] = 2;
-    EXPECT_FALSE(readFrom(head, bytes));
 }
 
 TEST(LiveStream, IsReadBack) {

@@ -3,7 +3,7 @@
 import { Screen, findCodecs } from './decoders.js';
 import { Input } from './input.js';
 import {
-    CODEC_NAMES, Control, Flag, Message, Refusal, VERSION, Writer, pack, readFrame, readStatistics, readStream, unpack,
+    CODEC_NAMES, Control, Flag, FrameReader, Message, Refusal, VERSION, Writer, pack, readStatistics, readStream, unpack,
 } from './protocol.js';
 
 const FIRST_WAIT = 500;
@@ -17,7 +17,7 @@ const canvas = byId('screen');
 const pointer = byId('pointer');
 
 const state = {
-    socket: null, secret: null, user: '', codecs: 0, stream: null, control: Control.FREE, viewOnly: false,
+    socket: null, frames: null, secret: null, user: '', codecs: 0, stream: null, control: Control.FREE, viewOnly: false,
     wait: FIRST_WAIT, heard: 0, offset: null, roundTrip: 0, shortest: LONGEST_WAIT, drawn: 0, stopped: false,
     isIn: false, awaitsPicture: false,
     figures: { fps: 0, decode: 0, draw: 0, total: 0, capture: 0, encode: 0, queue: 0 }, statistics: null, last: null,
@@ -150,7 +150,11 @@ function takeMessage({ type, head, payload }) {
         screen.setStream(state.stream);
         place();
         break;
-    case Message.FRAME: screen.add(readFrame(head), payload); break;
+    case Message.FRAME: {
+        const { frame, packet } = state.frames.read(head, payload);
+        screen.add(frame, packet);
+        break;
+    }
     case Message.CURSOR: takeCursor(head, payload); break;
     case Message.POINTER_AT:
         state.pointerAt = { x: head.i32(), y: head.i32() };
@@ -200,6 +204,7 @@ function connect() {
     socket.onopen = () => {
         state.heard = performance.now();
         screen.reset();
+        state.frames = new FrameReader();
         state.shortest = LONGEST_WAIT;
         send(pack(Message.HELLO, new Writer().u32(VERSION).u32(WANTS_CONTROL).u8(state.codecs).text(state.user)
             .text(state.secret)));

@@ -1,6 +1,6 @@
 // The messages of a live screen (docs/live.md), as they travel in a WebSocket's binary messages.
 
-export const VERSION = 1;
+export const VERSION = 2;
 export const Message = {
     HELLO: 1, ACKNOWLEDGE: 2, NEED_KEY: 3, POINTER: 4, WHEEL: 5, KEY: 6, RELEASE_ALL: 7, CLIPBOARD_SET: 8,
     CLIPBOARD_GET: 9, CONTROL: 10, PING: 11,
@@ -45,6 +45,15 @@ export class Reader {
     u16() { return this.view.getUint16(this.take(2), true); }
     u32() { return this.view.getUint32(this.take(4), true); }
     i32() { return this.view.getInt32(this.take(4), true); }
+    varying() {
+        let value = 0;
+        for (let scale = 1; scale < 2 ** 64; scale *= 128) {
+            const byte = this.u8();
+            value += (byte & 127) * scale;
+            if (byte < 128) return value;
+        }
+        throw new Error('a number without end');
+    }
     u64() { return Number(this.view.getBigUint64(this.take(8), true)); }
     text() {
         const size = this.u16();
@@ -77,12 +86,59 @@ export function unpack(buffer) {
     };
 }
 
-export function readFrame(head) {
-    return {
-        sequence: head.u32(), codec: head.u8(), flags: head.u8(), x: head.u16(), y: head.u16(), width: head.u16(),
-        height: head.u16(), captureTime: head.u64(), captureMicros: head.u32(), encodeMicros: head.u32(),
-        queueMicros: head.u32(),
-    };
+const FRAME_TIME_UNIT = 16;
+const Mark = { FLAGS: 7, VP9: 8, AREA: 16, BRIEF: 32, UNKNOWN: 192 };
+
+// Where the size in the header of a packet of blocks ends.
+function measureBlocksHeader(packet) {
+    let sides = 0;
+    for (let i = 5; i < packet.length; i++) {
+        if (packet[i] < 128 && ++sides === 2) return i + 1;
+    }
+    return 0;
+}
+
+// The frames of one connection: each head tells what is otherwise than with the frame before. Throws on what cannot be.
+export class FrameReader {
+    constructor() {
+        this.sequence = 0;
+        this.captured = 0;
+        this.areas = [Codec.BLOCKS, Codec.VP9].map(() => ({ x: 0, y: 0, width: 0, height: 0 }));
+        this.blocksHeader = null;
+    }
+
+    // Gives the frame, with its whole packet.
+    read(head, payload) {
+        const marks = head.u8();
+        if (marks & Mark.UNKNOWN) throw new Error('a frame of another kind');
+        const codec = marks & Mark.VP9 ? Codec.VP9 : Codec.BLOCKS;
+        this.captured += head.varying();
+        const [capture, encode, queue] = [0, 0, 0].map(() => head.varying() * FRAME_TIME_UNIT);
+        if (marks & Mark.AREA) {
+            this.areas[codec] = { x: head.varying(), y: head.varying(), width: head.varying(), height: head.varying() };
+        }
+        const packet = codec === Codec.BLOCKS ? this.completeBlocks(head, payload, marks) : payload;
+        const frame = {
+            sequence: ++this.sequence, codec, flags: marks & Mark.FLAGS, ...this.areas[codec],
+            captureTime: this.captured * FRAME_TIME_UNIT, captureMicros: capture, encodeMicros: encode, queueMicros: queue,
+        };
+        return { frame, packet };
+    }
+
+    completeBlocks(head, payload, marks) {
+        if (!(marks & Mark.BRIEF)) {
+            this.blocksHeader = payload.slice(0, measureBlocksHeader(payload));
+            return payload;
+        }
+        if (!this.blocksHeader?.length) throw new Error('a packet without its header');
+        const header = this.blocksHeader;
+        header[1] = head.u8();
+        header[4]++;  // Wraps, as the number does.
+        const packet = new Uint8Array(header.length + payload.length);
+        packet.set(header);
+        packet.set(payload, header.length);
+        return packet;
+    }
 }
 
 export function readStream(head) {
