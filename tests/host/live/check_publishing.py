@@ -142,11 +142,15 @@ async def what_cannot_be_published_is_refused_at_once():
             (2, ("--publish", "rtp://127.0.0.1:9", "--codec", "blocks"), "--publish takes VP9, so --codec blocks excludes it"),
             (2, ("--publish-key", "3"), "--publish-key requires --publish"),
             (1, ("--publish", "udp://127.0.0.1:9"), "a 'mpegts' stream cannot hold vp9"),
+            # SRT is there in some systems' FFmpeg only, and holds VP9 in another format.
+            (1, ("--publish", "srt://127.0.0.1:9"), ("the FFmpeg in use here was built without 'srt'",
+                                                     "a 'mpegts' stream cannot hold vp9")),
             (1, ("--publish", "rtp://127.0.0.1:9", "--publish-sdp", "/dev/null/a.sdp"), "/dev/null/a.sdp")):
         with Folder() as folder:
             run = subprocess.run([HOST, "serve", MOVING, "--insecure-plain", "--log-dir", folder, *arguments], capture_output=True, text=True,
                                  env={**os.environ, "XDG_STATE_HOME": str(folder)})
-        assert run.returncode == code and message in run.stderr, (run.returncode, run.stderr)
+        messages = message if isinstance(message, tuple) else (message,)
+        assert run.returncode == code and any(m in run.stderr for m in messages), (run.returncode, run.stderr)
 
 
 if __name__ == "__main__":
