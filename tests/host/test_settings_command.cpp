@@ -54,6 +54,21 @@ TEST_F(SettingsCommand, ShowsDefaults) {
     EXPECT_THAT(run({}).m_out, HasSubstr("log-level  debug                          (default)\n"));
 }
 
+TEST_F(SettingsCommand, ShowsValuesThatAreNoText) {
+    setenv("ZYR_HOST_PLUGINS", "/a\xff\033[1m", 1);
+    EXPECT_EQ(show({})["plugins"], make("/a\xef\xbf\xbd\033[1m", "environment"));
+    EXPECT_THAT(run({}).m_out, HasSubstr("plugins    /a??[1m                        (environment)\n"));
+}
+
+TEST_F(SettingsCommand, TellsThatItsOutputCannotBeWritten) {
+    for (const char* option : {"", "--json", "--options"}) {
+        const std::string command = "exec \"$0\" settings --modules \"$1\" " + std::string(option) + " > /dev/full";
+        const ProgramRun result = runProgram("/bin/sh", {"-c", command, ZYR_HOST_PROGRAM, ZYR_MODULE_DIRECTORY});
+        EXPECT_EQ(result.m_exitCode, 1) << option;
+        EXPECT_THAT(result.m_err, HasSubstr("zyr-host: cannot write to the standard output"));
+    }
+}
+
 TEST_F(SettingsCommand, ShowsTheStrongestSourceOfEachSetting) {
     writeFile("[log]\nlevel = warn\n[plugins]\ndirectories = /a:/b\n");
     EXPECT_EQ(show({}), (json{{"log-level", make("warn", getFile())}, {"plugins", make("/a:/b", getFile())}}));
