@@ -3,6 +3,7 @@
 #include "host/zyr_descriptor.h"
 #include "host/zyr_run_error.h"
 
+#include "zyr_common/memory/zyr_memory.h"
 #include "zyr_common/storage/zyr_load_save.h"
 #include "zyr_common/storage/zyr_payload_wrapper.h"
 
@@ -46,19 +47,23 @@ std::string findObjectFormat(const std::string& p_bytes) {
     return p_bytes[first] == '{' ? "json" : p_bytes[first] == '<' ? "xml" : "";
 }
 
-std::string readObjectFile(const std::string& p_path) {
-    const Descriptor file(open(p_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-    struct stat status {};
-    if (file.get() < 0 || fstat(file.get(), &status) != 0) {
-        throw RunError(std::string("it cannot be read: ") + strerror(errno));
+namespace {
+
+// A text format may begin with blanks, but not with so many.
+constexpr size_t BEGINNING = 65536;
+
+/// Reads on behind the bytes that are there, to the wanted size or the end of the file.
+void readUpTo(int p_file, size_t p_size, std::string& p_bytes) {
+    // What the heap does not give ends the program otherwise.
+    void* const room = zyr_tryMalloc(p_size);
+    if (room == nullptr && p_size != 0) {
+        throw RunError("there is no memory for its " + std::to_string(p_size) + " bytes");
     }
-    if (!S_ISREG(status.st_mode)) {
-        throw RunError("it is no regular file");
-    }
-    std::string bytes(static_cast<size_t>(status.st_size), 0);
-    size_t size = 0;
-    while (size < bytes.size()) {
-        const ssize_t count = read(file.get(), bytes.data() + size, bytes.size() - size);
+    zyr_free(room);
+    size_t size = p_bytes.size();
+    p_bytes.resize(p_size);
+    while (size < p_size) {
+        const ssize_t count = read(p_file, p_bytes.data() + size, p_size - size);
         if (count < 0 && errno != EINTR) {
             throw RunError(std::string("it cannot be read: ") + strerror(errno));
         }
@@ -67,8 +72,38 @@ std::string readObjectFile(const std::string& p_path) {
         }
         size += count > 0 ? static_cast<size_t>(count) : 0;
     }
-    bytes.resize(size);
+    p_bytes.resize(size);
+}
+
+std::string readFile(const std::string& p_path, bool p_isObject) {
+    const Descriptor file(open(p_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    struct stat status {};
+    if (file.get() < 0 || fstat(file.get(), &status) != 0) {
+        throw RunError(std::string("it cannot be read: ") + strerror(errno));
+    }
+    if (!S_ISREG(status.st_mode)) {
+        throw RunError("it is no regular file");
+    }
+    const size_t size = static_cast<size_t>(status.st_size);
+    std::string bytes;
+    if (p_isObject && size > BEGINNING) {
+        readUpTo(file.get(), BEGINNING, bytes);
+        if (findObjectFormat(bytes).empty()) {
+            return bytes;
+        }
+    }
+    readUpTo(file.get(), size, bytes);
     return bytes;
+}
+
+} // namespace
+
+std::string readWholeFile(const std::string& p_path) {
+    return readFile(p_path, false);
+}
+
+std::string readObjectFile(const std::string& p_path) {
+    return readFile(p_path, true);
 }
 
 std::string chooseObjectFormat(const std::string& p_path, const std::string& p_bytes, const std::string& p_format) {

@@ -19,6 +19,9 @@ bool isObjectFormat(const std::string& p_format);
 std::string findObjectFormat(const std::string& p_bytes);
 
 /// Reads the whole of a regular file; others (pipes, devices) could hold the program up. Throws RunError.
+std::string readWholeFile(const std::string& p_path);
+
+/// The same for a file with a saved object. Of one that does not begin like any format only the beginning is read.
 std::string readObjectFile(const std::string& p_path);
 
 /// p_format, or the one in which the bytes begin, or, with none of these, the extension. Throws RunError that names the

@@ -31,7 +31,7 @@ Ref<IDynamicResource> makeResource(const SourceFile& p_file, const GUID_t& p_gui
     replacement.pushBack(GUID_t(), p_guid, nullptr);
     resource->replaceGUIDsWhereAvailable(0, replacement);
     try {
-        const std::string bytes = readObjectFile(p_file.m_path);
+        const std::string bytes = readWholeFile(p_file.m_path);
         resource->getMutablePackedData()->pushBackRange(bytes.data(), bytes.size());
         zyr_generateGUIDFromXXHash128(resource->getMutableContentDigest(), bytes.data(), bytes.size());
     } catch (const RunError& error) {

@@ -1,9 +1,13 @@
 // "zyr-host object check" and "diff": each problem by its line, each difference by its path, and the exit codes.
+#include "host/zyr_object_file.h"
+#include "host/zyr_run_error.h"
 #include "zyr_object_files.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+#include <sys/mman.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace zyr {
 namespace {
@@ -213,6 +217,30 @@ TEST_F(ObjectDiff, GivesTwoForTrouble) {
     write("b.json", "{");
     EXPECT_EQ(run({"diff", getPath("b.json"), getPath("a.json")}).m_exitCode, 2);
     EXPECT_EQ(run({"diff", getPath("a.json")}).m_exitCode, 2);
+}
+
+/// A file of zeros that no machine has the memory for.
+class HugeFile : public testing::Test {
+protected:
+    void SetUp() override {
+        m_file = memfd_create("huge", MFD_CLOEXEC);
+        ASSERT_EQ(ftruncate(m_file, off_t(1) << 62), 0);
+    }
+    void TearDown() override { close(m_file); }
+    std::string getPath() const { return "/proc/self/fd/" + std::to_string(m_file); }
+
+    int m_file = -1;
+};
+
+TEST_F(HugeFile, IsReadNoFurtherWhenItBeginsLikeNoFormat) {
+    EXPECT_EQ(host::readObjectFile(getPath()), std::string(65536, 0));
+}
+
+TEST_F(HugeFile, IsRefusedWhenThereIsNoMemoryForIt) {
+    EXPECT_THAT([&] { host::readWholeFile(getPath()); },
+                testing::ThrowsMessage<host::RunError>("there is no memory for its 4611686018427387904 bytes"));
+    ASSERT_EQ(pwrite(m_file, "<xml/>", 6, 0), 6);
+    EXPECT_THROW(host::readObjectFile(getPath()), host::RunError);
 }
 
 } // namespace
