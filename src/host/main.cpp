@@ -362,6 +362,15 @@ int main(int argc, char** argv) {
     try {
         program.m_app.parse(program.takeCommand(argc, argv), argv);
         return program.m_result;
+    } catch (const CLI::RequiredError& error) {
+        // The library tells of a missing subcommand where there is one that it does not know.
+        const std::vector<std::string> unknown = program.m_app.remaining(true);
+        if (unknown.empty() || unknown[0][0] == '-' || std::string(error.what()) != "A subcommand is required") {
+            return program.m_app.exit(error) == 0 ? EXIT_DONE : EXIT_USAGE;
+        }
+        fprintf(stderr, "'%s' is no subcommand\nRun with --help for more information.\n",
+                maskControls(unknown[0]).c_str());
+        return EXIT_USAGE;
     } catch (const CLI::ParseError& error) {
         return program.m_app.exit(error) == 0 ? EXIT_DONE : EXIT_USAGE;
     } catch (const UsageError& error) {

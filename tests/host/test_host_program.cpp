@@ -41,6 +41,15 @@ protected:
     TemporaryDirectory m_directory;
 };
 
+TEST_F(HostProgram, NamesASubcommandThatItDoesNotKnow) {
+    EXPECT_EQ(host({"steam"}).m_err, "'steam' is no subcommand\nRun with --help for more information.\n");
+    EXPECT_EQ(host({"object", "shw", "a.zbf"}).m_err,
+              "'shw' is no subcommand\nRun with --help for more information.\n");
+    EXPECT_EQ(host({"steam"}).m_exitCode, 2);
+    EXPECT_THAT(host({}).m_err, HasSubstr("A subcommand is required\n"));
+    EXPECT_THAT(host({"--steam"}).m_err, HasSubstr("A subcommand is required\n"));
+}
+
 /// Frames that a program of the machine finds in a file, and what it complains about.
 struct Probe {
     int m_frames = 0;
