@@ -134,10 +134,10 @@ TEST(Memcmp, NullOfNoLengthIsEmpty) {
 
 TEST(Heap, AGrownBlockHasTheBytesOfTheOldOneAndItsNewSize) {
     // Blocks of the heap and of the system, and from one to the other.
-    void* block = zyr_tryGrow(nullptr, 100);
+    void* block = zyr_tryResize(nullptr, 100);
     size_t filled = 0;
     for (const size_t size : {size_t(100), size_t(5000), size_t(1) << 20, size_t(9) << 20}) {
-        block = zyr_tryGrow(block, size);
+        block = zyr_tryResize(block, size);
         ASSERT_NE(block, nullptr);
         EXPECT_EQ(getStoredSize(block), (size + 7) / 8 * 8);
         EXPECT_EQ(reinterpret_cast<uintptr_t>(block) % 16, 0U);
@@ -151,9 +151,9 @@ TEST(Heap, AGrownBlockHasTheBytesOfTheOldOneAndItsNewSize) {
 TEST(Heap, ABlockThatCantGrowStays) {
     void* block = zyr_malloc(100);
     memset(block, 0xA5, 100);
-    EXPECT_EQ(zyr_tryGrow(block, 0), nullptr);
-    EXPECT_EQ(zyr_tryGrow(block, TOO_LARGE), nullptr);
-    EXPECT_EQ(zyr_tryGrow(block, size_t(1) << 60), nullptr);
+    EXPECT_EQ(zyr_tryResize(block, 0), nullptr);
+    EXPECT_EQ(zyr_tryResize(block, TOO_LARGE), nullptr);
+    EXPECT_EQ(zyr_tryResize(block, size_t(1) << 60), nullptr);
     EXPECT_EQ(getStoredSize(block), 104U);
     EXPECT_TRUE(isFilledWith(block, 0xA5, 100));
     zyr_free(block);

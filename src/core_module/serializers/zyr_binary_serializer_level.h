@@ -208,7 +208,7 @@ private:
     void* giveBuffer(const void* p_data, size_t p_front, size_t p_capacity) override {
         const bool fits = p_data == getData() && p_data != nullptr && p_front == c_payloadWrapperSize &&
                           p_capacity <= m_output.m_buffer.getCapacity();
-        return fits ? m_output.m_buffer.give() : nullptr;
+        return fits ? m_output.m_buffer.give(p_capacity) : nullptr;
     }
     /// Of the payload, without the room in front of it.
     size_t getSize() const {

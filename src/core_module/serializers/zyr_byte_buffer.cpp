@@ -10,6 +10,10 @@ namespace zyr {
 namespace {
 
 constexpr size_t FIRST_CAPACITY = 4096;
+/// A buffer of the first size goes on with the second, of which the system gives large pages from the start. Doubling
+/// would touch each part of it before there is room for a large page.
+constexpr size_t LAST_SMALL_CAPACITY = 512 << 10;
+constexpr size_t FIRST_LARGE_CAPACITY = 8 << 20;
 constexpr uint8_t GUID_TEXT_LENGTH = 36;
 constexpr size_t GUID_SIZE = 16;
 
@@ -38,19 +42,25 @@ void ByteBuffer::release() {
     m_capacity = 0;
 }
 
-void* ByteBuffer::give() {
+void* ByteBuffer::give(size_t p_capacity) {
     void* block = m_data;
+    if (p_capacity <= m_capacity / 2) {
+        void* smaller = zyr_tryResize(block, p_capacity);
+        block = smaller != nullptr ? smaller : block;
+    }
     m_data = nullptr;
     release();
     return block;
 }
 
 bool ByteBuffer::grow(size_t p_size) {
-    size_t capacity = m_capacity != 0 ? m_capacity * 2 : FIRST_CAPACITY;
+    size_t capacity = m_capacity == 0                     ? FIRST_CAPACITY
+                      : m_capacity == LAST_SMALL_CAPACITY ? FIRST_LARGE_CAPACITY
+                                                          : m_capacity * 2;
     if (capacity < m_size + p_size + c_slack) {
         capacity = zyr_getNearestPowerOfTwo(m_size + p_size + c_slack);
     }
-    uint8_t* data = static_cast<uint8_t*>(zyr_tryGrow(m_data, capacity));
+    uint8_t* data = static_cast<uint8_t*>(zyr_tryResize(m_data, capacity));
     if (data == nullptr) {
         return false;
     }

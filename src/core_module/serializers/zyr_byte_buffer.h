@@ -22,8 +22,8 @@ public:
     void setSize(size_t p_size) { m_size = p_size; }
     /// Gives the memory back.
     void release();
-    /// Hands the block to the caller, who frees it by zyr_free.
-    void* give();
+    /// Hands the block to the caller, who needs so much of it and frees it by zyr_free.
+    void* give(size_t p_capacity);
 
     /// What may be written behind the room that was asked for, so that short copies can have one size.
     static constexpr size_t c_slack = 64;

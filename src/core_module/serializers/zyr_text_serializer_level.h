@@ -174,7 +174,7 @@ private:
     void* giveBuffer(const void* p_data, size_t p_front, size_t p_capacity) override {
         const bool fits =
             p_data == getData() && p_data != nullptr && p_front == 0 && p_capacity <= m_output.m_buffer.getCapacity();
-        return fits ? m_output.m_buffer.give() : nullptr;
+        return fits ? m_output.m_buffer.give(p_capacity) : nullptr;
     }
     void complete() const {
         if (!m_completed) {

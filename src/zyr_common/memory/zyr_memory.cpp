@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <sys/mman.h>
+#include <unistd.h>
 
 namespace zyr {
 
@@ -25,13 +26,13 @@ BlockHeader* getHeader(void* p_block) {
 constexpr uintptr_t LARGE_PAGE = 2 << 20;
 
 /// Asks for large pages inside of a block that has room for some: faults for small ones cost more time than most
-/// callers spend on the bytes. A wish, which some systems don't know.
+/// callers spend on the bytes. The wish is for all pages that the block touches: a mapping that has it in one part only
+/// is two for the system, which then can't move it when it grows. Some systems don't know such wishes.
 void wishLargePages(void* p_block, size_t p_size) {
-    const uintptr_t start = (reinterpret_cast<uintptr_t>(p_block) + LARGE_PAGE - 1) & ~(LARGE_PAGE - 1);
-    const uintptr_t end = (reinterpret_cast<uintptr_t>(p_block) + p_size) & ~(LARGE_PAGE - 1);
-    if (end > start) {
-        madvise(reinterpret_cast<void*>(start), end - start, MADV_HUGEPAGE);
-    }
+    const uintptr_t page = static_cast<uintptr_t>(sysconf(_SC_PAGESIZE));
+    const uintptr_t start = reinterpret_cast<uintptr_t>(p_block) & ~(page - 1);
+    const uintptr_t end = (reinterpret_cast<uintptr_t>(p_block) + p_size + page - 1) & ~(page - 1);
+    madvise(reinterpret_cast<void*>(start), end - start, MADV_HUGEPAGE);
 }
 
 /// Whether a block can have that size. The C heap has no larger ones, and sums of it must not wrap.
@@ -119,7 +120,7 @@ void* zyr_realloc0(void* p_block, size_t p_size) {
     return orAbort(tryReallocate(p_block, p_size, true));
 }
 
-void* zyr_tryGrow(void* p_block, size_t p_size) {
+void* zyr_tryResize(void* p_block, size_t p_size) {
     if (!isBlockSize(p_size)) {
         return nullptr;
     }
