@@ -56,6 +56,16 @@
 
     // The stages of a live screen's frames: [capture, encode, queue, arrival on the server's clock, decode, draw].
     const heads = new Map();
+    function readNumbers(view, at, count) {
+        return Array.from({ length: count }, () => {
+            let value = 0;
+            for (let scale = 1; ; scale *= 128) {
+                const byte = view.getUint8(at++);
+                value += (byte & 127) * scale;
+                if (byte < 128) return value;
+            }
+        });
+    }
     const OriginalSocket = window.WebSocket;
     const send = OriginalSocket.prototype.send;
     OriginalSocket.prototype.send = function (data) {
@@ -73,13 +83,15 @@
     window.WebSocket = new Proxy(OriginalSocket, {
         construct(Target, values) {
             const socket = new Target(...values);
+            let sequence = 0, captured = 0;
             socket.addEventListener('message', (event) => {
-                if (!(event.data instanceof ArrayBuffer) || event.data.byteLength < 58) return;
+                if (!(event.data instanceof ArrayBuffer) || event.data.byteLength < 29) return;
                 const view = new DataView(event.data);
                 if (view.getUint32(0, true) !== 0x4d72797a || view.getUint32(4, true) !== 66) return;
                 const arrival = wall() * 1000;
-                heads.set(view.getUint32(24, true), [46, 50, 54].map((at) => view.getUint32(at, true))
-                    .concat(arrival - Number(view.getBigUint64(38, true))));
+                const [since, ...stages] = readNumbers(view, 25, 4).map((units) => units * 16);
+                captured += since;
+                heads.set(++sequence, [...stages, arrival - captured]);
             });
             return socket;
         },
