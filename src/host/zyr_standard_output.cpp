@@ -1,6 +1,7 @@
 #include "host/zyr_standard_output.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>

@@ -104,7 +104,7 @@ bool_t Path2D<T>::writeSerialized_This(ISerializer* p_serializer, bool_t p_first
 
 /// The elements are declared as pointers to the base command.
 template <typename T> bool_t Path2D<T>::declareCommands(ISerializer* p_serializer) {
-    static const String& typeName = makePermanent<String>(Path2DCommand<T>::getRecordName() + "*");
+    static const String& typeName = makePermanent<String>(Path2DCommand<T>::getRecordName()) += "*";
     Path2DCommand<T> sample;
     bool_t result = 1;
     return p_serializer->beginHeaderStructure(Path2DCommand<T>::getRecordName()) &&
