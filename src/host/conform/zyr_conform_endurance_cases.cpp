@@ -1,10 +1,15 @@
+#include "host/conform/zyr_conform_child.h"
 #include "host/conform/zyr_conform_road.h"
+#include "host/zyr_child.h"
 
 #include <atomic>
+#include <cstdlib>
 #include <filesystem>
 #include <malloc.h>
 #include <memory>
+#include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 
 namespace zyr::host {
 
@@ -142,6 +147,29 @@ void checkUseAfterDeinitialize(const ConformSubject& p_subject) {
     }
 }
 
+/// In a process of its own, which ends as a host does: with destructors and what stands in atexit.
+void checkProcessEnd(const ConformSubject& p_subject) {
+    noteConformStep("the end of a process");
+    const pid_t child = fork();
+    require(child >= 0, "there is no process for it");
+    if (child == 0) {
+        try {
+            PluginBench bench(p_subject);
+            bench.start();
+            bench.createAll(zyr_getInterfaceGUID<IObject>());
+            bench.getExports().m_deinitialize();
+            exit(0);
+        } catch (const std::exception&) {
+            // Which is for other cases to tell.
+            _exit(0);
+        }
+    }
+    const int status = waitForChild(child);
+    if (WIFSIGNALED(status)) {
+        throw ConformFailure("a process that has used it crashes at its end (" + nameEndingSignal(status) + ")");
+    }
+}
+
 } // namespace
 
 std::vector<ConformCase> listEnduranceCases() {
@@ -170,6 +198,7 @@ std::vector<ConformCase> listEnduranceCases() {
          "Streams that are open then go on, and others can be opened.",
          {"picture-per-packet", "deinitialize"},
          checkUseAfterDeinitialize},
+        {"process-end", "A process that has used the module ends by itself.", {"deinitialize"}, checkProcessEnd},
     };
 }
 

@@ -33,7 +33,7 @@ void expectAllToPass(const ConformReport& p_report) {
 TEST(ConformCommand, PassesTheFFmpegPlugin) {
     const ConformReport report = conform(ZYR_FFMPEG_PLUGIN, listQuickCases());
     expectAllToPass(report);
-    EXPECT_EQ(report.m_results.size(), 33u);
+    EXPECT_EQ(report.m_results.size(), 34u);
 }
 
 TEST(ConformCommand, PassesTheBlocksPlugin) {

@@ -53,6 +53,7 @@ TEST_F(ConformFaults, FailExactlyTheirCase) {
           std::tuple("small_picture:3", "picture-per-packet", "a picture of 48x32 for a packet of 96x64"),
           std::tuple("grey_picture:3", "picture-per-packet", "a picture with 8 bits per pixel in place of 32"),
           std::tuple("null_frame", "null-frames", "crashed in encode of frame 1 (SIGSEGV)"),
+          std::tuple("process_end", "process-end", "a process that has used it crashes at its end (SIGSEGV)"),
           std::tuple("damaged_packet", "damaged-packets", "crashed in decode of frame")}) {
         const ConformReport report = conformWith(fault, cases);
         EXPECT_EQ(report.m_exitCode, 1) << fault;

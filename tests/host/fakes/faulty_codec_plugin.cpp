@@ -44,6 +44,10 @@ void crashIf(const char* p_name) {
     }
 }
 
+struct ProcessEnd {
+    ~ProcessEnd() { crashIf("process_end"); }
+} g_processEnd;
+
 class FaultyEncoderContext : public LosslessFrameEncoderContext {
 public:
     FaultyEncoderContext() {
