@@ -116,15 +116,16 @@ TEST_F(GivenOutputTest, ASerializerGivesItsOutputOnceAndOnlyWhereItFits) {
         EXPECT_EQ(reserved->giveOutput(data, front, size_t(1) << 40), nullptr);
         ASSERT_TRUE(serializer->getData() == data && serializer->getDataSize() == bytes.size());
         void* block = reserved->giveOutput(data, front, front + bytes.size());
-        EXPECT_EQ(block, data - front);
+        ASSERT_NE(block, nullptr);
+        const char* given = static_cast<const char*>(block) + front; // A block that is cut may move.
         EXPECT_EQ(serializer->getDataSize(), 0U);
         EXPECT_EQ(reserved->giveOutput(data, front, front + bytes.size()), nullptr);
         // Another output leaves what was given as it was.
         ASSERT_TRUE(serializer->initialize());
         ASSERT_TRUE(serializer->writeSingleObject<IObject>("object", info));
-        EXPECT_NE(serializer->getData(), data);
+        EXPECT_NE(serializer->getData(), given);
         EXPECT_TRUE(std::string(static_cast<const char*>(serializer->getData()), serializer->getDataSize()) == bytes);
-        EXPECT_TRUE(std::string(data, bytes.size()) == bytes);
+        EXPECT_TRUE(std::string(given, bytes.size()) == bytes);
         zyr_free(block);
         serializer->deinitialize();
         serializer->release();
