@@ -12,6 +12,7 @@ set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
 
 option(ZYR_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
+option(ZYR_COVERAGE "Count what is executed, for scripts/coverage.sh; with GCC" OFF)
 set(ZYR_SANITIZE "" CACHE STRING "Sanitizers, as in -fsanitize= (empty: none)")
 
 option(ZYR_PACKAGE_PATHS "Look for FFmpeg where packages put it, and nowhere else" OFF)
@@ -67,5 +68,17 @@ if(ZYR_SANITIZE)
             # Its cache stands in the program, where Clang's modules don't find it.
             $<$<CXX_COMPILER_ID:Clang>:-fno-sanitize=vptr>)
     endif()
+endif()
+if(ZYR_COVERAGE)
+    target_compile_options(zyr_options INTERFACE --coverage -fprofile-update=atomic -fdata-sections)
+    # One file of counters for all processes, so that each is counted however it ends.
+    add_library(zyr_shared_counters OBJECT "${PROJECT_SOURCE_DIR}/tests/coverage/zyr_shared_counters.cpp")
+    file(MAKE_DIRECTORY "${CMAKE_BINARY_DIR}/counters")
+    file(CHMOD "${CMAKE_BINARY_DIR}/counters" DIRECTORY_PERMISSIONS
+        OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_WRITE GROUP_EXECUTE WORLD_READ WORLD_WRITE WORLD_EXECUTE)
+    target_compile_definitions(zyr_shared_counters PRIVATE ZYR_COUNTERS_DIRECTORY="${CMAKE_BINARY_DIR}/counters")
+    target_link_libraries(zyr_options INTERFACE "$<BUILD_INTERFACE:$<TARGET_OBJECTS:zyr_shared_counters>>")
+    target_link_options(zyr_options INTERFACE --coverage -Wl,--build-id -Wl,--wrap=__gcov_exit
+        "-Wl,-T,${PROJECT_SOURCE_DIR}/tests/coverage/counters.ld")
 endif()
 target_include_directories(zyr_options INTERFACE "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/src>")

@@ -12,7 +12,8 @@
 #   scripts/coverage.sh --list        afterwards: compares with the list again
 #   scripts/coverage.sh --write       afterwards: takes new places over into the list; write their reasons
 #
-# Lines of templates count as executed when one instance is. What a test ends with _exit or a signal is not counted.
+# Lines of templates count as executed when one instance is. Every process counts, however it ends: all of one program or
+# module share a file in build/coverage/counters (tests/coverage/zyr_shared_counters.cpp).
 set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
 
@@ -34,7 +35,22 @@ while [ $# -gt 0 ]; do
     esac
 done
 if $deps; then scripts/deps.sh --with test || exit 1; fi
-find build/coverage -name '*.gcda' -delete 2>/dev/null
+
+# Gives gcov what the programs and modules have counted.
+writeCounts() {
+    local file number
+    find build/coverage -name '*.gcda' -delete
+    find build/coverage -type f \( -name '*.so' -o -perm -u+x \) | while read -r file; do
+        number=$(readelf --notes "$file" 2>/dev/null | sed -n 's/.*Build ID: //p')
+        [ -n "$number" ] && [ -f "build/coverage/counters/$number" ] || continue
+        case $file in
+        *.so) env ZYR_WRITE_COUNTS=1 "LD_PRELOAD=$PWD/$file" true ;;
+        *) ZYR_WRITE_COUNTS=1 "$file" ;;
+        esac
+    done
+}
+
+rm -f build/coverage/counters/*
 result=0
 if [ $# -eq 0 ]; then
     configureAndBuild coverage all || exit 1
@@ -45,6 +61,7 @@ else
         "build/coverage/bin/$program" >"build/coverage/$program.log" 2>&1 || { echo "$program failed"; result=1; }
     done
 fi
+writeCounts
 python3 scripts/coverage_table.py build/coverage || result=1
 if $compare; then python3 scripts/coverage_table.py build/coverage --compare || result=1; fi
 exit $result
