@@ -64,8 +64,9 @@ void decodeXmlText(const char* p_text, size_t p_size, bool p_attribute, String& 
         const size_t length = strlen(p_mark);
         return static_cast<size_t>(end - p_text) >= length && memcmp(p_text, p_mark, length) == 0;
     };
-    // Everything is well-formed here, so each mark has its end.
-    const auto findEnd = [&](const char* p_mark) {
+    // Everything is well-formed here, so each mark has its end. It shares no character with the beginning.
+    const auto findEnd = [&](const char* p_beginning, const char* p_mark) {
+        p_text += strlen(p_beginning);
         return static_cast<const char*>(memmem(p_text, static_cast<size_t>(end - p_text), p_mark, strlen(p_mark)));
     };
     const auto appendLine = [&](const char* p_begin, const char* p_end) {
@@ -94,12 +95,11 @@ void decodeXmlText(const char* p_text, size_t p_size, bool p_attribute, String& 
             p_text = readXmlReference(p_text + 1, end, character);
             appendCharacter(p_result, character);
         } else if (startsWith("<![CDATA[")) {
-            p_text += strlen("<![CDATA[");
-            stop = findEnd("]]>");
+            stop = findEnd("<![CDATA[", "]]>");
             appendLine(p_text, stop);
             p_text = stop + 3;
         } else {
-            p_text = startsWith("<!--") ? findEnd("-->") + 3 : findEnd("?>") + 2;
+            p_text = startsWith("<!--") ? findEnd("<!--", "-->") + 3 : findEnd("<?", "?>") + 2;
         }
     }
 }
