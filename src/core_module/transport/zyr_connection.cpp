@@ -190,9 +190,6 @@ void Connection::lose() {
 }
 
 bool Connection::shutdown() {
-    if (!m_socket) {
-        return false;
-    }
     if (getState().m_phase == ZYR_TRANSPORT_OPEN) {
         beginClosing(ZYR_TRANSPORT_CLOSE_LOCAL, m_webSocket != nullptr ? NORMAL_CLOSE : 0,
                      "the connection was shut down here");

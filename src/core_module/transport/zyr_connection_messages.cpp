@@ -33,7 +33,7 @@ size_t dropMoved(iovec* p_pieces, size_t p_moved) {
 } // namespace
 
 bool Connection::send(const MessageEnvelope& p_envelope, const void* p_header, const void* p_payload, bool p_borrow) {
-    if (!m_socket || getState().m_phase != ZYR_TRANSPORT_OPEN) {
+    if (getState().m_phase != ZYR_TRANSPORT_OPEN) {
         return false;
     }
     const uint64_t headerSize = p_envelope.m_headerSize;
@@ -150,9 +150,6 @@ ChannelResultEnum Connection::countInput(ChannelResultEnum p_result, size_t p_mo
 }
 
 bool Connection::receive(ArrivedMessage& p_message) {
-    if (!m_socket) {
-        return false;
-    }
     if (m_arrived.isEmpty() && getState().m_phase == ZYR_TRANSPORT_OPEN) {
         m_inputBudget = INPUT_BUDGET;
         m_isInputLeft = false;
