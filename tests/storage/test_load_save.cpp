@@ -4,6 +4,7 @@
 #include "zyr_common/digest/zyr_xxhash.h"
 
 #include <climits>
+#include <filesystem>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -232,6 +233,28 @@ TEST_F(LoadSaveTest, AFileInADirectoryThatMustNotBeChangedIsWrittenTo) {
     ASSERT_EQ(stat(path("a.json").c_str(), &status), 0);
     EXPECT_EQ(status.st_ino, old.st_ino);
     EXPECT_EQ(TemporaryDirectory::readFile(path("a.json")), save(info, "json"));
+    info->release();
+}
+
+TEST_F(LoadSaveTest, AFileThatMustNotBeWrittenToStays) {
+    constexpr uid_t nobody = 65534;
+    INativeFormatInfo* info = makeInfo("name");
+    m_directory.writeFile("a.json", "old");
+    ASSERT_EQ(chmod(path("a.json").c_str(), 0444), 0);
+    const bool isRoot = geteuid() == 0;
+    if (isRoot) {
+        ASSERT_EQ(chown(m_directory.getPath().c_str(), nobody, nobody), 0);
+        ASSERT_EQ(seteuid(nobody), 0);
+    }
+    const LogCapture capture;
+    const bool_t saved = zyr_saveToFile(info, path("a.json").c_str(), "", 1, "");
+    if (isRoot) {
+        ASSERT_EQ(seteuid(0), 0);
+    }
+    EXPECT_FALSE(saved);
+    EXPECT_THAT(warnings(capture), ElementsAre("Unable to open file: " + path("a.json") + " for writing"));
+    EXPECT_EQ(TemporaryDirectory::readFile(path("a.json")), "old");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_directory.getPath()), {}), 1);
     info->release();
 }
 

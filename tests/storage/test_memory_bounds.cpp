@@ -1,6 +1,7 @@
 // What a file can cost: memory in proportion to its bytes, whatever it promises.
 #include "storage/storage_test.h"
 #include "support/zyr_heap_watch.h"
+#include "zyr_common/application/zyr_format_registries.h"
 #include "zyr_common/digest/zyr_xxhash.h"
 #include "zyr_common/formats/zyr_format_info.h"
 #include "zyr_common/formats/zyr_stored_objects.h"
@@ -203,6 +204,22 @@ TEST_P(CompressedBombs, AreRefusedBeforeMemoryIsTaken) {
 
 TEST_P(CompressedBombs, ThatCouldBeTrueCostWhatTheFormatCanUnpack) {
     expectCost(make(1 << 20, 1024), "zbf", false, FIXED_COST, 1100);
+}
+
+TEST_P(CompressedBombs, InsideOfEachOtherAreRefusedBeforeMemoryIsTaken) {
+    // The inner one could be true for its own size, which is far above that of the file.
+    const std::string inner = make(uint64_t(100) << 20, 100 << 10);
+    const auto standIn = Ref<ICompressedObject>::adopt(zyr_createObject<ICompressedObject>());
+    const auto info = Ref<IObject>::adopt(zyr_createObjectFromName(GetParam()));
+    auto* compression = static_cast<ICompressionInfo*>(info.get());
+    Array<unsigned char> packed;
+    ASSERT_NE(zyr_compressData(compression->getFormatName(), inner.data(), inner.size(), packed, 1), 0U);
+    compression->setDecompressSize(inner.size());
+    standIn->setCompressionInfo(compression);
+    standIn->getMutableCompressedData()->pushBackRange(packed.getData(), packed.getSize());
+    const std::string bytes = save(standIn.get(), "zbf");
+    EXPECT_LT(bytes.size(), 4096U);
+    expectCost(bytes, "zbf", false, 4 * FIXED_COST, 64);
 }
 
 INSTANTIATE_TEST_SUITE_P(Infos, CompressedBombs, testing::Values("Lz4CompressionInfo", "ZipCompressionInfo"));

@@ -64,6 +64,63 @@ TEST_F(StandIns, FilesThatContainEachOtherEndWithALine) {
     info->release();
 }
 
+/// Files of which each contains the next one, down to the last, which contains the object.
+class ChainOfFiles : public LoadSaveTest {
+protected:
+    static constexpr int MOST = 64;
+
+    void write(INativeFormatInfo* p_innermost, int p_numOfFiles) const {
+        const std::string directory = m_directory.getPath();
+        ASSERT_TRUE(zyr_saveToFile(p_innermost, name(p_numOfFiles - 1).c_str(), "", 0, directory.c_str()));
+        INativeFormatInfo* info = makeInfo("deferred");
+        for (int i = p_numOfFiles - 2; i >= 0; i--) {
+            info->setDeferredFile(name(i + 1).c_str());
+            ASSERT_TRUE(zyr_saveToFile(info, name(i).c_str(), "", 0, directory.c_str()));
+        }
+        info->release();
+    }
+    IObject* loadFirst() const { return zyr_loadFromFile(name(0).c_str(), "", m_directory.getPath().c_str()); }
+    static std::string name(int p_number) { return std::to_string(p_number) + ".json"; }
+};
+
+TEST_F(ChainOfFiles, ComesBackUpToTheLimit) {
+    INativeFormatInfo* info = makeInfo("innermost");
+    write(info, MOST);
+    IObject* loaded = loadFirst();
+    expectInfo(loaded, "innermost");
+    loaded->release();
+    info->release();
+}
+
+TEST_F(ChainOfFiles, EndsWithALineBeyondTheLimit) {
+    INativeFormatInfo* info = makeInfo("innermost");
+    write(info, MOST + 1);
+    const LogCapture capture;
+    EXPECT_EQ(loadFirst(), nullptr);
+    const std::vector<std::string> lines = warnings(capture);
+    ASSERT_EQ(lines.size(), MOST + 1U);
+    EXPECT_EQ(lines[0], "Unable to deserialize file: " + path(name(MOST)) + ". Too many loads inside each other");
+    for (size_t i = 1; i < lines.size(); i++) {
+        EXPECT_EQ(lines[i], "The object cannot be deserialized from loaded data: bad data format");
+    }
+    info->release();
+}
+
+TEST_F(ChainOfFiles, EndsWithALineWhereTheLastLoadIsOfCompressedData) {
+    ILz4CompressionInfo* lz4 = zyr_createObject<ILz4CompressionInfo>();
+    INativeFormatInfo* info = makeInfo("innermost");
+    info->setCompressionInfo(lz4);
+    write(info, MOST);
+    const LogCapture capture;
+    EXPECT_EQ(loadFirst(), nullptr);
+    const std::vector<std::string> lines = warnings(capture);
+    ASSERT_GE(lines.size(), 2U);
+    EXPECT_EQ(lines[0], "Unable to deserialize data. Too many loads inside each other");
+    EXPECT_EQ(lines[1], "The object cannot be deserialized from data in lz4: file object is null");
+    info->release();
+    lz4->release();
+}
+
 TEST_F(StandIns, ACompressedObjectComesBackWithItsInfo) {
     ILz4CompressionInfo* lz4 = zyr_createObject<ILz4CompressionInfo>();
     IZipCompressionInfo* zip = zyr_createObject<IZipCompressionInfo>();

@@ -288,7 +288,8 @@ TEST_F(HttpServerTest, MalformedRequestsAreRefusedAndLogged) {
          {"GET /\r\n\r\n", "GET / HTTP/2.0\r\nHost: a\r\n\r\n", "GET  / HTTP/1.1\r\nHost: a\r\n\r\n",
           "GET / HTTP/1.1\r\n\r\n", "GET / HTTP/1.1\r\nHost: a\r\nHost: b\r\n\r\n",
           "GET / HTTP/1.1\r\nHost : a\r\n\r\n", "GET / HTTP/1.1\r\nHost: a\r\n folded\r\n\r\n",
-          "GET / HTTP/1.1\r\nHost: a\nb: c\r\n\r\n", "G(T / HTTP/1.1\r\nHost: a\r\n\r\n"}) {
+          "GET / HTTP/1.1\r\nHost: a\nb: c\r\n\r\n", "G(T / HTTP/1.1\r\nHost: a\r\n\r\n",
+          "GET /\x01 HTTP/1.1\r\nHost: a\r\n\r\n", "GET /\xFF HTTP/1.1\r\nHost: a\r\n\r\n"}) {
         expectStatus(request, "400");
     }
     EXPECT_THAT(m_application->getMessages().front(),
