@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Sums up what gcov knows of a build: scripts/coverage.sh calls it.
 
-    coverage_table.py BUILD              a table of the folders of src/: lines, and branches without those of exceptions
+    coverage_table.py BUILD              a table of the folders of src/: lines, and branches of decisions
     coverage_table.py BUILD SOURCE       the lines of one source that were not executed
     coverage_table.py BUILD --compare    compares with tests/coverage/uncovered.txt
     coverage_table.py BUILD --write      takes new places over into that list, without a reason
@@ -30,6 +30,17 @@ HEAD = """# Places that no test executes, of the plug-in, storage, serializers, 
 """
 
 
+def decisions_of(branches):
+    """The counts of branches without a call's two ways on: to what follows, and to who catches its exception."""
+    kept = []
+    for branch in branches:
+        if not branch["throw"]:
+            kept.append(branch)
+        elif kept and kept[-1]["fallthrough"]:
+            kept.pop()
+    return [branch["count"] for branch in kept]
+
+
 def ask_gcov(build):
     """For each source of src/: for each line with code its count, and for each of its branches whether it was taken."""
     lines = collections.defaultdict(dict)
@@ -53,10 +64,10 @@ def ask_gcov(build):
                     lines[name][number] = max(lines[name].get(number, 0), line["count"])
                     # A template has a line in each instance; a branch counts as taken when it was in one.
                     known = branches[name][number]
-                    for index, branch in enumerate(each for each in line["branches"] if not each["throw"]):
+                    for index, count in enumerate(decisions_of(line["branches"])):
                         if index == len(known):
                             known.append(0)
-                        known[index] = max(known[index], branch["count"])
+                        known[index] = max(known[index], count)
     return {name: [[number, count, [int(taken > 0) for taken in branches[name][number]]]
                    for number, count in sorted(found.items())] for name, found in lines.items()}
 
