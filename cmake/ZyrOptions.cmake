@@ -70,7 +70,8 @@ if(ZYR_SANITIZE)
     endif()
 endif()
 if(ZYR_COVERAGE)
-    target_compile_options(zyr_options INTERFACE --coverage -fprofile-update=atomic -fdata-sections)
+    target_compile_options(zyr_options INTERFACE
+        $<BUILD_INTERFACE:--coverage> $<BUILD_INTERFACE:-fprofile-update=atomic> $<BUILD_INTERFACE:-fdata-sections>)
     # One file of counters for all processes, so that each is counted however it ends.
     add_library(zyr_shared_counters OBJECT "${PROJECT_SOURCE_DIR}/tests/coverage/zyr_shared_counters.cpp")
     file(MAKE_DIRECTORY "${CMAKE_BINARY_DIR}/counters")
@@ -78,7 +79,8 @@ if(ZYR_COVERAGE)
         OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_WRITE GROUP_EXECUTE WORLD_READ WORLD_WRITE WORLD_EXECUTE)
     target_compile_definitions(zyr_shared_counters PRIVATE ZYR_COUNTERS_DIRECTORY="${CMAKE_BINARY_DIR}/counters")
     target_link_libraries(zyr_options INTERFACE "$<BUILD_INTERFACE:$<TARGET_OBJECTS:zyr_shared_counters>>")
-    target_link_options(zyr_options INTERFACE --coverage -Wl,--build-id -Wl,--wrap=__gcov_exit
-        "-Wl,-T,${PROJECT_SOURCE_DIR}/tests/coverage/counters.ld")
+    target_link_options(zyr_options INTERFACE
+        $<BUILD_INTERFACE:--coverage> $<BUILD_INTERFACE:-Wl,--build-id> $<BUILD_INTERFACE:-Wl,--wrap=__gcov_exit>
+        "$<BUILD_INTERFACE:-Wl,-T,${PROJECT_SOURCE_DIR}/tests/coverage/counters.ld>")
 endif()
 target_include_directories(zyr_options INTERFACE "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/src>")

@@ -55,9 +55,9 @@ function(zyr_add_test name)
     target_compile_definitions(${name} PRIVATE ZYR_MODULE_WORD="test")
     target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
     target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} zyr_options GTest::gmock GTest::gtest_main)
-    # Seconds for one test. Sanitizers and emulation are slower by far.
+    # Seconds for one test. Sanitizers, emulation and counting are slower by far.
     set(limit 120)
-    if(ZYR_SANITIZE OR CMAKE_CROSSCOMPILING)
+    if(ZYR_SANITIZE OR ZYR_COVERAGE OR CMAKE_CROSSCOMPILING)
         set(limit 300)
     endif()
     set(properties TIMEOUT ${limit} LABELS ${label})
