@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds the coverage preset, runs its tests, and prints which share of the lines and branches of src/ they execute, folder
-# by folder. Branches that only exceptions take are left out. It takes an hour on two cores: release checks run it, CI does not.
+# by folder. Branches are those of conditions; what exceptions take is left out. It takes half an hour on two cores: release
+# checks run it, CI does not.
 #
 #   scripts/coverage.sh               all tests
 #   scripts/coverage.sh NAME...       only some test programs: test_text test_log ...
@@ -12,8 +13,8 @@
 #   scripts/coverage.sh --list        afterwards: compares with the list again
 #   scripts/coverage.sh --write       afterwards: takes new places over into the list; write their reasons
 #
-# Lines of templates count as executed when one instance is. Every process counts, however it ends: all of one program or
-# module share a file in build/coverage/counters (tests/coverage/zyr_shared_counters.cpp).
+# Lines and branches of templates count when one instance executes them. Every process counts, however it ends: all of one
+# program or module share a file in build/coverage/counters (tests/coverage/zyr_shared_counters.cpp).
 set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
 

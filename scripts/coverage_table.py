@@ -22,6 +22,9 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 SOURCES = ROOT / "src"
 LIST = ROOT / "tests/coverage/uncovered.txt"
+CONDITION = re.compile(r"\b(if|for|while|switch|case|default|ZYR_ASSERT\w*)\b|\?|&&|\|\|")
+# The lists of a record's fields, which the compiler alone walks.
+COMPILED = re.compile(r"::fields\(\)|zyr_\w+Fields<")
 LISTED = ("plugin_ffmpeg/", "zyr_common/storage/", "zyr_common/transport/", "zyr_common/process/", "core_module/serializers/",
           "core_module/transport/")
 HEAD = """# Places that no test executes, of the plug-in, storage, serializers, transport and process, and why. Made by
@@ -39,6 +42,24 @@ def decisions_of(branches):
         elif kept and kept[-1]["fallthrough"]:
             kept.pop()
     return [branch["count"] for branch in kept]
+
+
+def instances_at(functions, number):
+    """How many functions the innermost one around a line is: a template, or a function in one, has instances."""
+    around = [each["start_line"] for each in functions if each["start_line"] <= number <= each["end_line"]]
+    return max(1, around.count(max(around, default=0)))
+
+
+def conditional_lines(text):
+    """Numbers of lines with a condition, or with a further part of one. Branches of others are the compiler's own."""
+    found, goes_on = set(), False
+    for number, line in enumerate(text, 1):
+        code = line.split("//")[0].rstrip()
+        is_condition = bool(CONDITION.search(code))
+        if is_condition or goes_on:
+            found.add(number)
+        goes_on = (is_condition or goes_on) and code.endswith(("&&", "||", "(", ","))
+    return found
 
 
 def ask_gcov(build):
@@ -59,16 +80,24 @@ def ask_gcov(build):
                 if SOURCES not in source.parents:
                     continue
                 name = source.relative_to(SOURCES).as_posix()
+                compiled = {number for each in file["functions"] if COMPILED.search(each["demangled_name"])
+                            for number in range(each["start_line"], each["end_line"] + 1)}
                 for line in file["lines"]:
                     number = line["line_number"]
+                    if number in compiled and line["count"] == 0:
+                        continue
                     lines[name][number] = max(lines[name].get(number, 0), line["count"])
                     # A template has a line in each instance; a branch counts as taken when it was in one.
-                    known = branches[name][number]
-                    for index, count in enumerate(decisions_of(line["branches"])):
-                        if index == len(known):
+                    known, counts = branches[name][number], decisions_of(line["branches"])
+                    of_one = len(counts) // instances_at(file["functions"], number) if counts else 0
+                    if of_one == 0 or len(counts) % of_one != 0:
+                        of_one = len(counts)
+                    for index, count in enumerate(counts):
+                        if index % of_one == len(known):
                             known.append(0)
-                        known[index] = max(known[index], count)
-    return {name: [[number, count, [int(taken > 0) for taken in branches[name][number]]]
+                        known[index % of_one] = max(known[index % of_one], count)
+    conditional = {name: conditional_lines((SOURCES / name).read_text(encoding="utf-8").splitlines()) for name in lines}
+    return {name: [[number, count, [int(taken > 0) for taken in branches[name][number] if number in conditional[name]]]
                    for number, count in sorted(found.items())] for name, found in lines.items()}
 
 
