@@ -334,6 +334,15 @@ TEST_F(SessionDirectory, TakesNoLinkForADirectoryThatWasThereBefore) {
     }
 }
 
+TEST_F(SessionDirectory, TellsOfAFileThatVanishesBeforeItIsLookedAt) {
+    mkdir(m_path.c_str(), 0700);
+    makeFile(inside("file"));
+    SystemCalls calls;
+    calls.interpose("fstatat", [this] { ASSERT_EQ(unlink(inside("file").c_str()), 0); });
+    EXPECT_FALSE(remove());
+    expectRemoved();
+}
+
 TEST_F(SessionDirectory, SurvivesARaceOfADirectoryAndALink) {
     // While the directory is removed, a thread does nothing but exchange one in it with a link to the outside.
     constexpr int TRIES = 2000;

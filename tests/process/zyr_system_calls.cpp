@@ -184,6 +184,7 @@ int __real_open(const char* p_path, int p_flags, ...);
 int __real_openat(int p_directory, const char* p_path, int p_flags, ...);
 int __real_unlinkat(int p_directory, const char* p_path, int p_flags);
 int __real_fstat(int p_descriptor, struct stat* p_status);
+int __real_fstatat(int p_directory, const char* p_path, struct stat* p_status, int p_flags);
 int __real_flock(int p_descriptor, int p_operation);
 
 void* __wrap_malloc(size_t p_size) {
@@ -315,6 +316,10 @@ int __wrap_unlinkat(int p_directory, const char* p_path, int p_flags) {
 }
 int __wrap_fstat(int p_descriptor, struct stat* p_status) {
     return fails("fstat", "%s", "") ? -1 : __real_fstat(p_descriptor, p_status);
+}
+int __wrap_fstatat(int p_directory, const char* p_path, struct stat* p_status, int p_flags) {
+    zyr::runInterposed("fstatat");
+    return __real_fstatat(p_directory, p_path, p_status, p_flags);
 }
 int __wrap_flock(int p_descriptor, int p_operation) {
     return fails("flock", " %d", p_operation) ? -1 : __real_flock(p_descriptor, p_operation);

@@ -5,11 +5,14 @@
 #include "support/zyr_heap_watch.h"
 #include "zyr_common/formats/zyr_format_info.h"
 #include "zyr_common/object_containers/zyr_list_of_objects.h"
+#include "zyr_common/serialization/zyr_serializer.h"
 
 #include <csignal>
+#include <functional>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 namespace zyr {
 namespace {
@@ -239,6 +242,69 @@ TEST_P(FailingStorage, EndsWithFalseOrNullWhereABufferIsNotGiven) {
     EXPECT_GE(loads.m_failed, 1);
     printf("%s: saves failed %d, aborted %d; loads failed %d, aborted %d\n", GetParam(), saves.m_failed,
            saves.m_aborted, loads.m_failed, loads.m_aborted);
+}
+
+/// Each operation writes more than the buffer holds. Names are kept by the format with a table, which ends the process
+/// where there is no memory for one.
+std::vector<std::function<bool_t(ISerializer*)>> makeLargeWrites(bool p_hasTable) {
+    static const String text(std::string(9000, 't'));
+    static const String escaped(std::string(3000, '\xFF'));
+    static const String name(std::string(9000, 'n'));
+    static const std::vector<double> reals(3000, 0.5);
+    static const std::vector<float> singles(6000, 0.5F);
+    static const std::vector<uint32_t> numbers(6000, 123456);
+    std::vector<std::function<bool_t(ISerializer*)>> writes = {
+        [](ISerializer* p_to) { return p_to->writeString("a", text, 0, 0); },
+        [](ISerializer* p_to) { return p_to->writeString("a", text, 1, 0); },
+        [](ISerializer* p_to) { return p_to->writeString("a", escaped, 0, 0); },
+        [](ISerializer* p_to) { return p_to->writeStringRef("a", &text, 0, 0); },
+        [](ISerializer* p_to) { return p_to->writeStringArray("a", 1, &text, 0, 0); },
+        [](ISerializer* p_to) { return p_to->writeDoubleArray("a", 3000, reals.data(), 0, 0); },
+        [](ISerializer* p_to) { return p_to->writeFloatArray("a", 6000, singles.data(), 0, 4); },
+        [](ISerializer* p_to) { return p_to->writeUInt32Array("a", 6000, numbers.data(), 0, 0); },
+        [](ISerializer* p_to) { return p_to->writeEnumArray("a", 6000, numbers.data(), 0, nullptr); }};
+    if (!p_hasTable) {
+        writes.insert(writes.end(),
+                      {[](ISerializer* p_to) { return p_to->writeBool(name, 1, 0, 0); },
+                       [](ISerializer* p_to) { return p_to->writeBool(name, 1, 1, 0); },
+                       [](ISerializer* p_to) { return p_to->writeDouble(name, 0.5, 0, 0); },
+                       [](ISerializer* p_to) { return p_to->writeUInt64(name, 1, 0, 0, nullptr); },
+                       [](ISerializer* p_to) { return p_to->writeString(name, "", 0, 0); },
+                       [](ISerializer* p_to) { return p_to->writeString(name, "a", 1, 0); },
+                       [](ISerializer* p_to) { return p_to->writeStringRef(name, nullptr, 0, 0); },
+                       [](ISerializer* p_to) { return p_to->writeNullObject(name); },
+                       [](ISerializer* p_to) { return p_to->beginStructure(name, 0) && p_to->endStructure(); },
+                       [](ISerializer* p_to) { return p_to->beginObject("a", name, name) && p_to->endObject(); },
+                       [](ISerializer* p_to) {
+                           return p_to->beginArray(name, 1, ZYR_ARRAY_OF_RECORDS) && p_to->beginArrayElement(0, "R") &&
+                                  p_to->endArrayElement() && p_to->endArray();
+                       }});
+    }
+    return writes;
+}
+
+TEST_P(FailingStorage, SerializersEndWithFalseWhereABufferIsNotGiven) {
+    std::string name = GetParam();
+    name[0] = static_cast<char>(name[0] - 'a' + 'A');
+    size_t failures = 0;
+    size_t place = 0;
+    for (const auto& write : makeLargeWrites(name == "Zbf")) {
+        bool isWritten = false;
+        for (size_t number = 1; !isWritten && number < 30; number++) {
+            const auto serializer = Ref<IObject>::adopt(zyr_createObjectFromName((name + "Serializer").c_str()));
+            auto* to = static_cast<ISerializer*>(serializer.get());
+            ASSERT_TRUE(to->initialize() && to->beginStructure("top", 0));
+            failHeapBlock(number, 2048);
+            const bool_t done = write(to);
+            failHeapBlock(0, 0);
+            isWritten = !test::hasHeapFailed();
+            EXPECT_EQ(done != 0, isWritten) << place << " at block " << number;
+            failures += !isWritten;
+        }
+        EXPECT_TRUE(isWritten) << place;
+        place++;
+    }
+    EXPECT_GE(failures, place);
 }
 
 #endif

@@ -236,6 +236,13 @@ TEST_F(LoadSaveTest, AFileInADirectoryThatMustNotBeChangedIsWrittenTo) {
     info->release();
 }
 
+TEST_F(LoadSaveTest, AFileWithAnUnknownExtensionGivesItsLine) {
+    m_directory.writeFile("a.nope", "some bytes");
+    const LogCapture capture;
+    EXPECT_EQ(zyr_loadFromFile(path("a.nope").c_str(), "", ""), nullptr);
+    EXPECT_THAT(warnings(capture), testing::Contains("Unable to find deserializer for format: nope"));
+}
+
 TEST_F(LoadSaveTest, AFileThatMustNotBeWrittenToStays) {
     constexpr uid_t nobody = 65534;
     INativeFormatInfo* info = makeInfo("name");

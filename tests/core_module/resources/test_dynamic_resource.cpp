@@ -222,6 +222,28 @@ TEST_F(DynamicResourceTest, ReplacesGUIDsInsidePackedContent) {
     EXPECT_THAT(collectReferences(loaded.get(), 1), ElementsAre(":12"));
 }
 
+TEST_F(DynamicResourceTest, WalkersTakeAwayCountUpAndRenewTheGUIDsOfPackedContent) {
+    const Ref<IResource> resource = makeResource("content", 5);
+    const auto holder = makePacked(resource.get());
+    const auto contentGUID = [&] { return holder->getUnpackedResource(0)->getGUID(); };
+    holder->replaceGUIDsWithFakeCounterGUIDs(0);
+    EXPECT_EQ(holder->getUnpackedResource(0), nullptr);
+    EXPECT_EQ(holder->getResourceGUID(), guid(5));
+    holder->replaceGUIDsWithFakeCounterGUIDs(1);
+    ASSERT_NE(holder->getUnpackedResource(0), nullptr);
+    const GUID_t counted = contentGUID();
+    EXPECT_NE(counted, guid(5));
+    EXPECT_EQ(holder->getResourceGUID(), counted);
+    EXPECT_TRUE(holder->isContentDirty());
+    holder->regenerateGUIDsWhereAvailable(1);
+    EXPECT_NE(contentGUID(), counted);
+    EXPECT_EQ(holder->getResourceGUID(), contentGUID());
+    holder->clearGUID(1);
+    EXPECT_EQ(contentGUID(), GUID_t());
+    EXPECT_EQ(holder->getGUID(), GUID_t());
+    EXPECT_EQ(holder->getResourceGUID(), GUID_t());
+}
+
 TEST_F(DynamicResourceTest, WalkersPassOtherBytesWithoutALine) {
     const auto holder = make<IDynamicResource>();
     holder->setPackedData(bytes("these bytes are the contents of some file and no object"));

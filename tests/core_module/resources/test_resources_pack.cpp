@@ -354,5 +354,28 @@ TEST_F(ResourcesPackTest, WalkersKeepTheDigestsWithTheirResources) {
     EXPECT_TRUE(pack->getGUIDToDigestMap()->isEmpty());
 }
 
+TEST_F(ResourcesPackTest, WalkersReachTheResourcesOfAllCategories) {
+    const Ref<IResource> first = makeResource("a", 1);
+    const Ref<IResource> second = makeResource("b", 2);
+    refer(second.get(), "small", 9);
+    const auto pack = makePack({makeCategory("one", {first.get()}).get(), makeCategory("two", {second.get()}).get()});
+    EXPECT_THAT(collectReferences(pack.get(), 0), ElementsAre());
+    EXPECT_THAT(collectReferences(pack.get(), 1), ElementsAre(":9"));
+    ASSERT_TRUE(pack->updateResourceContentDigest(guid(1)));
+    HashMap<GUID_t, GUIDDigestPair> digests(*pack->getGUIDToDigestMap());
+    pack->replaceGUIDsWithFakeCounterGUIDs(1);
+    EXPECT_TRUE(pack->getGUIDToDigestMap()->isEmpty());
+    EXPECT_NE(first->getGUID(), guid(1));
+    EXPECT_NE(second->getGUID(), guid(2));
+    EXPECT_NE(first->getGUID(), second->getGUID());
+    pack->setGUIDToDigestMap(digests);
+    EXPECT_EQ(pack->getGUIDToDigestMap()->getSize(), 1U);
+    pack->clearGUID(0);
+    EXPECT_EQ(pack->getGUIDToDigestMap()->getSize(), 1U);
+    pack->clearGUID(1);
+    EXPECT_TRUE(pack->getGUIDToDigestMap()->isEmpty());
+    EXPECT_EQ(first->getGUID(), GUID_t());
+}
+
 } // namespace
 } // namespace zyr

@@ -83,6 +83,8 @@ TEST_F(BadDocuments, OfXmlAreRefused) {
                              "<a>\xFF</a>",
                              "<a>\xEF\xBF\xBF</a>",
                              "<a><!-- </a>",
+                             "<a><!-- \x01 --></a>",
+                             "<gr\xC3/>",
                              "<a><![CDATA[</a>",
                              "<1/>",
                              "<a 1='2'/>",
@@ -98,7 +100,7 @@ TEST_F(BadDocuments, OfXmlThatOnlyLookSoAreTaken) {
     for (const char* text :
          {"<a/>", "\xEF\xBB\xBF<?xml version='1.0' encoding=\"utf-8\"?>\n<a/>\n", "<a ></a >", "<a b='\"' c=\"'\"/>",
           "<a>&#65;&#x42;&lt;&gt;&amp;&quot;&apos;</a>", "<!-- & < --><a><![CDATA[<&]]></a><?x y?>",
-          "<!DOCTYPE a [<!ENTITY x 'y>z'> <!-- ] -->]><a/>", "<a>gr\xC3\xBC]]</a>"}) {
+          "<!DOCTYPE a [<!ENTITY x 'y>z'> <!-- ] -->]><a/>", "<a>gr\xC3\xBC]]</a>", "<gr\xC3\xBC \xC3\xA4='1'/>"}) {
         EXPECT_TRUE(canInitialize("Xml", text)) << text;
     }
 }

@@ -88,6 +88,10 @@ TEST(ByteBuffer, OnlyLowerCaseGuidsBecomeBytes) {
                              0xcd, 0xef, 0x00, 0xff, 0x10, 0xa9, 0xb8, 0xc7};
     ASSERT_EQ(buffer.getSize(), sizeof(bytes));
     EXPECT_EQ(memcmp(buffer.getData(), bytes, sizeof(bytes)), 0);
+    buffer.setSize(0);
+    ASSERT_TRUE(appendText(buffer, guid.getData(), guid.getLengthInBytes()));
+    ASSERT_EQ(buffer.getSize(), sizeof(bytes));
+    EXPECT_EQ(memcmp(buffer.getData(), bytes, sizeof(bytes)), 0);
     for (size_t place = 0; place < guid.getLengthInBytes(); place++) {
         for (int value = 0; value < 256; value++) {
             const char byte = static_cast<char>(value);
