@@ -223,5 +223,62 @@ TEST_F(OddBytes, ThatEndInsideOfAnArrayAreRefused) {
     }
 }
 
+TEST_F(OddBytes, ThatEndInsideOfANumberOfAnotherKindAreRefused) {
+    for (const std::string& field : {std::string("\x02\x01"
+                                                 "a\x80",
+                                                 4),
+                                     std::string("\x05\x01"
+                                                 "a\x80",
+                                                 4),
+                                     std::string("\x06\x01"
+                                                 "a\0",
+                                                 4),
+                                     std::string("\x07\x01"
+                                                 "a\0\0",
+                                                 5)}) {
+        read("Raw", makeRaw(field), [&](IDeserializer* p_deserializer) {
+            uint32_t number = 4;
+            EXPECT_FALSE(p_deserializer->readUInt32("a", m_cache, number, nullptr)) << int(field[0]);
+            EXPECT_EQ(number, 4U);
+        });
+    }
+}
+
+TEST_F(OddBytes, OfAnElementWhoseTypeIsNotInTheTableAreRefused) {
+    const std::string whole = write("Zbf", [](ISerializer* p_serializer) {
+        p_serializer->beginArray("a", 1, ZYR_ARRAY_OF_RECORDS);
+        p_serializer->beginArrayElement(0, "R");
+        p_serializer->endArrayElement();
+        p_serializer->endArray();
+    });
+    // Behind the version and the place of the table: top and its size, "a" and its size, the count, the type.
+    const size_t place = whole.find("\x01\x03", 9);
+    ASSERT_NE(place, std::string::npos);
+    for (const int type : {3, 0x7F}) {
+        std::string bytes = whole;
+        bytes[place + 1] = static_cast<char>(type);
+        read("Zbf", bytes, [&](IDeserializer* p_deserializer) {
+            bool_t found = 0;
+            String name("kept");
+            ASSERT_TRUE(p_deserializer->enterArray("a", found, 0));
+            ASSERT_TRUE(found);
+            ASSERT_EQ(p_deserializer->getArraySize(), 1U);
+            EXPECT_EQ(p_deserializer->enterArrayElement(0, name) != 0, type == 3);
+            EXPECT_EQ(name, type == 3 ? "R" : "kept");
+        });
+    }
+}
+
+TEST_F(OddBytes, ThatEndInFrontOfTheClassOfASkippedObjectAreRefused) {
+    std::string bytes = write("Zbf", [](ISerializer* p_serializer) { p_serializer->writeNullObject("o"); });
+    ASSERT_EQ(bytes.substr(9, 4), std::string("\0\x02\0\0", 4)); // top of two bytes: the field and no class
+    bytes[10] = 1;
+    read("Zbf", bytes, [&](IDeserializer* p_deserializer) {
+        bool_t flag = 1;
+        EXPECT_FALSE(p_deserializer->readBool("x", m_cache, flag, 0));
+        EXPECT_TRUE(flag);
+    });
+}
+
 } // namespace
 } // namespace zyr
