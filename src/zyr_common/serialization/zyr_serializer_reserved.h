@@ -49,8 +49,8 @@ public:
 
     /// Hands the output over instead of letting the caller copy it, if p_data is where it lies, if it has just
     /// p_front bytes of room in front of it, and if its block, which begins there, has p_capacity bytes. Gives that
-    /// block, which the caller frees by zyr_free, or null with everything as it was. Then the serializer has no output
-    /// any more and is to be initialized again.
+    /// block, which may have moved and which the caller frees by zyr_free, or null with everything as it was. Behind it
+    /// the serializer has no output any more and is to be initialized again.
     virtual void* giveOutput(const void* p_data, size_t p_front, size_t p_capacity) = 0;
 };
 
