@@ -63,7 +63,9 @@ while read -r file; do
     case $name in */ffmpeg/*) continue ;; esac
     grep -qE 'BIND_NOW|Flags:.* NOW' <<<"$dynamic" || bad "$name is bound late"
     for place in "$PWD" "${HOME:-/root}/.cache"; do
-        ! grep -qaF "$place" "$file" || bad "$name names $place"
+        # At the beginning of a path: short places are parts of others.
+        pattern="(^|[^A-Za-z0-9_./-])$(sed 's/[].[*^$+?(){}|\\]/\\&/g' <<<"$place")(/|[^A-Za-z0-9_./-]|\$)"
+        ! LC_ALL=C grep -qaE "$pattern" "$file" || bad "$name names $place"
     done
 done < <(find "$work"/zyrmont-host/usr/bin "$work"/zyrmont-modules/usr/lib -type f \( -name 'zyr-host' -o -name '*.so*' \) | sort)
 [ $result -ne 0 ] || printf 'package-contents: %s %s: OK\n' "$version" "$architecture"
