@@ -140,7 +140,7 @@ wants test && installPackages chromium ffmpeg openssl curl python3-websockets py
 wants lint && installPackages clang-format clang-tidy python3 shellcheck
 wants abi && installPackages abigail-tools
 wants docs && installPackages doxygen python3-markdown man-db
-wants package && installPackages dpkg-dev lintian mmdebstrap
+wants package && installPackages dpkg-dev lintian mmdebstrap systemd
 wants bench && installPackages libspdlog-dev libtsl-ordered-map-dev libtbb-dev libeigen3-dev libglm-dev libvncserver-dev \
     x11vnc tigervnc-standalone-server novnc websockify \
     libprotobuf-dev protobuf-compiler libmsgpack-cxx-dev rapidjson-dev
