@@ -71,6 +71,10 @@ public:
         return 1;
     }
     ILevelReserved* getSerializerReserved() const override { return &m_serializerReserved; }
+    IObject* findInterfaceObjectByClassGUID(const GUID_t& p_classGUID) const override {
+        return p_classGUID == zyr_getFieldRowsGUID() ? const_cast<SerializerLevel*>(this)
+                                                     : Base::findInterfaceObjectByClassGUID(p_classGUID);
+    }
 
     void release_This() {
         Base::release_This();
@@ -91,6 +95,8 @@ private:
 };
 
 template <class Interface> class DeserializerLevel : public DirectoryLevel<Interface, IDeserializer> {
+    using Base = DirectoryLevel<Interface, IDeserializer>;
+
     class Reserved final : public LevelReserved<DeserializerLevel, IDeserializerReserved> {
     public:
         using LevelReserved<DeserializerLevel, IDeserializerReserved>::LevelReserved;
@@ -102,6 +108,10 @@ template <class Interface> class DeserializerLevel : public DirectoryLevel<Inter
 
 public:
     ILevelReserved* getDeserializerReserved() const override { return &m_deserializerReserved; }
+    IObject* findInterfaceObjectByClassGUID(const GUID_t& p_classGUID) const override {
+        return p_classGUID == zyr_getFieldRowsGUID() ? const_cast<DeserializerLevel*>(this)
+                                                     : Base::findInterfaceObjectByClassGUID(p_classGUID);
+    }
 
 private:
     virtual size_t readRows(const FieldRow*, void* const*, size_t) { return 0; }

@@ -59,6 +59,10 @@ public:
     virtual size_t readFields(const FieldRow* p_rows, void* const* p_values, size_t p_count) = 0;
 };
 
+/// To which those answer with themselves (findInterfaceObjectByClassGUID) whose reserved object can do these things. A
+/// permanent identifier, as those of classes.
+const GUID_t& zyr_getFieldRowsGUID();
+
 /// The reserved object if it can do these things, otherwise null. Fast enough for each record. Safe on any thread.
 ISerializerReserved* zyr_findReserved(const ISerializer* p_serializer);
 IDeserializerReserved* zyr_findReserved(const IDeserializer* p_deserializer);

@@ -257,6 +257,41 @@ public:
     mutable PlainReserved m_reserved;
 };
 
+/// Forwards to a serializer, and sees what passes.
+class WatchingSerializer : public test::RecordingSerializer {
+public:
+    explicit WatchingSerializer(ISerializer* p_watched)
+        : RecordingSerializer(RecordingSerializer::c_binary), m_watched(p_watched) {}
+    IObject* findInterfaceObjectByClassGUID(const GUID_t& p_classGUID) const override {
+        return m_watched->findInterfaceObjectByClassGUID(p_classGUID);
+    }
+    ILevelReserved* getSerializerReserved() const override { return m_watched->getSerializerReserved(); }
+
+    ISerializer* m_watched;
+};
+
+TEST_F(FieldRows, AreNotOfferedByWhatWatchesASerializer) {
+    for (const char* format : BINARY_FORMATS) {
+        write(format, [](ISerializer* p_serializer) {
+            EXPECT_NE(zyr_findReserved(p_serializer), nullptr);
+            const WatchingSerializer watching(p_serializer);
+            EXPECT_EQ(zyr_findReserved(&watching), nullptr);
+        });
+    }
+}
+
+/// Its reserved object is nothing that can be looked at.
+class OpaqueSerializer : public test::RecordingSerializer {
+public:
+    OpaqueSerializer() : RecordingSerializer(RecordingSerializer::c_binary) {}
+    ILevelReserved* getSerializerReserved() const override { return reinterpret_cast<ILevelReserved*>(uintptr_t{16}); }
+};
+
+TEST_F(FieldRows, DoNotTouchReservedObjectsOfOthers) {
+    const OpaqueSerializer opaque;
+    EXPECT_EQ(zyr_findReserved(&opaque), nullptr);
+}
+
 TEST_F(FieldRows, AreNotOfferedByOtherSerializers) {
     const test::RecordingSerializer recording(test::RecordingSerializer::c_binary);
     const OlderSerializer older;
