@@ -197,7 +197,7 @@ pack zyrmont-host video "Depends: zyrmont-modules (= $fullVersion), $(needs zyrm
 Suggests: x11-utils" \
     "host program of the Zyrmont codec plug-ins" \
     "zyr-host shows which video codecs work on this machine, tells what is wrong with it and what cures it, and sends video through the codecs frame by frame."
-pack libzyrmont-dev libdevel "Depends: liblz4-dev, libxxhash-dev, libsystemd-dev, libpam0g-dev, pkg-config$miniz
+pack libzyrmont-dev libdevel "Depends: liblz4-dev, libxxhash-dev, libsystemd-dev, libpam0g-dev, pkgconf$miniz
 Recommends: zyrmont-modules (= $fullVersion), cmake" \
     "headers and libraries for Zyrmont modules and hosts" \
     "What is needed to build modules, plug-ins and hosts of the Zyrmont framework: headers, static libraries, a CMake package, a pkg-config file, and an example of a plug-in and of a host."
