@@ -64,7 +64,7 @@ while read -r file; do
     grep -qE 'BIND_NOW|Flags:.* NOW' <<<"$dynamic" || bad "$name is bound late"
     for place in "$PWD" "${HOME:-/root}/.cache"; do
         # At the beginning of a path: short places are parts of others.
-        pattern="(^|[^A-Za-z0-9_./-])$(sed 's/[].[*^$+?(){}|\\]/\\&/g' <<<"$place")(/|[^A-Za-z0-9_./-]|\$)"
+        pattern="(^|[^A-Za-z0-9_./-])$(printf '%s' "$place" | sed 's/[].[*^$+?(){}|\\]/\\&/g')(/|[^A-Za-z0-9_./-]|\$)"
         ! LC_ALL=C grep -qaE "$pattern" "$file" || bad "$name names $place"
     done
 done < <(find "$work"/zyrmont-host/usr/bin "$work"/zyrmont-modules/usr/lib -type f \( -name 'zyr-host' -o -name '*.so*' \) | sort)
