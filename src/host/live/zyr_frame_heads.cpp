@@ -1,5 +1,7 @@
 #include "host/live/zyr_frame_heads.h"
 
+#include <algorithm>
+
 namespace zyr::host {
 
 namespace {
@@ -60,7 +62,8 @@ std::vector<uint8_t> FrameHeadWriter::write(const LiveFrameHead& p_head, const u
     m_memory.m_blocksHeader = p_head.m_codec == LiveCodec::BLOCKS ? header : m_memory.m_blocksHeader;
     m_memory.m_sequence++;
 
-    const uint64_t captureTime = p_head.m_captureTime / FRAME_TIME_UNIT;
+    // A viewer that changes lanes may get an older one, for which there is no number.
+    const uint64_t captureTime = std::max(p_head.m_captureTime / FRAME_TIME_UNIT, m_memory.m_captureTime);
     LiveWriter writer;
     writer.add(marks).addNumber(captureTime - m_memory.m_captureTime);
     m_memory.m_captureTime = captureTime;

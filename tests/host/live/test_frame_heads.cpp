@@ -71,6 +71,14 @@ TEST_F(FrameHeads, HaveTheirBytes) {
     EXPECT_EQ(m_writer.getSequence(), 3u);
 }
 
+TEST_F(FrameHeads, NeverGoBackInTime) {
+    write(makePacket(1));
+    m_head.m_captureTime -= 1600;
+    EXPECT_EQ(write(makePacket(2)), (Bytes{0x24, 0, 50, 0xE8, 0x07, 0, 4}));
+    m_head.m_captureTime += 1632;
+    EXPECT_EQ(write(makePacket(3)), (Bytes{0x24, 2, 50, 0xE8, 0x07, 0, 4}));
+}
+
 TEST_F(FrameHeads, AreReadBack) {
     for (unsigned i = 0; i < 300; i++) {
         m_head.m_codec = i % 5 == 4 ? LiveCodec::VP9 : LiveCodec::BLOCKS;
