@@ -272,7 +272,6 @@ TEST_F(FramesTest, PeerThatIsGoneIsNoSignal) {
 TEST_F(FramesTest, SilenceEndsTheConnection) {
     m_left.getFeatures().m_idleTimeout = 1;
     connectPeer();
-    EXPECT_NE(m_left.getState().m_deadline, 0);
     expectEnd(ZYR_TRANSPORT_CLOSE_IDLE_TIMEOUT, "nothing came for too long");
 }
 

@@ -173,6 +173,7 @@ TEST_F(WebSocketTest, WhatComesIsCountedAndPutsTheEndOfSilenceOff) {
     openPeer();
     const uint64_t before = m_left.getState().m_receivedBytes;
     const int64_t deadline = m_left.getState().m_deadline;
+    EXPECT_NE(deadline, 0);
     const std::string bytes = frame(0x82, envelope(7, 1, 0, 0));
     writePeer(bytes);
     ASSERT_TRUE(pump({&m_left}, [&] { return m_left.m_messages.size() == 1; }));
