@@ -5,6 +5,11 @@
 
 namespace zyr {
 
+static GUID_t getReplacement(const HashMap<GUID_t, GUID_t>& p_replacements, const GUID_t& p_guid) {
+    const auto replacement = p_replacements.findConst(p_guid);
+    return replacement != p_replacements.endConst() ? replacement->m_second : p_guid;
+}
+
 PackMerger::PackMerger(IResourcesPack* p_target, HashMap<GUID_t, GUID_t>& p_replacements)
     : m_target(p_target),
       m_replacements(p_replacements),
@@ -62,14 +67,14 @@ bool_t PackMerger::sortOut() {
     forEachIncoming([&](const IResourcesCategory* p_category) {
         forEachResource(p_category, [&](IResource* p_resource) {
             const GUID_t& guid = p_resource->getGUID();
-            const auto present = m_present.find(guid);
-            if (!done || guid.isNull() || present == m_present.end() || m_ownReplacements.count(guid) != 0) {
+            const auto present = m_present.find(getReplacement(m_replacements, guid));
+            if (!done || guid.isNull() || present == m_present.end() || m_separate.check(guid)) {
                 return;
             }
             GUID_t presentDigest;
             GUID_t incomingDigest;
             done = computeContentDigest(present->m_second, presentDigest) &&
-                   computeContentDigest(p_resource, incomingDigest);
+                   computeIncomingDigest(p_resource, incomingDigest);
             if (done && presentDigest == incomingDigest) {
                 m_shared.pushBack(guid, nullptr);
             } else if (done) {
@@ -80,10 +85,24 @@ bool_t PackMerger::sortOut() {
     return done;
 }
 
+/// Of the resource as it is once the caller's replacements are made.
+bool_t PackMerger::computeIncomingDigest(IResource* p_resource, GUID_t& p_digest) {
+    if (m_replacements.isEmpty()) {
+        return computeContentDigest(p_resource, p_digest);
+    }
+    const Ref<IObject> replaced = Ref<IObject>::adopt(p_resource->clone());
+    replaced->replaceGUIDsWhereAvailable(1, m_replacements);
+    return computeContentDigest(static_cast<IResource*>(replaced.get()), p_digest);
+}
+
 void PackMerger::replaceGUID(const GUID_t& p_guid) {
     GUID_t fresh;
+    GUID_t* former = nullptr;
     zyr_generateGUID(fresh);
-    m_ownReplacements.pushBack(p_guid, fresh, nullptr);
+    if (!m_ownReplacements.pushBack(p_guid, fresh, &former)) {
+        *former = fresh;
+    }
+    m_separate.pushBack(p_guid, nullptr);
 }
 
 /// A shared resource that refers to one with another GUID from here on is not the target's any more, nor is one that
@@ -98,7 +117,7 @@ void PackMerger::separateReferringOnes() {
         });
     });
     List<GUID_t> replaced;
-    for (const auto& entry : m_ownReplacements) {
+    for (const auto& entry : m_separate) {
         replaced.pushBack(entry.m_first);
     }
     for (auto it = replaced.begin(); it != replaced.end(); ++it) { // It grows on the way.
@@ -123,14 +142,11 @@ void PackMerger::add(IResourcesCategory* p_category) {
 }
 
 void PackMerger::mergeDigests(const IResourcesPack* p_source) {
-    const auto replace = [this](const GUID_t& p_guid) {
-        const auto replacement = m_replacements.findConst(p_guid);
-        return replacement != m_replacements.endConst() ? replacement->m_second : p_guid;
-    };
     for (const auto& entry : *p_source->getGUIDToDigestMap()) {
         const GUIDDigestPair& pair = entry.m_second;
         m_target->getMutableGUIDToDigestMap()->pushBack(
-            replace(entry.m_first), GUIDDigestPair(pair.m_name, replace(pair.m_guid), pair.m_digest), nullptr);
+            getReplacement(m_replacements, entry.m_first),
+            GUIDDigestPair(pair.m_name, getReplacement(m_replacements, pair.m_guid), pair.m_digest), nullptr);
     }
 }
 

@@ -19,6 +19,7 @@ public:
 private:
     template <typename Function> void forEachIncoming(Function p_function) const;
     bool_t sortOut();
+    bool_t computeIncomingDigest(IResource* p_resource, GUID_t& p_digest);
     void separateReferringOnes();
     void replaceGUID(const GUID_t& p_guid);
     void add(IResourcesCategory* p_category);
@@ -26,12 +27,14 @@ private:
 
     IResourcesPack* m_target;
     HashMap<GUID_t, GUID_t>& m_replacements;
-    /// What this merge adds to the replacements, once nothing can fail any more.
+    /// What the replacements become, once nothing can fail any more.
     HashMap<GUID_t, GUID_t> m_ownReplacements;
     HashMap<GUID_t, IResource*> m_present;
     /// Copies of the source's categories, which the target takes over.
     Ref<IHashMapOfObjects<String>> m_incoming;
-    /// The GUIDs of incoming resources that the target has already.
+    /// Of incoming resources by the GUIDs that they come with: those that get a fresh one, and those that the target
+    /// has already.
+    HashSet<GUID_t> m_separate;
     HashSet<GUID_t> m_shared;
 };
 

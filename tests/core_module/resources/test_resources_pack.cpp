@@ -305,6 +305,39 @@ TEST_F(Merging, MakesTheReplacementsOfTheCallerToo) {
     EXPECT_EQ(m_replacements.getSize(), 1U);
 }
 
+TEST_F(Merging, TwiceWithTheSameReplacementsAddsNothing) {
+    const auto pack = makePack({makeCategory("all", {makeResource("present", 1).get()}).get()});
+    const auto referring = makeResource("referring", 2);
+    refer(referring.get(), "small", 1);
+    const auto source = makePack({makeCategory("all", {makeResource("incoming", 1).get(), referring.get()}).get()});
+    ASSERT_TRUE(pack->mergeResourcesPack(source.get(), m_replacements));
+    const std::vector<GUID_t> guids = collectGUIDs(pack.get(), 1);
+    const HashMap<GUID_t, GUID_t> replacements = m_replacements;
+    const size_t numOfLines = m_application->getMessages().size();
+    ASSERT_TRUE(pack->mergeResourcesPack(source.get(), m_replacements));
+    EXPECT_EQ(collectGUIDs(pack.get(), 1), guids);
+    EXPECT_EQ(m_replacements.getSize(), replacements.getSize());
+    EXPECT_EQ(m_replacements.find(guid(1))->m_second, replacements.findConst(guid(1))->m_second);
+    EXPECT_EQ(m_application->getMessages().size(), numOfLines);
+}
+
+TEST_F(Merging, GivesAFreshGUIDWhereTheCallersReplacementIsTaken) {
+    const auto pack = makePack({makeCategory("all", {makeResource("present", 21).get()}).get()});
+    const auto referring = makeResource("referring", 2);
+    refer(referring.get(), "small", 1);
+    const auto source = makePack({makeCategory("all", {makeResource("incoming", 1).get(), referring.get()}).get()});
+    m_replacements.pushBack(guid(1), guid(21), nullptr);
+    ASSERT_TRUE(pack->mergeResourcesPack(source.get(), m_replacements));
+    const GUID_t fresh = m_replacements.find(guid(1))->m_second;
+    EXPECT_EQ(m_replacements.getSize(), 1U);
+    EXPECT_THAT(collectGUIDs(pack.get(), 1), ElementsAre(guid(21), fresh, guid(2)));
+    const IResourcesCategory* all = pack->getCategory(0, "all");
+    EXPECT_EQ(all->getResource(0, fresh)->getName(), "incoming");
+    HashMultiSet<String, GUID_t> references;
+    all->getResource(0, guid(2))->collectResourceGUIDReferences(1, references);
+    EXPECT_TRUE(references.contains("", fresh));
+}
+
 TEST_F(Merging, TakesTheDigestsOverUnderTheNewGUIDs) {
     const auto pack = makePack({makeCategory("all", {makeResource("present", 1).get()}).get()});
     const auto source =
