@@ -3,6 +3,8 @@
 #include "support/zyr_invariant.h"
 #include "zyr_common/application/zyr_format_registries.h"
 #include "zyr_common/formats/zyr_stored_objects.h"
+#include "zyr_common/memory/zyr_ref.h"
+#include "zyr_common/object_containers/zyr_list_of_objects.h"
 
 namespace zyr {
 namespace {
@@ -142,6 +144,54 @@ TEST_F(StandIns, ACompressedObjectComesBackWithItsInfo) {
         EXPECT_EQ(compression->getRefCount(), 0U);
         compression->release();
     }
+}
+
+/// Lists inside each other, with a stand-in in the last one for as many lists, and so on. The loads are not nested too
+/// deeply, and neither is any of them.
+class DeepStandIns : public LoadSaveTest {
+protected:
+    static constexpr int NUM_OF_LISTS = 300;
+
+    std::string make(int p_numOfLoads) const {
+        std::string bytes;
+        for (int load = 0; load < p_numOfLoads; load++) {
+            Ref<IObject> object = bytes.empty() ? Ref<IObject>() : makeStandIn(bytes);
+            for (int i = 0; i < NUM_OF_LISTS; i++) {
+                const auto list = Ref<IListOfObjects>::adopt(zyr_createObject<IListOfObjects>());
+                if (object) {
+                    list->pushBack(object.get());
+                }
+                object = Ref<IObject>::share(list.get());
+            }
+            bytes = save(object.get(), "raw");
+        }
+        return bytes;
+    }
+
+private:
+    static Ref<IObject> makeStandIn(const std::string& p_bytes) {
+        const auto standIn = Ref<ICompressedObject>::adopt(zyr_createObject<ICompressedObject>());
+        const auto zip = Ref<IZipCompressionInfo>::adopt(zyr_createObject<IZipCompressionInfo>());
+        EXPECT_NE(zyr_compressData("zip", p_bytes.data(), p_bytes.size(), *standIn->getMutableCompressedData(), 1), 0U);
+        zip->setDecompressSize(p_bytes.size());
+        standIn->setCompressionInfo(zip.get());
+        return Ref<IObject>::share(standIn.get());
+    }
+};
+
+TEST_F(DeepStandIns, ComeBackUpToTheLimit) {
+    const LogCapture capture;
+    const auto loaded = Ref<IObject>::adopt(load(make(4), "raw"));
+    EXPECT_TRUE(loaded);
+    EXPECT_THAT(warnings(capture), ElementsAre());
+}
+
+TEST_F(DeepStandIns, EndWithALineBeyondTheLimit) {
+    const std::string bytes = make(60);
+    const LogCapture capture;
+    EXPECT_EQ(load(bytes, "raw"), nullptr);
+    // What the inner loads tell is told by the core module, in which the lists read themselves.
+    EXPECT_THAT(warnings(capture), ElementsAre("The object cannot be deserialized from data: bad data format"));
 }
 
 TEST_F(StandIns, AnUnknownCompressionFailsAndLeavesTheObject) {

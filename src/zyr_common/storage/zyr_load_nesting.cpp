@@ -9,6 +9,8 @@ namespace zyr {
 namespace {
 
 constexpr uint32_t MAX_DEPTH = 64;
+/// Objects around a load. As many as one stream may have, which then has so many again.
+constexpr uint32_t MAX_NUM_OF_OBJECTS = 1023;
 /// A chain of files of which each names the next one twice doubles at every step.
 constexpr uint32_t MAX_NUM_OF_FILES = 65536;
 /// No block of "lz4" or "zip" unpacks to more than this times its size.
@@ -16,6 +18,7 @@ constexpr uint64_t MAX_EXPANSION = 1032;
 constexpr uint64_t MIN_ALLOWANCE = 64 << 20;
 
 thread_local LoadNesting* innermostLoad = nullptr;
+thread_local uint32_t numOfOpenObjects = 0;
 
 } // namespace
 
@@ -26,6 +29,8 @@ LoadNesting::LoadNesting()
     innermostLoad = this;
     if (m_depth >= MAX_DEPTH) {
         m_obstacle = "Too many loads inside each other";
+    } else if (numOfOpenObjects > MAX_NUM_OF_OBJECTS) {
+        m_obstacle = "Too many objects inside each other";
     }
 }
 
@@ -74,6 +79,14 @@ bool_t LoadNesting::takeDecompressedSize(const String& p_format, uint64_t p_pack
     }
     allowance -= p_size;
     return 1;
+}
+
+ObjectNesting::ObjectNesting() {
+    ++numOfOpenObjects;
+}
+
+ObjectNesting::~ObjectNesting() {
+    --numOfOpenObjects;
 }
 
 } // namespace zyr

@@ -1,5 +1,5 @@
-/// What bounds loads inside loads: deferred files that contain each other, and compressed objects inside compressed
-/// objects.
+/// What bounds loads inside loads: deferred files that contain each other, compressed objects inside compressed
+/// objects, and the depth of all their objects together.
 #pragma once
 
 #include "zyr_common/zyr_types.h"
@@ -38,6 +38,16 @@ private:
     uint32_t m_numOfFiles = 0;
     uint32_t m_depth;
     const char* m_obstacle = nullptr;
+};
+
+/// Lives on the stack while an object is read. A stream limits its own depth; what it cannot see are the objects around
+/// a load inside it, whose calls lie on the same stack.
+class ObjectNesting {
+public:
+    ObjectNesting();
+    ~ObjectNesting();
+    ObjectNesting(const ObjectNesting&) = delete;
+    ObjectNesting& operator=(const ObjectNesting&) = delete;
 };
 
 } // namespace zyr

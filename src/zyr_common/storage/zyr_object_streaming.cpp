@@ -270,6 +270,7 @@ bool_t IDeserializer::readSingleObject(const String& p_name, bool_t& p_found, IO
         ZYR_ASSERT(object != NULL);
     }
     *p_object = object;
+    const ObjectNesting nesting;
     const bool_t done = object->readSerialized(this);
     if (!leaveObject() || !done) {
         return 0;
