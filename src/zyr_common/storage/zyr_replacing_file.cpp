@@ -27,6 +27,13 @@ String makeTemporaryPath(const String& p_path) {
     return String::newFormatted("%.*s.%d-%u.part", length, p_path.getData(), getpid(), number);
 }
 
+/// Whether it is a stream of this system's own. Whatever stands before one or in its place may keep its files
+/// elsewhere.
+bool_t isOwnStream(const IOutputStreamFile* p_stream) {
+    const GUID_t& guid = zyr_getInterfaceGUID<IOutputStreamFile>();
+    return p_stream->getClassGUID() == guid && p_stream->findInterfaceObjectByClassGUID(guid) == p_stream;
+}
+
 bool_t isWritable(const char* p_path) {
     return ::faccessat(AT_FDCWD, p_path, W_OK, AT_EACCESS) == 0;
 }
@@ -63,6 +70,10 @@ ReplacingFile::~ReplacingFile() {
 
 bool_t ReplacingFile::open(const String& p_path) {
     m_path = p_path;
+    if (!isOwnStream(m_stream)) {
+        m_isElsewhere = 1;
+        return m_stream->open(p_path);
+    }
     struct stat status;
     if (::stat(p_path.getData(), &status) == 0) {
         if (!S_ISREG(status.st_mode)) {

@@ -10,8 +10,8 @@ namespace zyr {
 /// of the old file. What is no plain file, such as a pipe, is written to directly, and so is a file in a directory that
 /// must not be changed. Without finish() nothing is left.
 ///
-/// Of a stream nothing but open and writeBytes has to work: one whose files are not those of the system is told the
-/// path itself, and its word for a byte is taken.
+/// A stream of another make is told the path itself, once, and nothing but its open and writeBytes has to work: its
+/// word for a byte is taken.
 class ReplacingFile {
 public:
     /// Takes over the stream.
@@ -34,7 +34,7 @@ private:
     String m_path;
     /// The file beside; empty while there is none.
     String m_temporaryPath;
-    /// The stream has no file of the system.
+    /// The stream is of another make, or has no file of the system.
     bool_t m_isElsewhere = 0;
     uint64_t m_size = 0;
     /// Permissions of the old file, -1 without one.
