@@ -186,6 +186,18 @@ TEST_F(ObjectImplementationTest, CopyTakesOverAllButCountDeletePendingAndOuterLa
     info->release();
 }
 
+TEST_F(ObjectImplementationTest, CheckedCopyOfItselfChangesNothing) {
+    setGUID(m_object, SOME_GUID);
+    m_object->setDirty(1);
+    m_object->setDeferredFile("file");
+    EXPECT_TRUE(m_object->copy(m_object));
+    EXPECT_EQ(m_object->getGUID(), SOME_GUID);
+    EXPECT_TRUE(m_object->isDirty());
+    ASSERT_NE(m_object->getDeferredFile(), nullptr);
+    EXPECT_EQ(*m_object->getDeferredFile(), "file");
+    EXPECT_EQ(m_object->getRefCount(), 0u);
+}
+
 TEST_F(ObjectImplementationTest, ClearGivesTheStateOfANewObject) {
     setGUID(m_object, SOME_GUID);
     m_object->setDirty(1);

@@ -20,7 +20,12 @@ bool_t ObjectState::copy(IObject* p_self, const IObject* p_src) {
         ZYR_LOG_WARN("Unable to copy object: the source is not of class %s", object->getClassName().getData());
         return 0;
     }
-    object->copyUnsafe(p_src);
+    if (p_src->getTLIObject() == object) {
+        return 1; // It would be cleared before it is read.
+    }
+    // This object may be the only one that holds the source, and lets go of what it holds first.
+    const Ref<IObject> source = Ref<IObject>::share(const_cast<IObject*>(p_src));
+    object->copyUnsafe(source.get());
     return 1;
 }
 

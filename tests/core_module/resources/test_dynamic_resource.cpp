@@ -185,6 +185,20 @@ TEST_F(DynamicResourceTest, IsClonedWithAResourceOfItsOwn) {
     EXPECT_TRUE(clone->isContentDirty());
 }
 
+TEST_F(DynamicResourceTest, CopiesTheResourceThatItAloneHolds) {
+    const auto holder = make<IDynamicResource>();
+    {
+        const auto inner = make<IDynamicResource>();
+        inner->setName("a name that is too long for the place that texts have for short ones");
+        inner->setPackedData(bytes("content"));
+        holder->setUnpackedResource(inner.get());
+    }
+    EXPECT_TRUE(holder->copy(holder->getUnpackedResource(0)));
+    EXPECT_EQ(holder->getName(), "a name that is too long for the place that texts have for short ones");
+    EXPECT_EQ(holder->getPackedData()->getSize(), 7U);
+    EXPECT_EQ(holder->getUnpackedResource(0), nullptr);
+}
+
 TEST_F(DynamicResourceTest, IsClearedToTheStart) {
     const auto content = makeResource("content", 5);
     const auto holder = makePacked(content.get());
