@@ -117,25 +117,38 @@ bool XmlReader::readDeclaration(XmlElement& p_document) {
     }
     size_t next = 0;
     for (const auto& attribute : declaration->getAttributes()) {
+        const WrappedString& value = attribute.m_second;
         while (next < 3 && attribute.m_first != keys[next]) {
             // Only the first one must be there.
             next = next == 0 ? 3 : next + 1;
         }
-        if (next == 3) {
+        // A value with references in it, which have no place here, is a copy and lies outside of the text.
+        if (next == 3 || !m_text.contains(value.getData()) || (next == 0 && !isVersion(value)) ||
+            (next == 2 && value != "yes" && value != "no")) {
             return m_text.fail("Faulty XML declaration", begin);
         }
-        if (next == 1 && !isWord(attribute.m_second, "utf-8") && !isWord(attribute.m_second, "us-ascii")) {
-            // A value with references in it is a copy, and lies outside of the text.
-            const char* value = attribute.m_second.getData();
-            return m_text.fail("Encoding that is not UTF-8", m_text.contains(value) ? value : begin);
-        }
-        if ((next == 0 && !isVersion(attribute.m_second)) ||
-            (next == 2 && attribute.m_second != "yes" && attribute.m_second != "no")) {
-            return m_text.fail("Faulty XML declaration", begin);
+        if (next == 1 && !checkEncoding(value)) {
+            return false;
         }
         ++next;
     }
     return next != 0 || m_text.fail("Faulty XML declaration", begin);
+}
+
+/// All behind the declaration must be in the encoding that it names.
+bool XmlReader::checkEncoding(const WrappedString& p_name) {
+    if (isWord(p_name, "utf-8")) {
+        return true;
+    }
+    if (!isWord(p_name, "us-ascii")) {
+        return m_text.fail("Encoding that is not UTF-8", p_name.getData());
+    }
+    for (const char* byte = m_text.m_current; byte != m_text.m_end; ++byte) {
+        if ((*byte & 0x80) != 0) {
+            return m_text.fail("Byte that is no US-ASCII", byte);
+        }
+    }
+    return true;
 }
 
 bool XmlReader::readElement(XmlElement& p_parent) {

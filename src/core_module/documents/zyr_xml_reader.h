@@ -21,6 +21,7 @@ private:
     bool checkCharacters();
     bool readDocument(XmlElement& p_document);
     bool readDeclaration(XmlElement& p_document);
+    bool checkEncoding(const WrappedString& p_name);
     bool readElement(XmlElement& p_parent);
     bool readContent(XmlElement& p_element);
     bool readEndTag(const XmlElement& p_element);

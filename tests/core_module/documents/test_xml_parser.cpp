@@ -142,11 +142,23 @@ TEST_F(XmlParserTest, ChecksTheDeclaration) {
     }
     EXPECT_EQ(getFault("<?xml version='1.0' encoding='latin1'?><a/>"),
               "1:31 Encoding that is not UTF-8: \"latin1'?><a/>\"");
-    // A value with a reference is not a piece of the text any more.
-    EXPECT_THAT(getFault("<?xml version='1.0' encoding='l&#97;tin1'?><a/>"),
-                testing::StartsWith("1:1 Encoding that is not UTF-8: \"<?xml version='1.0'"));
     EXPECT_TRUE(parse("<?xml-stylesheet href='x'?><a/>"));
     EXPECT_EQ(show(root("xml-stylesheet")->getContent()), "href='x'");
+}
+
+TEST_F(XmlParserTest, KnowsNoReferencesInTheDeclaration) {
+    for (const char* text : {"<?xml version='1.&#48;'?><a/>", "<?xml version='1.0' encoding='UTF&#45;8'?><a/>",
+                             "<?xml version='1.0' encoding='l&#97;tin1'?><a/>",
+                             "<?xml version='1.0' standalone='y&#101;s'?><a/>"}) {
+        EXPECT_THAT(getFault(text), testing::StartsWith("1:1 Faulty XML declaration")) << text;
+    }
+}
+
+TEST_F(XmlParserTest, HoldsADocumentToTheEncodingThatItDeclares) {
+    EXPECT_TRUE(parse("<?xml version='1.0' encoding='US-ASCII'?><a>&#xE9;</a>"));
+    EXPECT_EQ(show(root("a")->getContent()), "\xC3\xA9");
+    EXPECT_EQ(getFault("<?xml version='1.0' encoding='us-ascii'?><a>x\xC3\xA9</a>"),
+              "1:46 Byte that is no US-ASCII: \"\xC3\xA9</a>\"");
 }
 
 TEST_F(XmlParserTest, LimitsTheDepth) {
