@@ -106,10 +106,11 @@ private:
     /// Only interfaces with the operation are searched below their children.
     Interface* findDeeper(const GUID_t& p_guid) const {
         Interface* found = nullptr;
+        const ContainerVisit visit(&this->getClassName());
         if constexpr (requires(const Interface* p_node) { p_node->findNodeByGUID(p_guid, bool_t()); }) {
             for (const auto& item : m_items) {
                 visitItem(item, [&](const Key&, IObject* p_node) {
-                    if (found == nullptr) {
+                    if (found == nullptr && !visit.isGivenUp()) {
                         found = asNode(p_node)->findNodeByGUID(p_guid, 1);
                     }
                 });

@@ -172,6 +172,19 @@ TEST_F(TreeNodesOfObjectsTest, FindNodesBelowByGUID) {
     });
 }
 
+TEST_F(TreeNodesOfObjectsTest, ThatHoldThemselvesEndASearchByGUID) {
+    const auto root = create<ITreeNodeListOfObjects>();
+    const auto child = create<ITreeNodeListOfObjects>();
+    ASSERT_TRUE(root->pushBack(child.get()));
+    child->setItems(root.get(), 1); // Now the child holds itself.
+    root->regenerateGUIDsWhereAvailable(0);
+    EXPECT_EQ(root->findNodeByGUID(root->getGUID(), 1), nullptr);
+    EXPECT_EQ(m_application->getMessages(),
+              std::vector<std::string>{"Unable to enter TreeNodeListOfObjects: 1024 containers are inside each other, "
+                                       "or it holds itself"});
+    child->clearNodes();
+}
+
 TEST_F(TreeNodesOfObjectsTest, InListsAreRemovedAndFindWhatIsAbove) {
     Tree<ITreeNodeListOfObjects, int32_t> tree;
     tree.m_root->regenerateGUIDsWhereAvailable(1);
