@@ -1,5 +1,6 @@
 // The hash maps of objects, one class for each key.
 #include "zyr_common/object_containers/zyr_hash_map_of_objects.h"
+#include "core_module/object_containers/zyr_container_position.h"
 #include "core_module/zyr_core_class.h"
 #include "zyr_common/implementation/zyr_container_level.h"
 
@@ -52,12 +53,21 @@ public:
     }
     bool_t insert(const K& p_key, iterator& p_position, bool_t p_after, IObject* p_object,
                   IObject** p_replaced) override {
+        if (!checkPosition(m_items, p_position)) {
+            if (p_replaced != nullptr) {
+                *p_replaced = nullptr;
+            }
+            return 0;
+        }
         IObject* element = takeElement(p_object, 1);
         IObject** existing = nullptr;
         const bool_t isNew = m_items.insert(p_key, p_position, p_after, element, &existing);
         return displace(isNew, existing, element, p_replaced);
     }
     void remove(iterator& p_position) override {
+        if (!checkPosition(m_items, p_position)) {
+            return;
+        }
         IObject* element = p_position.m_entry != nullptr ? p_position->m_second : nullptr;
         m_items.removeByPosition(p_position);
         releaseElement(element);
@@ -71,6 +81,9 @@ public:
         return 1;
     }
     void remove(iterator& p_first, iterator& p_last) override {
+        if (!checkPosition(m_items, p_first) || !checkPosition(m_items, p_last)) {
+            return;
+        }
         List<IObject*> removed;
         for (iterator it = p_first; it.m_entry != nullptr && it.m_entry != p_last.m_entry; ++it) {
             removed.pushBack(it->m_second);

@@ -1,5 +1,6 @@
 // The hash maps with any number of objects under a key, one class for each key.
 #include "zyr_common/object_containers/zyr_hash_multi_map_of_objects.h"
+#include "core_module/object_containers/zyr_container_position.h"
 #include "core_module/zyr_core_class.h"
 #include "zyr_common/implementation/zyr_container_level.h"
 
@@ -52,7 +53,7 @@ public:
         remove(position);
     }
     void remove(iterator& p_position) override {
-        if (p_position.m_entry != nullptr) {
+        if (p_position.m_entry != nullptr && checkPosition(m_items, p_position)) {
             const Array<IObject*> removed(p_position->m_second);
             m_items.removeByPosition(p_position);
             releaseAll(removed);
@@ -67,6 +68,9 @@ public:
         return 1;
     }
     void removeRange(iterator& p_first, iterator& p_last) override {
+        if (!checkPosition(m_items, p_first) || !checkPosition(m_items, p_last)) {
+            return;
+        }
         Array<IObject*> removed;
         for (iterator it = p_first; it.m_entry != nullptr && it.m_entry != p_last.m_entry; ++it) {
             removed.pushBackRange(it->m_second.getData(), it->m_second.getSize());

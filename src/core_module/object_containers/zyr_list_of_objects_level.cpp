@@ -1,5 +1,6 @@
 #include "core_module/object_containers/zyr_list_of_objects_level.h"
 
+#include "core_module/object_containers/zyr_container_position.h"
 #include "core_module/zyr_core_class.h"
 
 namespace zyr {
@@ -45,18 +46,24 @@ void ListOfObjectsLevel::popBack() {
 }
 
 void ListOfObjectsLevel::insert(iterator& p_position, bool_t p_after, IObject* p_object) {
-    if (checkListElement(p_object)) {
+    if (checkListElement(p_object) && checkPosition(m_items, p_position)) {
         m_items.insert(p_position, p_after, p_object->addRef());
     }
 }
 
 void ListOfObjectsLevel::remove(iterator& p_position) {
+    if (!checkPosition(m_items, p_position)) {
+        return;
+    }
     IObject* object = p_position.m_current != nullptr ? *p_position : nullptr;
     m_items.remove(p_position);
     releaseElement(object);
 }
 
 void ListOfObjectsLevel::removeRange(iterator& p_first, iterator& p_last) {
+    if (!checkPosition(m_items, p_first) || !checkPosition(m_items, p_last)) {
+        return;
+    }
     List<IObject*> removed;
     for (iterator it = p_first; it.m_current != nullptr && it.m_current != p_last.m_current; ++it) {
         removed.pushBack(*it);

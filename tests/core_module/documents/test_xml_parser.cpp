@@ -147,9 +147,9 @@ TEST_F(XmlParserTest, ChecksTheDeclaration) {
 }
 
 TEST_F(XmlParserTest, KnowsNoReferencesInTheDeclaration) {
-    for (const char* text : {"<?xml version='1.&#48;'?><a/>", "<?xml version='1.0' encoding='UTF&#45;8'?><a/>",
-                             "<?xml version='1.0' encoding='l&#97;tin1'?><a/>",
-                             "<?xml version='1.0' standalone='y&#101;s'?><a/>"}) {
+    for (const char* text :
+         {"<?xml version='1.&#48;'?><a/>", "<?xml version='1.0' encoding='UTF&#45;8'?><a/>",
+          "<?xml version='1.0' encoding='l&#97;tin1'?><a/>", "<?xml version='1.0' standalone='y&#101;s'?><a/>"}) {
         EXPECT_THAT(getFault(text), testing::StartsWith("1:1 Faulty XML declaration")) << text;
     }
 }

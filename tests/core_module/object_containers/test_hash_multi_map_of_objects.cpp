@@ -86,6 +86,23 @@ TEST_F(HashMultiMapOfObjectsTest, RemovesKeysWithAllTheirElements) {
     });
 }
 
+TEST_F(HashMultiMapOfObjectsTest, RefusesPositionsOfAnotherMap) {
+    const auto map = create<IHashMultiMapOfObjects<String>>();
+    const auto other = create<IHashMultiMapOfObjects<String>>();
+    map->pushBack("key", m_items[0], nullptr);
+    other->pushBack("key", m_items[1], nullptr);
+    auto foreign = other->begin();
+    auto own = map->begin();
+    map->remove(foreign);
+    map->removeRange(foreign, own);
+    map->removeRange(own, foreign);
+    EXPECT_THAT(namesOf(map.get()), ElementsAre("a"));
+    EXPECT_THAT(namesOf(other.get()), ElementsAre("b"));
+    EXPECT_EQ(countReferences(1), 1u);
+    // Equal lines are one.
+    EXPECT_THAT(m_application->getMessages(), ElementsAre("Unable to use the position: it is another container's"));
+}
+
 TEST_F(HashMultiMapOfObjectsTest, IsCopiedExchangedAndWalked) {
     forEachKeyButGUID([this]<typename K>() {
         const auto map = make<K>();

@@ -180,6 +180,26 @@ TEST_F(ListOfObjectsTest, RemovesARangeWithoutItsLast) {
     EXPECT_EQ(m_items[1]->getRefCount(), 0u);
 }
 
+TEST_F(ListOfObjectsTest, RefusesPositionsOfAnotherList) {
+    ObjectList* other = new ObjectList;
+    other->pushBack(m_items[0]);
+    other->pushBack(m_items[1]);
+    m_list->pushBack(m_items[2]);
+    auto foreign = other->begin();
+    auto foreignEnd = other->find(m_items[1]);
+    auto own = m_list->begin();
+    m_list->insert(foreign, 0, m_items[2]);
+    m_list->remove(foreign);
+    m_list->removeRange(foreign, foreignEnd);
+    m_list->removeRange(own, foreignEnd);
+    EXPECT_THAT(namesOf(m_list), ElementsAre("c"));
+    EXPECT_THAT(namesOf(other), ElementsAre("a", "b"));
+    EXPECT_EQ(m_items[0]->getRefCount(), 1u);
+    // Equal lines are one.
+    EXPECT_THAT(m_application->getMessages(), ElementsAre("Unable to use the position: it is another container's"));
+    other->release();
+}
+
 TEST_F(ListOfObjectsTest, FindsByAddress) {
     pushAll();
     EXPECT_EQ(*m_list->find(m_items[2]), m_items[2]);

@@ -103,6 +103,26 @@ TEST_F(MapsOfObjectsTest, HashMapInsertsAndRemovesAtPositions) {
     });
 }
 
+TEST_F(MapsOfObjectsTest, HashMapRefusesPositionsOfAnotherMap) {
+    const auto map = create<IHashMapOfObjects<String>>();
+    const auto other = create<IHashMapOfObjects<String>>();
+    map->pushBack("key", m_items[0], nullptr);
+    other->pushBack("key", m_items[1], nullptr);
+    auto foreign = other->begin();
+    auto own = map->begin();
+    IObject* replaced = m_items[2];
+    EXPECT_FALSE(map->insert("new", foreign, 0, m_items[2], &replaced));
+    EXPECT_EQ(replaced, nullptr);
+    map->remove(foreign);
+    map->remove(foreign, own);
+    map->remove(own, foreign);
+    EXPECT_THAT(namesOf(map), ElementsAre("a"));
+    EXPECT_THAT(namesOf(other), ElementsAre("b"));
+    EXPECT_EQ(countReferences(1), 1u);
+    // Equal lines are one.
+    EXPECT_THAT(m_application->getMessages(), ElementsAre("Unable to use the position: it is another container's"));
+}
+
 TEST_F(MapsOfObjectsTest, HashMapsExchangeTheirElements) {
     forEachKey([this]<typename K>() {
         const auto first = create<IHashMapOfObjects<K>>();
