@@ -15,9 +15,13 @@ public:
         return m_file.open(p_path.getData(), p_access, p_truncate != 0);
     }
     uint64_t readBytes(void* p_data, uint64_t p_size) override { return m_file.read(p_data, p_size); }
-    uint64_t readString(String& p_text, uint64_t p_size) override { return readStreamString(this, p_text, p_size); }
+    uint64_t readString(String& p_text, uint64_t p_size) override {
+        return readStreamString(getOuterStream<IFileStream>(this), p_text, p_size);
+    }
     uint64_t writeBytes(const void* p_data, uint64_t p_size) override { return m_file.write(p_data, p_size); }
-    bool_t writeString(const String& p_text) override { return writeStreamString(this, p_text); }
+    bool_t writeString(const String& p_text) override {
+        return writeStreamString(getOuterStream<IFileStream>(this), p_text);
+    }
     int64_t tell() override { return m_file.tell(); }
     bool_t seek(int64_t p_offset, int p_origin) override { return m_file.seek(p_offset, p_origin); }
     bool_t flush() override { return m_file.flush(); }

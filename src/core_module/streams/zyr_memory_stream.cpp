@@ -14,9 +14,13 @@ class MemoryStreamLevel : public UnstoredLevel<ObjectLevel<IMemoryStream>, IMemo
 public:
     bool_t open(Array<unsigned char>* p_data, AccessEnum p_access) override;
     uint64_t readBytes(void* p_data, uint64_t p_size) override;
-    uint64_t readString(String& p_text, uint64_t p_size) override { return readStreamString(this, p_text, p_size); }
+    uint64_t readString(String& p_text, uint64_t p_size) override {
+        return readStreamString(getOuterStream<IMemoryStream>(this), p_text, p_size);
+    }
     uint64_t writeBytes(const void* p_data, uint64_t p_size) override;
-    bool_t writeString(const String& p_text) override { return writeStreamString(this, p_text); }
+    bool_t writeString(const String& p_text) override {
+        return writeStreamString(getOuterStream<IMemoryStream>(this), p_text);
+    }
     int64_t tell() override { return m_data != nullptr ? static_cast<int64_t>(m_place) : -1; }
     bool_t seek(int64_t p_offset, int p_origin) override;
     bool_t close() override;

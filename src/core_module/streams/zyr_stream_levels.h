@@ -11,8 +11,10 @@ namespace zyr {
 template <class Interface> class InputStreamLevel : public UnstoredLevel<ObjectLevel<Interface>, IInputStream> {
 public:
     uint64_t readBytes(void*, uint64_t) override { return 0; }
-    uint64_t readString(String& p_text, uint64_t p_size) override { return readStreamString(this, p_text, p_size); }
-    bool_t readLine(String& p_line) override { return readStreamLine(this, p_line); }
+    uint64_t readString(String& p_text, uint64_t p_size) override {
+        return readStreamString(getOuterStream<IInputStream>(this), p_text, p_size);
+    }
+    bool_t readLine(String& p_line) override { return readStreamLine(getOuterStream<IInputStream>(this), p_line); }
     int64_t tell() override { return -1; }
     bool_t seek(int64_t, int) override { return 0; }
     bool_t isSeekAvailable() const override { return 0; }
@@ -29,8 +31,12 @@ private:
 template <class Interface> class OutputStreamLevel : public UnstoredLevel<ObjectLevel<Interface>, IOutputStream> {
 public:
     uint64_t writeBytes(const void*, uint64_t) override { return 0; }
-    bool_t writeString(const String& p_text) override { return writeStreamString(this, p_text); }
-    bool_t writeLine(const String& p_line) override { return writeStreamLine(this, p_line); }
+    bool_t writeString(const String& p_text) override {
+        return writeStreamString(getOuterStream<IOutputStream>(this), p_text);
+    }
+    bool_t writeLine(const String& p_line) override {
+        return writeStreamLine(getOuterStream<IOutputStream>(this), p_line);
+    }
     int64_t tell() override { return -1; }
     bool_t seek(int64_t, int) override { return 0; }
     bool_t isSeekAvailable() const override { return 0; }
@@ -48,11 +54,15 @@ private:
 template <class Interface> class IOStreamLevel : public UnstoredLevel<ObjectLevel<Interface>, IIOStream> {
 public:
     uint64_t readBytes(void*, uint64_t) override { return 0; }
-    uint64_t readString(String& p_text, uint64_t p_size) override { return readStreamString(this, p_text, p_size); }
-    bool_t readLine(String& p_line) override { return readStreamLine(this, p_line); }
+    uint64_t readString(String& p_text, uint64_t p_size) override {
+        return readStreamString(getOuterStream<IIOStream>(this), p_text, p_size);
+    }
+    bool_t readLine(String& p_line) override { return readStreamLine(getOuterStream<IIOStream>(this), p_line); }
     uint64_t writeBytes(const void*, uint64_t) override { return 0; }
-    bool_t writeString(const String& p_text) override { return writeStreamString(this, p_text); }
-    bool_t writeLine(const String& p_line) override { return writeStreamLine(this, p_line); }
+    bool_t writeString(const String& p_text) override {
+        return writeStreamString(getOuterStream<IIOStream>(this), p_text);
+    }
+    bool_t writeLine(const String& p_line) override { return writeStreamLine(getOuterStream<IIOStream>(this), p_line); }
     int64_t tell() override { return -1; }
     bool_t seek(int64_t, int) override { return 0; }
     bool_t isSeekAvailable() const override { return 0; }
