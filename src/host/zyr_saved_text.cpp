@@ -23,7 +23,7 @@ struct JsonForm {
     static std::string getName(const TextTree& p_tree, const TextNode& p_node) {
         String key;
         const char* text = p_tree.getText() + p_node.m_key;
-        if (p_node.m_keyEscaped) {
+        if (p_node.has(KEY_ESCAPED)) {
             decodeJsonText(text, p_node.m_keySize, key);
         } else {
             key.assignUTF8SubString(text, p_node.m_keySize);
@@ -139,7 +139,7 @@ private:
     void readText(const TextNode& p_node, uint32_t p_saved) {
         const char* text = m_tree.getText() + p_node.m_value;
         m_saved.setKind(p_saved, SavedKind::TEXT);
-        if (!p_node.m_escaped && !hasBytesMark(text, p_node.m_valueSize)) {
+        if (!p_node.has(VALUE_ESCAPED) && !hasBytesMark(text, p_node.m_valueSize)) {
             m_saved.setBytes(p_saved, text, p_node.m_valueSize);
             return;
         }

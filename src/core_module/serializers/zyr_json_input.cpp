@@ -29,6 +29,10 @@ public:
 private:
     struct Frame {
         uint32_t m_node;
+        /// The node that is expected behind it.
+        uint32_t m_expectedBehind;
+        /// The last one in an array.
+        uint32_t m_lastItem;
         bool m_isArray;
     };
 
@@ -44,12 +48,21 @@ private:
     bool scanNumber();
     bool scanWord(const char* p_word);
     bool scanNumbers();
+    bool scanKey();
     bool scanMember();
-    bool scanValue(const char* p_key, size_t p_keySize);
+    bool scanItem();
+    bool scanValue();
+    bool addValue(TextNodeKind p_kind) { return add(p_kind, m_key, m_keySize, m_keyFlags); }
     bool push(uint32_t p_node, bool p_isArray);
-    bool pop();
+    void pop();
 
     Frame m_frames[c_maxDepth];
+    /// Of the value that comes next; null in an array.
+    const char* m_key = nullptr;
+    size_t m_keySize = 0;
+    uint8_t m_keyFlags = 0;
+    /// The node that is expected behind that value.
+    uint32_t m_expectedBehind = UINT32_MAX;
 };
 
 bool JsonScanner::scanEscape() {
@@ -106,33 +119,34 @@ bool JsonScanner::scanText(const char*& p_begin, const char*& p_end, bool& p_esc
 }
 
 bool JsonScanner::scanNumber() {
-    const auto scanDigits = [this] {
-        const char* start = m_place;
-        while (m_place != m_end && isDigit(*m_place)) {
-            m_place++;
+    const char* place = m_place;
+    const auto isAt = [&](char p_character) { return place != m_end && *place == p_character; };
+    const auto scanDigits = [&] {
+        const char* start = place;
+        while (place != m_end && isDigit(*place)) {
+            place++;
         }
-        return m_place != start;
+        return place != start;
     };
-    take('-');
-    if (take('0')) {
-        if (m_place != m_end && isDigit(*m_place)) {
-            return fail("a number begins with 0");
-        }
+    const char* reason = nullptr;
+    place += isAt('-');
+    if (isAt('0')) {
+        place++;
+        reason = place != m_end && isDigit(*place) ? "a number begins with 0" : nullptr;
     } else if (!scanDigits()) {
-        return fail("a value is missing");
+        reason = "a value is missing";
     }
-    if (take('.') && !scanDigits()) {
-        return fail("digits are missing");
+    if (reason == nullptr && isAt('.')) {
+        place++;
+        reason = scanDigits() ? nullptr : "digits are missing";
     }
-    if (take('e') || take('E')) {
-        if (!take('+')) {
-            take('-');
-        }
-        if (!scanDigits()) {
-            return fail("digits are missing");
-        }
+    if (reason == nullptr && (isAt('e') || isAt('E'))) {
+        place++;
+        place += isAt('+') || isAt('-');
+        reason = scanDigits() ? nullptr : "digits are missing";
     }
-    return true;
+    m_place = place;
+    return reason == nullptr || fail(reason);
 }
 
 bool JsonScanner::scanWord(const char* p_word) {
@@ -171,13 +185,12 @@ bool JsonScanner::push(uint32_t p_node, bool p_isArray) {
     if (m_depth == c_maxDepth) {
         return fail("it is nested too deeply");
     }
-    m_frames[m_depth++] = {p_node, p_isArray};
+    m_frames[m_depth++] = {p_node, m_expectedBehind, UINT32_MAX, p_isArray};
     return true;
 }
 
-bool JsonScanner::scanValue(const char* p_key, size_t p_keySize) {
+bool JsonScanner::scanValue() {
     const uint32_t index = m_tree.getSize();
-    const auto addValue = [&](TextNodeKind p_kind) { return add(p_kind, p_key, p_keySize); };
     if (m_place == m_end) {
         return fail("a value is missing");
     }
@@ -225,14 +238,35 @@ bool JsonScanner::scanValue(const char* p_key, size_t p_keySize) {
     return true;
 }
 
-bool JsonScanner::scanMember() {
-    const char* begin = nullptr;
-    const char* end = nullptr;
-    bool escaped = false;
+bool JsonScanner::scanKey() {
     if (!take('"')) {
         return fail("a name is missing");
     }
-    if (!scanText(begin, end, escaped)) {
+    m_expectedBehind = m_expected;
+    if (isExpected()) {
+        const TextNode& twin = m_tree[m_expected];
+        if (!twin.has(KEY_ESCAPED) && m_place[twin.m_keySize] == '"') {
+            m_key = m_place;
+            m_keySize = twin.m_keySize;
+            m_keyFlags = twin.m_flags & KEY_PLAIN;
+            m_place += m_keySize + 1;
+            m_expectedBehind = twin.m_next;
+            m_expected++;
+            return true;
+        }
+    }
+    const char* end = nullptr;
+    bool escaped = false;
+    if (!scanText(m_key, end, escaped)) {
+        return false;
+    }
+    m_keySize = static_cast<size_t>(end - m_key);
+    m_keyFlags = escaped ? KEY_ESCAPED : *m_key != '_' ? KEY_PLAIN : 0;
+    return true;
+}
+
+bool JsonScanner::scanMember() {
+    if (!scanKey()) {
         return false;
     }
     skipSpace();
@@ -240,21 +274,35 @@ bool JsonScanner::scanMember() {
         return fail("a colon is missing");
     }
     skipSpace();
-    const uint32_t index = m_tree.getSize();
-    if (!scanValue(begin, static_cast<size_t>(end - begin))) {
+    const uint32_t depth = m_depth;
+    if (!scanValue()) {
         return false;
     }
-    m_tree.at(index).m_keyEscaped = escaped;
+    if (m_depth == depth) {
+        m_expected = m_expectedBehind;
+    }
     return true;
 }
 
+/// Items are expected to be like the ones before them.
+bool JsonScanner::scanItem() {
+    Frame& frame = m_frames[m_depth - 1];
+    m_expected = (frame.m_lastItem != UINT32_MAX ? frame.m_lastItem : m_expected) + 1;
+    m_expectedBehind = m_expected;
+    frame.m_lastItem = m_tree.getSize();
+    m_key = nullptr;
+    m_keySize = 0;
+    m_keyFlags = KEY_PLAIN;
+    return scanValue();
+}
+
 /// Ends the innermost group or array.
-bool JsonScanner::pop() {
-    const uint32_t node = m_frames[--m_depth].m_node;
+void JsonScanner::pop() {
+    const Frame& frame = m_frames[--m_depth];
+    m_expected = frame.m_expectedBehind;
     if (m_depth != 0) {
-        m_tree.close(node);
+        m_tree.close(frame.m_node);
     }
-    return true;
 }
 
 bool JsonScanner::scan() {
@@ -279,7 +327,7 @@ bool JsonScanner::scan() {
             skipSpace();
         }
         const uint32_t depth = m_depth;
-        if (!(isArray ? scanValue(nullptr, 0) : scanMember())) {
+        if (!(isArray ? scanItem() : scanMember())) {
             return false;
         }
         first = m_depth > depth;
@@ -340,7 +388,7 @@ void decodeJsonText(const char* p_text, size_t p_size, String& p_result) {
 
 void JsonInput::decode(const TextTree& p_tree, const TextNode& p_node, String& p_result) {
     const char* text = p_tree.getText() + p_node.m_value;
-    if (!p_node.m_escaped) {
+    if (!p_node.has(VALUE_ESCAPED)) {
         p_result.assignUTF8SubString(text, p_node.m_valueSize);
         return;
     }

@@ -27,7 +27,7 @@ public:
     /// The key under which the format stores a field of that name, which may be made in p_scratch.
     static const String& getKey(const String& p_name, String& p_scratch);
     static bool hasKey(const TextTree& p_tree, const TextNode& p_node, const String& p_key) {
-        return p_node.m_keyEscaped ? hasEscapedKey(p_tree, p_node, p_key) : p_tree.hasKey(p_node, p_key);
+        return p_node.has(KEY_ESCAPED) ? hasEscapedKey(p_tree, p_node, p_key) : p_tree.hasKey(p_node, p_key);
     }
     static bool isNull(const TextTree& p_tree, uint32_t p_index) {
         return p_tree[p_index].m_kind == TextNodeKind::NULL_VALUE;

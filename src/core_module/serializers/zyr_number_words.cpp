@@ -131,7 +131,7 @@ template <typename T> bool parseWord(const char* p_text, const char* p_end, T& p
 /// reading of the decimal is. False for any other text.
 template <typename T> bool parseShort(const char* p_text, const char* p_end, T& p_value) {
     static constexpr T SCALES[] = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10};
-    constexpr std::ptrdiff_t MAX_LENGTH = 18;
+    constexpr std::ptrdiff_t MAX_LENGTH = 17;
     const bool negative = p_text != p_end && *p_text == '-';
     p_text += negative;
     if (p_end - p_text > MAX_LENGTH) {
@@ -151,8 +151,11 @@ template <typename T> bool parseShort(const char* p_text, const char* p_end, T& 
     }
     if (p_text != p_end && *p_text == '.') {
         p_text++;
+        if (static_cast<size_t>(p_end - p_text) >= std::size(SCALES)) {
+            return false;
+        }
         scale = readDigits();
-        if (scale == 0 || scale >= std::size(SCALES)) {
+        if (scale == 0) {
             return false;
         }
     }
@@ -190,6 +193,10 @@ template <typename T> bool parseInteger(const char* p_text, const char* p_end, T
     }
     double real = 0;
     ExactNumber number;
+    // Words of enumerations, mostly.
+    if (p_text == p_end || static_cast<uint8_t>(*p_text) >= 'A') {
+        return false;
+    }
     if (!parseReal(p_text, p_end, real) || !isFinite(real)) {
         return false;
     }

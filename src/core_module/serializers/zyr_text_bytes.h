@@ -12,15 +12,15 @@ size_t getUTF8Size(const char* p_text, const char* p_end);
 /// Whether all of the text is well-formed.
 bool isUTF8(const char* p_text, size_t p_length);
 
-/// Marks bytes below 0x20, above 0x7F, and those that are given: the lowest bit that is set lies in the first such byte
-/// of the eight, and 0 means that there is none.
+/// Marks bytes below 0x20, above 0x7F, and those that are given, by the highest bit of each.
 template <typename... Characters> inline uint64_t markSpecialBytes(uint64_t p_word, Characters... p_characters) {
     constexpr uint64_t ONES = 0x0101010101010101;
     constexpr uint64_t HIGHS = 0x8080808080808080;
-    const auto marksBelow = [](uint64_t p_bytes, uint64_t p_limit) { return (p_bytes - ONES * p_limit) & ~p_bytes; };
-    return (p_word | marksBelow(p_word, 0x20) |
-            (marksBelow(p_word ^ (ONES * static_cast<uint8_t>(p_characters)), 1) | ...)) &
-           HIGHS;
+    // Sums of seven bits each never reach into the next byte; they reach the highest bit where the byte is another one.
+    const uint64_t low = p_word & ~HIGHS;
+    const uint64_t plain =
+        (low + ONES * (0x80 - 0x20)) & (((low ^ (ONES * static_cast<uint8_t>(p_characters))) + ~HIGHS) & ...);
+    return (p_word | ~plain) & HIGHS;
 }
 
 /// The first of those bytes, p_end where there is none.
@@ -31,7 +31,7 @@ inline const char* findSpecialByte(const char* p_text, const char* p_end, Charac
         memcpy(&word, p_text, sizeof(word));
         const uint64_t marks = markSpecialBytes(word, p_characters...);
         if (marks != 0) {
-            return p_text + __builtin_ctzll(marks) / 8;
+            return p_text + static_cast<unsigned>(__builtin_ctzll(marks)) / 8;
         }
     }
     const auto isSpecial = [&](char p_byte) {

@@ -232,6 +232,18 @@ private:
 
     /// Looks for the member of that name, which m_node is then.
     bool find(const String& p_name) {
+        Frame& frame = m_frames[m_depth];
+        if (frame.m_next < frame.m_end) {
+            const TextNode& next = m_tree[frame.m_next];
+            if (next.has(KEY_PLAIN) && m_tree.hasKey(next, p_name)) {
+                m_node = frame.m_next;
+                frame.m_next = next.m_next;
+                return true;
+            }
+        }
+        return search(p_name);
+    }
+    __attribute__((noinline)) bool search(const String& p_name) {
         const String& key = Input::getKey(p_name, m_key);
         Frame& frame = m_frames[m_depth];
         if (findBetween(key, frame.m_next, frame.m_end) || findBetween(key, frame.m_first, frame.m_next)) {
@@ -327,7 +339,7 @@ private:
         if (p_converter == nullptr || !Input::isText(node())) {
             return false;
         }
-        if (node().m_escaped) {
+        if (node().has(VALUE_ESCAPED)) {
             Input::decode(m_tree, node(), m_word);
             if (!m_words.getNumber(p_converter, m_word.getData(), m_word.getLengthInBytes(), number)) {
                 return false;

@@ -1,6 +1,7 @@
 /// A text document as an index: a row of nodes in the order of the text, which point into it.
 #pragma once
 
+#include "core_module/serializers/zyr_byte_buffer.h"
 #include "zyr_common/text/zyr_string.h"
 
 namespace zyr {
@@ -14,7 +15,21 @@ enum class TextNodeKind : uint8_t {
     NUMBERS ///< an array of nothing but numbers, kept as its text
 };
 
+/// What is known about a node.
+enum TextNodeFlag : uint8_t {
+    /// The value holds escapes or references, or parts that don't belong to it.
+    VALUE_ESCAPED = 1,
+    /// The key holds escapes.
+    KEY_ESCAPED = 2,
+    /// A name that is the same as the key is stored under it as it stands, and no other name is.
+    KEY_PLAIN = 4,
+    /// XML: the element is an item.
+    KEY_ITEM = 8
+};
+
 struct TextNode {
+    bool has(TextNodeFlag p_flag) const { return (m_flags & p_flag) != 0; }
+
     /// Places in the document.
     uint32_t m_key;
     uint32_t m_value;
@@ -23,10 +38,7 @@ struct TextNode {
     uint32_t m_next;
     uint16_t m_keySize;
     TextNodeKind m_kind;
-    /// The value holds escapes or references, or parts that don't belong to it.
-    bool m_escaped : 1;
-    /// The key holds escapes.
-    bool m_keyEscaped : 1;
+    uint8_t m_flags;
 };
 
 /// Longer keys can't be found.
@@ -49,7 +61,7 @@ public:
     const TextNode& operator[](uint32_t p_index) const { return m_nodes[p_index]; }
 
     /// Adds a node whose key stands in the document; null where there is no memory. Stays until the next call.
-    TextNode* add(TextNodeKind p_kind, const char* p_key, size_t p_keySize) {
+    TextNode* add(TextNodeKind p_kind, const char* p_key, size_t p_keySize, uint8_t p_flags) {
         if (m_size == m_capacity && !grow()) {
             return nullptr;
         }
@@ -60,8 +72,7 @@ public:
         node->m_next = m_size;
         node->m_keySize = p_keySize < c_longKey ? static_cast<uint16_t>(p_keySize) : c_longKey;
         node->m_kind = p_kind;
-        node->m_escaped = false;
-        node->m_keyEscaped = false;
+        node->m_flags = p_flags;
         return node;
     }
     /// The last node of the subtree has been added.
@@ -70,28 +81,18 @@ public:
         TextNode& node = m_nodes[p_index];
         node.m_value = static_cast<uint32_t>(p_begin - m_text);
         node.m_valueSize = static_cast<uint32_t>(p_end - p_begin);
-        node.m_escaped = p_escaped;
+        node.m_flags |= p_escaped ? VALUE_ESCAPED : 0;
     }
-    TextNode& at(uint32_t p_index) { return m_nodes[p_index]; }
+    /// Of two nodes with keys that are not too long.
+    bool haveSameKey(uint32_t p_a, uint32_t p_b) const {
+        const TextNode& a = m_nodes[p_a];
+        const TextNode& b = m_nodes[p_b];
+        return a.m_keySize == b.m_keySize && equalNames(m_text + a.m_key, m_text + b.m_key, a.m_keySize);
+    }
     /// Whether the key stands in the document as it is.
     bool hasKey(const TextNode& p_node, const String& p_key) const {
         const size_t length = p_key.getLengthInBytes();
-        if (p_node.m_keySize != length) {
-            return false;
-        }
-        const char* key = m_text + p_node.m_key;
-        // A String has more bytes than these, whatever its length.
-        if (length > 16 || m_textSize - p_node.m_key < 16) {
-            return memcmp(key, p_key.getData(), length) == 0;
-        }
-        uint64_t here[2];
-        uint64_t there[2];
-        memcpy(here, key, sizeof(here));
-        memcpy(there, p_key.getData(), sizeof(there));
-        const uint64_t first = here[0] ^ there[0];
-        const uint64_t second = here[1] ^ there[1];
-        // Little-endian: what lies behind the length is shifted out.
-        return length > 8 ? (first | second << (16 - length) * 8) == 0 : length == 0 || first << (8 - length) * 8 == 0;
+        return p_node.m_keySize == length && equalNames(m_text + p_node.m_key, p_key.getData(), length);
     }
 
 private:

@@ -106,7 +106,7 @@ void decodeXmlText(const char* p_text, size_t p_size, bool p_attribute, String& 
 
 void XmlInput::decode(const TextTree& p_tree, const TextNode& p_node, String& p_result) {
     const char* text = p_tree.getText() + p_node.m_value;
-    if (p_node.m_escaped) {
+    if (p_node.has(VALUE_ESCAPED)) {
         decodeXmlText(text, p_node.m_valueSize, p_node.m_kind == TextNodeKind::TEXT, p_result);
     } else {
         p_result.assignUTF8SubString(text, p_node.m_valueSize);
@@ -136,17 +136,12 @@ bool XmlInput::isNull(const TextTree& p_tree, uint32_t p_index) {
            hasKey(p_tree, p_tree[p_index + 1], name);
 }
 
-bool XmlInput::isItem(const TextTree& p_tree, const TextNode& p_node) {
-    static const String& name = makePermanent<String>(c_xmlItem);
-    return p_node.m_kind == TextNodeKind::GROUP && hasKey(p_tree, p_node, name);
-}
-
 bool XmlInput::isGroup(const TextTree& p_tree, uint32_t p_index) {
     const TextNode& node = p_tree[p_index];
     if (node.m_kind != TextNodeKind::GROUP) {
         return false;
     }
-    if (node.m_escaped) {
+    if (node.has(VALUE_ESCAPED)) {
         return true;
     }
     const char* text = p_tree.getText() + node.m_value;
@@ -163,7 +158,7 @@ bool XmlInput::isArray(const TextTree& p_tree, uint32_t p_index) {
     return isGroup(p_tree, p_index) && isScalar(p_tree, p_index);
 }
 
-bool XmlInput::isScalar(const TextTree& p_tree, uint32_t p_index) {
+bool XmlInput::hasOwnAttributes(const TextTree& p_tree, uint32_t p_index) {
     const uint32_t end = p_tree[p_index].m_next;
     for (uint32_t i = p_index + 1; i < end; i++) {
         const TextNode& node = p_tree[i];

@@ -38,16 +38,22 @@ public:
     static bool isGroup(const TextTree& p_tree, uint32_t p_index);
     /// One with items, or with nothing at all.
     static bool isArray(const TextTree& p_tree, uint32_t p_index);
-    static bool isItem(const TextTree& p_tree, const TextNode& p_node);
+    static bool isItem(const TextTree&, const TextNode& p_node) { return p_node.has(KEY_ITEM); }
     /// An attribute, or an element with neither elements nor attributes but those of XML itself.
-    static bool isScalar(const TextTree& p_tree, uint32_t p_index);
+    static bool isScalar(const TextTree& p_tree, uint32_t p_index) {
+        return p_tree[p_index].m_next == p_index + 1 || hasOwnAttributes(p_tree, p_index);
+    }
     // Words and texts look alike.
     static bool isText(const TextNode&) { return true; }
     static bool isWord(const TextNode&) { return true; }
     static bool isNumbers(const TextTree& p_tree, uint32_t p_index, const TextNode& p_node) {
-        return p_node.m_kind == TextNodeKind::GROUP && !p_node.m_escaped && isScalar(p_tree, p_index);
+        return p_node.m_kind == TextNodeKind::GROUP && !p_node.has(VALUE_ESCAPED) && isScalar(p_tree, p_index);
     }
     static constexpr char c_separator = ' ';
+
+private:
+    /// Whether what an element has are attributes of XML itself.
+    static bool hasOwnAttributes(const TextTree& p_tree, uint32_t p_index);
 };
 
 } // namespace zyr

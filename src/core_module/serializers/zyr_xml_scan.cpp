@@ -3,32 +3,12 @@
 #include "core_module/serializers/zyr_text_bytes.h"
 #include "core_module/serializers/zyr_text_scanner.h"
 #include "core_module/serializers/zyr_xml_input.h"
+#include "core_module/serializers/zyr_xml_name_roles.h"
+#include "core_module/serializers/zyr_xml_output.h"
 
 namespace zyr {
 
 namespace {
-
-enum NameRole : uint8_t { NAME_NONE, NAME_INSIDE, NAME_START };
-
-struct NameRoles {
-    NameRole m_roles[256];
-};
-
-constexpr NameRoles makeNameRoles() {
-    NameRoles table = {};
-    for (int i = 0; i < 256; i++) {
-        const char lower = static_cast<char>(i | 0x20);
-        const bool letter = i < 0x80 && lower >= 'a' && lower <= 'z';
-        const bool inside = (i >= '0' && i <= '9') || i == '-' || i == '.';
-        table.m_roles[i] = letter || i == '_' || i == ':' || i >= 0x80 ? NAME_START : inside ? NAME_INSIDE : NAME_NONE;
-    }
-    return table;
-}
-constexpr NameRoles NAME_ROLES = makeNameRoles();
-
-NameRole getNameRole(char p_character) {
-    return NAME_ROLES.m_roles[static_cast<uint8_t>(p_character)];
-}
 
 class XmlScanner : TextScanner {
 public:
@@ -44,6 +24,10 @@ private:
         size_t m_nameSize;
         const char* m_content;
         bool m_escaped;
+        /// The node that is expected behind this element.
+        uint32_t m_expectedBehind;
+        /// The last element inside.
+        uint32_t m_lastChild;
     };
 
     // Inline, so that the lengths of literals are constants.
@@ -59,25 +43,38 @@ private:
         return true;
     }
 
-    bool scanName(const char*& p_name, size_t& p_size);
+    bool scanName(const char*& p_name, size_t& p_size, bool& p_plain);
+    bool scanKey(TextNodeKind p_kind);
+    bool scanElementName(Frame& p_frame);
     bool scanCharacter(bool& p_escaped);
+    bool scanEquals();
     bool scanAttributes(bool p_kept);
     bool skipUntil(const char* p_mark, const char* p_reason);
     bool skipDocumentType();
     bool skipMiscellaneous(bool p_documentType);
     bool scanStartTag();
     bool scanEndTag();
+    bool scanEndName(const Frame& p_frame);
+    /// Its value ends an element.
+    void close(const Frame& p_frame, const char* p_begin, const char* p_end) {
+        m_tree.setValue(p_frame.m_node, p_begin, p_end, p_frame.m_escaped);
+        m_tree.close(p_frame.m_node);
+        m_expected = p_frame.m_expectedBehind;
+    }
+    bool scanNoElement();
     bool scanContent();
 
     Frame m_frames[c_maxDepth];
 };
 
-bool XmlScanner::scanName(const char*& p_name, size_t& p_size) {
+bool XmlScanner::scanName(const char*& p_name, size_t& p_size, bool& p_plain) {
     p_name = m_place;
-    if (m_place == m_end || getNameRole(*m_place) != NAME_START) {
+    if (m_place == m_end || (getNameRole(*m_place) & NAME_START) == 0) {
         return fail("a name is missing");
     }
+    uint8_t roles = NAME_PLAIN;
     while (m_place != m_end && getNameRole(*m_place) != NAME_NONE) {
+        roles &= getNameRole(*m_place);
         if (static_cast<uint8_t>(*m_place) < 0x80) {
             m_place++;
             continue;
@@ -89,6 +86,55 @@ bool XmlScanner::scanName(const char*& p_name, size_t& p_size) {
         m_place += size;
     }
     p_size = static_cast<size_t>(m_place - p_name);
+    p_plain = roles != 0;
+    return true;
+}
+
+/// Adds the node whose name stands here.
+bool XmlScanner::scanKey(TextNodeKind p_kind) {
+    if (isExpected()) {
+        const TextNode& twin = m_tree[m_expected];
+        const size_t size = twin.m_keySize;
+        if (twin.m_kind == p_kind && getNameRole(m_place[size]) == NAME_NONE) {
+            const char* name = m_place;
+            m_place += size;
+            m_expected++;
+            return add(p_kind, name, size, twin.m_flags & (KEY_PLAIN | KEY_ITEM));
+        }
+    }
+    const char* name = nullptr;
+    size_t size = 0;
+    bool plain = false;
+    if (!scanName(name, size, plain)) {
+        return false;
+    }
+    const bool item = p_kind == TextNodeKind::GROUP && size == strlen(c_xmlItem) && memcmp(name, c_xmlItem, size) == 0;
+    return add(p_kind, name, size, static_cast<uint8_t>((plain ? KEY_PLAIN : 0) | (item ? KEY_ITEM : 0)));
+}
+
+bool XmlScanner::scanElementName(Frame& p_frame) {
+    p_frame.m_name = m_place;
+    p_frame.m_lastChild = UINT32_MAX;
+    p_frame.m_node = m_tree.getSize();
+    if (m_depth == 0) { // The root is no group.
+        bool plain = false;
+        return scanName(p_frame.m_name, p_frame.m_nameSize, plain);
+    }
+    const uint32_t expected = m_expected;
+    if (!scanKey(TextNodeKind::GROUP)) {
+        return false;
+    }
+    p_frame.m_nameSize = static_cast<size_t>(m_place - p_frame.m_name);
+    Frame& parent = m_frames[m_depth - 1];
+    if (m_expected != expected) {
+        p_frame.m_expectedBehind = m_tree[expected].m_next;
+    } else if (parent.m_lastChild != UINT32_MAX && m_tree.haveSameKey(parent.m_lastChild, p_frame.m_node)) {
+        m_expected = parent.m_lastChild + 1;
+        p_frame.m_expectedBehind = p_frame.m_node;
+    } else {
+        p_frame.m_expectedBehind = expected;
+    }
+    parent.m_lastChild = p_frame.m_node;
     return true;
 }
 
@@ -116,6 +162,16 @@ bool XmlScanner::scanCharacter(bool& p_escaped) {
     return true;
 }
 
+/// Goes on to the quotation mark of an attribute.
+bool XmlScanner::scanEquals() {
+    skipSpace();
+    if (!take("=")) {
+        return fail("an equals sign is missing");
+    }
+    skipSpace();
+    return (m_place != m_end && (*m_place == '"' || *m_place == '\'')) || fail("a quotation mark is missing");
+}
+
 bool XmlScanner::scanAttributes(bool p_kept) {
     for (;;) {
         const char* before = m_place;
@@ -123,24 +179,23 @@ bool XmlScanner::scanAttributes(bool p_kept) {
         if (m_place == m_end) {
             return fail("a tag has no end");
         }
-        if (*m_place == '>' || *m_place == '/' || *m_place == '?') {
+        if (getNameRole(*m_place) == NAME_NONE && (*m_place == '>' || *m_place == '/' || *m_place == '?')) {
             return true;
         }
-        const char* name = nullptr;
-        size_t nameSize = 0;
         if (before == m_place) {
             return fail("a space is missing");
         }
-        if (!scanName(name, nameSize)) {
+        const uint32_t index = m_tree.getSize();
+        const char* name = nullptr;
+        size_t nameSize = 0;
+        bool plain = false;
+        if (!(p_kept ? scanKey(TextNodeKind::TEXT) : scanName(name, nameSize, plain))) {
             return false;
         }
-        skipSpace();
-        if (!take("=")) {
-            return fail("an equals sign is missing");
-        }
-        skipSpace();
-        if (m_place == m_end || (*m_place != '"' && *m_place != '\'')) {
-            return fail("a quotation mark is missing");
+        if (startsWith("=\"")) {
+            m_place++;
+        } else if (!scanEquals()) {
+            return false;
         }
         const char quote = *m_place++;
         const char* value = m_place;
@@ -160,10 +215,6 @@ bool XmlScanner::scanAttributes(bool p_kept) {
         }
         if (m_place == m_end) {
             return fail("an attribute has no end");
-        }
-        const uint32_t index = m_tree.getSize();
-        if (p_kept && !add(TextNodeKind::TEXT, name, nameSize)) {
-            return false;
         }
         if (p_kept) {
             m_tree.setValue(index, value, m_place, escaped);
@@ -241,22 +292,18 @@ bool XmlScanner::scanStartTag() {
         return fail("it is nested too deeply");
     }
     Frame& frame = m_frames[m_depth];
-    frame.m_node = m_tree.getSize();
     frame.m_escaped = false;
-    const bool kept = m_depth != 0; // The root is no group.
-    if (!scanName(frame.m_name, frame.m_nameSize) ||
-        (kept && !add(TextNodeKind::GROUP, frame.m_name, frame.m_nameSize)) || !scanAttributes(kept)) {
+    const bool kept = m_depth != 0;
+    if (!scanElementName(frame) || !scanAttributes(kept)) {
         return false;
     }
-    m_depth++;
     if (take("/>")) {
-        m_depth--;
         if (kept) {
-            m_tree.setValue(frame.m_node, m_place, m_place, false);
-            m_tree.close(frame.m_node);
+            close(frame, m_place, m_place);
         }
         return true;
     }
+    m_depth++;
     frame.m_content = m_place + 1;
     return take(">") || fail("a tag has no end");
 }
@@ -264,36 +311,60 @@ bool XmlScanner::scanStartTag() {
 bool XmlScanner::scanEndTag() {
     const Frame& frame = m_frames[m_depth - 1];
     const char* contentEnd = m_place - 2;
-    const char* name = nullptr;
-    size_t size = 0;
-    if (!scanName(name, size)) {
+    if (remaining() > frame.m_nameSize && m_place[frame.m_nameSize] == '>' &&
+        equalNames(m_place, frame.m_name, frame.m_nameSize)) {
+        m_place += frame.m_nameSize + 1;
+    } else if (!scanEndName(frame)) {
         return false;
-    }
-    if (size != frame.m_nameSize || memcmp(name, frame.m_name, size) != 0) {
-        return fail("another element is open");
-    }
-    skipSpace();
-    if (!take(">")) {
-        return fail("a tag has no end");
     }
     m_depth--;
     if (m_depth != 0) {
-        m_tree.setValue(frame.m_node, frame.m_content, contentEnd, frame.m_escaped);
-        m_tree.close(frame.m_node);
+        close(frame, frame.m_content, contentEnd);
     }
     return true;
+}
+
+/// With blanks, or wrong.
+bool XmlScanner::scanEndName(const Frame& p_frame) {
+    const char* name = nullptr;
+    size_t size = 0;
+    bool plain = false;
+    if (!scanName(name, size, plain)) {
+        return false;
+    }
+    if (size != p_frame.m_nameSize || memcmp(name, p_frame.m_name, size) != 0) {
+        return fail("another element is open");
+    }
+    skipSpace();
+    return take(">") || fail("a tag has no end");
+}
+
+/// What begins like a tag; where it is none, the name of one is missing.
+bool XmlScanner::scanNoElement() {
+    if (take("<!--")) {
+        return skipUntil("-->", "a comment has no end");
+    }
+    if (take("<![CDATA[")) {
+        return skipUntil("]]>", "a section has no end");
+    }
+    if (take("<?")) {
+        return skipUntil("?>", "an instruction has no end");
+    }
+    m_place++;
+    return scanStartTag();
 }
 
 bool XmlScanner::scanContent() {
     Frame& frame = m_frames[m_depth - 1];
     while (m_place != m_end) {
-        m_place = findSpecialByte(m_place, m_end, '<', '&', ']');
+        if (*m_place != '<') {
+            m_place = findSpecialByte(m_place, m_end, '<', '&', ']');
+        }
         if (m_place == m_end) {
             break;
         }
         if (*m_place == '\n') {
-            m_place++;
-            skipBlanks();
+            m_place = skipBlanks(m_place + 1);
             continue;
         }
         if (*m_place != '<') {
@@ -309,14 +380,8 @@ bool XmlScanner::scanContent() {
             return scanEndTag();
         }
         frame.m_escaped = true;
-        if (take("<!--")) {
-            return skipUntil("-->", "a comment has no end");
-        }
-        if (take("<![CDATA[")) {
-            return skipUntil("]]>", "a section has no end");
-        }
-        if (take("<?")) {
-            return skipUntil("?>", "an instruction has no end");
+        if (startsWith("<!") || startsWith("<?")) {
+            return scanNoElement();
         }
         m_place++;
         return scanStartTag();
@@ -329,7 +394,7 @@ bool XmlScanner::scan() {
     if (startsWith("<?xml") && remaining() > 5 && isTextSpace(m_place[5])) {
         const char* name = m_place + 2;
         m_place += 5;
-        if (!add(TextNodeKind::GROUP, name, 3) || !scanAttributes(true)) {
+        if (!add(TextNodeKind::GROUP, name, 3, KEY_PLAIN) || !scanAttributes(true)) {
             return false;
         }
         m_tree.close(0);
