@@ -281,6 +281,7 @@ void showGrowth(size_t p_largest) {
             std::vector<double> loads;
             size_t blocks = 0;
             for (size_t turn = 0; turn < (count < 100000 ? 9 : 1); turn++) {
+                side.dropSaved();
                 malloc_trim(0);
                 saves.push_back(measure(count, [&] { side.save(); }));
                 const size_t before = countBlocks();
