@@ -3,6 +3,7 @@
 
 #include "core_module/documents/zyr_reader_level.h"
 #include "core_module/documents/zyr_text_parser_state.h"
+#include "core_module/zyr_outer_layer.h"
 
 namespace zyr {
 
@@ -43,12 +44,14 @@ public:
     size_t getCurrentTokenPos() const override { return m_parser.m_position; }
     size_t* getMutableCurrentTokenPos() override { return &m_parser.m_position; }
     void setCurrentTokenPos(size_t p_position) override { m_parser.m_position = p_position; }
-    void skipLine(const String* p_additional) override { m_parser.skipLine(p_additional); }
+    void skipLine(const String* p_additional) override {
+        m_parser.skipLine(*getOuterLayer<ITextParser>(this), p_additional);
+    }
     const Array<Token>& getTokens() const override { return m_parser.m_tokens; }
     const Token* getTokenByPosition(size_t p_position) const override { return m_parser.getToken(p_position); }
     const Token* getCurrentToken() const override { return m_parser.getToken(m_parser.m_position); }
     bool_t initialize() override {
-        m_parser.m_initialized = m_parser.makeLexer() && this->initializeLexer();
+        m_parser.m_initialized = m_parser.makeLexer() && getOuterLayer<ITextParser>(this)->initializeLexer();
         return m_parser.m_initialized;
     }
     bool_t isInitialized() const override { return m_parser.m_initialized; }
@@ -67,7 +70,9 @@ protected:
     virtual void forget() { m_parser.forget(); }
     /// Reads the input, which is there.
     virtual bool_t readInput() {
-        return (m_parser.m_initialized || this->initialize()) && m_parser.readTokens(this->getInputData());
+        // A class that extends the parser may answer without this level's part of the start.
+        return (m_parser.m_initialized || getOuterLayer<ITextParser>(this)->initialize()) && m_parser.makeLexer() &&
+               m_parser.readTokens(this->getInputData());
     }
 
     TextParserState m_parser;

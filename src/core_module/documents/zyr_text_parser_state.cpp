@@ -70,7 +70,7 @@ bool TextParserState::readTokens(Array<unsigned char>* p_input) {
     return false;
 }
 
-void TextParserState::skipLine(const String* p_additional) {
+void TextParserState::skipLine(const ITextParser& p_parser, const String* p_additional) {
     if (m_position >= m_tokens.getSize()) {
         return;
     }
@@ -80,7 +80,7 @@ void TextParserState::skipLine(const String* p_additional) {
         if (token.m_cursor.m_line != line) {
             return;
         }
-        if (isLineTerminator(String(token.m_text), p_additional)) {
+        if (p_parser.isLineTerminator(String(token.m_text), p_additional)) {
             ++m_position;
             return;
         }

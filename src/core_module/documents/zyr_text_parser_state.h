@@ -27,7 +27,8 @@ public:
     /// Fills the tokens with those of the whole input. False, with a message and without tokens, at input that is no
     /// token.
     bool readTokens(Array<unsigned char>* p_input);
-    void skipLine(const String* p_additional);
+    /// What ends a line says the parser.
+    void skipLine(const ITextParser& p_parser, const String* p_additional);
     bool isLineTerminator(const String& p_text, const String* p_additional) const;
     const Token* getToken(size_t p_position) const {
         return p_position < m_tokens.getSize() ? &m_tokens[p_position] : nullptr;

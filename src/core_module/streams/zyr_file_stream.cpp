@@ -3,6 +3,7 @@
 #include "core_module/streams/zyr_byte_file.h"
 #include "core_module/streams/zyr_stream_text.h"
 #include "core_module/zyr_core_class.h"
+#include "core_module/zyr_outer_layer.h"
 #include "zyr_common/implementation/zyr_implementation.h"
 
 namespace zyr {
@@ -16,11 +17,11 @@ public:
     }
     uint64_t readBytes(void* p_data, uint64_t p_size) override { return m_file.read(p_data, p_size); }
     uint64_t readString(String& p_text, uint64_t p_size) override {
-        return readStreamString(getOuterStream<IFileStream>(this), p_text, p_size);
+        return readStreamString(getOuterLayer<IFileStream>(this), p_text, p_size);
     }
     uint64_t writeBytes(const void* p_data, uint64_t p_size) override { return m_file.write(p_data, p_size); }
     bool_t writeString(const String& p_text) override {
-        return writeStreamString(getOuterStream<IFileStream>(this), p_text);
+        return writeStreamString(getOuterLayer<IFileStream>(this), p_text);
     }
     int64_t tell() override { return m_file.tell(); }
     bool_t seek(int64_t p_offset, int p_origin) override { return m_file.seek(p_offset, p_origin); }

@@ -2,6 +2,7 @@
 
 #include "core_module/streams/zyr_stream_text.h"
 #include "core_module/zyr_core_class.h"
+#include "core_module/zyr_outer_layer.h"
 #include "zyr_common/implementation/zyr_implementation.h"
 
 #include <cstdio>
@@ -15,11 +16,11 @@ public:
     bool_t open(Array<unsigned char>* p_data, AccessEnum p_access) override;
     uint64_t readBytes(void* p_data, uint64_t p_size) override;
     uint64_t readString(String& p_text, uint64_t p_size) override {
-        return readStreamString(getOuterStream<IMemoryStream>(this), p_text, p_size);
+        return readStreamString(getOuterLayer<IMemoryStream>(this), p_text, p_size);
     }
     uint64_t writeBytes(const void* p_data, uint64_t p_size) override;
     bool_t writeString(const String& p_text) override {
-        return writeStreamString(getOuterStream<IMemoryStream>(this), p_text);
+        return writeStreamString(getOuterLayer<IMemoryStream>(this), p_text);
     }
     int64_t tell() override { return m_data != nullptr ? static_cast<int64_t>(m_place) : -1; }
     bool_t seek(int64_t p_offset, int p_origin) override;

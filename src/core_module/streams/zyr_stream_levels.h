@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core_module/streams/zyr_stream_text.h"
+#include "core_module/zyr_outer_layer.h"
 #include "zyr_common/implementation/zyr_implementation.h"
 #include "zyr_common/streams/zyr_io_stream.h"
 
@@ -12,9 +13,9 @@ template <class Interface> class InputStreamLevel : public UnstoredLevel<ObjectL
 public:
     uint64_t readBytes(void*, uint64_t) override { return 0; }
     uint64_t readString(String& p_text, uint64_t p_size) override {
-        return readStreamString(getOuterStream<IInputStream>(this), p_text, p_size);
+        return readStreamString(getOuterLayer<IInputStream>(this), p_text, p_size);
     }
-    bool_t readLine(String& p_line) override { return readStreamLine(getOuterStream<IInputStream>(this), p_line); }
+    bool_t readLine(String& p_line) override { return readStreamLine(getOuterLayer<IInputStream>(this), p_line); }
     int64_t tell() override { return -1; }
     bool_t seek(int64_t, int) override { return 0; }
     bool_t isSeekAvailable() const override { return 0; }
@@ -32,10 +33,10 @@ template <class Interface> class OutputStreamLevel : public UnstoredLevel<Object
 public:
     uint64_t writeBytes(const void*, uint64_t) override { return 0; }
     bool_t writeString(const String& p_text) override {
-        return writeStreamString(getOuterStream<IOutputStream>(this), p_text);
+        return writeStreamString(getOuterLayer<IOutputStream>(this), p_text);
     }
     bool_t writeLine(const String& p_line) override {
-        return writeStreamLine(getOuterStream<IOutputStream>(this), p_line);
+        return writeStreamLine(getOuterLayer<IOutputStream>(this), p_line);
     }
     int64_t tell() override { return -1; }
     bool_t seek(int64_t, int) override { return 0; }
@@ -55,14 +56,14 @@ template <class Interface> class IOStreamLevel : public UnstoredLevel<ObjectLeve
 public:
     uint64_t readBytes(void*, uint64_t) override { return 0; }
     uint64_t readString(String& p_text, uint64_t p_size) override {
-        return readStreamString(getOuterStream<IIOStream>(this), p_text, p_size);
+        return readStreamString(getOuterLayer<IIOStream>(this), p_text, p_size);
     }
-    bool_t readLine(String& p_line) override { return readStreamLine(getOuterStream<IIOStream>(this), p_line); }
+    bool_t readLine(String& p_line) override { return readStreamLine(getOuterLayer<IIOStream>(this), p_line); }
     uint64_t writeBytes(const void*, uint64_t) override { return 0; }
     bool_t writeString(const String& p_text) override {
-        return writeStreamString(getOuterStream<IIOStream>(this), p_text);
+        return writeStreamString(getOuterLayer<IIOStream>(this), p_text);
     }
-    bool_t writeLine(const String& p_line) override { return writeStreamLine(getOuterStream<IIOStream>(this), p_line); }
+    bool_t writeLine(const String& p_line) override { return writeStreamLine(getOuterLayer<IIOStream>(this), p_line); }
     int64_t tell() override { return -1; }
     bool_t seek(int64_t, int) override { return 0; }
     bool_t isSeekAvailable() const override { return 0; }

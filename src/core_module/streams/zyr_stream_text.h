@@ -1,18 +1,9 @@
 /// Texts and lines over any stream that reads or writes bytes.
 #pragma once
 
-#include "zyr_common/object/zyr_object.h"
 #include "zyr_common/text/zyr_string.h"
 
 namespace zyr {
-
-/// The outermost layer of the stream: a class that extends its facade may have bytes of its own, and texts and lines
-/// are made of them.
-template <class Interface> Interface* getOuterStream(Interface* p_stream) {
-    IObject* outer = p_stream->getTLIObject();
-    const bool isStream = outer->findClassGUID(zyr_getInterfaceGUID<Interface>());
-    return isStream ? static_cast<Interface*>(outer) : p_stream;
-}
 
 /// Replaces the text by up to p_size bytes. Memory grows with what is read, not with what is asked for.
 template <class Stream> uint64_t readStreamString(Stream* p_stream, String& p_text, uint64_t p_size) {

@@ -1,4 +1,6 @@
 #include "core_module/documents/document_test.h"
+#include "zyr_common/documents/zyr_lexer.h"
+#include "zyr_common/memory/zyr_ref.h"
 
 namespace zyr {
 namespace {
@@ -116,6 +118,69 @@ TEST_F(TextParserTest, MakesAnotherLexerWhenItsOwnIsTakenAway) {
     ASSERT_TRUE(m_parser->parse());
     EXPECT_EQ(m_parser->getTokens().getSize(), 2u);
     EXPECT_NE(m_parser->getLexer(0), nullptr);
+}
+
+/// The parser of a language of the host.
+class AdditionParser : public WTextParser {
+public:
+    AdditionParser() { initObjectInterface(); }
+    bool_t initialize() override {
+        m_numOfStarts++;
+        return WTextParser::initialize();
+    }
+    bool_t initializeLexer() override {
+        if (!WTextParser::initializeLexer()) {
+            return 0;
+        }
+        getLexer(0)->pushBackPunctuators("+ =");
+        return 1;
+    }
+
+    bool_t isLineTerminator(const String& p_text, const String* p_additional) const override {
+        return p_text == "x" || WTextParser::isLineTerminator(p_text, p_additional);
+    }
+
+    uint32_t m_numOfStarts = 0;
+};
+
+/// It starts by itself alone.
+class LazyParser : public WTextParser {
+public:
+    LazyParser() { initObjectInterface(); }
+    bool_t initialize() override { return 1; }
+};
+
+class ExtendedParserTest : public TextParserTest {
+protected:
+    template <class Parser> Parser* useParser() {
+        Parser* parser = new Parser;
+        m_parser->release();
+        m_parser = parser;
+        return parser;
+    }
+};
+
+TEST_F(ExtendedParserTest, StartsByItsOwnOperations) {
+    const auto* parser = useParser<AdditionParser>();
+    ASSERT_TRUE(parse("1+2 = x"));
+    EXPECT_EQ(parser->m_numOfStarts, 1u);
+    EXPECT_EQ(parser->getTokens().getSize(), 5u);
+    ASSERT_TRUE(parse("3+4"));
+    EXPECT_EQ(parser->m_numOfStarts, 1u);
+    EXPECT_EQ(parser->getTokens().getSize(), 3u);
+}
+
+TEST_F(ExtendedParserTest, EndsLinesByItsOwnOperation) {
+    const auto* parser = useParser<AdditionParser>();
+    ASSERT_TRUE(parse("1 x 2"));
+    m_parser->skipLine(nullptr);
+    ASSERT_NE(parser->getCurrentToken(), nullptr);
+    EXPECT_EQ(show(parser->getCurrentToken()->m_text), "2");
+}
+
+TEST_F(ExtendedParserTest, ReadsWithALexerAlsoWhereItsStartMakesNone) {
+    useParser<LazyParser>();
+    EXPECT_EQ(getFault("one two"), "1:4 Text that is no token: \" two\"");
 }
 
 } // namespace
