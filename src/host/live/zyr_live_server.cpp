@@ -1,6 +1,7 @@
 #include "host/live/zyr_live_server.h"
 
 #include "host/live/zyr_live_identity.h"
+#include "host/live/zyr_live_strangers.h"
 #include "host/zyr_interruption.h"
 #include "host/zyr_run_error.h"
 
@@ -23,16 +24,13 @@ constexpr uint32_t PING_MILLIS = 10'000;
 constexpr uint64_t HELLO_TIME = 10'000'000;
 constexpr uint64_t BETWEEN_TICKS = 100'000;
 constexpr uint64_t BETWEEN_STATISTICS = 1'000'000;
-/// Connections of one address that have not told the secret yet.
-constexpr unsigned MOST_STRANGERS = 16;
+constexpr uint64_t BETWEEN_CROWDS = 10'000'000;
+/// Connections that the kernel may hold until they are taken.
+constexpr uint32_t BACKLOG = 512;
 /// Bytes that the kernel holds back at most: what waits there cannot be dropped any more.
 constexpr uint32_t UNSENT_LIMIT = 128 * 1024;
 /// Passwords that are looked at side by side, each on a thread of its own.
 constexpr size_t MOST_CHECKS = 8;
-
-std::string hostOf(const std::string& p_address) {
-    return p_address.substr(0, p_address.rfind(':'));
-}
 
 } // namespace
 
@@ -43,7 +41,7 @@ LiveServer::LiveServer(const LiveServerOptions& p_options, PictureLoop& p_pictur
       m_control(p_control),
       m_codecs(p_codecs),
       m_listener(Ref<Socket>::adopt(new Socket)) {
-    if (!m_listener->listenTcp(String(p_options.m_address), p_options.m_port)) {
+    if (!m_listener->listenTcp(String(p_options.m_address), p_options.m_port, BACKLOG)) {
         throw RunError("cannot listen at " + p_options.m_address + ":" + std::to_string(p_options.m_port) +
                        " (see the log)");
     }
@@ -121,13 +119,45 @@ void LiveServer::wait() {
     poll(waits.data(), waits.size(), int((findPatience(getLiveTime()) + 999) / 1000));
 }
 
-bool LiveServer::isCrowded(const std::string& p_peer) const {
-    unsigned strangers = 0;
+/// Who has not told the secret makes way for a newcomer: otherwise a few that say nothing could keep everybody out.
+void LiveServer::makeRoom(const std::string& p_peer) {
+    std::vector<Stranger> strangers;
     for (const auto& [id, guest] : m_guests) {
-        const bool isStranger = guest.m_link->m_state != ViewerLink::State::VIEWING;
-        strangers += isStranger && hostOf(guest.m_peer) == hostOf(p_peer) ? 1 : 0;
+        const ViewerLink& link = *guest.m_link;
+        const TransportState& state = link.getSocket().getState();
+        if (link.m_state == ViewerLink::State::VIEWING) {
+            continue;
+        }
+        const bool isSilent = link.m_state == ViewerLink::State::WAITING && state.m_phase == ZYR_TRANSPORT_OPEN;
+        const uint64_t end = link.m_state == ViewerLink::State::CHECKING ? UINT64_MAX
+                             : isSilent                                  ? link.m_since + HELLO_TIME
+                                                                         : uint64_t(state.m_deadline) / 1000;
+        strangers.push_back({id, findOrigin(guest.m_peer), end});
     }
-    return strangers >= MOST_STRANGERS || m_guests.size() >= size_t(m_options.m_mostViewers) + MOST_STRANGERS;
+    const uint32_t leaver = findLeaver(strangers, findOrigin(p_peer));
+    if (leaver != 0) {
+        tellCrowd(m_guests.at(leaver).m_peer);
+        keepCheck(m_guests.at(leaver));
+        m_guests.erase(leaver);
+    }
+}
+
+void LiveServer::tellCrowd(const std::string& p_peer) {
+    m_crowd++;
+    const uint64_t now = getLiveTime();
+    if (m_crowdTime != 0 && now - m_crowdTime < BETWEEN_CROWDS) {
+        return;
+    }
+    fprintf(stderr, "zyr-host: %s turned away, too many connections without a secret (%u turned away)\n",
+            p_peer.c_str(), m_crowd);
+    m_crowdTime = now;
+    m_crowd = 0;
+}
+
+void LiveServer::keepCheck(Guest& p_guest) {
+    if (!p_guest.m_check.isDone()) {
+        m_forsaken.push_back(std::move(p_guest.m_check));
+    }
 }
 
 void LiveServer::acceptAll() {
@@ -137,10 +167,7 @@ void LiveServer::acceptAll() {
             return;
         }
         const std::string peer = toText(socket->getPeerAddress());
-        if (isCrowded(peer)) {
-            fprintf(stderr, "zyr-host: %s turned away, too many connections\n", peer.c_str());
-            continue;
-        }
+        makeRoom(peer);
         socket->setUnsentLimit(UNSENT_LIMIT);
         auto transport = Ref<IServerTransport>::adopt(zyr_createInterfaceObject<IServerTransport>());
         transport->setFeatures(m_features);
@@ -171,7 +198,7 @@ void LiveServer::serve(Guest& p_guest, uint64_t p_now) {
     const bool isOpen = link.getSocket().getState().m_phase == ZYR_TRANSPORT_OPEN;
     link.m_since = isOpen || link.m_state != ViewerLink::State::WAITING ? link.m_since : p_now;
     if (link.m_state == ViewerLink::State::WAITING && isOpen && p_now > link.m_since + HELLO_TIME) {
-        link.refuse(LiveRefusal::TOO_LATE, "nothing was said");
+        refuse(p_guest, LiveRefusal::TOO_LATE, "nothing was said");
     }
     link.iterate();
 }
@@ -182,8 +209,7 @@ void LiveServer::take(Guest& p_guest, const DataMessage& p_message, uint64_t p_n
         return;
     }
     if (link.isTooFast(p_now)) {
-        fprintf(stderr, "zyr-host: %s refused, too many messages\n", p_guest.m_peer.c_str());
-        link.refuse(LiveRefusal::TOO_FAST, "too many messages");
+        refuse(p_guest, LiveRefusal::TOO_FAST, "too many messages");
         return;
     }
     const LiveReader reader(p_message.getHeader(), p_message.getHeaderSize());
@@ -192,7 +218,7 @@ void LiveServer::take(Guest& p_guest, const DataMessage& p_message, uint64_t p_n
     } else if (link.m_state == ViewerLink::State::CHECKING && p_message.getType() == uint32_t(LiveMessage::PING)) {
         return; // A password can take seconds, and viewers that keep their line alive do not know how far it is.
     } else if (link.m_state != ViewerLink::State::VIEWING || !takeFromViewer(p_guest, p_message, p_now)) {
-        link.refuse(LiveRefusal::BROKEN_MESSAGE, "a message that is not understood");
+        refuse(p_guest, LiveRefusal::BROKEN_MESSAGE, "a message that is not understood");
     }
 }
 
@@ -200,15 +226,15 @@ void LiveServer::takeHello(Guest& p_guest, const LiveReader& p_reader) {
     ViewerLink& link = *p_guest.m_link;
     LiveHello hello;
     if (!hello.read(p_reader)) {
-        link.refuse(LiveRefusal::BROKEN_MESSAGE, "a message that is not understood");
+        refuse(p_guest, LiveRefusal::BROKEN_MESSAGE, "a message that is not understood");
         return;
     }
     if (hello.m_version != LIVE_VERSION) {
-        link.refuse(LiveRefusal::ANOTHER_VERSION, "another version of the protocol");
+        refuse(p_guest, LiveRefusal::ANOTHER_VERSION, "another version of the protocol");
         return;
     }
     if (!hello.m_user.empty() && countChecks() >= MOST_CHECKS) {
-        link.refuse(LiveRefusal::TOO_MANY, "too many come in at once");
+        refuse(p_guest, LiveRefusal::TOO_MANY, "too many come in at once");
         return;
     }
     link.m_codecs = hello.m_codecs & m_codecs.getCodecs();
@@ -216,6 +242,14 @@ void LiveServer::takeHello(Guest& p_guest, const LiveReader& p_reader) {
     link.m_state = ViewerLink::State::CHECKING;
     p_guest.m_account = hello.m_user;
     p_guest.m_check.begin(m_options.m_access, hello);
+}
+
+/// Tells the viewer and the log. What the log says of a wrong secret is short and fixed, for those that count guesses.
+void LiveServer::refuse(Guest& p_guest, LiveRefusal p_reason, const char* p_text) {
+    fprintf(stderr, "zyr-host: %s refused, %s\n", p_guest.m_peer.c_str(),
+            p_reason == LiveRefusal::WRONG_SECRET ? "wrong secret" : p_text);
+    p_guest.m_wasRefused = true;
+    p_guest.m_link->refuse(p_reason, p_text);
 }
 
 size_t LiveServer::countViewers() const {
@@ -236,8 +270,7 @@ void LiveServer::settle(Guest& p_guest) {
         return;
     }
     if (!p_guest.m_check.isGranted()) {
-        fprintf(stderr, "zyr-host: %s refused, wrong secret\n", p_guest.m_peer.c_str());
-        link.refuse(LiveRefusal::WRONG_SECRET, "the token or password is wrong");
+        refuse(p_guest, LiveRefusal::WRONG_SECRET, "the token or password is wrong");
         return;
     }
     uint8_t shared = link.m_codecs;
@@ -245,9 +278,9 @@ void LiveServer::settle(Guest& p_guest) {
         shared &= other.m_link->m_state == ViewerLink::State::VIEWING ? other.m_link->m_codecs : UINT8_MAX;
     }
     if (countViewers() >= m_options.m_mostViewers) {
-        link.refuse(LiveRefusal::TOO_MANY, "too many look on already");
+        refuse(p_guest, LiveRefusal::TOO_MANY, "too many look on already");
     } else if (shared == 0) {
-        link.refuse(LiveRefusal::NO_COMMON_CODEC, "there is no codec that all viewers know");
+        refuse(p_guest, LiveRefusal::NO_COMMON_CODEC, "there is no codec that all viewers know");
     } else {
         welcome(p_guest);
     }
@@ -256,6 +289,7 @@ void LiveServer::settle(Guest& p_guest) {
 void LiveServer::welcome(Guest& p_guest) {
     ViewerLink& link = *p_guest.m_link;
     link.m_state = ViewerLink::State::VIEWING;
+    p_guest.m_wasLetIn = true;
     m_numOfViewers++;
     fprintf(stderr, "zyr-host: %s looks on%s%s\n", p_guest.m_peer.c_str(), p_guest.m_account.empty() ? "" : " as ",
             p_guest.m_account.c_str());
@@ -364,15 +398,14 @@ void LiveServer::remove(Guests::iterator p_guest) {
     const bool hasPageOnly = !state.m_isWebSocket && (state.m_closeReason == ZYR_TRANSPORT_CLOSE_HTTP_DONE ||
                                                       state.m_closeReason == ZYR_TRANSPORT_CLOSE_PEER ||
                                                       state.m_closeReason == ZYR_TRANSPORT_CLOSE_HANDSHAKE_TIMEOUT);
-    if (!hasPageOnly) {
+    const bool hasLine = p_guest->second.m_wasRefused && !p_guest->second.m_wasLetIn;
+    if (!hasPageOnly && !hasLine) {
         fprintf(stderr, "zyr-host: %s left after %" PRIu64 " s, %" PRIu64 " frames: %s\n",
                 p_guest->second.m_peer.c_str(), (getLiveTime() - link.m_since) / 1'000'000, link.getFrames(),
                 toText(state.m_closeText).c_str());
     }
     const uint32_t id = p_guest->first;
-    if (!p_guest->second.m_check.isDone()) {
-        m_forsaken.push_back(std::move(p_guest->second.m_check));
-    }
+    keepCheck(p_guest->second);
     m_guests.erase(p_guest);
     if (m_control.getController() == id) {
         takeControl(id, false);

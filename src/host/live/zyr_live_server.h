@@ -52,12 +52,17 @@ private:
         AccessCheck m_check;
         std::string m_peer;
         std::string m_account; ///< Empty for one who came by the token.
+        bool m_wasLetIn = false;
+        bool m_wasRefused = false;
     };
     using Guests = std::map<uint32_t, Guest>;
 
     void wait();
     void acceptAll();
-    bool isCrowded(const std::string& p_peer) const;
+    void makeRoom(const std::string& p_peer);
+    void tellCrowd(const std::string& p_peer);
+    void keepCheck(Guest& p_guest);
+    static void refuse(Guest& p_guest, LiveRefusal p_reason, const char* p_text);
     void serve(Guest& p_guest, uint64_t p_now);
     void take(Guest& p_guest, const DataMessage& p_message, uint64_t p_now);
     void takeHello(Guest& p_guest, const LiveReader& p_reader);
@@ -91,6 +96,8 @@ private:
     std::vector<AccessCheck> m_forsaken; ///< Under way though the viewer has gone: their end is not waited for.
     std::shared_ptr<CursorPicture> m_cursor;
     uint64_t m_tickTime = 0;
+    uint64_t m_crowdTime = 0; ///< When the log last told of a crowd; 0: never.
+    uint32_t m_crowd = 0;     ///< Who had to go since.
     uint64_t m_statisticsTime = 0;
     bool m_ended = false;
     std::string m_failure;
