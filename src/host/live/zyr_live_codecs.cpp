@@ -64,6 +64,10 @@ void LiveCodecs::agree(LiveCodec p_codec, unsigned p_quality) {
         options.set("crf", std::to_string(crfOfQuality(p_quality)));
     }
     match.m_info.codecOptions = String(options.toText());
+    if (p_codec == LiveCodec::VP9) {
+        // Some browsers take all VP9 for limited, whatever it says: in full range they would show a film too dark.
+        preferLimitedRange(match);
+    }
     IFrameEncoder& encoder = *m_market.m_encoders[match.m_offer->m_encoder];
     IFrameDecoder& decoder = *m_market.m_decoders[match.m_wish->m_decoder];
     if (!encoder.initialize(match.m_info) || !decoder.initialize(match.m_decoderInfo)) {
