@@ -3,7 +3,7 @@
 import { Screen, findCodecs } from './decoders.js';
 import { Input } from './input.js';
 import {
-    CODEC_NAMES, Control, Flag, FrameReader, Message, Refusal, VERSION, Writer, pack, readStatistics, readStream, unpack,
+    CODEC_NAMES, Codec, Control, Flag, FrameReader, Message, Refusal, VERSION, Writer, pack, readStatistics, readStream, unpack,
 } from './protocol.js';
 
 const FIRST_WAIT = 500;
@@ -21,6 +21,12 @@ const state = {
     wait: FIRST_WAIT, heard: 0, offset: null, roundTrip: 0, shortest: LONGEST_WAIT, drawn: 0, stopped: false,
     isIn: false, awaitsPicture: false,
     figures: { fps: 0, decode: 0, draw: 0, total: 0, capture: 0, encode: 0, queue: 0 }, statistics: null, last: null,
+};
+
+// Browsers that keep no cookies refuse this as well: then the token lasts as long as the page.
+const storage = {
+    get() { try { return sessionStorage.getItem('token'); } catch { return null; } },
+    set(token) { try { sessionStorage.setItem('token', token); } catch { /* Asked for again after a reload. */ } },
 };
 
 function tell(text) { byId('state').textContent = text; }
@@ -189,7 +195,16 @@ function refuse(reason, text) {
     if (reason === Refusal.ENDING) return;  // It may come back.
     state.stopped = true;
     if (reason === Refusal.WRONG_SECRET) askForSecret(`Refused: ${text}.`);
-    else tell(`Refused: ${text}.`);
+    else if (reason === Refusal.NO_COMMON_CODEC) tell(`Refused: ${explainCodecs()}.`);
+    else tell(`Refused: ${text}. Reload the page to try again.`);
+}
+
+function explainCodecs() {
+    if (state.codecs & (1 << Codec.VP9)) return 'this browser and the other viewers have no codec in common';
+    const why = typeof VideoDecoder === 'undefined' ? 'has no WebCodecs, or they are switched off'
+        : 'does not decode VP9';
+    return `this server shows VP9 only, and this browser ${why}. Another or a newer browser can, ` +
+        "and 'zyr-host serve --codec auto' does without";
 }
 
 function connect() {
@@ -202,6 +217,7 @@ function connect() {
     state.socket = socket;
     state.heard = performance.now();
     socket.onopen = () => {
+        if (state.socket !== socket) return;
         state.heard = performance.now();
         screen.reset();
         state.frames = new FrameReader();
@@ -210,25 +226,32 @@ function connect() {
             .text(state.secret)));
     };
     socket.onmessage = (event) => {
+        if (state.socket !== socket) return;
         state.heard = performance.now();
         takeMessage(unpack(event.data));
     };
-    socket.onclose = () => {
-        if (state.socket !== socket) return;
-        state.socket = null;
-        input.enable(false);
-        if (state.stopped) return;
-        const seconds = state.wait / 1000;
-        tell(`The connection is gone; trying again in ${seconds.toFixed(1)} s.`);
-        setTimeout(() => { if (!state.socket && !state.stopped) connect(); }, state.wait);
-        state.wait = Math.min(LONGEST_WAIT, state.wait * (1.6 + Math.random() * 0.4));
-    };
+    socket.onclose = () => { if (state.socket === socket) lose(); };
+}
+
+function lose() {
+    state.socket = null;
+    state.isIn = false;
+    input.enable(false);
+    if (state.stopped) return;
+    const seconds = state.wait / 1000;
+    tell(`The connection is gone; trying again in ${seconds.toFixed(1)} s.`);
+    setTimeout(() => { if (!state.socket && !state.stopped) connect(); }, state.wait);
+    state.wait = Math.min(LONGEST_WAIT, state.wait * (1.6 + Math.random() * 0.4));
 }
 
 setInterval(() => {
     const now = performance.now();
     if (state.isIn) send(pack(Message.PING, new Writer().u64(Math.round(now * 1000))));
-    if (state.socket && now - state.heard > LONGEST_SILENCE) state.socket.close();
+    if (state.socket && now - state.heard > LONGEST_SILENCE) {
+        // Its farewell is not waited for: that takes half a minute in some browsers.
+        state.socket.close();
+        lose();
+    }
 }, 1000);
 
 // ---- the secret ------------------------------------------------------------------------------------------------------
@@ -245,7 +268,7 @@ byId('login').addEventListener('submit', (event) => {
     event.preventDefault();
     state.user = byId('user').value;
     state.secret = byId('secret').value;
-    if (!state.user) sessionStorage.setItem('token', state.secret);
+    if (!state.user) storage.set(state.secret);
     byId('login').hidden = true;
     connect();
 });
@@ -327,6 +350,9 @@ function showFigures() {
 
 new ResizeObserver(place).observe(byId('stage'));
 
+// An address with another token, put into the tab that shows this page already.
+window.addEventListener('hashchange', () => { if (location.hash) location.reload(); });
+
 async function start() {
     if (!window.isSecureContext) {
         tell('This browser decodes video only on pages that came by https or from this machine itself.');
@@ -336,10 +362,10 @@ async function start() {
     const given = new URLSearchParams(location.hash.slice(1)).get('token');
     if (given) {
         // Kept for a reload in this tab, and out of sight.
-        sessionStorage.setItem('token', given);
+        storage.set(given);
         history.replaceState(null, '', location.pathname);
     }
-    state.secret = sessionStorage.getItem('token');
+    state.secret = given || storage.get();
     if (state.secret) connect();
     else askForSecret('');
 }
