@@ -1,6 +1,7 @@
 #include "host/live/zyr_live_client.h"
 
 #include "host/zyr_run_error.h"
+#include "host/zyr_standard_output.h"
 #include "zyr_common/object/zyr_factories.h"
 
 #include <poll.h>
@@ -59,7 +60,7 @@ void LiveClient::begin() {
 
 void LiveClient::fail() {
     const TransportState& state = m_socket->getState();
-    std::string reason = m_refusal.empty() ? toText(state.m_closeText) : m_refusal;
+    std::string reason = m_refusal.empty() ? toText(state.m_closeText) : maskControls(m_refusal);
     if (state.m_closeReason == ZYR_TRANSPORT_CLOSE_CERTIFICATE) {
         reason += "; compare the server's fingerprint and tell it with --fingerprint";
     }

@@ -152,6 +152,10 @@ int runView(const ViewOptions& p_options) {
         client.turn(window ? window->getDescriptor() : -1, LONGEST_WAIT);
     }
     recorder.close();
+    if (getInterruption() == 0 && report.getFrames() == 0 && getLiveTime() >= end) {
+        throw RunError("no picture came from " + options.m_address.getHostField() + " within " +
+                       std::to_string(p_options.m_seconds) + " s");
+    }
     writeReport(p_options, report);
     return getInterruption() != 0 ? EXIT_BY_SIGNAL + getInterruption() : EXIT_DONE;
 }
