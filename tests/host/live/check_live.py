@@ -18,7 +18,7 @@ import websockets
 import browser
 from live_client import (ACKNOWLEDGE, CLIPBOARD, CLIPBOARD_GET, CLIPBOARD_SET, CONTROL_STATE, FRAME, HELLO, HOST, NEED_KEY, POINTER,
                          POINTER_AT, REFUSED, STREAM, WELCOME, EXACT, KEY_FRAME, LAST, PING, Screen, Server, Viewer, hello, insecure,
-                         message)
+                         message, text)
 
 MOVING = "generate:320x240@30:3000"
 CHECKS = {}
@@ -390,6 +390,58 @@ async def who_says_nothing_is_turned_away():
 
 
 @check
+async def who_says_nothing_keeps_nobody_out():
+    async with Server(MOVING) as server:
+        silent = [await asyncio.open_connection("127.0.0.1", server.port) for _ in range(16)]
+        async with Viewer(server) as viewer:
+            await viewer.join()
+            await viewer.until(FRAME)
+            assert await asyncio.wait_for(silent[0][0].read(), 60) == b"", "the one that has waited longest is still there"
+        assert re.search(r"turned away, too many connections without a secret \(1 turned away\)", server.log()), server.log()
+        for _, writer in silent:
+            writer.close()
+
+
+@check
+async def a_crowd_takes_few_lines_of_the_log():
+    async with Server(MOVING, "--insecure-plain") as server:
+        crowd = [await asyncio.open_connection("127.0.0.1", server.port) for _ in range(100)]
+        async with Viewer(server) as viewer:
+            await viewer.join()
+        assert 1 <= server.log().count("turned away, too many") <= 10, server.log()
+        for _, writer in crowd:
+            writer.close()
+
+
+@check
+async def the_log_tells_why_a_viewer_was_refused():
+    async with Server(MOVING, "--codec", "blocks") as server:
+        for said, why in ((message(HELLO, b"\x01"), "a message that is not understood"),
+                          (message(HELLO, hello(server.token, version=1)), "another version of the protocol"),
+                          (message(HELLO, hello(server.token, codecs=2)), "there is no codec that all viewers know")):
+            async with Viewer(server) as viewer:
+                port = viewer.socket.local_address[1]
+                await viewer.socket.send(said)
+                await refusal_of(viewer)
+                await viewer.socket.wait_closed()
+            async with Viewer(server) as viewer:
+                await viewer.join()  # The other one is gone then.
+            lines = [line for line in server.log().splitlines() if f"127.0.0.1:{port} " in line]
+            assert lines == [f"zyr-host: 127.0.0.1:{port} refused, {why}"], lines
+
+
+@check
+async def vp9_has_the_range_that_every_browser_takes_it_for():
+    # Its own header says it, and so does the message.
+    async with Server(MOVING, "--codec", "vp9") as server, Viewer(server) as viewer:
+        await viewer.join()
+        head, _ = await viewer.until(STREAM)
+        assert head[17:19] == b"\0\0", head
+        _, packet = await viewer.until(FRAME)
+        assert packet[1:4] == b"\x49\x83\x42" and packet[4] >> 4 & 1 == 0, packet[:8]
+
+
+@check
 async def native_viewers_check_the_certificate():
     async with Server(MOVING) as server:
         def view(*arguments):
@@ -402,6 +454,38 @@ async def native_viewers_check_the_certificate():
         assert good.returncode == 0 and '"frames": 3' in good.stdout, good.stderr
         wrong = await asyncio.to_thread(view, "--fingerprint", "0" * 64)
         assert wrong.returncode == 1, wrong.stderr
+
+
+async def view_of(handler, *arguments):
+    """What 'zyr-host view' makes of a server that does as the handler says."""
+    async with websockets.serve(handler, "127.0.0.1", 0) as server:
+        port = server.sockets[0].getsockname()[1]
+        with tempfile.TemporaryDirectory() as folder:
+            process = await asyncio.create_subprocess_exec(
+                HOST, "view", f"http://127.0.0.1:{port}/#token=x", "--no-window", "--log-dir", folder, *arguments,
+                stdout=subprocess.PIPE, stderr=subprocess.PIPE, env={**os.environ, "XDG_STATE_HOME": folder})
+            output, errors = await process.communicate()
+        return port, process.returncode, output, errors.decode()
+
+
+@check
+async def a_refusal_is_printed_without_the_controls_of_the_server():
+    async def refuse(socket, _):
+        await socket.recv()
+        await socket.send(message(REFUSED, struct.pack("<H", 99) + text("\x1b[31mno\r\nzyr-host: yes")))
+
+    port, code, _, errors = await view_of(refuse)
+    assert (code, errors) == (1, f"zyr-host: the connection to 127.0.0.1:{port} has ended: ?[31mno??zyr-host: yes\n"), errors
+
+
+@check
+async def a_view_without_a_picture_has_failed():
+    async def be_silent(socket, _):
+        await socket.wait_closed()
+
+    port, code, output, errors = await view_of(be_silent, "--seconds", "1")
+    assert (code, output) == (1, b""), (code, output)
+    assert errors == f"zyr-host: no picture came from 127.0.0.1:{port} within 1 s\n", errors
 
 
 @check
@@ -515,6 +599,60 @@ async def a_browser_decodes_vp9():
         await chromium.call("Page.reload")
         await chromium.until("Number(document.documentElement.dataset.frames) > 10", "frames after a reload")
         assert not chromium.messages, chromium.messages
+
+
+BEFORE_THE_PAGE = "Page.addScriptToEvaluateOnNewDocument"
+STATE = "document.getElementById('state').textContent"
+
+
+@check
+async def a_browser_that_keeps_nothing_shows_the_screen():
+    async with Server(MOVING) as server, browser.Browser() as chromium:
+        await chromium.call(BEFORE_THE_PAGE, source="Object.defineProperty(window, 'sessionStorage', "
+                            "{ get() { throw new DOMException('refused', 'SecurityError'); } });")
+        await chromium.open(server.address)
+        await chromium.until("Number(document.documentElement.dataset.frames) > 3", "frames")
+        assert not chromium.messages, chromium.messages
+
+
+@check
+async def a_browser_without_webcodecs_tells_what_is_missing():
+    async with browser.Browser() as chromium:
+        await chromium.call(BEFORE_THE_PAGE, source="delete window.VideoDecoder;")
+        async with Server(MOVING, "--codec", "vp9") as server:
+            await chromium.open(server.address)
+            await chromium.until(f"{STATE} === 'Refused: this server shows VP9 only, and this browser has no WebCodecs, or they "
+                                 "are switched off. Another or a newer browser can, and \\'zyr-host serve --codec auto\\' does "
+                                 "without.'", "an explanation")
+        async with Server(MOVING) as server:
+            await chromium.open(server.address)
+            await chromium.until("Number(document.documentElement.dataset.frames) > 3", "frames")
+        assert not chromium.messages, chromium.messages
+
+
+@check
+async def a_browser_does_not_wait_for_the_farewell_of_a_silent_server():
+    async with Server(MOVING) as server, browser.Browser() as chromium:
+        # As Firefox has it for half a minute.
+        await chromium.call(BEFORE_THE_PAGE, source="WebSocket.prototype.close = () => {};")
+        await chromium.open(server.address)
+        await chromium.until("Number(document.documentElement.dataset.frames) > 3", "frames")
+        server.process.send_signal(signal.SIGSTOP)
+        await chromium.until(f"{STATE}.startsWith('The connection is gone')", "a loss")
+        server.process.send_signal(signal.SIGCONT)
+        before = await chromium.evaluate("Number(document.documentElement.dataset.frames)")
+        await chromium.until(f"Number(document.documentElement.dataset.frames) > {before + 3}", "frames again")
+        assert not chromium.messages, chromium.messages
+
+
+@check
+async def a_browser_takes_another_token_into_the_same_tab():
+    async with Server(MOVING) as server, browser.Browser() as chromium:
+        await chromium.open(server.page + "#token=wrong")
+        await chromium.until("!document.getElementById('login').hidden", "a question for the secret")
+        await chromium.call("Page.navigate", url=server.address)
+        await chromium.until("Number(document.documentElement.dataset.frames) > 3", "frames")
+        assert await chromium.evaluate("location.hash") == ""
 
 
 @check
