@@ -6,6 +6,8 @@
 #include "core_module/serializers/zyr_xml_name_roles.h"
 #include "core_module/serializers/zyr_xml_output.h"
 
+#include <strings.h>
+
 namespace zyr {
 
 namespace {
@@ -49,6 +51,7 @@ private:
     bool scanCharacter(bool& p_escaped);
     bool scanEquals();
     bool scanAttributes(bool p_kept);
+    bool checkEncoding();
     bool skipUntil(const char* p_mark, const char* p_reason);
     bool skipDocumentType();
     bool skipMiscellaneous(bool p_documentType);
@@ -223,6 +226,20 @@ bool XmlScanner::scanAttributes(bool p_kept) {
     }
 }
 
+/// The text is read as UTF-8, and bytes of another encoding can look so.
+bool XmlScanner::checkEncoding() {
+    for (uint32_t i = 1; i < m_tree.getSize(); i++) {
+        const TextNode& attribute = m_tree[i];
+        const char* value = m_tree.getText() + attribute.m_value;
+        const bool isKnown = (attribute.m_valueSize == 5 && strncasecmp(value, "utf-8", 5) == 0) ||
+                             (attribute.m_valueSize == 8 && strncasecmp(value, "us-ascii", 8) == 0);
+        if (m_tree.hasKey(attribute, "encoding") && !isKnown) {
+            return fail("the encoding is not UTF-8");
+        }
+    }
+    return true;
+}
+
 bool XmlScanner::skipUntil(const char* p_mark, const char* p_reason) {
     while (m_place != m_end && !startsWith(p_mark)) {
         bool escaped = false;
@@ -394,7 +411,7 @@ bool XmlScanner::scan() {
     if (startsWith("<?xml") && remaining() > 5 && isTextSpace(m_place[5])) {
         const char* name = m_place + 2;
         m_place += 5;
-        if (!add(TextNodeKind::GROUP, name, 3, KEY_PLAIN) || !scanAttributes(true)) {
+        if (!add(TextNodeKind::GROUP, name, 3, KEY_PLAIN) || !scanAttributes(true) || !checkEncoding()) {
             return false;
         }
         m_tree.close(0);

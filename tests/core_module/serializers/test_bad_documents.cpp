@@ -89,6 +89,8 @@ TEST_F(BadDocuments, OfXmlAreRefused) {
                              "<1/>",
                              "<a 1='2'/>",
                              "<?xml version='1.0'",
+                             "<?xml version='1.0' encoding='iso-8859-1'?><a>\xC3\xA9</a>",
+                             "<?xml version='1.0' encoding=''?><a/>",
                              "<!DOCTYPE a",
                              "<a><?x </a>",
                              "<a/ >"}) {
@@ -98,9 +100,11 @@ TEST_F(BadDocuments, OfXmlAreRefused) {
 
 TEST_F(BadDocuments, OfXmlThatOnlyLookSoAreTaken) {
     for (const char* text :
-         {"<a/>", "\xEF\xBB\xBF<?xml version='1.0' encoding=\"utf-8\"?>\n<a/>\n", "<a ></a >", "<a b='\"' c=\"'\"/>",
-          "<a>&#65;&#x42;&lt;&gt;&amp;&quot;&apos;</a>", "<!-- & < --><a><![CDATA[<&]]></a><?x y?>",
-          "<!DOCTYPE a [<!ENTITY x 'y>z'> <!-- ] -->]><a/>", "<a>gr\xC3\xBC]]</a>", "<gr\xC3\xBC \xC3\xA4='1'/>"}) {
+         {"<a/>", "\xEF\xBB\xBF<?xml version='1.0' encoding=\"utf-8\"?>\n<a/>\n",
+          "<?xml version='1.0' encoding='UTF-8'?><a/>", "<?xml version='1.0' encoding='US-ASCII'?><a/>", "<a ></a >",
+          "<a b='\"' c=\"'\"/>", "<a>&#65;&#x42;&lt;&gt;&amp;&quot;&apos;</a>",
+          "<!-- & < --><a><![CDATA[<&]]></a><?x y?>", "<!DOCTYPE a [<!ENTITY x 'y>z'> <!-- ] -->]><a/>",
+          "<a>gr\xC3\xBC]]</a>", "<gr\xC3\xBC \xC3\xA4='1'/>"}) {
         EXPECT_TRUE(canInitialize("Xml", text)) << text;
     }
 }
