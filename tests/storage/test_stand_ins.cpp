@@ -234,6 +234,21 @@ TEST_F(StandIns, ACompressedObjectWithoutAnObjectInsideGivesNullAndItsLine) {
     compression->release();
 }
 
+TEST_F(StandIns, ACompressedObjectOfNoBytesGivesNullAndItsLine) {
+    ICompressedObject* standIn = zyr_createObject<ICompressedObject>();
+    ILz4CompressionInfo* lz4 = zyr_createObject<ILz4CompressionInfo>();
+    standIn->setCompressionInfo(lz4);
+    const std::string bytes = save(standIn, "zbf");
+    const LogCapture capture;
+    EXPECT_EQ(load(bytes, "zbf"), nullptr);
+    EXPECT_THAT(warnings(capture),
+                ElementsAre("Unable to deserialize data. Not enough data",
+                            "The object cannot be deserialized from data in lz4: file object is null",
+                            "The object cannot be deserialized from data: bad data format"));
+    lz4->release();
+    standIn->release();
+}
+
 TEST_F(StandIns, WhatTheCoreModuleDoesNotGiveEndsTheProcess) {
     const auto withoutEntry = [this](int p_entry, const auto& p_function) {
         getData()->m_core->m_entries[p_entry] =

@@ -163,20 +163,22 @@ bool_t loadDeferredObject(const IDeserializer* p_deserializer, IObject** p_objec
     return loaded != nullptr;
 }
 
-/// Unpacks into a block that the caller frees; null on failure. A size that the packed bytes can't have come from is
-/// refused before anything is allocated.
-uint8_t* decompress(const ICompressedObject* p_standIn, const ICompressionInfo* p_info, size_t p_size) {
+/// Unpacks into a block that the caller frees, which is null for a size of 0: the compressor has the say then, too.
+/// False on failure. A size that the packed bytes can't have come from is refused before anything is allocated.
+bool_t decompress(const ICompressedObject* p_standIn, const ICompressionInfo* p_info, size_t p_size, uint8_t*& p_data) {
     const Array<unsigned char>* packed = p_standIn->getCompressedData();
     if (!LoadNesting::takeDecompressedSize(p_info->getFormatName(), packed->getSize(), p_size)) {
-        return nullptr;
+        return 0;
     }
-    uint8_t* data = static_cast<uint8_t*>(zyr_tryMalloc(p_size));
-    if (data != nullptr &&
-        zyr_decompressData(p_info->getFormatName(), packed->getData(), packed->getSize(), data, p_size) != p_size) {
-        zyr_free(data);
-        data = nullptr;
+    p_data = p_size != 0 ? static_cast<uint8_t*>(zyr_tryMalloc(p_size)) : nullptr;
+    if (p_data == nullptr && p_size != 0) {
+        return 0;
     }
-    return data;
+    if (zyr_decompressData(p_info->getFormatName(), packed->getData(), packed->getSize(), p_data, p_size) != p_size) {
+        zyr_free(p_data);
+        return 0;
+    }
+    return 1;
 }
 
 } // namespace
@@ -291,15 +293,17 @@ bool_t IDeserializer::readSingleObject(const String& p_name, bool_t& p_found, IO
         return 0;
     }
     const size_t size = info->getDecompressSize();
-    uint8_t* data = decompress(standIn, info, size);
-    if (data == nullptr) {
+    uint8_t* data = nullptr;
+    if (!decompress(standIn, info, size, data)) {
         ZYR_LOG_WARN("The object cannot be deserialized from data in %s: unable to decompress data",
                      info->getFormatName().getData());
         standIn->release();
         return 0;
     }
     Array<unsigned char> bytes;
-    bytes.bindFixedSizeData(data, size);
+    if (size != 0) {
+        bytes.bindFixedSizeData(data, size);
+    }
     IObject* loaded = zyr_loadFromData(bytes, getFormatWord(getClassName()), getBaseDirectory());
     zyr_free(data);
     if (loaded != nullptr && !isA<IObject>(loaded)) {
