@@ -4,6 +4,7 @@
 #include "zyr_common/containers/zyr_array.h"
 #include "zyr_common/implementation/zyr_implementation.h"
 #include "zyr_common/serialization/zyr_serializer_reserved.h"
+#include "zyr_common/variable/zyr_variable_reference.h"
 
 namespace zyr {
 
@@ -107,6 +108,11 @@ template <class Interface> class DeserializerLevel : public DirectoryLevel<Inter
     };
 
 public:
+    /// "unpackAllowance": for the load that uses the deserializer, and for those inside it, in whichever module.
+    VariableReference* getVariableReferenceByPath(const String& p_path) override {
+        return p_path == "unpackAllowance" ? new VariableReference(ZYR_VARIABLE_UINT64, &m_unpackAllowance)
+                                           : Base::getVariableReferenceByPath(p_path);
+    }
     ILevelReserved* getDeserializerReserved() const override { return &m_deserializerReserved; }
     IObject* findInterfaceObjectByClassGUID(const GUID_t& p_classGUID) const override {
         return p_classGUID == zyr_getFieldRowsGUID() ? const_cast<DeserializerLevel*>(this)
@@ -116,6 +122,8 @@ public:
 private:
     virtual size_t readRows(const FieldRow*, void* const*, size_t) { return 0; }
 
+    /// Bytes that may be unpacked. Without a load nothing limits them.
+    uint64_t m_unpackAllowance = UINT64_MAX;
     mutable Reserved m_deserializerReserved{this};
 };
 

@@ -76,8 +76,12 @@ private:
 /// One load, from the bytes to the object.
 class LoadRun {
 public:
-    explicit LoadRun(IDeserializer* p_deserializer) : m_deserializer(p_deserializer) {}
+    LoadRun(IDeserializer* p_deserializer, LoadNesting& p_nesting)
+        : m_deserializer(p_deserializer), m_nesting(p_nesting) {}
     ~LoadRun() {
+        if (m_allowance != nullptr) {
+            m_nesting.getAllowance() = *m_allowance;
+        }
         if (m_initialized) {
             m_deserializer->deinitialize();
         }
@@ -100,6 +104,9 @@ private:
     bool_t readBytes(LoadSource& p_source, uint64_t p_size);
 
     IDeserializer* m_deserializer;
+    LoadNesting& m_nesting;
+    /// The deserializer's copy of the nesting's.
+    uint64_t* m_allowance = nullptr;
     /// What was read, null where the source has the bytes in memory.
     uint8_t* m_buffer = nullptr;
     const uint8_t* m_payload = nullptr;
@@ -166,6 +173,10 @@ LoadFailure LoadRun::run(LoadSource& p_source, const String& p_format, const Str
     if (!m_initialized) {
         return LoadFailure::NOT_INITIALIZED;
     }
+    m_allowance = LoadNesting::findAllowance(m_deserializer);
+    if (m_allowance != nullptr) {
+        *m_allowance = m_nesting.getAllowance();
+    }
     m_deserializer->setBaseDirectory(p_directory);
     IDeserializer* deserializer = zyr_getTopDeserializer(m_deserializer);
     bool_t found = 0;
@@ -196,7 +207,7 @@ IObject* zyr_loadFromFile(const String& p_path, const String& p_format, const St
     }
     const String directory = zyr_getBaseDirectoryOrCurrent(p_directory);
     const String path = zyr_resolvePath(p_path, directory);
-    const LoadNesting nesting(path.getData());
+    LoadNesting nesting(path.getData());
     if (nesting.getObstacle() != nullptr) {
         ZYR_LOG_WARN("Unable to deserialize file: %s. %s", path.getData(), nesting.getObstacle());
         return nullptr;
@@ -207,7 +218,7 @@ IObject* zyr_loadFromFile(const String& p_path, const String& p_format, const St
         ZYR_LOG_WARN(NO_DESERIALIZER_TEXT, format.getData());
         return nullptr;
     }
-    LoadRun load(deserializer);
+    LoadRun load(deserializer, nesting);
     IInputStreamFile* inputStreamFile = zyr_createObject<IInputStreamFile>();
     ZYR_ASSERT(inputStreamFile != NULL);
     if (!inputStreamFile->open(path)) {
@@ -256,7 +267,7 @@ IObject* zyr_loadFromData(const Array<unsigned char>& p_data, const String& p_fo
         ZYR_LOG_WARN("Application data is NULL, cannot load file format %s from data", p_format.getData());
         return nullptr;
     }
-    const LoadNesting nesting(p_data.getSize());
+    LoadNesting nesting(p_data.getSize());
     if (nesting.getObstacle() != nullptr) {
         ZYR_LOG_WARN("Unable to deserialize data. %s", nesting.getObstacle());
         return nullptr;
@@ -266,7 +277,7 @@ IObject* zyr_loadFromData(const Array<unsigned char>& p_data, const String& p_fo
         ZYR_LOG_WARN(NO_DESERIALIZER_TEXT, p_format.getData());
         return nullptr;
     }
-    LoadRun load(deserializer);
+    LoadRun load(deserializer, nesting);
     MemorySource source(p_data);
     switch (load.run(source, p_format, zyr_getBaseDirectoryOrCurrent(p_directory))) {
     case LoadFailure::NONE:

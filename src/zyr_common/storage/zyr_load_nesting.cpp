@@ -1,6 +1,8 @@
 #include "zyr_common/storage/zyr_load_nesting.h"
 
-#include "zyr_common/text/zyr_string.h"
+#include "zyr_common/memory/zyr_permanent.h"
+#include "zyr_common/serialization/zyr_serializer.h"
+#include "zyr_common/variable/zyr_variable_reference.h"
 
 #include <sys/stat.h>
 
@@ -18,6 +20,7 @@ constexpr uint64_t MAX_EXPANSION = 1032;
 constexpr uint64_t MIN_ALLOWANCE = 64 << 20;
 
 thread_local LoadNesting* innermostLoad = nullptr;
+thread_local uint64_t* sharedAllowance = nullptr;
 thread_local uint32_t numOfOpenObjects = 0;
 
 } // namespace
@@ -25,6 +28,9 @@ thread_local uint32_t numOfOpenObjects = 0;
 LoadNesting::LoadNesting()
     : m_outer(innermostLoad),
       m_outermost(m_outer != nullptr ? m_outer->m_outermost : this),
+      m_allowance(sharedAllowance != nullptr ? sharedAllowance
+                  : m_outer != nullptr       ? m_outer->m_allowance
+                                             : &m_ownAllowance),
       m_depth(m_outer != nullptr ? m_outer->m_depth + 1 : 0) {
     innermostLoad = this;
     if (m_depth >= MAX_DEPTH) {
@@ -35,15 +41,15 @@ LoadNesting::LoadNesting()
 }
 
 LoadNesting::LoadNesting(uint64_t p_size) : LoadNesting() {
-    if (m_outer == nullptr) {
-        m_allowance = MIN_ALLOWANCE + p_size * MAX_EXPANSION;
+    if (m_allowance == &m_ownAllowance) {
+        m_ownAllowance = MIN_ALLOWANCE + p_size * MAX_EXPANSION;
     }
 }
 
 LoadNesting::LoadNesting(const char* p_path) : LoadNesting() {
     struct stat status;
     const bool known = ::stat(p_path, &status) == 0;
-    m_outermost->m_allowance += MIN_ALLOWANCE + (known ? static_cast<uint64_t>(status.st_size) * MAX_EXPANSION : 0);
+    *m_allowance += MIN_ALLOWANCE + (known ? static_cast<uint64_t>(status.st_size) * MAX_EXPANSION : 0);
     if (known && m_obstacle == nullptr) {
         enterFile(status.st_dev, status.st_ino);
     }
@@ -70,15 +76,39 @@ bool_t LoadNesting::takeDecompressedSize(const String& p_format, uint64_t p_pack
     if ((p_format == "lz4" || p_format == "zip") && p_size / MAX_EXPANSION > p_packedSize) {
         return 0;
     }
-    if (innermostLoad == nullptr) {
+    uint64_t* allowance = sharedAllowance;
+    if (allowance == nullptr && innermostLoad != nullptr) {
+        allowance = innermostLoad->m_allowance;
+    }
+    if (allowance == nullptr) {
         return 1;
     }
-    uint64_t& allowance = innermostLoad->m_outermost->m_allowance;
-    if (p_size > allowance) {
+    if (p_size > *allowance) {
         return 0;
     }
-    allowance -= p_size;
+    *allowance -= p_size;
     return 1;
+}
+
+uint64_t* LoadNesting::findAllowance(IDeserializer* p_deserializer) {
+    static const String& path = makePermanent<String>("unpackAllowance");
+    VariableReference* reference = p_deserializer->getVariableReferenceByPath(path);
+    if (reference == nullptr) {
+        return nullptr;
+    }
+    void* place = reference->getType() == ZYR_VARIABLE_UINT64 ? reference->getPointer() : nullptr;
+    reference->release();
+    return static_cast<uint64_t*>(place);
+}
+
+LoadAllowance::LoadAllowance(IDeserializer* p_deserializer) : m_outer(sharedAllowance) {
+    if (uint64_t* allowance = LoadNesting::findAllowance(p_deserializer)) {
+        sharedAllowance = allowance;
+    }
+}
+
+LoadAllowance::~LoadAllowance() {
+    sharedAllowance = m_outer;
 }
 
 ObjectNesting::ObjectNesting() {

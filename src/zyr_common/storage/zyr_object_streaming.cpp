@@ -277,12 +277,13 @@ bool_t IDeserializer::readSingleObject(const String& p_name, bool_t& p_found, IO
     if (!leaveObject() || !done) {
         return 0;
     }
+    if (!isA<IDeferredFileObject>(object) && !isA<ICompressedObject>(object)) {
+        return 1;
+    }
+    const LoadAllowance allowance(this);
     if (isA<IDeferredFileObject>(object)) {
         p_found = loadDeferredObject(this, p_object);
         return p_found;
-    }
-    if (!isA<ICompressedObject>(object)) {
-        return 1;
     }
     ICompressedObject* standIn = static_cast<ICompressedObject*>(object);
     *p_object = nullptr;
