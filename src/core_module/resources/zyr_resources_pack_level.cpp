@@ -5,6 +5,7 @@
 #include "core_module/resources/zyr_reference_unfolder.h"
 #include "core_module/resources/zyr_stored_list.h"
 #include "core_module/zyr_core_class.h"
+#include "core_module/zyr_outer_layer.h"
 #include "zyr_common/memory/zyr_permanent.h"
 #include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/serialization/zyr_record_walker.h"
@@ -100,7 +101,7 @@ IResourcesCategory* ResourcesPackLevel::getCategory(bool_t p_addReference, const
 
 IResource* ResourcesPackLevel::findResource(const GUID_t& p_guid) const {
     IResource* resource = nullptr;
-    forEachCategory(this, [&](const IResourcesCategory* p_category) {
+    forEachCategory(getOuterLayer<IResourcesPack>(this), [&](const IResourcesCategory* p_category) {
         resource = resource != nullptr ? resource : p_category->getResource(0, p_guid);
     });
     return resource;
@@ -108,7 +109,7 @@ IResource* ResourcesPackLevel::findResource(const GUID_t& p_guid) const {
 
 bool_t ResourcesPackLevel::unfoldCollectedGUIDReferences(const HashMultiSet<String, GUID_t>& p_collected,
                                                          HashMultiSet<String, GUID_t>& p_unfolded) const {
-    return ReferenceUnfolder(this, p_unfolded).unfold(p_collected);
+    return ReferenceUnfolder(getOuterLayer<IResourcesPack>(this), p_unfolded).unfold(p_collected);
 }
 
 bool_t ResourcesPackLevel::updateResourceContentDigest(const GUID_t& p_guid) const {
@@ -132,7 +133,7 @@ bool_t ResourcesPackLevel::mergeResourcesPack(const IResourcesPack* p_src, HashM
         ZYR_LOG_WARN("Unable to merge a resources pack: it is null");
         return 0;
     }
-    IResourcesPack* self = static_cast<IResourcesPack*>(getTLIObject());
+    IResourcesPack* self = getOuterLayer<IResourcesPack>(this);
     return p_src->getTLIObject() == self || PackMerger(self, p_replacements).merge(p_src);
 }
 

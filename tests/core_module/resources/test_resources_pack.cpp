@@ -220,6 +220,29 @@ TEST_F(Unfolding, OfNothingGivesNothing) {
     EXPECT_TRUE(m_unfolded.isEmpty());
 }
 
+/// Has a category of its own.
+class LatePack : public WResourcesPack {
+public:
+    explicit LatePack(IResourcesCategory* p_category) : m_category(Ref<IResourcesCategory>::share(p_category)) {
+        initObjectInterface();
+    }
+    IResourcesCategory* getCategory(bool_t p_addReference, const String& p_name) const override {
+        return p_name == m_category->getName() ? m_category.get(p_addReference)
+                                               : WResourcesPack::getCategory(p_addReference, p_name);
+    }
+
+private:
+    Ref<IResourcesCategory> m_category;
+};
+
+TEST_F(Unfolding, AsksTheClassThatExtendsThePack) {
+    const auto late = makeCategory("late", {makeResource("sixth", 6).get()});
+    const auto pack = Ref<IResourcesPack>::adopt(new LatePack(late.get()));
+    m_collected.add("late", guid(6));
+    EXPECT_TRUE(pack->unfoldCollectedGUIDReferences(m_collected, m_unfolded));
+    EXPECT_THAT(textsOf(m_unfolded), ElementsAre("late:6"));
+}
+
 class Merging : public ResourcesPackTest {
 protected:
     HashMap<GUID_t, GUID_t> m_replacements;
