@@ -5,6 +5,8 @@
 #include "zyr_common/formats/zyr_stored_objects.h"
 #include "zyr_common/memory/zyr_ref.h"
 #include "zyr_common/object_containers/zyr_list_of_objects.h"
+#include "zyr_common/serialization/zyr_single_objects.h"
+#include "zyr_common/variable/zyr_variable_reference.h"
 
 namespace zyr {
 namespace {
@@ -63,6 +65,36 @@ TEST_F(StandIns, FilesThatContainEachOtherEndWithALine) {
     EXPECT_THAT(warnings(capture), ElementsAre("Unable to deserialize file: " + path("a.json") + ". It contains itself",
                                                "The object cannot be deserialized from loaded data: bad data format",
                                                "The object cannot be deserialized from loaded data: bad data format"));
+    info->release();
+}
+
+TEST_F(StandIns, FilesInAListTakeFromWhatTheLoadMayOpen) {
+    INativeFormatInfo* info = makeInfo("deferred");
+    IListOfObjects* list = zyr_createObject<IListOfObjects>();
+    info->setDeferredFile("child.json");
+    list->pushBack(info);
+    list->pushBack(info);
+    ASSERT_TRUE(zyr_saveToFile(list, "parent.json", "", 1, m_directory.getPath().c_str()));
+    const std::string bytes = TemporaryDirectory::readFile(path("parent.json"));
+    for (uint64_t most : {1, 2, 3}) {
+        auto* deserializer = static_cast<IDeserializer*>(zyr_createObjectFromName("JsonDeserializer"));
+        ASSERT_TRUE(deserializer->initialize(bytes.data(), bytes.size()));
+        deserializer->setBaseDirectory(m_directory.getPath().c_str());
+        VariableReference* files = deserializer->getVariableReferenceByPath("filesToOpen");
+        ASSERT_NE(files, nullptr);
+        auto* left = static_cast<uint64_t*>(files->getPointer());
+        *left = most;
+        bool_t found = 0;
+        IObject* object = nullptr;
+        EXPECT_EQ(deserializer->readSingleObject("fileObject", found, &object, String::getConstEmpty()), most != 1);
+        EXPECT_EQ(*left, most == 3 ? 1U : 0U);
+        if (object != nullptr) {
+            object->release();
+        }
+        files->release();
+        deserializer->release();
+    }
+    list->release();
     info->release();
 }
 

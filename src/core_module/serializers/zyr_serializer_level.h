@@ -108,10 +108,16 @@ template <class Interface> class DeserializerLevel : public DirectoryLevel<Inter
     };
 
 public:
-    /// "unpackAllowance": for the load that uses the deserializer, and for those inside it, in whichever module.
+    /// "bytesToUnpack" and "filesToOpen": what the load that uses the deserializer may still do, together with those
+    /// inside it, in whichever module.
     VariableReference* getVariableReferenceByPath(const String& p_path) override {
-        return p_path == "unpackAllowance" ? new VariableReference(ZYR_VARIABLE_UINT64, &m_unpackAllowance)
-                                           : Base::getVariableReferenceByPath(p_path);
+        if (p_path == "bytesToUnpack") {
+            return new VariableReference(ZYR_VARIABLE_UINT64, &m_bytesToUnpack);
+        }
+        if (p_path == "filesToOpen") {
+            return new VariableReference(ZYR_VARIABLE_UINT64, &m_filesToOpen);
+        }
+        return Base::getVariableReferenceByPath(p_path);
     }
     ILevelReserved* getDeserializerReserved() const override { return &m_deserializerReserved; }
     IObject* findInterfaceObjectByClassGUID(const GUID_t& p_classGUID) const override {
@@ -122,8 +128,9 @@ public:
 private:
     virtual size_t readRows(const FieldRow*, void* const*, size_t) { return 0; }
 
-    /// Bytes that may be unpacked. Without a load nothing limits them.
-    uint64_t m_unpackAllowance = UINT64_MAX;
+    // Without a load nothing is limited.
+    uint64_t m_bytesToUnpack = UINT64_MAX;
+    uint64_t m_filesToOpen = UINT64_MAX;
     mutable Reserved m_deserializerReserved{this};
 };
 

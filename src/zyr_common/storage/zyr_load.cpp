@@ -73,15 +73,20 @@ private:
     size_t m_position = 0;
 };
 
+void copyBudget(const LoadBudget& p_from, const LoadBudget& p_to) {
+    if (p_from.m_bytes != nullptr && p_to.m_bytes != nullptr) {
+        *p_to.m_bytes = *p_from.m_bytes;
+        *p_to.m_files = *p_from.m_files;
+    }
+}
+
 /// One load, from the bytes to the object.
 class LoadRun {
 public:
     LoadRun(IDeserializer* p_deserializer, LoadNesting& p_nesting)
         : m_deserializer(p_deserializer), m_nesting(p_nesting) {}
     ~LoadRun() {
-        if (m_allowance != nullptr) {
-            m_nesting.getAllowance() = *m_allowance;
-        }
+        copyBudget(m_budget, m_nesting.getBudget());
         if (m_initialized) {
             m_deserializer->deinitialize();
         }
@@ -106,7 +111,7 @@ private:
     IDeserializer* m_deserializer;
     LoadNesting& m_nesting;
     /// The deserializer's copy of the nesting's.
-    uint64_t* m_allowance = nullptr;
+    LoadBudget m_budget;
     /// What was read, null where the source has the bytes in memory.
     uint8_t* m_buffer = nullptr;
     const uint8_t* m_payload = nullptr;
@@ -173,10 +178,8 @@ LoadFailure LoadRun::run(LoadSource& p_source, const String& p_format, const Str
     if (!m_initialized) {
         return LoadFailure::NOT_INITIALIZED;
     }
-    m_allowance = LoadNesting::findAllowance(m_deserializer);
-    if (m_allowance != nullptr) {
-        *m_allowance = m_nesting.getAllowance();
-    }
+    m_budget = LoadBudget::find(m_deserializer);
+    copyBudget(m_nesting.getBudget(), m_budget);
     m_deserializer->setBaseDirectory(p_directory);
     IDeserializer* deserializer = zyr_getTopDeserializer(m_deserializer);
     bool_t found = 0;

@@ -6,6 +6,18 @@
 
 namespace zyr {
 
+/// What the outermost load of a thread and all inside it may still do together.
+struct LoadBudget {
+    /// bytes to be unpacked
+    uint64_t* m_bytes = nullptr;
+    /// files to be opened
+    uint64_t* m_files = nullptr;
+
+    /// Where a deserializer keeps the numbers for the time of its load; none for one that has no place for them. Each
+    /// module has loads of its own: what an object of another module reads knows of them only by the deserializer.
+    static LoadBudget find(IDeserializer* p_deserializer);
+};
+
 /// Lives on the stack for the time of one load. The loads of a thread form a chain.
 class LoadNesting {
 public:
@@ -20,11 +32,7 @@ public:
     /// What forbids this load, as a sentence; null if nothing does.
     const char* getObstacle() const { return m_obstacle; }
 
-    /// Bytes that the outermost load of this thread may still unpack.
-    uint64_t& getAllowance() { return *m_allowance; }
-    /// Where a deserializer keeps that number for the time of its load; null for one that has no place for it. Each
-    /// module has loads of its own: what an object of another module reads knows of them only by the deserializer.
-    static uint64_t* findAllowance(IDeserializer* p_deserializer);
+    const LoadBudget& getBudget() const { return m_budget; }
 
     /// Takes p_size bytes from what may still be unpacked. False when that is used up, and for a size that packed bytes
     /// of the format can't have come from. Without a load nothing is used up.
@@ -35,28 +43,27 @@ private:
     void enterFile(uint64_t p_device, uint64_t p_file);
 
     LoadNesting* m_outer;
-    LoadNesting* m_outermost;
     /// Identity of the file; 0 for a load from memory.
     uint64_t m_device = 0;
     uint64_t m_file = 0;
-    uint64_t m_ownAllowance = 0;
-    uint64_t* m_allowance;
-    /// Of the outermost load: files opened inside it.
-    uint32_t m_numOfFiles = 0;
+    LoadBudget m_budget;
+    // Of an outermost load.
+    uint64_t m_ownBytes = 0;
+    uint64_t m_ownFiles;
     uint32_t m_depth;
     const char* m_obstacle = nullptr;
 };
 
-/// Lives on the stack while a stand-in is replaced: loads inside it share the allowance of the deserializer.
-class LoadAllowance {
+/// Lives on the stack while a stand-in is replaced: loads inside it share the budget of the deserializer.
+class SharedBudget {
 public:
-    explicit LoadAllowance(IDeserializer* p_deserializer);
-    ~LoadAllowance();
-    LoadAllowance(const LoadAllowance&) = delete;
-    LoadAllowance& operator=(const LoadAllowance&) = delete;
+    explicit SharedBudget(IDeserializer* p_deserializer);
+    ~SharedBudget();
+    SharedBudget(const SharedBudget&) = delete;
+    SharedBudget& operator=(const SharedBudget&) = delete;
 
 private:
-    uint64_t* m_outer;
+    LoadBudget m_outer;
 };
 
 /// Lives on the stack while an object is read. A stream limits its own depth; what it cannot see are the objects around

@@ -280,7 +280,7 @@ bool_t IDeserializer::readSingleObject(const String& p_name, bool_t& p_found, IO
     if (!isA<IDeferredFileObject>(object) && !isA<ICompressedObject>(object)) {
         return 1;
     }
-    const LoadAllowance allowance(this);
+    const SharedBudget budget(this);
     if (isA<IDeferredFileObject>(object)) {
         p_found = loadDeferredObject(this, p_object);
         return p_found;
