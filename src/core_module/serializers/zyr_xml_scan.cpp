@@ -46,7 +46,8 @@ private:
     }
 
     bool scanName(const char*& p_name, size_t& p_size, bool& p_plain);
-    bool scanKey(TextNodeKind p_kind);
+    __attribute__((always_inline)) bool scanKey(TextNodeKind p_kind);
+    bool scanNewKey(TextNodeKind p_kind);
     bool scanElementName(Frame& p_frame);
     bool scanCharacter(bool& p_escaped);
     bool scanEquals();
@@ -94,7 +95,7 @@ bool XmlScanner::scanName(const char*& p_name, size_t& p_size, bool& p_plain) {
 }
 
 /// Adds the node whose name stands here.
-bool XmlScanner::scanKey(TextNodeKind p_kind) {
+inline bool XmlScanner::scanKey(TextNodeKind p_kind) {
     if (isExpected()) {
         const TextNode& twin = m_tree[m_expected];
         const size_t size = twin.m_keySize;
@@ -105,6 +106,10 @@ bool XmlScanner::scanKey(TextNodeKind p_kind) {
             return add(p_kind, name, size, twin.m_flags & (KEY_PLAIN | KEY_ITEM));
         }
     }
+    return scanNewKey(p_kind);
+}
+
+bool XmlScanner::scanNewKey(TextNodeKind p_kind) {
     const char* name = nullptr;
     size_t size = 0;
     bool plain = false;
