@@ -23,7 +23,7 @@ STYLE = """
 :root{--ink:#1c2330;--paper:#fff;--faint:#eef1f6;--line:#d8dde6;--link:#1d4fa8;color-scheme:light dark}
 @media (prefers-color-scheme:dark){:root{--ink:#e4e8f0;--paper:#14181f;--faint:#1e242e;--line:#353c49;--link:#8ab4ff}}
 body{margin:0;font:16px/1.55 system-ui,sans-serif;color:var(--ink);background:var(--paper);display:flex;flex-wrap:wrap}
-nav{flex:0 0 13rem;padding:1rem;border-right:1px solid var(--line);font-size:.9rem}nav a{display:block;padding:.15rem 0}
+nav{box-sizing:border-box;flex:0 0 15rem;padding:1rem;border-right:1px solid var(--line);font-size:.9rem}nav a{display:block;padding:.15rem 0}
 main{flex:1 1 30rem;min-width:0;max-width:54rem;padding:1rem 2rem}
 a{color:var(--link)}pre,code{background:var(--faint);font-size:.88em;border-radius:.3em}code{padding:.1em .25em}
 pre{padding:.8em;overflow-x:auto}pre code{padding:0}table{border-collapse:collapse;display:block;overflow-x:auto}
