@@ -1,5 +1,22 @@
 # Helpers that keep the folder lists short.
 
+# Groups of neighbours that are compiled as one: file-local names have to differ within a folder, not beyond it.
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS cmake/compiled-alone.txt)
+file(STRINGS cmake/compiled-alone.txt ZYR_COMPILED_ALONE REGEX "^src/")
+list(TRANSFORM ZYR_COMPILED_ALONE PREPEND "${PROJECT_SOURCE_DIR}/")
+function(zyr_group_sources target)
+    list(REMOVE_ITEM ARGN ${ZYR_COMPILED_ALONE})
+    foreach(source ${ARGN})
+        cmake_path(GET source PARENT_PATH folder)
+        cmake_path(RELATIVE_PATH folder BASE_DIRECTORY "${PROJECT_SOURCE_DIR}")
+        string(MAKE_C_IDENTIFIER "${folder}" folder)
+        math(EXPR group "0${count_${folder}} / ${ZYR_UNITY_SIZE}")
+        math(EXPR count_${folder} "0${count_${folder}} + 1")
+        set_source_files_properties(${source} TARGET_DIRECTORY ${target} PROPERTIES UNITY_GROUP "${folder}_${group}")
+    endforeach()
+    set_target_properties(${target} PROPERTIES UNITY_BUILD_MODE GROUP)
+endfunction()
+
 # zyr_sources(target SOURCES a.cpp... HEADERS a.h...)
 # Headers join the target's header set, which is what the package installs.
 function(zyr_sources target)
@@ -7,6 +24,9 @@ function(zyr_sources target)
     if(ARG_SOURCES)
         list(TRANSFORM ARG_SOURCES PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/")
         target_sources(${target} PRIVATE ${ARG_SOURCES})
+        if(ZYR_UNITY)
+            zyr_group_sources(${target} ${ARG_SOURCES})
+        endif()
     endif()
     if(ARG_HEADERS)
         list(TRANSFORM ARG_HEADERS PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/")
@@ -25,6 +45,10 @@ include(ZyrModule)
 # What is compiled for tests only is not optimized: compiling a test costs far more than running it.
 function(zyr_compile_for_tests target)
     target_compile_options(${target} PRIVATE -O0)
+    if(ZYR_SANITIZE MATCHES undefined)
+        # A third of the compiler's work goes into these; a null pointer ends the test without them, too.
+        target_compile_options(${target} PRIVATE -fno-sanitize=null,vptr)
+    endif()
 endfunction()
 
 # Lets a program's sources begin with the precompiled tests/support/zyr_test_prefix.h. They include what they use all the
