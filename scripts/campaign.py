@@ -97,7 +97,7 @@ class Run:
         corpus, findings = WORK / "corpus" / self.what, WORK / "findings"
         corpus.mkdir(parents=True, exist_ok=True)
         findings.mkdir(exist_ok=True)
-        before = set(findings.iterdir())
+        before = set(findings.glob(f"{self.what}-*"))
         # Each instrumented for itself: memory has shadows there, so the limit is a wide one.
         status, _ = follow([ROOT / f"build/fuzz/bin/fuzz_{self.what}", f"-max_total_time={seconds}", "-rss_limit_mb=4096",
                             "-timeout=60", "-print_final_stats=1", "-close_fd_mask=1",
@@ -106,7 +106,7 @@ class Run:
                             "XDG_STATE_HOME": str(WORK / "state")})
         runs = re.findall(r"stat::number_of_executed_units: (\d+)", self.tail())
         text = f"{runs[-1] if runs else 'unknown'} inputs, {len(list(corpus.iterdir()))} kept"
-        found = sorted(file.name for file in set(findings.iterdir()) - before)
+        found = sorted(file.name for file in set(findings.glob(f"{self.what}-*")) - before)
         return text + "".join(f", {name}" for name in found), status == 0 and not found, []
 
     def frames(self):

@@ -55,7 +55,7 @@ void FrameCoder::followRegion() {
 void FrameCoder::prepareSpare() {
     const PictureArea area =
         m_allowed == codecBit(LiveCodec::VP9) ? m_choice.getPicture() : PictureArea(m_choice.getRegion());
-    if (!area.isEmpty()) {
+    if (m_hasSpare && !area.isEmpty()) {
         m_spare.prepare(area.m_width, area.m_height);
     }
 }

@@ -22,13 +22,14 @@ struct CodedPart {
 
 /// Blocks are for all of the picture but the region that moves like a video; that one goes by VP9, in a context of its
 /// size. At rest, and when the region has come to rest, blocks show it exactly. The two contexts' states do not touch:
-/// what blocks leave out they have as it was. Beside VP9's context there is a spare, which the next key frame comes
+/// what blocks leave out they have as it was. Beside VP9's context there may be a spare, which the next key frame comes
 /// from; a new region waits for it, since opening takes longer than a picture may. Times are microseconds. One thread.
 class FrameCoder {
 public:
-    /// `p_codecs` must outlive the object.
-    explicit FrameCoder(const LiveCodecs& p_codecs)
-        : m_codecs(p_codecs), m_allowed(p_codecs.getCodecs()), m_spare(p_codecs) {}
+    /// `p_codecs` must outlive the object. `p_hasSpare`: a key frame of VP9 is quick, but one that is not shown stands
+    /// before it in its packet; decoders of older players don't get over that behind an error. Without, no regions.
+    explicit FrameCoder(const LiveCodecs& p_codecs, bool p_hasSpare = true)
+        : m_codecs(p_codecs), m_hasSpare(p_hasSpare), m_allowed(p_codecs.getCodecs()), m_spare(p_codecs) {}
 
     /// Leaves only codecs that all viewers know.
     void setAllowed(uint8_t p_codecs);
@@ -68,6 +69,7 @@ private:
     bool run(CodedPart& p_part, IUnpackedFrameData& p_frame, bool p_afresh, uint64_t p_time);
 
     const LiveCodecs& m_codecs;
+    bool m_hasSpare;
     RegionChoice m_choice;
     uint8_t m_allowed;
     PictureArea m_region;    ///< The choice's, as soon as there is a context for it.

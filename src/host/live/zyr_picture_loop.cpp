@@ -42,7 +42,8 @@ void silence(int p_event) {
 } // namespace
 
 struct PictureLoop::Lane {
-    Lane(const LiveCodecs& p_codecs, unsigned p_percent) : m_coder(p_codecs), m_percent(p_percent) {}
+    Lane(const LiveCodecs& p_codecs, bool p_hasSpare, unsigned p_percent)
+        : m_coder(p_codecs, p_hasSpare), m_percent(p_percent) {}
 
     FrameCoder m_coder;
     unsigned m_percent;
@@ -63,7 +64,8 @@ PictureLoop::PictureLoop(LiveSource& p_source, const LiveCodecs& p_codecs, unsig
       m_wakeEvent(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
       m_picture(std::make_unique<FramePicture>()) {
     for (unsigned i = 0; i < m_lanes.size(); i++) {
-        m_lanes[i] = std::make_unique<Lane>(p_codecs, describeLane(i).m_percent);
+        // Players of all ages get what is published.
+        m_lanes[i] = std::make_unique<Lane>(p_codecs, i != PUBLISHED_LANE, describeLane(i).m_percent);
     }
 }
 

@@ -26,6 +26,13 @@ def is_key(frame):
     return frame[0] >> 6 == 2 and not frame[0] & 12
 
 
+def has_index(packet):
+    """Whether there are several frames in it: their sizes stand at its end, between two equal bytes."""
+    last = packet[-1]
+    size = 2 + (last % 8 + 1) * (last // 8 % 4 + 1)
+    return last >> 5 == 6 and len(packet) > size and packet[-size] == last
+
+
 def count_frames(session):
     return len(frames_of_vp9(session.packets))
 
@@ -71,6 +78,16 @@ async def a_screen_at_rest_has_its_key_frames():
         async with Server(*arguments, environment={"DISPLAY": screen.display}):
             session = RtspSession(await in_thread(listener.accept))
             await in_thread(session.serve_until, lambda s: sum(is_key(frame) for _, frame in frames_of_vp9(s.packets)) >= 3)
+            session.close()
+
+
+@check
+async def key_frames_are_one_frame_each():
+    with TcpListener() as listener:
+        async with Server(MOVING, "--publish", f"rtsp://127.0.0.1:{listener.port}/screen", "--publish-key", "1"):
+            session = RtspSession(await in_thread(listener.accept))
+            await in_thread(session.serve_until, lambda s: sum(is_key(frame) for _, frame in frames_of_vp9(s.packets)) >= 3)
+            assert not any(has_index(frame) for _, frame in frames_of_vp9(session.packets))
             session.close()
 
 

@@ -153,6 +153,19 @@ protected:
 
 } // namespace
 
+TEST_F(FrameCoderTest, WithoutSpareKeyFramesStandAlone) {
+    FrameCoder plain(m_codecs, false);
+    plain.setAllowed(VP9);
+    for (unsigned i = 0; i < 3; i++) {
+        m_time += 1'100'000;
+        const auto parts = plain.encode(m_picture.getFrame(), m_changed, VP9, false, m_time);
+        plain.finishSpare();
+        ASSERT_EQ(parts.size(), 1u);
+        EXPECT_TRUE(parts[0].m_key);
+        EXPECT_FALSE(isOfSpare(parts[0]));
+    }
+}
+
 TEST_F(FrameCoderTest, SendsStillsByBlocksAlone) {
     const auto first = encode();
     ASSERT_EQ(first.size(), 1u);

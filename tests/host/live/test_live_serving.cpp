@@ -46,8 +46,8 @@ TEST_P(Publishing, Holds) {
 
 INSTANTIATE_TEST_SUITE_P(Check, Publishing,
                          testing::Values("a_media_server_gets_the_screen_from_a_key_frame_on",
-                                         "a_screen_at_rest_has_its_key_frames", "a_lost_server_is_found_again",
-                                         "an_absent_server_holds_up_nobody",
+                                         "a_screen_at_rest_has_its_key_frames", "key_frames_are_one_frame_each",
+                                         "a_lost_server_is_found_again", "an_absent_server_holds_up_nobody",
                                          "a_server_that_takes_nothing_holds_up_nobody",
                                          "the_end_of_a_video_ends_the_stream",
                                          "what_cannot_be_published_is_refused_at_once"),
