@@ -40,6 +40,7 @@ struct TlsChannel::Methods {
         Wire* wire = wireOf(p_bio);
         const ssize_t count = ::read(wire->m_descriptor, p_bytes, static_cast<size_t>(p_size));
         wire->m_drained = count < p_size;
+        wire->m_hasEnded = count == 0;
         return finish(p_bio, count, BIO_FLAGS_READ);
     }
     static int write(BIO* p_bio, const char* p_bytes, int p_size) {
@@ -50,7 +51,13 @@ struct TlsChannel::Methods {
                                        : ::write(wire->m_descriptor, p_bytes, size),
                       BIO_FLAGS_WRITE);
     }
-    static long control(BIO*, int p_command, long, void*) { return p_command == BIO_CTRL_FLUSH ? 1 : 0; }
+    static long control(BIO* p_bio, int p_command, long, void*) {
+        // Without this answer the end of a peer that says no farewell would be an error of the system.
+        if (p_command == BIO_CTRL_EOF) {
+            return wireOf(p_bio)->m_hasEnded;
+        }
+        return p_command == BIO_CTRL_FLUSH ? 1 : 0;
+    }
 
     static int chooseAlpn(SSL*, const unsigned char** p_chosen, unsigned char* p_chosenSize,
                           const unsigned char* p_offered, unsigned int p_offeredSize, void* p_wanted) {

@@ -29,6 +29,7 @@ private:
         int m_descriptor;
         bool m_isSocket;
         bool m_drained = false;
+        bool m_hasEnded = false;
         int m_error = 0;
     };
 
