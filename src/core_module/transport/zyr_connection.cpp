@@ -56,9 +56,6 @@ void Connection::release() {
         return;
     }
     if (isUnderWay()) {
-        if (m_channel != nullptr) {
-            m_channel->sayFarewell();
-        }
         closeNow(ZYR_TRANSPORT_CLOSE_LOCAL, "the transport was released");
     }
     for (const ArrivedMessage& arrived : m_arrived) {
@@ -168,6 +165,10 @@ void Connection::goOnClosing() {
 
 void Connection::closeNow(TransportCloseReasonEnum p_reason, const char* p_text) {
     noteReason(p_reason, 0, p_text);
+    // TLS wants a farewell in front of each end that is no failure of its own; nobody waits for room for it here.
+    if (m_channel != nullptr && !m_isFarewellSaid) {
+        m_channel->sayFarewell();
+    }
     getState().m_phase = ZYR_TRANSPORT_CLOSED;
     m_isInputLeft = false;
     m_queue.clear();
