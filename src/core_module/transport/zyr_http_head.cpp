@@ -42,6 +42,25 @@ bool isVisible(TextPart p_text) {
     return p_text.m_size != 0;
 }
 
+// A name or an address, and perhaps a port; an address of version 6 stands in brackets.
+bool isHost(TextPart p_text) {
+    const bool hasBrackets = p_text.m_size != 0 && p_text.m_data[0] == '[';
+    const char* others = hasBrackets ? "-._~!$&'()*+,;=%:" : "-._~!$&'()*+,;=%";
+    size_t end = hasBrackets ? 1 : 0;
+    while (end < p_text.m_size && p_text.m_data[end] != 0 &&
+           (isAlphanumeric(p_text.m_data[end]) || strchr(others, p_text.m_data[end]) != nullptr)) {
+        end++;
+    }
+    if (hasBrackets && (end == p_text.m_size || p_text.m_data[end++] != ']')) {
+        return false;
+    }
+    bool isGood = end == p_text.m_size || p_text.m_data[end] == ':';
+    for (size_t i = end + 1; i < p_text.m_size; i++) {
+        isGood = isGood && p_text.m_data[i] >= '0' && p_text.m_data[i] <= '9';
+    }
+    return isGood;
+}
+
 bool isFieldText(TextPart p_text) {
     for (size_t i = 0; i < p_text.m_size; i++) {
         const unsigned char character = static_cast<unsigned char>(p_text.m_data[i]);
@@ -144,8 +163,7 @@ bool HttpHead::readTarget() {
         m_second = slash != nullptr ? TextPart{rest.m_data + m_authority.m_size, rest.m_size - m_authority.m_size}
                                     : TextPart{"/", 1};
         // A query or a user in the place of a host is nothing that a client sends.
-        return !m_authority.isEmpty() && memchr(m_authority.m_data, '?', m_authority.m_size) == nullptr &&
-               memchr(m_authority.m_data, '@', m_authority.m_size) == nullptr;
+        return !m_authority.isEmpty() && isHost(m_authority);
     }
     return m_second.m_data[0] == '/';
 }
@@ -167,7 +185,7 @@ bool HttpHead::readRequest(const unsigned char* p_bytes, size_t p_size) {
     if (hosts > 1 || (hosts == 0 && m_minorVersion == 1)) {
         return refuse("a request has one Host");
     }
-    return true;
+    return isHost(getField("Host")) || refuse("the Host is malformed");
 }
 
 bool HttpHead::readAnswer(const unsigned char* p_bytes, size_t p_size) {

@@ -312,6 +312,20 @@ TEST_F(HttpServerTest, OtherHostsAreRefused) {
     expectStatus("GET / HTTP/1.1\r\nHost: other.example\r\n\r\n", "421");
 }
 
+TEST_F(HttpServerTest, HostsThatAreNoneAreRefused) {
+    ASSERT_TRUE(m_server->setHttpsResponse("text/plain", "x"));
+    for (const char* host : {"a b", "a/b", "a?b", "a#b", "b@a", "a\\b", "a:b", "a:1:2", "a]", "[::1", "[::1]a",
+                             "[[::1]", "[a/b]", "http://a", "\"a\"", "\xc3\xa4"}) {
+        expectStatus("GET / HTTP/1.1\r\nHost: " + std::string(host) + "\r\n\r\n", "400");
+        EXPECT_STREQ(m_end.getState().m_closeText.getData(), "the Host is malformed") << host;
+    }
+    expectStatus("GET http://a/ HTTP/1.1\r\nHost: a b\r\n\r\n", "400");
+    for (const char* host :
+         {"", "a", "a:", "a:8443", "127.0.0.1:80", "[::1]", "[::1]:80", "[fe80::1%25a]", "a_b.example"}) {
+        expectStatus("GET / HTTP/1.1\r\nHost: " + std::string(host) + "\r\n\r\n", "200");
+    }
+}
+
 TEST_F(HttpServerTest, HeadsHaveALimit) {
     ASSERT_TRUE(m_server->setHttpsResponse("text/plain", "x"));
     m_end.getFeatures().m_maxHttpHeadSize = 100;
