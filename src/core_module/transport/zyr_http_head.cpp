@@ -185,7 +185,10 @@ bool HttpHead::readRequest(const unsigned char* p_bytes, size_t p_size) {
     if (hosts > 1 || (hosts == 0 && m_minorVersion == 1)) {
         return refuse("a request has one Host");
     }
-    return isHost(getField("Host")) || refuse("the Host is malformed");
+    if (!isHost(getField("Host"))) {
+        return refuse("the Host is malformed");
+    }
+    return hasKnownLength() || refuse("the length of the body is malformed");
 }
 
 bool HttpHead::readAnswer(const unsigned char* p_bytes, size_t p_size) {
@@ -257,10 +260,24 @@ bool HttpHead::listsWord(const char* p_name, const char* p_word) const {
     return false;
 }
 
+bool HttpHead::hasKnownLength() const {
+    const TextPart length = getField("Content-Length");
+    bool isGood = countFields("Content-Length") <= 1 && (!length.isEmpty() || countFields("Content-Length") == 0);
+    for (size_t i = 0; i < length.m_size; i++) {
+        isGood = isGood && length.m_data[i] >= '0' && length.m_data[i] <= '9';
+    }
+    // The last coding says where the body ends.
+    const uint32_t codings = countFields("Transfer-Encoding");
+    TextPart list = codings != 0 ? getField("Transfer-Encoding", codings - 1) : TextPart();
+    TextPart last;
+    while (zyr_takeListItem(list, last)) {
+    }
+    return isGood && (codings == 0 || last.equalsName("chunked"));
+}
+
 bool HttpHead::hasBody() const {
-    const uint32_t lengths = countFields("Content-Length");
-    return countFields("Transfer-Encoding") != 0 || lengths > 1 ||
-           (lengths == 1 && !getField("Content-Length").equals("0"));
+    return countFields("Transfer-Encoding") != 0 ||
+           (countFields("Content-Length") != 0 && !getField("Content-Length").equals("0"));
 }
 
 } // namespace zyr

@@ -68,6 +68,7 @@ private:
     bool readTarget();
     bool readFields(TextPart p_rest);
     bool readField(TextPart p_line);
+    bool hasKnownLength() const;
 
     TextPart m_first;
     TextPart m_second;

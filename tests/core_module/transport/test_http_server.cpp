@@ -305,6 +305,22 @@ TEST_F(HttpServerTest, OnlyGetAndHeadAreAnswered) {
     expectStatus("GET / HTTP/1.1\r\nHost: a\r\nContent-Length: 0\r\n\r\n", "200");
 }
 
+TEST_F(HttpServerTest, BodiesWithoutAnEndAreMalformed) {
+    ASSERT_TRUE(m_server->setHttpsResponse("text/plain", "x"));
+    for (const char* fields :
+         {"Content-Length: five", "Content-Length: -1", "Content-Length: +1", "Content-Length: 1 1",
+          "Content-Length: 0x1", "Content-Length:", "Content-Length: 1, 2", "Content-Length: 0\r\nContent-Length: 5",
+          "Transfer-Encoding: gzip", "Transfer-Encoding: chunked, gzip", "Transfer-Encoding: xchunked",
+          "Transfer-Encoding:", "Transfer-Encoding: chunked\r\nTransfer-Encoding: identity"}) {
+        expectStatus("GET / HTTP/1.1\r\nHost: a\r\n" + std::string(fields) + "\r\n\r\n", "400");
+        EXPECT_STREQ(m_end.getState().m_closeText.getData(), "the length of the body is malformed") << fields;
+    }
+    for (const char* fields : {"Content-Length: 1", "Transfer-Encoding: gzip, Chunked",
+                               "Transfer-Encoding: gzip\r\nTransfer-Encoding: chunked"}) {
+        expectStatus("GET / HTTP/1.1\r\nHost: a\r\n" + std::string(fields) + "\r\n\r\n", "413");
+    }
+}
+
 TEST_F(HttpServerTest, OtherHostsAreRefused) {
     ASSERT_TRUE(m_server->setHttpsResponse("text/plain", "x"));
     m_end.getFeatures().m_allowedHosts.pushBack("desk.example:8443");
