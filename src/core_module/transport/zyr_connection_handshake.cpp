@@ -138,7 +138,7 @@ bool Connection::takeRequest() {
     if (size == 0 || size > m_features.m_maxHttpHeadSize) {
         m_server->refuse(m_features, 431, "the request's head is above the limit", answer);
     } else if (!head.readRequest(m_input.getData(), size)) {
-        m_server->refuse(m_features, 400, head.getFailure(), answer);
+        m_server->refuseMalformed(head, m_features, answer);
     } else {
         m_requests++;
         m_server->answer(head, m_features, m_requests >= m_features.m_maxHttpRequests, getState(), answer);

@@ -49,6 +49,18 @@ bool isUnreserved(char p_character) {
            (p_character != 0 && strchr("/-._~!$&'()*+,;=:@", p_character) != nullptr);
 }
 
+// The same head, without what follows it; refusals too.
+void dropBodyForHead(const HttpHead& p_head, HttpAnswer& p_answer) {
+    if (!p_head.getMethod().equals("HEAD")) {
+        return;
+    }
+    p_answer.m_file.m_descriptor.clear();
+    p_answer.m_body = nullptr;
+    const size_t end = HttpHead::findEnd(reinterpret_cast<const unsigned char*>(p_answer.m_head.getData()),
+                                         p_answer.m_head.getLengthInBytes());
+    p_answer.m_head = String(p_answer.m_head.getData(), end);
+}
+
 void closeFor(const char* p_failure, HttpAnswer& p_answer) {
     p_answer.m_closes = true;
     p_answer.m_reason = ZYR_TRANSPORT_CLOSE_PROTOCOL;
@@ -132,14 +144,13 @@ void HttpServer::upgrade(const HttpHead& p_head, const TransportFeatures& p_feat
 void HttpServer::answer(const HttpHead& p_head, const TransportFeatures& p_features, bool p_isLast,
                         TransportState& p_state, HttpAnswer& p_answer) const {
     decide(p_head, p_features, p_isLast, p_state, p_answer);
-    if (p_head.getMethod().equals("HEAD")) {
-        // The same head, without what follows it; refusals too.
-        p_answer.m_file.m_descriptor.clear();
-        p_answer.m_body = nullptr;
-        const size_t end = HttpHead::findEnd(reinterpret_cast<const unsigned char*>(p_answer.m_head.getData()),
-                                             p_answer.m_head.getLengthInBytes());
-        p_answer.m_head = String(p_answer.m_head.getData(), end);
-    }
+    dropBodyForHead(p_head, p_answer);
+}
+
+void HttpServer::refuseMalformed(const HttpHead& p_head, const TransportFeatures& p_features,
+                                 HttpAnswer& p_answer) const {
+    refuse(p_features, 400, p_head.getFailure(), p_answer);
+    dropBodyForHead(p_head, p_answer);
 }
 
 void HttpServer::decide(const HttpHead& p_head, const TransportFeatures& p_features, bool p_isLast,

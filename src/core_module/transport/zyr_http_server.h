@@ -36,7 +36,9 @@ public:
     /// request is taken behind this one.
     void answer(const HttpHead& p_head, const TransportFeatures& p_features, bool p_isLast, TransportState& p_state,
                 HttpAnswer& p_answer) const;
-    /// Answers what is no request, or too long: p_status is 400 or 431.
+    /// Answers what HttpHead::readRequest has refused.
+    void refuseMalformed(const HttpHead& p_head, const TransportFeatures& p_features, HttpAnswer& p_answer) const;
+    /// Answers what is too long: p_status is 431.
     void refuse(const TransportFeatures& p_features, uint32_t p_status, const char* p_failure,
                 HttpAnswer& p_answer) const;
 

@@ -111,6 +111,7 @@ TEST_F(HttpServerTest, RefusalsOfHeadHaveNoBodyEither) {
     for (const auto& [request, status] :
          {std::pair{get("/missing", "HEAD"), "404"}, std::pair{get("/%zz", "HEAD"), "400"},
           std::pair{std::string("HEAD / HTTP/1.1\r\nHost: b\r\n\r\n"), "421"},
+          std::pair{std::string("HEAD / HTTP/1.1\r\n\r\n"), "400"},
           std::pair{std::string("HEAD / HTTP/1.1\r\nHost: a\r\nContent-Length: 1\r\n\r\nx"), "413"}}) {
         m_received.clear();
         m_end.m_socket = Ref<Socket>::adopt(new Socket);
