@@ -123,8 +123,10 @@ void HttpServer::upgrade(const HttpHead& p_head, const TransportFeatures& p_feat
     p_state.m_userAgent = p_head.getField("User-Agent").getPrintable();
     if (verdict.m_status != 101) {
         closeFor(verdict.m_failure, p_answer);
-        finishFailure(p_features, verdict.m_status,
-                      verdict.m_status == 426 ? "Upgrade: websocket\r\nSec-WebSocket-Version: 13\r\n" : "", p_answer);
+        finishFailure(
+            p_features, verdict.m_status,
+            verdict.m_status == 426 ? "Connection: Upgrade\r\nUpgrade: websocket\r\nSec-WebSocket-Version: 13\r\n" : "",
+            p_answer);
         return;
     }
     p_state.m_subprotocol = verdict.m_subprotocol;

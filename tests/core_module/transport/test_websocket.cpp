@@ -200,6 +200,8 @@ TEST_F(WebSocketTest, PeerThatOnlyPingsAndNeverReadsIsNotListenedTo) {
 
 TEST_F(WebSocketTest, RequestsThatAreNoneAreRefused) {
     expectRefusal("GET /live HTTP/1.1\r\nHost: a\r\n\r\n", "426", "a WebSocket is spoken at this path");
+    // What is offered instead is between these two ends.
+    EXPECT_THAT(m_received, HasSubstr("\r\nConnection: Upgrade\r\nUpgrade: websocket\r\n"));
     expectRefusal("GET /live HTTP/1.0\r\n\r\n", "426", "a WebSocket is spoken at this path");
     std::string old = request();
     old.replace(old.find("13"), 2, "12");
