@@ -2,6 +2,8 @@
 
 #include "core_module/transport/zyr_websocket_handshake.h"
 
+#include <ctime>
+
 namespace zyr {
 
 namespace {
@@ -49,6 +51,17 @@ bool isUnreserved(char p_character) {
            (p_character != 0 && strchr("/-._~!$&'()*+,;=:@", p_character) != nullptr);
 }
 
+// As HTTP writes it, in English whatever the host's locale is.
+String getDate() {
+    constexpr const char* DAYS = "SunMonTueWedThuFriSat";
+    constexpr const char* MONTHS = "JanFebMarAprMayJunJulAugSepOctNovDec";
+    const time_t now = time(nullptr);
+    struct tm date {};
+    gmtime_r(&now, &date);
+    return String::newFormatted("%.3s, %02d %.3s %04d %02d:%02d:%02d GMT", DAYS + 3 * date.tm_wday, date.tm_mday,
+                                MONTHS + 3 * date.tm_mon, date.tm_year + 1900, date.tm_hour, date.tm_min, date.tm_sec);
+}
+
 // The same head, without what follows it; refusals too.
 void dropBodyForHead(const HttpHead& p_head, HttpAnswer& p_answer) {
     if (!p_head.getMethod().equals("HEAD")) {
@@ -89,7 +102,9 @@ void HttpServer::finish(const TransportFeatures& p_features, const char* p_conte
                          "HTTP/1.1 %u %s\r\nContent-Type: %s\r\nContent-Length: %llu\r\nConnection: %s\r\n%s",
                          p_answer.m_status, findStatus(p_answer.m_status).m_text, p_contentType,
                          static_cast<unsigned long long>(p_size), p_answer.m_closes ? "close" : "keep-alive", p_fields);
-    p_answer.m_head += "Cache-Control: no-cache\r\nX-Content-Type-Options: nosniff\r\nX-Frame-Options: DENY\r\n"
+    p_answer.m_head += "Date: ";
+    p_answer.m_head += getDate();
+    p_answer.m_head += "\r\nCache-Control: no-cache\r\nX-Content-Type-Options: nosniff\r\nX-Frame-Options: DENY\r\n"
                        "Referrer-Policy: no-referrer\r\nCross-Origin-Opener-Policy: same-origin\r\n"
                        "Cross-Origin-Resource-Policy: same-origin\r\n";
     if (!p_features.m_contentSecurityPolicy.isEmpty()) {

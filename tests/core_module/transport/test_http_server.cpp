@@ -94,6 +94,27 @@ TEST_F(HttpServerTest, AnswersCarryTheHeadersThatProtectThePage) {
     }
 }
 
+TEST_F(HttpServerTest, AnswersCarryTheDate) {
+    constexpr const char* FORM = "%a, %d %b %Y %H:%M:%S GMT";
+    setRoot();
+    for (const char* type : {"", "text/plain"}) {
+        ASSERT_TRUE(m_server->setHttpsResponse(type, "hello"));
+        const std::string answer = ask(get("/missing"));
+        const size_t begin = answer.find("\r\nDate: ");
+        ASSERT_NE(begin, std::string::npos) << answer;
+        const std::string date = answer.substr(begin + 8, 29);
+        EXPECT_EQ(answer.substr(begin + 37, 2), "\r\n");
+        tm fields{};
+        ASSERT_NE(strptime(date.c_str(), FORM, &fields), nullptr) << date;
+        EXPECT_GT(fields.tm_year, 120);
+        // The day of the week is that of the date.
+        const time_t seconds = timegm(&fields);
+        char text[40] = "";
+        strftime(text, sizeof(text), FORM, gmtime(&seconds));
+        EXPECT_EQ(date, text);
+    }
+}
+
 TEST_F(HttpServerTest, HeadHasTheSameHeadAndNoBody) {
     ASSERT_TRUE(m_server->setHttpsResponse("text/plain", "hello"));
     m_isHead = true;
