@@ -37,7 +37,9 @@ bool Connection::send(const MessageEnvelope& p_envelope, const void* p_header, c
         return false;
     }
     const uint64_t headerSize = p_envelope.m_headerSize;
-    if (headerSize > m_features.m_maxHeaderSize || headerSize > m_features.m_maxMessageSize ||
+    // The size shares its place with the sign of an object, whatever the limits are.
+    if (headerSize >= MessageEnvelope::HAS_OBJECT || headerSize > m_features.m_maxHeaderSize ||
+        headerSize > m_features.m_maxMessageSize ||
         p_envelope.m_payloadSize > m_features.m_maxMessageSize - headerSize) {
         ZYR_LOG_WARN("Unable to send a message: %u bytes of header and %llu bytes of payload are above the limit",
                      p_envelope.m_headerSize, static_cast<unsigned long long>(p_envelope.m_payloadSize));

@@ -111,6 +111,20 @@ TEST_F(TransportLimits, MoreInputThanOneTurnTakesIsTakenInTheNextOnes) {
     EXPECT_TRUE(payloadOf(*m_end.m_messages[0]) == std::string(3 * MEGABYTE, 'm'));
 }
 
+TEST_F(TransportLimits, HeaderThatTheEnvelopeCannotTellIsRefused) {
+    m_end.create<ITransport>();
+    m_end.getFeatures().m_maxMessageSize = UINT64_MAX;
+    m_end.getFeatures().m_maxHeaderSize = UINT32_MAX;
+    makePeer(m_end);
+    ASSERT_TRUE(m_end.m_transport->initialize(m_end.m_socket.get()));
+    EXPECT_FALSE(m_end.m_transport->sendMessage(1, 0x80000000, "", 0, nullptr, 0));
+    EXPECT_TRUE(m_end.isOpen());
+    EXPECT_EQ(m_end.getState().m_lastTakenID, 0u);
+    EXPECT_EQ(m_end.getState().m_sentBytes, 0u);
+    EXPECT_EQ(m_application->getMessages().back(),
+              "Unable to send a message: 2147483648 bytes of header and 0 bytes of payload are above the limit");
+}
+
 TEST_F(TransportLimits, ClientDoesNotAskForSubprotocolsThatAreNone) {
     auto* client = m_end.create<IClientTransport>();
     client->getMutableFeatures()->m_webSocketPath = "/live";
