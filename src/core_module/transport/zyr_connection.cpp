@@ -114,11 +114,15 @@ void Connection::noteReason(TransportCloseReasonEnum p_reason, uint32_t p_code, 
     if (state.m_closeReason != ZYR_TRANSPORT_CLOSE_NONE) {
         return;
     }
+    // A socket that is not connected has no address of its peer yet.
+    const char* peer = state.m_phase == ZYR_TRANSPORT_CONNECTING ? "a peer that was not reached"
+                       : m_peer.isEmpty()                        ? "a local peer"
+                                                                 : m_peer.getData();
     state.m_closeReason = p_reason;
     state.m_closeCode = p_code;
     state.m_closeText = p_text;
     if (!isOrdinary(p_reason)) {
-        ZYR_LOG_WARN("The connection with %s ends: %s", m_peer.isEmpty() ? "a local peer" : m_peer.getData(), p_text);
+        ZYR_LOG_WARN("The connection with %s ends: %s", peer, p_text);
     }
 }
 

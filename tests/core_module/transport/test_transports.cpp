@@ -307,6 +307,8 @@ TEST_F(FramesTest, ConnectionThatFailsIsTold) {
     ASSERT_TRUE(m_left.m_socket->connectTcp("127.0.0.1", port));
     ASSERT_TRUE(m_left.m_transport->initialize(m_left.m_socket.get()));
     expectEnd(ZYR_TRANSPORT_CLOSE_NOT_CONNECTED, "the connection could not be made");
+    EXPECT_EQ(m_application->getMessages().back(),
+              "The connection with a peer that was not reached ends: the connection could not be made");
 }
 
 TEST_F(FramesTest, RefusesSocketsThatCannotCarryMessages) {
