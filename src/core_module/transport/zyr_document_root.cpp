@@ -1,5 +1,7 @@
 #include "core_module/transport/zyr_document_root.h"
 
+#include "zyr_common/text/zyr_c_locale.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 
@@ -39,7 +41,7 @@ constexpr ContentType CONTENT_TYPES[] = {
 const char* findContentType(const char* p_name) {
     const char* dot = strrchr(p_name, '.');
     for (const ContentType& entry : CONTENT_TYPES) {
-        if (dot != nullptr && strcasecmp(dot + 1, entry.m_extension) == 0) {
+        if (dot != nullptr && strcasecmp_l(dot + 1, entry.m_extension, getCLocale()) == 0) {
             return entry.m_type;
         }
     }

@@ -1,5 +1,7 @@
 #include "core_module/transport/zyr_http_head.h"
 
+#include "zyr_common/text/zyr_c_locale.h"
+
 #include <strings.h>
 
 namespace zyr {
@@ -112,7 +114,7 @@ String TextPart::getPrintable() const {
 }
 
 bool TextPart::equalsName(const char* p_text) const {
-    return strlen(p_text) == m_size && strncasecmp(m_data, p_text, m_size) == 0;
+    return strlen(p_text) == m_size && strncasecmp_l(m_data, p_text, m_size, getCLocale()) == 0;
 }
 
 bool zyr_takeListItem(TextPart& p_list, TextPart& p_item) {

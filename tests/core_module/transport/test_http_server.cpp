@@ -1,5 +1,7 @@
 #include "core_module/transport/transport_test.h"
 
+#include <clocale>
+#include <strings.h>
 #include <sys/stat.h>
 
 namespace zyr {
@@ -391,6 +393,24 @@ TEST_F(HttpServerTest, HalfARequestIsALostConnection) {
     ::shutdown(m_peer, SHUT_WR);
     ASSERT_TRUE(pump({&m_end}, [&] { return m_end.isClosed(); }));
     EXPECT_EQ(m_end.getState().m_closeReason, ZYR_TRANSPORT_CLOSE_LOST);
+}
+
+TEST_F(HttpServerTest, CaseOfNamesFollowsNoLocaleOfTheHost) {
+    setRoot();
+    m_directory.writeFile("root/A.GIF", "picture");
+    const std::string command = "localedef -i tr_TR -f UTF-8 " + m_directory.getPath() + "tr_TR.UTF-8 >/dev/null 2>&1";
+    if (system(command.c_str()) != 0) {
+        GTEST_SKIP() << "localedef or its sources are missing (the package locales)";
+    }
+    setenv("LOCPATH", m_directory.getPath().c_str(), 1);
+    ASSERT_NE(setlocale(LC_ALL, "tr_TR.UTF-8"), nullptr);
+    // There the small form of I is another letter.
+    EXPECT_NE(strcasecmp("I", "i"), 0);
+    const std::string answer = ask("GET /A.GIF HTTP/1.1\r\nHost: a\r\nCONNECTION: close\r\n\r\n");
+    setlocale(LC_ALL, "C");
+    unsetenv("LOCPATH");
+    EXPECT_THAT(answer, HasSubstr("Content-Type: image/gif\r\n"));
+    EXPECT_THAT(answer, HasSubstr("Connection: close\r\n"));
 }
 
 TEST_F(HttpServerTest, SettingsAreChecked) {
