@@ -173,8 +173,9 @@ bool HttpHead::readTarget() {
 bool HttpHead::readRequest(const unsigned char* p_bytes, size_t p_size) {
     TextPart rest{reinterpret_cast<const char*>(p_bytes), p_size};
     TextPart line;
-    if (!cut(rest, LINE_END, line) || !cut(line, " ", m_first) || !cut(line, " ", m_second) || !isToken(m_first) ||
-        !isVisible(m_second) || !readTarget()) {
+    // Old clients send an empty line behind a request, which then is in front of the next one.
+    if (!cut(rest, LINE_END, line) || (line.isEmpty() && !cut(rest, LINE_END, line)) || !cut(line, " ", m_first) ||
+        !cut(line, " ", m_second) || !isToken(m_first) || !isVisible(m_second) || !readTarget()) {
         return refuse("the request line is malformed");
     }
     if (!readVersion(line, m_minorVersion)) {

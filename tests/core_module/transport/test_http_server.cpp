@@ -320,6 +320,12 @@ TEST_F(HttpServerTest, MalformedRequestsAreRefusedAndLogged) {
                 HasSubstr("The connection with a local peer ends: the request line is malformed"));
 }
 
+TEST_F(HttpServerTest, OneEmptyLineInFrontOfARequestIsLetPass) {
+    ASSERT_TRUE(m_server->setHttpsResponse("text/plain", "x"));
+    expectStatus("\r\n" + get("/"), "200");
+    expectStatus("\r\n\r\n" + get("/"), "400");
+}
+
 TEST_F(HttpServerTest, OnlyGetAndHeadAreAnswered) {
     ASSERT_TRUE(m_server->setHttpsResponse("text/plain", "x"));
     EXPECT_THAT(ask(get("/", "DELETE")), HasSubstr("405 Method Not Allowed\r\n"));
