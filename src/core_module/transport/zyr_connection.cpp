@@ -74,7 +74,9 @@ bool Connection::turn(uint64_t p_limit) {
     if (!isUnderWay()) {
         return false;
     }
-    m_isInputDrained = m_isInputLeft = false;
+    m_isInputDrained = false;
+    // What an open connection has left is for receive to take: a turn in between must not let it be forgotten.
+    m_isInputLeft = m_isInputLeft && getState().m_phase == ZYR_TRANSPORT_OPEN;
     advance(p_limit);
     checkTimes();
     publish();

@@ -103,6 +103,10 @@ TEST_F(TransportLimits, MoreInputThanOneTurnTakesIsTakenInTheNextOnes) {
     // It asks to be called at once, since no event will tell of what is left.
     EXPECT_NE(m_end.getState().m_deadline, 0);
     EXPECT_LE(m_end.getState().m_deadline, zyr_getCurrentTime());
+    // Also behind a turn that sends.
+    EXPECT_TRUE(m_end.m_transport->iterateSender());
+    EXPECT_NE(m_end.getState().m_deadline, 0);
+    EXPECT_LE(m_end.getState().m_deadline, zyr_getCurrentTime());
     for (int turns = 0; m_end.m_messages.empty() && turns < 10; turns++) {
         m_end.turn();
     }
