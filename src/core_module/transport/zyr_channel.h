@@ -35,6 +35,8 @@ public:
     bool isWriteWaitingForInput() const { return m_writeWaitsForInput; }
     /// Whether the last read took all that the kernel had.
     bool isDrained() const { return m_drained; }
+    /// Whether bytes that came wait here, of which the descriptor does not tell.
+    bool holdsInput() const { return m_holdsInput; }
     TransportCloseReasonEnum getReason() const { return m_reason; }
     const String& getFailure() const { return m_failure; }
 
@@ -48,6 +50,7 @@ protected:
     bool m_needsWritable = false;
     bool m_writeWaitsForInput = false;
     bool m_drained = false;
+    bool m_holdsInput = false;
 
 private:
     TransportCloseReasonEnum m_reason = ZYR_TRANSPORT_CLOSE_LOST;

@@ -69,6 +69,8 @@ void Connection::open() {
     }
     m_lastInput = m_lastPing = zyr_getCurrentTime();
     m_isInputDrained = false;
+    // Messages that came with the end of the handshake.
+    m_isInputLeft = m_input.getSize() != 0 || m_channel->holdsInput();
 }
 
 bool Connection::fillHead(size_t& p_headSize) {

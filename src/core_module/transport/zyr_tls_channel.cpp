@@ -168,6 +168,7 @@ ChannelResultEnum TlsChannel::handshake(TransportState& p_state) {
     if (result != CHANNEL_DONE) {
         return result;
     }
+    m_holdsInput = SSL_has_pending(m_connection.m_ssl.get()) != 0;
     describe(p_state);
     if (m_connection.m_fingerprints.isEmpty()) {
         return CHANNEL_DONE;
@@ -185,7 +186,8 @@ ChannelResultEnum TlsChannel::read(void* p_bytes, size_t p_size, size_t& p_moved
     SSL* ssl = m_connection.m_ssl.get();
     p_moved = 0;
     const int result = SSL_read_ex(ssl, p_bytes, p_size, &p_moved);
-    m_drained = m_wire.m_drained && SSL_has_pending(ssl) == 0;
+    m_holdsInput = SSL_has_pending(ssl) != 0;
+    m_drained = m_wire.m_drained && !m_holdsInput;
     return afterCall(result);
 }
 

@@ -160,6 +160,25 @@ TEST_F(TransportLimits, ClearedServerAnswersNothing) {
 
 class SecureLimits : public SecureTest {};
 
+TEST_F(SecureLimits, MessageThatComesWithTheHandshakeIsAskedFor) {
+    makePair(m_left, m_right);
+    ASSERT_TRUE(startServer() && startClient());
+    m_server->iterateSender();
+    m_client->iterateSender();
+    ASSERT_TRUE(m_right.isOpen());
+    EXPECT_TRUE(m_right.send(7, "", "x"));
+    m_server->iterateSender();
+    ASSERT_TRUE(m_left.isOpen());
+    // The descriptor has told of everything.
+    char byte = 0;
+    EXPECT_EQ(::recv(m_left.m_socket->getDescriptor(), &byte, 1, MSG_PEEK | MSG_DONTWAIT), -1);
+    EXPECT_NE(m_left.getState().m_deadline, 0);
+    EXPECT_LE(m_left.getState().m_deadline, zyr_getCurrentTime());
+    m_left.turn();
+    ASSERT_EQ(m_left.m_messages.size(), 1u);
+    EXPECT_EQ(m_left.getState().m_deadline, 0);
+}
+
 TEST_F(SecureLimits, FarewellWaitsForRoom) {
     makePair(m_left, m_right);
     ASSERT_TRUE(startServer() && startClient());

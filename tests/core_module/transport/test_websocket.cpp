@@ -309,6 +309,22 @@ TEST_F(WebSocketTest, ClientRefusesAnswersThatAreNone) {
     }
 }
 
+TEST_F(WebSocketTest, MessageThatComesWithTheAnswerIsAskedFor) {
+    makePeer(m_right);
+    ASSERT_TRUE(m_client->initialize(m_right.m_socket.get()));
+    ASSERT_TRUE(pump({&m_right}, [&] { return m_received.find("\r\n\r\n") != std::string::npos; }));
+    const size_t key = m_received.find("Sec-WebSocket-Key: ") + 19;
+    writePeer("HTTP/1.1 101 Switching Protocols\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n"
+              "Sec-WebSocket-Accept: " +
+              acceptOf(m_received.substr(key, 24)) + "\r\n\r\n\x82\x18" + envelope(7, 1, 0, 0));
+    EXPECT_TRUE(m_client->iterateSender());
+    ASSERT_TRUE(m_right.isOpen());
+    EXPECT_NE(m_right.getState().m_deadline, 0);
+    m_right.turn();
+    EXPECT_EQ(m_right.m_messages.size(), 1u);
+    EXPECT_EQ(m_right.getState().m_deadline, 0);
+}
+
 TEST_F(WebSocketTest, ShutdownBeforeTheAnswerEndsTheConnection) {
     makePeer(m_right);
     ASSERT_TRUE(m_client->initialize(m_right.m_socket.get()));
