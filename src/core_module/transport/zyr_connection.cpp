@@ -171,8 +171,9 @@ void Connection::goOnClosing() {
 
 void Connection::closeNow(TransportCloseReasonEnum p_reason, const char* p_text) {
     noteReason(p_reason, 0, p_text);
-    // TLS wants a farewell in front of each end that is no failure of its own; nobody waits for room for it here.
-    if (m_channel != nullptr && !m_isFarewellSaid) {
+    // TLS wants a farewell in front of each end that is no failure of its own; nobody waits for room for it here. Where
+    // the host has closed the socket, the descriptor's number can be somebody else's by now.
+    if (m_channel != nullptr && !m_isFarewellSaid && m_socket->getDescriptor() >= 0) {
         m_channel->sayFarewell();
     }
     getState().m_phase = ZYR_TRANSPORT_CLOSED;

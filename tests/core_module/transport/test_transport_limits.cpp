@@ -52,6 +52,27 @@ TEST_F(TransportLimits, MessagesThatNobodyTookGoWithTheTransport) {
     EXPECT_EQ(m_end.getState().m_receivedMessages, 1u);
 }
 
+TEST_F(TransportLimits, ReleaseLeavesTheNumberOfAClosedDescriptorAlone) {
+    m_end.create<ITransport>();
+    makePeer(m_end);
+    ASSERT_TRUE(m_end.m_transport->initialize(m_end.m_socket.get()));
+    const int number = m_end.m_socket->getDescriptor();
+    m_end.m_socket->close();
+    // The system gives the number to the next one that asks.
+    int others[2];
+    ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, others), 0);
+    if (others[0] != number) {
+        ASSERT_EQ(dup2(others[0], number), number);
+        ::close(others[0]);
+    }
+    m_end.m_transport.clear();
+    char byte = 0;
+    EXPECT_EQ(::recv(others[1], &byte, 1, MSG_DONTWAIT), -1) << "it was ended";
+    EXPECT_EQ(m_end.getState().m_phase, ZYR_TRANSPORT_CLOSED);
+    ::close(number);
+    ::close(others[1]);
+}
+
 TEST_F(TransportLimits, PeerThatTakesNoAnswersIsNotListenedTo) {
     openWebSocket();
     const std::string ping = frame(0x89, std::string(125, 'p'));
