@@ -167,7 +167,9 @@ bool HttpHead::readTarget() {
         // A query or a user in the place of a host is nothing that a client sends.
         return !m_authority.isEmpty() && isHost(m_authority);
     }
-    return m_second.m_data[0] == '/';
+    // These methods have targets of their own; that they are not answered is said later.
+    return m_second.m_data[0] == '/' || (m_first.equals("OPTIONS") && m_second.equals("*")) ||
+           (m_first.equals("CONNECT") && isHost(m_second));
 }
 
 bool HttpHead::readRequest(const unsigned char* p_bytes, size_t p_size) {

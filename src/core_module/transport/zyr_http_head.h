@@ -41,7 +41,8 @@ public:
     const char* getFailure() const { return m_failure; }
     /// Of a request.
     TextPart getMethod() const { return m_first; }
-    /// Of a request: begins with "/", also where the request had the absolute form ("https://desk.example/path").
+    /// Of a request: begins with "/", also where the request had the absolute form ("https://desk.example/path"); but
+    /// OPTIONS can have "*", and CONNECT has a host.
     TextPart getTarget() const { return m_second; }
     /// Of a request: that of the absolute form, or else the field Host.
     TextPart getHost() const { return m_authority.isEmpty() ? getField("Host") : m_authority; }

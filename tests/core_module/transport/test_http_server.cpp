@@ -330,6 +330,11 @@ TEST_F(HttpServerTest, OnlyGetAndHeadAreAnswered) {
     ASSERT_TRUE(m_server->setHttpsResponse("text/plain", "x"));
     EXPECT_THAT(ask(get("/", "DELETE")), HasSubstr("405 Method Not Allowed\r\n"));
     EXPECT_THAT(ask(get("/", "POST")), HasSubstr("Allow: GET, HEAD\r\n"));
+    expectStatus(get("*", "OPTIONS"), "405");
+    expectStatus(get("a:443", "CONNECT"), "405");
+    EXPECT_THAT(m_application->getMessages(), IsEmpty());
+    expectStatus(get("*", "POST"), "400");
+    expectStatus(get("a/b", "CONNECT"), "400");
     expectStatus("POST / HTTP/1.1\r\nHost: a\r\nContent-Length: 5\r\n\r\n", "413");
     expectStatus("GET / HTTP/1.1\r\nHost: a\r\nTransfer-Encoding: chunked\r\n\r\n", "413");
     expectStatus("GET / HTTP/1.1\r\nHost: a\r\nContent-Length: 0\r\n\r\n", "200");
