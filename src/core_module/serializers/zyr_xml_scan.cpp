@@ -5,6 +5,7 @@
 #include "core_module/serializers/zyr_xml_input.h"
 #include "core_module/serializers/zyr_xml_name_roles.h"
 #include "core_module/serializers/zyr_xml_output.h"
+#include "zyr_common/text/zyr_c_locale.h"
 
 #include <strings.h>
 
@@ -236,8 +237,8 @@ bool XmlScanner::checkEncoding() {
     for (uint32_t i = 1; i < m_tree.getSize(); i++) {
         const TextNode& attribute = m_tree[i];
         const char* value = m_tree.getText() + attribute.m_value;
-        const bool isKnown = (attribute.m_valueSize == 5 && strncasecmp(value, "utf-8", 5) == 0) ||
-                             (attribute.m_valueSize == 8 && strncasecmp(value, "us-ascii", 8) == 0);
+        const bool isKnown = (attribute.m_valueSize == 5 && strncasecmp_l(value, "utf-8", 5, getCLocale()) == 0) ||
+                             (attribute.m_valueSize == 8 && strncasecmp_l(value, "us-ascii", 8, getCLocale()) == 0);
         if (m_tree.hasKey(attribute, "encoding") && !isKnown) {
             return fail("the encoding is not UTF-8");
         }
