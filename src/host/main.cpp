@@ -21,6 +21,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <exception>
+#include <iostream>
+#include <sstream>
 
 namespace zyr::host {
 
@@ -350,6 +352,13 @@ struct Program {
         }
         return static_cast<int>(mark - p_arguments);
     }
+
+    /// Prints help, the version or what is wrong with the arguments. Gives the exit code.
+    int tell(const CLI::Error& p_error) const {
+        std::ostringstream text;
+        const int code = m_app.exit(p_error, text, std::cerr);
+        return !printText(text.str()) ? EXIT_RUN_FAILED : code == 0 ? EXIT_DONE : EXIT_USAGE;
+    }
 };
 
 } // namespace
@@ -366,13 +375,13 @@ int main(int argc, char** argv) {
         // The library tells of a missing subcommand where there is one that it does not know.
         const std::vector<std::string> unknown = program.m_app.remaining(true);
         if (unknown.empty() || unknown[0][0] == '-' || std::string(error.what()) != "A subcommand is required") {
-            return program.m_app.exit(error) == 0 ? EXIT_DONE : EXIT_USAGE;
+            return program.tell(error);
         }
         fprintf(stderr, "'%s' is no subcommand\nRun with --help for more information.\n",
                 maskControls(unknown[0]).c_str());
         return EXIT_USAGE;
     } catch (const CLI::ParseError& error) {
-        return program.m_app.exit(error) == 0 ? EXIT_DONE : EXIT_USAGE;
+        return program.tell(error);
     } catch (const UsageError& error) {
         fprintf(stderr, "zyr-host: %s\n", error.what());
         return EXIT_USAGE;

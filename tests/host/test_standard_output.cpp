@@ -80,7 +80,8 @@ TEST_F(StandardOutput, TakesARelativeLogDirectoryFromTheCurrentOne) {
 TEST_F(StandardOutput, IsNotLostWithoutAWord) {
     std::ofstream(m_directory.getPath() + "layout.json") << R"({"root": {"width": 10, "height": 10}})";
     for (const std::string& command :
-         {std::string("inspect"), std::string("inspect --json"), std::string("session"), std::string("path 'M 0 0'"),
+         {std::string("--help"), std::string("--version"), std::string("stream --help"), std::string("inspect"),
+          std::string("inspect --json"), std::string("session"), std::string("path 'M 0 0'"),
           "layout " + m_directory.getPath() + "layout.json"}) {
         const ProgramRun run = runProgram("/bin/sh", {"-c", ZYR_HOST_PROGRAM " " + command + " > /dev/full"});
         EXPECT_EQ(run.m_exitCode, 1) << command;
