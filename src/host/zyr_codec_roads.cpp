@@ -7,6 +7,7 @@ extern "C" {
 }
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <grp.h>
 #include <sys/stat.h>
@@ -43,10 +44,10 @@ struct Diagnosis {
     std::string m_cure;
 };
 
-std::vector<std::string> listRenderNodes() {
+std::vector<std::string> listRenderNodes(const std::string& p_devices) {
     std::vector<std::string> nodes;
     std::error_code error;
-    for (const auto& entry : fs::directory_iterator("/dev/dri", error)) {
+    for (const auto& entry : fs::directory_iterator(p_devices, error)) {
         if (entry.path().filename().string().starts_with("renderD")) {
             nodes.push_back(entry.path());
         }
@@ -56,20 +57,27 @@ std::vector<std::string> listRenderNodes() {
 }
 
 /// Opens the device as the codecs do. Empty when it works.
-Diagnosis diagnoseVaapi() {
+Diagnosis diagnoseVaapi(const std::string& p_devices) {
     AVBufferRef* device = nullptr;
     const int result = av_hwdevice_ctx_create(&device, AV_HWDEVICE_TYPE_VAAPI, nullptr, nullptr, 0);
     av_buffer_unref(&device);
     if (result >= 0) {
         return {};
     }
-    const std::vector<std::string> nodes = listRenderNodes();
+    const std::vector<std::string> nodes = listRenderNodes(p_devices);
     if (nodes.empty()) {
-        return {"there is no render node in /dev/dri (" + errorText(result) + ")",
+        return {"there is no render node in " + p_devices + " (" + errorText(result) + ")",
                 "a graphics processor with its kernel driver, or /dev/dri handed into the container"};
     }
+    const char* driver = getenv("LIBVA_DRIVER_NAME");
     for (const std::string& node : nodes) {
-        if (access(node.c_str(), R_OK | W_OK) == 0) {
+        const bool opens = access(node.c_str(), R_OK | W_OK) == 0;
+        if (opens && driver != nullptr && *driver != 0) {
+            return {"libva finds no driver that works with " + node + " (LIBVA_DRIVER_NAME names " + driver +
+                        "): " + errorText(result),
+                    "unset LIBVA_DRIVER_NAME, so that libva finds the driver itself"};
+        }
+        if (opens) {
             return {"libva finds no driver that works with " + node + " (" + errorText(result) + ")",
                     "the package with the VA driver of this graphics processor (intel-media-va-driver or "
                     "mesa-va-drivers); vainfo shows what it does"};
@@ -82,7 +90,7 @@ Diagnosis diagnoseVaapi() {
                                                       ", and a new login"};
 }
 
-Diagnosis diagnose(const KnownRoad& p_road) {
+Diagnosis diagnose(const KnownRoad& p_road, const std::string& p_devices) {
     const bool isThere = p_road.m_isEncoder ? avcodec_find_encoder_by_name(p_road.m_implementation) != nullptr
                                             : avcodec_find_decoder_by_name(p_road.m_implementation) != nullptr;
     if (!isThere) {
@@ -93,7 +101,7 @@ Diagnosis diagnose(const KnownRoad& p_road) {
         return {std::string("no loaded plug-in offers it, or it could not be opened (the log tells the error)"),
                 "the plug-in zyr_ffmpeg.so in a directory of plug-ins"};
     }
-    const Diagnosis device = diagnoseVaapi();
+    const Diagnosis device = diagnoseVaapi(p_devices);
     if (!device.m_failed.empty()) {
         return device;
     }
@@ -137,11 +145,11 @@ template <typename Record> void addForeign(const Record& p_record, bool p_isEnco
 
 } // namespace
 
-std::vector<CodecRoad> explainRoads(const Market& p_market) {
+std::vector<CodecRoad> explainRoads(const Market& p_market, const std::string& p_devices) {
     std::vector<CodecRoad> roads;
     for (const KnownRoad& known : KNOWN_ROADS) {
         const bool usable = isOffered(p_market, known);
-        const Diagnosis diagnosis = usable ? Diagnosis() : diagnose(known);
+        const Diagnosis diagnosis = usable ? Diagnosis() : diagnose(known, p_devices);
         roads.push_back({known.m_isEncoder, known.m_codec, known.m_implementation, known.m_hardware, usable,
                          tryText(known), diagnosis.m_failed, diagnosis.m_cure});
     }

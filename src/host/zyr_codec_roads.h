@@ -21,7 +21,7 @@ struct CodecRoad {
 };
 
 /// The roads that FFmpeg's plug-in knows, in its order, judged by what the market offers; each that is not offered is
-/// tried again step by step. Behind them what other plug-ins offer.
-std::vector<CodecRoad> explainRoads(const Market& p_market);
+/// tried again step by step. Behind them what other plug-ins offer. Render nodes are looked for in `p_devices`.
+std::vector<CodecRoad> explainRoads(const Market& p_market, const std::string& p_devices = "/dev/dri");
 
 } // namespace zyr::host

@@ -4,6 +4,7 @@
 #include "host/doctor/zyr_checked_libraries.h"
 #include "host/doctor/zyr_checked_system.h"
 #include "host/doctor/zyr_child_question.h"
+#include "host/zyr_codec_roads.h"
 
 #include "support/render_node/zyr_render_node.h"
 #include "support/zyr_private_mounts.h"
@@ -129,6 +130,21 @@ TEST_F(DoctorGraphics, HaveADriverThatDoesNotWorkWithTheNode) {
     const Finding unnamed = check();
     EXPECT_EQ(unnamed.m_state, FindingState::NO);
     EXPECT_EQ(unnamed.m_cure, "apt-get install intel-media-va-driver");
+}
+
+TEST_F(DoctorGraphics, LetRoadsBlameTheDriverThatTheEnvironmentNames) {
+    plugIn();
+    useDriver(ZYR_TEST_VA_DRIVER_DIR, "nosuchdriver");
+    const CodecRoad named = explainRoads({}, m_places.m_devices).at(1);
+    EXPECT_EQ(named.m_implementation, "vp9_vaapi");
+    EXPECT_THAT(named.m_failed, StartsWith("libva finds no driver that works with " + m_node +
+                                           " (LIBVA_DRIVER_NAME names nosuchdriver): "));
+    EXPECT_EQ(named.m_cure, "unset LIBVA_DRIVER_NAME, so that libva finds the driver itself");
+    setenv("LIBVA_DRIVERS_PATH", m_root.c_str(), 1);
+    unsetenv("LIBVA_DRIVER_NAME");
+    const CodecRoad unnamed = explainRoads({}, m_places.m_devices).at(1);
+    EXPECT_THAT(unnamed.m_failed, StartsWith("libva finds no driver that works with " + m_node + " ("));
+    EXPECT_THAT(unnamed.m_cure, StartsWith("the package with the VA driver of this graphics processor"));
 }
 
 TEST_F(DoctorGraphics, HaveADriverThatCrashes) {
