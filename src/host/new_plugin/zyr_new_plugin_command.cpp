@@ -2,15 +2,16 @@
 
 #include "host/new_plugin/zyr_plugin_templates.h"
 #include "host/zyr_command_line.h"
+#include "host/zyr_output_file.h"
 #include "host/zyr_run_error.h"
 #include "host/zyr_standard_output.h"
 #include "zyr_common/digest/zyr_guid.h"
 
 #include <cctype>
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <sys/random.h>
+#include <vector>
 
 namespace zyr::host {
 
@@ -75,20 +76,50 @@ std::string replaceWords(std::string p_text, const std::map<std::string, std::st
     return p_text;
 }
 
-void writeFile(const fs::path& p_path, const std::string& p_text) {
-    std::error_code error;
-    fs::create_directories(p_path.parent_path(), error);
-    std::ofstream file(p_path, std::ios::binary);
-    file << p_text;
-    file.close();
-    if (!file) {
-        throw RunError("the file '" + p_path.string() + "' cannot be written");
+/// The files of a project and their directories. Half a project is no use: what was made is removed unless it is kept.
+class NewFiles {
+public:
+    NewFiles() = default;
+    ~NewFiles() {
+        std::error_code error;
+        for (auto path = m_made.rbegin(); path != m_made.rend(); ++path) {
+            fs::remove(*path, error);
+        }
     }
-    if (p_text.compare(0, 2, "#!") == 0) {
-        fs::permissions(p_path, fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec,
-                        fs::perm_options::add, error);
+    NewFiles(const NewFiles&) = delete;
+    NewFiles& operator=(const NewFiles&) = delete;
+
+    void keep() { m_made.clear(); }
+
+    void write(const fs::path& p_path, const std::string& p_text) {
+        makeDirectory(p_path.parent_path());
+        OutputFile file(p_path.string());
+        m_made.push_back(p_path);
+        file.write(p_text.data(), p_text.size());
+        file.close();
+        if (p_text.compare(0, 2, "#!") == 0) {
+            std::error_code error;
+            fs::permissions(p_path, fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec,
+                            fs::perm_options::add, error);
+        }
     }
-}
+
+private:
+    void makeDirectory(const fs::path& p_path) {
+        std::error_code error;
+        if (p_path.empty() || fs::is_directory(p_path, error)) {
+            return;
+        }
+        makeDirectory(p_path.parent_path());
+        if (fs::create_directory(p_path, error)) {
+            m_made.push_back(p_path);
+        } else if (error) {
+            throw RunError("cannot make the directory '" + p_path.string() + "': " + error.message());
+        }
+    }
+
+    std::vector<fs::path> m_made;
+};
 
 } // namespace
 
@@ -109,13 +140,15 @@ int runNewPlugin(const NewPluginOptions& p_options) {
     const std::map<std::string, std::string> words = makeWords(p_options);
     const std::map<std::string, std::string> tour = {
         {"%tour%", p_options.m_kind == "codec" ? CODEC_TOUR : OBJECTS_TOUR}};
+    NewFiles files;
     for (const PluginTemplate& file : listPluginTemplates()) {
         const std::string folder = file.m_folder;
         if (folder == "common" || folder == p_options.m_kind) {
-            writeFile(directory / replaceWords(file.m_path, words),
-                      replaceWords(replaceWords(file.m_text, tour), words));
+            files.write(directory / replaceWords(file.m_path, words),
+                        replaceWords(replaceWords(file.m_text, tour), words));
         }
     }
+    files.keep();
     const std::string where = directory.string();
     const bool done =
         printText("Wrote " + where + ". Build and test it:\n\n    cmake -S " + where + " -B " + where +

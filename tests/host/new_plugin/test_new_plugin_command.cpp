@@ -1,6 +1,7 @@
 // Projects of new plug-ins. tests/package builds and runs them.
 
 #include "host/zyr_program_run.h"
+#include "support/zyr_private_mounts.h"
 #include "support/zyr_temporary_directory.h"
 
 #include <gmock/gmock.h>
@@ -11,6 +12,7 @@
 #include <fstream>
 #include <regex>
 #include <set>
+#include <sys/mount.h>
 
 namespace zyr {
 
@@ -18,7 +20,9 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 ProgramRun run(std::vector<std::string> p_arguments) {
     p_arguments.insert(p_arguments.begin(), "new-plugin");
@@ -116,6 +120,27 @@ TEST(NewPluginCommand, LeavesWhatIsThereAlone) {
     EXPECT_EQ(result.m_exitCode, 1);
     EXPECT_EQ(result.m_err, "zyr-host: '" + directory.getPath() + "' is there already and not empty\n");
     EXPECT_THAT(listFiles(directory.getPath()), ElementsAre("mine.txt"));
+}
+
+TEST(NewPluginCommand, LeavesNothingWhereItCannotWriteAll) {
+    ZYR_NEEDS_PRIVATE_SYSTEM();
+    runInChild([] {
+        enterPrivateMounts();
+        const TemporaryDirectory directory;
+        const std::string path = directory.getPath();
+        // Room for the first files, and for the first directories.
+        for (const char* limit : {"size=16k", "nr_inodes=3"}) {
+            ASSERT_EQ(mount("tmpfs", path.c_str(), "tmpfs", 0, limit), 0);
+            const ProgramRun result = run({"mine", path + "a/b"});
+            EXPECT_EQ(result.m_exitCode, 1);
+            EXPECT_EQ(result.m_out, "");
+            EXPECT_THAT(result.m_err, StartsWith("zyr-host: cannot "));
+            EXPECT_THAT(result.m_err, HasSubstr(path + "a/b"));
+            EXPECT_THAT(result.m_err, EndsWith("': No space left on device\n"));
+            EXPECT_TRUE(fs::is_empty(path)) << limit;
+            ASSERT_EQ(umount(path.c_str()), 0);
+        }
+    });
 }
 
 } // namespace zyr
