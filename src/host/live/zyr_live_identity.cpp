@@ -1,9 +1,12 @@
 #include "host/live/zyr_live_identity.h"
 
+#include "host/zyr_descriptor.h"
 #include "host/zyr_framework.h"
 #include "host/zyr_run_error.h"
 #include "zyr_common/object/zyr_factories.h"
 #include "zyr_common/transport/zyr_certificates_handler.h"
+#include "zyr_common/transport/zyr_server_transport.h"
+#include "zyr_common/transport/zyr_socket.h"
 
 #include <algorithm>
 #include <arpa/inet.h>
@@ -11,6 +14,7 @@
 #include <filesystem>
 #include <fstream>
 #include <ifaddrs.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -100,6 +104,22 @@ LiveCertificate provideCertificate(const std::vector<std::string>& p_names) {
     certificate.m_fingerprint = toText(fingerprint);
     std::ofstream(notePath, std::ios::trunc) << describe(certificate.m_fingerprint, p_names);
     return certificate;
+}
+
+void checkCertificate(const LiveCertificate& p_certificate) {
+    int ends[2] = {-1, -1};
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) {
+        throw RunError("cannot make a pair of sockets");
+    }
+    const Descriptor peer(ends[1]);
+    const auto socket = Ref<Socket>::adopt(new Socket);
+    const auto transport = Ref<IServerTransport>::adopt(zyr_createInterfaceObject<IServerTransport>());
+    if (!socket->adopt(ends[0]) || !transport ||
+        !transport->initializeSecure(socket.get(), String(p_certificate.m_certificatePath),
+                                     String(p_certificate.m_keyPath))) {
+        throw RunError("cannot use the certificate in '" + p_certificate.m_certificatePath + "' with the key in '" +
+                       p_certificate.m_keyPath + "' (see the log)");
+    }
 }
 
 std::vector<std::string> findServerNames(const std::string& p_address, const std::vector<std::string>& p_given) {

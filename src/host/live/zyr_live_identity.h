@@ -17,6 +17,10 @@ struct LiveCertificate {
 /// RunError. The framework must be up.
 LiveCertificate provideCertificate(const std::vector<std::string>& p_names);
 
+/// Throws RunError when no connection could begin with this certificate and its key: both are read for each of them.
+/// The framework must be up.
+void checkCertificate(const LiveCertificate& p_certificate);
+
 /// The names by which a server that listens at an address is called on this machine: "localhost" and the loopback
 /// addresses, the host's name and all addresses where it listens at all of them, and those given.
 std::vector<std::string> findServerNames(const std::string& p_address, const std::vector<std::string>& p_given);

@@ -151,6 +151,9 @@ int runServe(const ServeOptions& p_given) {
     if (!options.m_insecurePlain && certificate.m_certificatePath.empty()) {
         certificate = provideCertificate(serving.m_names);
     }
+    if (!options.m_insecurePlain) {
+        checkCertificate(certificate);
+    }
     serving.m_certificatePath = certificate.m_certificatePath;
     serving.m_keyPath = certificate.m_keyPath;
     PictureLoop pictures(*source, codecs, options.m_rate);

@@ -155,6 +155,18 @@ async def the_fingerprint_is_that_of_the_certificate():
 
 
 @check
+async def a_certificate_that_cannot_be_used_is_refused_at_once():
+    async with Server(MOVING) as server:
+        kept = pathlib.Path(server.folder.name) / "zyr-host/live"
+        for certificate, key in (("missing.pem", kept / "key.pem"), (kept / "certificate.pem", kept / "certificate.pem")):
+            run = subprocess.run([HOST, "serve", "--log-dir", server.folder.name, "--cert", certificate, "--key", key, MOVING],
+                                 capture_output=True, text=True, timeout=60)
+            assert run.returncode == 1, run
+            assert run.stdout == "", run
+            assert f"cannot use the certificate in '{certificate}' with the key in '{key}' (see the log)\n" in run.stderr, run
+
+
+@check
 async def a_silent_viewer_gets_no_more_than_its_window():
     async with Server(MOVING) as server, Viewer(server) as stopped, Viewer(server) as other:
         await stopped.join()
