@@ -67,7 +67,7 @@ std::string findPage(const std::string& p_given) {
     return fs::canonical(page);
 }
 
-void tellAddress(const ServeOptions& p_options, const LiveServer& p_server, const LiveCertificate& p_certificate,
+bool tellAddress(const ServeOptions& p_options, const LiveServer& p_server, const LiveCertificate& p_certificate,
                  const std::string& p_token) {
     const bool isEverywhere =
         p_options.m_address.empty() || p_options.m_address == "0.0.0.0" || p_options.m_address == "::";
@@ -83,7 +83,7 @@ void tellAddress(const ServeOptions& p_options, const LiveServer& p_server, cons
         fprintf(stderr, "zyr-host: certificate's SHA-256 fingerprint %s\n", p_certificate.m_fingerprint.c_str());
     }
     // Whoever has read the address has all that was said before.
-    printText(text + "\n");
+    return printText(text + "\n");
 }
 
 std::unique_ptr<LiveSource> openSource(const ServeOptions& p_options) {
@@ -167,7 +167,9 @@ int runServe(const ServeOptions& p_given) {
     if (published) {
         server.publish(*published);
     }
-    tellAddress(options, server, certificate, serving.m_access.m_token);
+    if (!tellAddress(options, server, certificate, serving.m_access.m_token)) {
+        return EXIT_RUN_FAILED;
+    }
     pictures.start();
     server.run();
     pictures.stop();

@@ -107,16 +107,13 @@ LiveClientOptions makeOptions(const ViewOptions& p_options) {
     return options;
 }
 
-void writeReport(const ViewOptions& p_options, const LiveReport& p_report) {
-    if (p_options.m_reportPath == "-") {
-        printText(p_report.toText(true));
-    } else if (!p_options.m_reportPath.empty()) {
-        OutputFile file(p_options.m_reportPath);
-        const std::string text = p_report.toText(true);
-        file.write(text.data(), text.size());
-        file.close();
-    }
+void writeReport(OutputFile* p_file, const LiveReport& p_report) {
     fputs(p_report.toText(false).c_str(), stderr);
+    if (p_file != nullptr) {
+        const std::string text = p_report.toText(true);
+        p_file->write(text.data(), text.size());
+        p_file->close();
+    }
 }
 
 } // namespace
@@ -125,6 +122,8 @@ int runView(const ViewOptions& p_options) {
     const LiveClientOptions options = makeOptions(p_options);
     const InterruptGuard guard;
     claimStandardOutput();
+    const std::unique_ptr<OutputFile> reportFile =
+        p_options.m_reportPath.empty() ? nullptr : std::make_unique<OutputFile>(p_options.m_reportPath);
     tuneHeapForPictures();
     Framework framework(p_options.m_framework);
     const LiveCodecs codecs(framework, "auto", 100);
@@ -156,7 +155,7 @@ int runView(const ViewOptions& p_options) {
         throw RunError("no picture came from " + options.m_address.getHostField() + " within " +
                        std::to_string(p_options.m_seconds) + " s");
     }
-    writeReport(p_options, report);
+    writeReport(reportFile.get(), report);
     return getInterruption() != 0 ? EXIT_BY_SIGNAL + getInterruption() : EXIT_DONE;
 }
 

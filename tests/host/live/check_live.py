@@ -167,6 +167,28 @@ async def a_certificate_that_cannot_be_used_is_refused_at_once():
 
 
 @check
+async def an_address_that_cannot_be_printed_is_a_failure():
+    with tempfile.TemporaryDirectory() as folder, open("/dev/full", "wb") as full:
+        run = subprocess.run([HOST, "serve", "--insecure-plain", "--log-dir", folder, MOVING], stdout=full,
+                             stderr=subprocess.PIPE, text=True, timeout=60)
+        assert run.returncode == 1, run
+        assert run.stderr == "zyr-host: cannot write to the standard output: No space left on device\n", run
+
+
+@check
+async def a_report_that_cannot_be_written_is_a_failure():
+    async with Server(MOVING) as server:
+        with open("/dev/full", "wb") as full:
+            for path, name in (("-", "the standard output"), ("/dev/full", "'/dev/full'")):
+                run = await asyncio.to_thread(
+                    subprocess.run, [HOST, "view", server.address, "--insecure", "--no-window", "--frames", "1", "--report", path,
+                                     "--log-dir", server.folder.name],
+                    stdout=full, stderr=subprocess.PIPE, text=True, timeout=60)
+                assert run.returncode == 1, run
+                assert run.stderr.endswith(f"zyr-host: cannot write {name}: No space left on device\n"), run
+
+
+@check
 async def a_silent_viewer_gets_no_more_than_its_window():
     async with Server(MOVING) as server, Viewer(server) as stopped, Viewer(server) as other:
         await stopped.join()
