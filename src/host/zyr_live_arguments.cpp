@@ -69,7 +69,9 @@ void LiveArguments::addView(CLI::App& p_program, int& p_result) {
     command->add_flag("--insecure", o.m_insecure, "Take any certificate");
     command->add_flag("!--no-window", o.m_window, "Show nothing");
     command->add_flag("--view-only", o.m_viewOnly, "Send no input");
-    command->add_option("--frames", o.m_maxFrames, "Stop after this many frames")->check(CLI::PositiveNumber);
+    command->add_option("--frames", o.m_maxFrames, "Stop after this many frames")->check([](const std::string& p_text) {
+        return p_text.find_first_not_of('0') != std::string::npos ? "" : "'" + p_text + "' is not a number above 0";
+    });
     command->add_option("--seconds", o.m_seconds, "Stop after this time")->check(CLI::Range(1, 1000000));
     command->add_option("--report", o.m_reportPath, "Write what was measured as JSON to this file, or to -");
     command->add_option("--pictures", o.m_picturePath, "Write the pictures to frames/%04d.png")

@@ -102,6 +102,12 @@ TEST_F(HostProgram, WrongUsageGivesTwo) {
     }
 }
 
+TEST_F(HostProgram, ViewSaysThatNoFramesAreTooFew) {
+    const ProgramRun run = host({"view", "https://localhost/#token=x", "--frames", "0"});
+    EXPECT_EQ(run.m_exitCode, 2);
+    EXPECT_EQ(run.m_err, "--frames: '0' is not a number above 0\nRun with --help for more information.\n");
+}
+
 TEST_F(HostProgram, InspectListsTheFourClassesWithTheirIdentity) {
     const ProgramRun run = host({"inspect", "--json"});
     ASSERT_EQ(run.m_exitCode, 0) << run.m_err;
