@@ -12,6 +12,9 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <regex>
+#include <set>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -84,6 +87,19 @@ TEST_F(HostProgram, HelpNamesTheExitCodes) {
     const ProgramRun run = host({"--help"});
     EXPECT_EQ(run.m_exitCode, 0);
     EXPECT_THAT(run.m_out, HasSubstr("3 the wanted codec is not usable here"));
+}
+
+TEST_F(HostProgram, EveryOptionStandsInTheManual) {
+    std::ifstream file(ZYR_DOCUMENTS "/man/zyr-host.1");
+    std::string manual(std::istreambuf_iterator<char>(file), {});
+    manual.erase(std::remove(manual.begin(), manual.end(), '\\'), manual.end());
+    const auto listOptions = [](const std::string& p_text) {
+        const std::regex option("--[a-z][a-z-]*");
+        return std::set<std::string>(std::sregex_token_iterator(p_text.begin(), p_text.end(), option), {});
+    };
+    const std::set<std::string> offered = listOptions(host({"completion", "bash"}).m_out);
+    EXPECT_TRUE(offered.contains("--help"));
+    EXPECT_THAT(listOptions(manual), testing::IsSupersetOf(offered));
 }
 
 TEST_F(HostProgram, WrongUsageGivesTwo) {
