@@ -268,6 +268,15 @@ struct Program {
         command->callback([this] { m_result = runSession(m_session); });
     }
 
+    void addSetting(CLI::App& p_command, const char* p_name, const char* p_description) {
+        p_command.add_option_function<std::string>(
+            p_name,
+            [this, p_name](const std::string& p_value) {
+                m_settings.m_arguments.push_back(std::string(p_name) + "=" + p_value);
+            },
+            p_description);
+    }
+
     void addSettings() {
         CLI::App* command = m_app.add_subcommand(
             "settings", "Show the host's own defaults and where each comes from: files, environment, options");
@@ -275,11 +284,10 @@ struct Program {
         command->add_flag("--options", m_settings.m_listOptions, "List the options of the settings instead");
         command->add_option("--modules", m_settings.m_framework.m_moduleDirectory,
                             "Directory of zyr_core.so (default: found beside the program)");
-        command->allow_extras();
-        command->callback([this, command] {
-            m_settings.m_arguments = command->remaining();
-            m_result = runSettings(m_settings);
-        });
+        addSetting(*command, "--log-level",
+                   "What is logged (error, warn, info, debug or trace), as if it were said here");
+        addSetting(*command, "--plugins", "Directories of plug-ins, separated by colons, as if they were said here");
+        command->callback([this] { m_result = runSettings(m_settings); });
     }
 
     void addLaunch() {

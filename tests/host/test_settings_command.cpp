@@ -88,6 +88,19 @@ TEST_F(SettingsCommand, TellsWhatIsWrong) {
     EXPECT_THAT(result.m_out, HasSubstr("debug"));
 }
 
+TEST_F(SettingsCommand, TakesNoOtherWordsAndOptions) {
+    for (const char* word : {"extra", "--bogus"}) {
+        const ProgramRun result = run({word});
+        EXPECT_EQ(result.m_exitCode, 2);
+        EXPECT_EQ(result.m_out, "");
+        EXPECT_EQ(result.m_err, "The following argument was not expected: " + std::string(word) +
+                                    "\nRun with --help for more information.\n");
+    }
+    const ProgramRun result = run({"--log-level", "loud"});
+    EXPECT_EQ(result.m_exitCode, 1) << "a value is the setting's own";
+    EXPECT_THAT(result.m_err, HasSubstr("it is none of the known words\n"));
+}
+
 TEST_F(SettingsCommand, ListsTheOptions) {
     EXPECT_EQ(run({"--options"}).m_out, "      --log-level WORD  What is logged: error, warn, info, debug or trace\n"
                                         "                        (default: debug)\n"
