@@ -76,6 +76,19 @@ std::string replaceWords(std::string p_text, const std::map<std::string, std::st
     return p_text;
 }
 
+/// A path as shells take it.
+std::string quote(const std::string& p_path) {
+    if (p_path.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789/._+-") ==
+        std::string::npos) {
+        return p_path;
+    }
+    std::string text;
+    for (const char c : p_path) {
+        text += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    }
+    return "'" + text + "'";
+}
+
 /// The files of a project and their directories. Half a project is no use: what was made is removed unless it is kept.
 class NewFiles {
 public:
@@ -149,10 +162,10 @@ int runNewPlugin(const NewPluginOptions& p_options) {
         }
     }
     files.keep();
-    const std::string where = directory.string();
-    const bool done =
-        printText("Wrote " + where + ". Build and test it:\n\n    cmake -S " + where + " -B " + where +
-                  "/build && cmake --build " + where + "/build && ctest --test-dir " + where + "/build\n");
+    const std::string where = quote(directory.string());
+    const std::string build = quote((directory / "build").string());
+    const bool done = printText("Wrote " + where + ". Build and test it:\n\n    cmake -S " + where + " -B " + build +
+                                " && cmake --build " + build + " && ctest --test-dir " + build + "\n");
     return done ? EXIT_DONE : EXIT_RUN_FAILED;
 }
 

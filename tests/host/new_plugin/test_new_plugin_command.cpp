@@ -104,6 +104,17 @@ TEST(NewPluginCommand, DrawsFreshGUIDs) {
     EXPECT_EQ(std::set<std::string>(guids.begin(), guids.end()).size(), 10u);
 }
 
+TEST(NewPluginCommand, TellsCommandsThatAShellTakes) {
+    const TemporaryDirectory directory;
+    const std::string plain = directory.getPath() + "plain";
+    EXPECT_EQ(run({"mine", plain}).m_out, "Wrote " + plain + ". Build and test it:\n\n    cmake -S " + plain + " -B " +
+                                              plain + "/build && cmake --build " + plain +
+                                              "/build && ctest --test-dir " + plain + "/build\n");
+    const std::string quoted = "'" + directory.getPath() + "it'\\''s mine";
+    EXPECT_THAT(run({"mine", directory.getPath() + "it's mine"}).m_out,
+                HasSubstr("cmake -S " + quoted + "' -B " + quoted + "/build' && cmake --build " + quoted + "/build' "));
+}
+
 TEST(NewPluginCommand, RefusesOtherNames) {
     for (const char* name : {"", "My", "1st", "a-b", "_a", "a_", "a__b", "a/b", "../a", "a b"}) {
         const TemporaryDirectory directory;
