@@ -102,9 +102,12 @@ public:
         image.height = p_picture.m_height;
         image.format = p_picture.m_blueFirst ? PNG_FORMAT_BGRA : PNG_FORMAT_RGBA;
         image.flags = PNG_IMAGE_FLAG_FAST;
+        errno = 0;
         if (png_image_write_to_file(&image, path.c_str(), 0, p_picture.m_pixels, png_int_32(p_picture.m_pitch),
                                     nullptr) == 0) {
-            throw RunError("cannot write '" + path + "': " + image.message);
+            // Of a write that failed the library tells no reason.
+            const std::string reason = errno != 0 ? std::strerror(errno) : image.message;
+            throw RunError("cannot write '" + path + "': " + reason);
         }
         m_count++;
     }

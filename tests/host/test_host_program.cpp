@@ -124,6 +124,14 @@ TEST_F(HostProgram, ViewSaysThatNoFramesAreTooFew) {
     EXPECT_EQ(run.m_err, "--frames: '0' is not a number above 0\nRun with --help for more information.\n");
 }
 
+TEST_F(HostProgram, StreamTellsWhyAPictureCannotBeWritten) {
+    // More than fits into a buffer, so that the write itself fails.
+    std::filesystem::create_symlink("/dev/full", path("00.png"));
+    const ProgramRun run = host({"stream", "generate:256x256:1", "--pictures", path("%02d.png")});
+    EXPECT_EQ(run.m_exitCode, 1);
+    EXPECT_EQ(run.m_err, "zyr-host: cannot write '" + path("00.png") + "': No space left on device\n");
+}
+
 TEST_F(HostProgram, InspectListsTheFourClassesWithTheirIdentity) {
     const ProgramRun run = host({"inspect", "--json"});
     ASSERT_EQ(run.m_exitCode, 0) << run.m_err;
