@@ -38,15 +38,16 @@ void FileProgress::add(uint64_t p_numOfBytes) {
     }
     m_drawn = true;
     m_nextTime = now + PAUSE;
-    fprintf(stderr, "\r\033[K%s %" PRIu64 "/%" PRIu64 " files, %.1f of %.1f MB", m_verb.c_str(), m_files, m_numOfFiles,
-            double(m_bytes) / 1e6, double(m_numOfBytes) / 1e6);
+    // Cut off at the margin: what wrapped would stay behind in the lines above.
+    fprintf(stderr, "\r\033[K\033[?7l%s %" PRIu64 "/%" PRIu64 " files, %.1f of %.1f MB\033[?7h", m_verb.c_str(),
+            m_files, m_numOfFiles, double(m_bytes) / 1e6, double(m_numOfBytes) / 1e6);
 }
 
 void FileProgress::tell(const std::string& p_text) {
     // Whatever was fast up to here: nobody knows how long this takes.
     if (m_shown && (m_drawn || m_numOfBytes > 64000000)) {
         m_drawn = true;
-        fprintf(stderr, "\r\033[K%s", p_text.c_str());
+        fprintf(stderr, "\r\033[K\033[?7l%s\033[?7h", p_text.c_str());
     }
 }
 

@@ -27,7 +27,8 @@ void StreamProgress::show(uint64_t p_frames) {
     if (m_expected >= p_frames) {
         snprintf(total, sizeof(total), "/%" PRIu64, m_expected);
     }
-    fprintf(stderr, "\r\033[Kframe %" PRIu64 "%s, %.1f fps", p_frames, total,
+    // Cut off at the margin: what wrapped would stay behind in the lines above.
+    fprintf(stderr, "\r\033[K\033[?7lframe %" PRIu64 "%s, %.1f fps\033[?7h", p_frames, total,
             seconds > 0 ? double(p_frames) / seconds : 0.0);
 }
 

@@ -1,17 +1,25 @@
 // The parts of "stream" by themselves.
 
 #include "host/zyr_encoder_options.h"
+#include "host/zyr_file_progress.h"
 #include "host/zyr_frame_log.h"
 #include "host/zyr_likeness.h"
 #include "host/zyr_run_error.h"
 #include "host/zyr_stage_pipeline.h"
 #include "host/zyr_stage_times.h"
+#include "host/zyr_stream_progress.h"
 #include "support/zyr_temporary_directory.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cerrno>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace zyr::host {
 
@@ -30,7 +38,46 @@ PlanePicture makePlanes(uint32_t p_width, uint32_t p_height, uint32_t p_step) {
     return picture;
 }
 
+/// What is written to the standard error, which is a terminal meanwhile.
+template <typename Code> std::string writeToTerminal(Code p_code) {
+    const int reader = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    EXPECT_EQ(grantpt(reader), 0);
+    EXPECT_EQ(unlockpt(reader), 0);
+    const char* name = ptsname(reader);
+    const int terminal = name != nullptr ? open(name, O_RDWR | O_NOCTTY | O_CLOEXEC) : -1;
+    const int before = dup(STDERR_FILENO);
+    if (reader < 0 || terminal < 0 || dup2(terminal, STDERR_FILENO) < 0) {
+        ADD_FAILURE() << "no terminal: " << strerror(errno);
+        return "";
+    }
+    p_code();
+    fputc('#', stderr);
+    dup2(before, STDERR_FILENO);
+    std::string text;
+    for (char c = 0; read(reader, &c, 1) == 1 && c != '#';) {
+        text += c;
+    }
+    for (const int file : {before, terminal, reader}) {
+        close(file);
+    }
+    return text;
+}
+
 } // namespace
+
+TEST(StreamProgress, IsCutOffAtTheMarginOfTheTerminal) {
+    const std::string text = writeToTerminal([] { StreamProgress(true, 100).show(5); });
+    EXPECT_TRUE(text.starts_with("\r\033[K\033[?7lframe 5/100, ")) << text;
+    EXPECT_TRUE(text.ends_with(" fps\033[?7h\r\033[K")) << text;
+}
+
+TEST(FileProgress, IsCutOffAtTheMarginOfTheTerminal) {
+    const std::string text = writeToTerminal([] {
+        FileProgress progress(true, "packing", 2, 100000000);
+        progress.tell("writing the pack");
+    });
+    EXPECT_EQ(text, "\r\033[K\033[?7lwriting the pack\033[?7h\r\033[K");
+}
 
 TEST(StageTimes, GivePercentilesWithinTheWidthOfAClass) {
     StageTimes times;
