@@ -3,10 +3,12 @@
 #include "host/zyr_layout_reader.h"
 #include "host/zyr_layout_report.h"
 #include "host/zyr_layout_solver.h"
+#include "host/zyr_run_error.h"
 #include "host/zyr_standard_output.h"
 #include "host/zyr_text_files.h"
 
 #include <cstdio>
+#include <filesystem>
 
 namespace zyr::host {
 
@@ -50,6 +52,10 @@ template <typename T> int solveFile(const LayoutOptions& p_options, const nlohma
 } // namespace
 
 int runLayout(const LayoutOptions& p_options) {
+    std::error_code unknown;
+    if (p_options.m_file != "-" && std::filesystem::equivalent(p_options.m_file, p_options.m_svgPath, unknown)) {
+        throw UsageError("--svg would overwrite the layout '" + p_options.m_svgPath + "'");
+    }
     claimStandardOutput();
     CommonLibrary library(p_options.m_framework);
     std::string text;

@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 namespace zyr {
 namespace {
 
@@ -180,6 +182,20 @@ TEST_F(LayoutRefusals, TellsThatTheOutputCannotBeWritten) {
             runProgram("/bin/sh", {"-c", "\"$0\" layout \"$1\" \"$2\" > /dev/full", ZYR_HOST_PROGRAM, file, option});
         EXPECT_EQ(result.m_exitCode, 1);
         EXPECT_EQ(result.m_err, "zyr-host: cannot write to the standard output: No space left on device\n");
+    }
+}
+
+TEST_F(LayoutRefusals, ADrawingDoesNotTakeThePlaceOfItsLayout) {
+    const std::string text = R"({"root": {"width": 10, "height": 10}})";
+    const std::string file = m_directory.getPath() + "layout.json";
+    const std::string link = m_directory.getPath() + "link.svg";
+    std::filesystem::create_symlink("layout.json", link);
+    for (const std::string& drawing : {file, link}) {
+        const ProgramRun result = runText(text, {"--svg", drawing});
+        EXPECT_EQ(result.m_exitCode, 2);
+        EXPECT_EQ(result.m_out, "");
+        EXPECT_EQ(result.m_err, "zyr-host: --svg would overwrite the layout '" + drawing + "'\n");
+        EXPECT_EQ(TemporaryDirectory::readFile(file), text);
     }
 }
 
