@@ -202,7 +202,8 @@ struct Program {
         command
             ->add_option("--resize-at", m_resizes,
                          "FRAME:WIDTHxHEIGHT, change the size from this frame on; may be given more than once")
-            ->check(checkResize);
+            ->check(checkResize)
+            ->allow_extra_args(false);
         command->add_option("-o,--packets", o.m_packetPath,
                             "Write the packets to this file (ivf, webm, mkv, mp4, mpg, zyrs), to - for the standard "
                             "output, or send them to an address (rtp://, rtsp://, udp://, tcp://, http://)");

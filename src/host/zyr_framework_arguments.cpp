@@ -24,9 +24,11 @@ void addLogOptions(CLI::App& p_command, FrameworkOptions& p_options) {
 void addFrameworkOptions(CLI::App& p_command, FrameworkOptions& p_options) {
     p_command.add_option("--modules", p_options.m_moduleDirectory,
                          "Directory of zyr_core.so and zyr_picture.so (default: found beside the program)");
-    p_command.add_option("--plugins", p_options.m_pluginDirectories,
-                         "Directory of plug-ins besides plugins/ in the module directory, may be given more than "
-                         "once");
+    // One directory each time: what stands behind it is the command's own.
+    p_command
+        .add_option("--plugins", p_options.m_pluginDirectories,
+                    "Directory of plug-ins besides plugins/ in the module directory, may be given more than once")
+        ->allow_extra_args(false);
     p_command.add_flag("!--no-default-plugins", p_options.m_defaultPlugins,
                        "Leave plugins/ in the module directory out");
     addLogOptions(p_command, p_options);

@@ -32,10 +32,12 @@ void LiveArguments::addServe(CLI::App& p_program, int& p_result) {
     command->add_option("--cert", o.m_certificatePath, "Certificate with its chain, PEM (default: one is made)");
     command->add_option("--key", o.m_keyPath, "Its key, PEM");
     command->add_option("--token-file", o.m_tokenPath, "File whose first line is the token (default: one is made)");
-    command->add_option("--user", o.m_users, "Account that comes in by its password; may be given more than once");
-    command->add_option("--name", o.m_names,
-                        "Name by which viewers call this machine, besides those it finds; may be given more than "
-                        "once");
+    command->add_option("--user", o.m_users, "Account that comes in by its password; may be given more than once")
+        ->allow_extra_args(false);
+    command
+        ->add_option("--name", o.m_names,
+                     "Name by which viewers call this machine, besides those it finds; may be given more than once")
+        ->allow_extra_args(false);
     command->add_option("--page", o.m_pageDirectory, "Directory of the page (default: found beside the program)");
     command->add_option("--viewers", o.m_mostViewers, "Viewers at a time")
         ->check(CLI::Range(1, 256))

@@ -118,6 +118,18 @@ TEST_F(HostProgram, WrongUsageGivesTwo) {
     }
 }
 
+TEST_F(HostProgram, OptionsThatMayBeRepeatedTakeOneValueEachTime) {
+    std::filesystem::create_directory(path("empty"));
+    std::filesystem::create_directory(path("other"));
+    const ProgramRun inspected = host({"inspect", "--plugins", path("empty"), "--plugins", path("other"), "vp9"});
+    EXPECT_EQ(inspected.m_exitCode, 0) << inspected.m_err;
+    EXPECT_THAT(inspected.m_out, testing::StartsWith("vp9\n"));
+    const ProgramRun streamed =
+        host({"stream", "--resize-at", "1:48x48", "--resize-at", "2:16x16", "generate:32x32:3", "--no-metrics"});
+    EXPECT_EQ(streamed.m_exitCode, 0) << streamed.m_err;
+    EXPECT_THAT(streamed.m_out, HasSubstr(", 2 size changes\n"));
+}
+
 TEST_F(HostProgram, ViewSaysThatNoFramesAreTooFew) {
     const ProgramRun run = host({"view", "https://localhost/#token=x", "--frames", "0"});
     EXPECT_EQ(run.m_exitCode, 2);

@@ -189,6 +189,12 @@ async def a_report_that_cannot_be_written_is_a_failure():
 
 
 @check
+async def names_and_accounts_take_one_word_each():
+    async with Server("--name", "here", "--user", "ada", MOVING) as server:
+        assert server.page == f"https://here:{server.port}/", server.page
+
+
+@check
 async def a_silent_viewer_gets_no_more_than_its_window():
     async with Server(MOVING) as server, Viewer(server) as stopped, Viewer(server) as other:
         await stopped.join()

@@ -77,7 +77,8 @@ INSTANTIATE_TEST_SUITE_P(
         "a_browser_moves_the_pointer", "a_browser_needs_no_mouse", "a_browser_fills_the_screen",
         "a_browser_shares_its_clipboard", "a_browser_follows_changes_of_size", "a_browser_types_into_a_terminal",
         "a_browser_comes_back_to_a_server_that_was_killed", "a_certificate_that_cannot_be_used_is_refused_at_once",
-        "an_address_that_cannot_be_printed_is_a_failure", "a_report_that_cannot_be_written_is_a_failure"),
+        "an_address_that_cannot_be_printed_is_a_failure", "a_report_that_cannot_be_written_is_a_failure",
+        "names_and_accounts_take_one_word_each"),
     nameOf);
 
 } // namespace zyr
