@@ -1,38 +1,24 @@
 // Numbers under a locale of the host whose decimal sign is a comma.
-#include "support/zyr_temporary_directory.h"
+#include "support/zyr_host_locale.h"
 #include "zyr_common/containers/zyr_pair.h"
 #include "zyr_common/text/zyr_number_text.h"
 #include "zyr_common/text/zyr_string.h"
 
-#include <clocale>
-#include <cstdlib>
 #include <gtest/gtest.h>
 
 using namespace zyr;
 
 namespace {
 
-/// Makes the locale from its source, since systems rarely have one that is ready.
 class CommaLocale : public testing::Test {
 protected:
     void SetUp() override {
-        const std::string command =
-            "localedef -i de_DE -f UTF-8 " + m_directory.getPath() + "de_DE.UTF-8 >/dev/null 2>&1";
-        if (system(command.c_str()) != 0) {
-            GTEST_SKIP() << "localedef or its sources are missing (the package locales)";
-        }
-        setenv("LOCPATH", m_directory.getPath().c_str(), 1);
-        ASSERT_NE(setlocale(LC_ALL, "de_DE.UTF-8"), nullptr);
         char text[8];
         snprintf(text, sizeof(text), "%.1f", 1.5);
         ASSERT_STREQ(text, "1,5") << "the locale is in force";
     }
-    void TearDown() override {
-        setlocale(LC_ALL, "C");
-        unsetenv("LOCPATH");
-    }
 
-    TemporaryDirectory m_directory;
+    HostLocale m_locale{"de_DE"};
 };
 
 } // namespace
