@@ -7,7 +7,6 @@
 #include "zyr_common/memory/zyr_ref.h"
 #include "zyr_common/object/zyr_factories.h"
 #include "zyr_common/serialization/zyr_record_items.h"
-#include "zyr_common/storage/zyr_load_save.h"
 
 namespace zyr::host {
 
@@ -31,10 +30,8 @@ template <typename Field> bool_t readField(IDeserializer* p_deserializer, const 
 }
 
 void save(Framework& p_framework, IObject& p_object, const std::string& p_path) {
-    ObjectLog log(p_framework);
-    const bool saved = zyr_saveToFile(&p_object, p_path.c_str(), "", 0, "") != 0;
-    const std::vector<std::string> reasons = log.stop();
-    if (!saved) {
+    std::vector<std::string> reasons;
+    if (!saveObject(p_framework, p_object, p_path, "", reasons)) {
         throw RunError(p_path + ": " + (reasons.empty() ? "it cannot be written" : reasons.front()));
     }
 }

@@ -6,8 +6,6 @@
 #include "host/zyr_run_error.h"
 #include "host/zyr_standard_output.h"
 
-#include "zyr_common/storage/zyr_load_save.h"
-
 #include <cstdio>
 #include <sys/stat.h>
 
@@ -85,11 +83,8 @@ int runObjectConvert(const ObjectConvertOptions& p_options) {
             return EXIT_RUN_FAILED;
         }
     }
-    ObjectLog log(framework);
     // Deferred files stay where and as they are.
-    const bool saved = zyr_saveToFile(view.m_object.get(), p_options.m_output.c_str(), format.c_str(), 0, "") != 0;
-    reasons = log.stop();
-    if (!saved) {
+    if (!saveObject(framework, *view.m_object, p_options.m_output, format, reasons)) {
         return fail(p_options.m_output, reasons);
     }
     tellLostFiles(framework, p_options.m_output, format);

@@ -4,8 +4,10 @@
 #include "host/zyr_run_error.h"
 
 #include "zyr_common/memory/zyr_memory.h"
+#include "zyr_common/object/zyr_factories.h"
 #include "zyr_common/storage/zyr_load_save.h"
 #include "zyr_common/storage/zyr_payload_wrapper.h"
+#include "zyr_common/storage/zyr_replacing_file.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -145,6 +147,43 @@ Ref<IObject> loadObject(Framework& p_framework, const std::string& p_path, const
         p_reasons.insert(p_reasons.end(), messages.begin(), messages.end());
     }
     return object;
+}
+
+namespace {
+
+/// Gives an empty text, or why the bytes are not in the file. The log knows no errors of the system, so the file is
+/// written here.
+std::string writeObjectFile(const std::string& p_path, const Array<unsigned char>& p_bytes) {
+    ReplacingFile file(zyr_createObject<IOutputStreamFile>());
+    errno = 0;
+    std::string reason;
+    if (!file.open(p_path.c_str())) {
+        reason = "Unable to open file: " + p_path + " for writing";
+    } else if (!file.write(p_bytes.getData(), p_bytes.getSize()) || !file.finish()) {
+        reason = "Unable to write file: " + p_path;
+    }
+    const int error = errno;
+    return reason.empty() || error == 0 ? reason : reason + ": " + strerror(error);
+}
+
+} // namespace
+
+bool saveObject(Framework& p_framework, IObject& p_object, const std::string& p_path, const std::string& p_format,
+                std::vector<std::string>& p_reasons) {
+    const std::string format = p_format.empty() ? getExtensionOf(p_path) : p_format;
+    ObjectLog log(p_framework);
+    Array<unsigned char> bytes;
+    const bool made = zyr_saveToData(&p_object, bytes, format.c_str(), 0, "") != 0;
+    const std::vector<std::string> messages = log.stop();
+    if (!made) {
+        p_reasons.insert(p_reasons.end(), messages.begin(), messages.end());
+        return false;
+    }
+    const std::string reason = writeObjectFile(p_path, bytes);
+    if (!reason.empty()) {
+        p_reasons.push_back(reason);
+    }
+    return reason.empty();
 }
 
 } // namespace zyr::host

@@ -43,4 +43,9 @@ private:
 Ref<IObject> loadObject(Framework& p_framework, const std::string& p_path, const std::string& p_format,
                         std::vector<std::string>& p_reasons);
 
+/// Saves the object in the format, or that of the path's extension where it is empty. False with the reasons in
+/// p_reasons; what stands at the path is as before then.
+bool saveObject(Framework& p_framework, IObject& p_object, const std::string& p_path, const std::string& p_format,
+                std::vector<std::string>& p_reasons);
+
 } // namespace zyr::host

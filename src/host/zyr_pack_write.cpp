@@ -9,7 +9,6 @@
 #include "host/zyr_standard_output.h"
 
 #include "zyr_common/memory/zyr_ref.h"
-#include "zyr_common/storage/zyr_load_save.h"
 
 #include <filesystem>
 
@@ -58,10 +57,8 @@ void addFolder(const SourceFolder& p_folder, IResourcesPack& p_pack, FileProgres
 }
 
 void save(Framework& p_framework, IResourcesPack& p_pack, const std::string& p_path, const std::string& p_format) {
-    ObjectLog log(p_framework);
-    const bool saved = zyr_saveToFile(&p_pack, p_path.c_str(), p_format.c_str(), 0, "") != 0;
-    const std::vector<std::string> reasons = log.stop();
-    if (!saved) {
+    std::vector<std::string> reasons;
+    if (!saveObject(p_framework, p_pack, p_path, p_format, reasons)) {
         throw RunError(p_path + ": it cannot be written" + (reasons.empty() ? "" : ": " + reasons.front()));
     }
 }

@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <unistd.h>
+
 namespace zyr {
 namespace {
 
@@ -153,7 +155,22 @@ TEST_F(CodecStateFiles, RefusesFilesOfNoFormat) {
     }
     const ProgramRun nowhere = runHost({"inspect", "--save", getPath("none/state.xml")});
     EXPECT_EQ(nowhere.m_exitCode, 1);
-    EXPECT_THAT(nowhere.m_err, HasSubstr("Unable to open file: " + getPath("none/state.xml") + " for writing"));
+    EXPECT_THAT(nowhere.m_err, HasSubstr("Unable to open file: " + getPath("none/state.xml") +
+                                         " for writing: No such file or directory\n"));
+}
+
+TEST_F(CodecStateFiles, TellWhyTheyAreNotWritten) {
+    ASSERT_EQ(symlink("/dev/full", getPath("full.zbf").c_str()), 0);
+    for (const auto& [option, arguments] :
+         {std::pair("--save", std::vector<std::string>{"inspect"}),
+          std::pair("--save-codec-info", std::vector<std::string>{"stream", "generate:16x16:1"})}) {
+        std::vector<std::string> all = arguments;
+        all.insert(all.end(), {option, getPath("full.zbf")});
+        const ProgramRun full = runHost(all);
+        EXPECT_EQ(full.m_exitCode, 1) << option;
+        EXPECT_THAT(full.m_err, HasSubstr("zyr-host: " + getPath("full.zbf") + ": Unable to write file: " +
+                                          getPath("full.zbf") + ": No space left on device\n"));
+    }
 }
 
 TEST_F(CodecStateFiles, StreamsRunWithWhatWasAgreedOnBefore) {

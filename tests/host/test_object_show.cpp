@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace zyr {
 namespace {
@@ -126,6 +127,18 @@ TEST_F(ObjectShow, KeepsTheOldFileWhenAConversionFails) {
     const ProgramRun nowhere = run({"convert", getPath("a.json"), getPath("none/b.xml")});
     EXPECT_EQ(nowhere.m_exitCode, 1);
     EXPECT_THAT(nowhere.m_err, HasSubstr("Unable to open file: " + getPath("none/b.xml") + " for writing"));
+}
+
+TEST_F(ObjectShow, TellsWhyAConvertedFileIsNotWritten) {
+    writePicture("a.json", "png");
+    ASSERT_EQ(symlink("/dev/full", getPath("b.xml").c_str()), 0);
+    const ProgramRun full = run({"convert", getPath("a.json"), getPath("b.xml")});
+    EXPECT_EQ(full.m_exitCode, 1);
+    EXPECT_EQ(full.m_err, "zyr-host: " + getPath("b.xml") + ": Unable to write file: " + getPath("b.xml") +
+                              ": No space left on device\n");
+    EXPECT_EQ(run({"convert", getPath("a.json"), getPath("none/b.xml")}).m_err,
+              "zyr-host: " + getPath("none/b.xml") + ": Unable to open file: " + getPath("none/b.xml") +
+                  " for writing: No such file or directory\n");
 }
 
 TEST_F(ObjectShow, TellsWhichDeferredFilesAConvertedFileDoesNotFind) {

@@ -260,5 +260,12 @@ TEST_F(PackCommands, TellWrongUsage) {
     EXPECT_EQ(made.m_err, "zyr-host: the extension of the pack names no format: .zbf, .raw, .xml and .json do\n");
 }
 
+TEST_F(PackCommands, TellsWhyAPackIsNotWritten) {
+    fs::create_symlink("/dev/full", path("full.zbf"));
+    expectFailed(run({"pack", path("source"), path("full.zbf"), "--force"}),
+                 "zyr-host: " + path("full.zbf") + ": it cannot be written: Unable to write file: " + path("full.zbf") +
+                     ": No space left on device\n");
+}
+
 } // namespace
 } // namespace zyr
