@@ -11,7 +11,7 @@
 
 namespace zyr::host {
 
-OutputFile::OutputFile(const std::string& p_path) {
+OutputFile::OutputFile(const std::string& p_path) : m_path(p_path) {
     if (p_path == "-") {
         m_name = "the standard output";
         m_descriptor = getDataDescriptor();
@@ -66,6 +66,18 @@ void OutputFile::close() {
     m_descriptor = -1;
     if (m_owned && descriptor >= 0 && ::close(descriptor) != 0 && errno != EINTR) {
         fail(errno);
+    }
+}
+
+void OutputFile::writeWhole(const std::string& p_text) {
+    try {
+        write(p_text.data(), p_text.size());
+        close();
+    } catch (const RunError&) {
+        if (m_seekable) {
+            unlink(m_path.c_str());
+        }
+        throw;
     }
 }
 

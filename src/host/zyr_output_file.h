@@ -32,6 +32,10 @@ public:
     /// Completes the file. Throws RunError. Nothing can be written afterwards.
     void close();
 
+    /// Writes everything and completes the file. Half of it would be of no use: where that fails a plain file is
+    /// removed. Throws RunError.
+    void writeWhole(const std::string& p_text);
+
     /// How messages name the file.
     const std::string& getName() const { return m_name; }
 
@@ -43,6 +47,7 @@ public:
 
 private:
     std::string m_name;
+    std::string m_path;
     int m_descriptor = -1;
     int m_error = 0;
     bool m_owned = false;

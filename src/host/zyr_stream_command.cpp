@@ -123,13 +123,10 @@ void tellInFull(const StreamReport& p_report, StreamOutputs& p_outputs) {
     const nlohmann::json full = makeFullReport(p_report);
     if (p_outputs.m_report) {
         const std::string json = full.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
-        p_outputs.m_report->write(json.data(), json.size());
-        p_outputs.m_report->close();
+        p_outputs.m_report->writeWhole(json);
     }
     if (p_outputs.m_page) {
-        const std::string page = makeReportPage({readReport(p_report.m_source, full)});
-        p_outputs.m_page->write(page.data(), page.size());
-        p_outputs.m_page->close();
+        p_outputs.m_page->writeWhole(makeReportPage({readReport(p_report.m_source, full)}));
     }
 }
 

@@ -1,5 +1,6 @@
 // "stream" as its user runs it: what its options do, what its files hold, and how it ends.
 
+#include "support/zyr_private_mounts.h"
 #include "support/zyr_temporary_directory.h"
 #include "zyr_program_run.h"
 
@@ -13,6 +14,7 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <sys/mount.h>
 #include <unistd.h>
 
 namespace zyr {
@@ -304,6 +306,23 @@ TEST_F(StreamCommand, AFullDeviceIsNamed) {
     const ProgramRun run = shell(std::string(ZYR_HOST_PROGRAM) + " stream generate:16x16:1 > /dev/full");
     EXPECT_EQ(run.m_exitCode, 1);
     EXPECT_THAT(run.m_err, HasSubstr("cannot write to the standard output: No space left on device"));
+}
+
+TEST_F(StreamCommand, AFullDiskLeavesNoHalfOfAPage) {
+    ZYR_NEEDS_PRIVATE_SYSTEM();
+    runInChild([&] {
+        enterPrivateMounts();
+        ASSERT_TRUE(std::filesystem::create_directory(path("small")));
+        ASSERT_EQ(mount("tmpfs", path("small").c_str(), "tmpfs", 0, "size=4k"), 0);
+        for (const char* option : {"--report", "--html"}) {
+            const std::string page = path("small/page");
+            const ProgramRun run = stream({"generate:64x48:30", option, page});
+            EXPECT_EQ(run.m_exitCode, 1) << option;
+            EXPECT_THAT(run.m_err, HasSubstr("zyr-host: cannot write '" + page + "': No space left on device\n"));
+            EXPECT_TRUE(std::filesystem::is_empty(path("small"))) << option;
+        }
+        EXPECT_EQ(umount(path("small").c_str()), 0);
+    });
 }
 
 TEST_F(StreamCommand, AClosedPipeIsNamed) {

@@ -1,7 +1,6 @@
 #include "host/report/zyr_report_page.h"
 #include "host/report/zyr_report_reader.h"
 #include "host/zyr_command_line.h"
-#include "host/zyr_output_file.h"
 #include "host/zyr_run_error.h"
 #include "host/zyr_strict_json.h"
 #include "host/zyr_text_files.h"
@@ -29,10 +28,7 @@ int runReport(const ReportOptions& p_options) {
             return EXIT_RUN_FAILED;
         }
     }
-    const std::string page = makeReportPage(runs);
-    OutputFile output(p_options.m_pagePath);
-    output.write(page.data(), page.size());
-    output.close();
+    writeWholeText(p_options.m_pagePath, makeReportPage(runs));
     return EXIT_DONE;
 }
 

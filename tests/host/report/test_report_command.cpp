@@ -1,4 +1,5 @@
 // "stream --html", "stream --report" and "report": the pages that come of runs.
+#include "support/zyr_private_mounts.h"
 #include "support/zyr_temporary_directory.h"
 #include "zyr_program_run.h"
 
@@ -9,6 +10,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <sys/mount.h>
 
 namespace zyr {
 
@@ -193,6 +195,62 @@ TEST_F(ReportCommand, OverwritesNoReport) {
     EXPECT_EQ(run.m_exitCode, 2);
     EXPECT_EQ(run.m_err, "zyr-host: --output would overwrite the report '" + path("a.json") + "'\n");
     EXPECT_EQ(read("a.json"), "{}");
+}
+
+TEST_F(ReportCommand, AFullDiskLeavesThePageThatWasThere) {
+    ZYR_NEEDS_PRIVATE_SYSTEM();
+    const json report = makeReport();
+    runInChild([&] {
+        enterPrivateMounts();
+        ASSERT_TRUE(std::filesystem::create_directory(path("small")));
+        ASSERT_EQ(mount("tmpfs", path("small").c_str(), "tmpfs", 0, "size=8k"), 0);
+        write("small/page.html", "old");
+        for (const char* name : {"small/page.html", "small/other.html"}) {
+            const ProgramRun run = runProgram(ZYR_HOST_PROGRAM, {"report", path("made.json"), "-o", path(name)});
+            EXPECT_EQ(run.m_exitCode, 1);
+            EXPECT_EQ(run.m_err, "zyr-host: cannot write '" + path(name) + "': No space left on device\n");
+        }
+        EXPECT_EQ(read("small/page.html"), "old");
+        EXPECT_EQ(
+            std::distance(std::filesystem::directory_iterator(path("small")), std::filesystem::directory_iterator()), 1)
+            << "nothing is left beside it";
+        EXPECT_EQ(umount(path("small").c_str()), 0);
+    });
+}
+
+TEST_F(ReportCommand, APageTakesThePlaceOfAnOldOneBehindALinkWithItsPermissions) {
+    makeReport();
+    write("real.html", "old");
+    std::filesystem::permissions(path("real.html"),
+                                 std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+    std::filesystem::create_symlink("real.html", path("page.html"));
+    run({"report", path("made.json"), "-o", path("page.html")});
+    EXPECT_TRUE(std::filesystem::is_symlink(path("page.html")));
+    EXPECT_THAT(read("real.html"), testing::StartsWith("<!DOCTYPE html>"));
+    EXPECT_EQ(std::filesystem::status(path("real.html")).permissions(),
+              std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+}
+
+TEST_F(ReportCommand, AFullDeviceIsNamed) {
+    makeReport();
+    const ProgramRun run = runProgram(ZYR_HOST_PROGRAM, {"report", path("made.json"), "-o", "/dev/full"});
+    EXPECT_EQ(run.m_exitCode, 1);
+    EXPECT_EQ(run.m_err, "zyr-host: cannot write '/dev/full': No space left on device\n");
+}
+
+TEST_F(ReportCommand, TakesNoFileThatIsTooLarge) {
+    write("large.json", "{");
+    std::filesystem::resize_file(path("large.json"), uint64_t(20) << 30);
+    for (const std::string& file : {path("large.json"), std::string("/dev/zero")}) {
+        for (const std::vector<std::string>& arguments :
+             {std::vector<std::string>{"report", file, "-o", path("page.html")}, {"layout", file}}) {
+            const ProgramRun run = runProgram(ZYR_HOST_PROGRAM, arguments);
+            EXPECT_EQ(run.m_exitCode, 1);
+            EXPECT_EQ(run.m_err, "zyr-host: cannot read '" + file + "': it has more than 256 MiB\n");
+            EXPECT_EQ(run.m_out, "");
+        }
+    }
+    EXPECT_FALSE(std::filesystem::exists(path("page.html")));
 }
 
 TEST_F(ReportCommand, ABrowserShowsThePageAndComplainsOfNothing) {
