@@ -51,6 +51,14 @@ void EncoderOptions::add(const EncoderOptions& p_other) {
     }
 }
 
+std::vector<std::string> EncoderOptions::getKeys() const {
+    std::vector<std::string> keys;
+    for (const auto& [key, value] : m_pairs) {
+        keys.push_back(key);
+    }
+    return keys;
+}
+
 std::string EncoderOptions::toText() const {
     std::string text;
     for (const auto& [key, value] : m_pairs) {

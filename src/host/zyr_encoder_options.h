@@ -23,6 +23,9 @@ public:
     /// Sets each pair of the other.
     void add(const EncoderOptions& p_other);
 
+    /// In their order.
+    std::vector<std::string> getKeys() const;
+
     std::string toText() const;
 
     /// False when the text is not of the form.

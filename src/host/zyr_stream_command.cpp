@@ -6,6 +6,7 @@
 #include "host/zyr_heap_tuning.h"
 #include "host/zyr_input_file.h"
 #include "host/zyr_interruption.h"
+#include "host/zyr_known_options.h"
 #include "host/zyr_run_error.h"
 #include "host/zyr_standard_output.h"
 #include "host/zyr_stored_stream.h"
@@ -194,6 +195,9 @@ int runStream(const StreamOptions& p_options) {
                                              : takeAgreement(framework, market, p_options.m_codecInfoPath, result);
     if (!match) {
         return result;
+    }
+    if (toText(market.m_encoders[match->m_offer->m_encoder]->getLibName()) == "ffmpeg") {
+        refuseUnknownOptions(EncoderOptions(p_options.m_encoderOptions), toText(match->m_info.codecImplementation));
     }
     if (!p_options.m_saveCodecInfoPath.empty()) {
         saveCodecAgreement(framework, *match, p_options.m_saveCodecInfoPath);

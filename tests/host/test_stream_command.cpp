@@ -23,6 +23,7 @@ namespace {
 
 using nlohmann::json;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 constexpr const char* FFMPEG = "/usr/bin/ffmpeg";
 constexpr const char* FFPROBE = "/usr/bin/ffprobe";
@@ -106,6 +107,24 @@ TEST_F(StreamCommand, EncoderOptionsAreAddedAndShown) {
     EXPECT_THAT(run.m_err,
                 HasSubstr("encoder options: crf=50,deadline=realtime,cpu-used=8,threads=1,lag-in-frames=0,g=5\n"));
     EXPECT_EQ(report({"generate:64x48:11", "--encoder-options", "g=5"})["key_frames"], 3);
+}
+
+TEST_F(StreamCommand, EncoderOptionsThatAreUnknownAreRefused) {
+    for (const auto& [codec, encoder, option] : {std::tuple("vp9", "libvpx-vp9", " cpu-used "),
+                                                 std::tuple("mpeg1video", "mpeg1video", " quantizer_noise_shaping ")}) {
+        const ProgramRun run = stream({"generate:64x48:1", "--codec", codec, "--encoder-options", "g=5,bogus=1",
+                                       "--save-codec-info", path("info.json")});
+        EXPECT_EQ(run.m_exitCode, 2) << codec;
+        EXPECT_EQ(run.m_out, "");
+        EXPECT_THAT(run.m_err,
+                    StartsWith("zyr-host: the encoder " + std::string(encoder) + " has no option 'bogus'; its own: "));
+        EXPECT_THAT(run.m_err, HasSubstr(option));
+        EXPECT_THAT(run.m_err, HasSubstr("; those of every encoder: b "));
+        EXPECT_FALSE(std::filesystem::exists(path("info.json"))) << "nothing was begun";
+    }
+    EXPECT_EQ(stream({"generate:64x48:1", "--encoder-options", "time_base=1/30,row-mt=1"}).m_exitCode, 0);
+    EXPECT_EQ(stream({"generate:64x48:1", "--codec", "blocks", "--encoder-options", "bogus=1"}).m_exitCode, 0)
+        << "what other plug-ins know is theirs";
 }
 
 TEST_F(StreamCommand, ABitrateIsKept) {
