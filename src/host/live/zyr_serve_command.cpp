@@ -11,6 +11,7 @@
 #include "host/zyr_output_file.h"
 #include "host/zyr_run_error.h"
 #include "host/zyr_standard_output.h"
+#include "zyr_common/platform/zyr_process_identity.h"
 
 #include <nlohmann/json.hpp>
 
@@ -54,6 +55,17 @@ void refuseWrongUsage(const ServeOptions& p_options) {
             throw UsageError("--publish takes VP9, so --codec blocks excludes it");
         }
         checkNetworkOutput(publishOptionsOf(p_options).m_network);
+    }
+}
+
+/// A name that is mistyped would keep its owner out without a word.
+void refuseUnknownAccounts(const std::vector<std::string>& p_users) {
+    for (const std::string& user : p_users) {
+        String identity;
+        long uid = -1;
+        if (!zyr_getUserAccountIdentity(String(user), identity, uid)) {
+            throw UsageError("there is no account " + maskControls(user));
+        }
     }
 }
 
@@ -106,6 +118,7 @@ void tellReport(OutputFile& p_report, const LiveServer& p_server, PublishedStrea
 
 int runServe(const ServeOptions& p_given) {
     refuseWrongUsage(p_given);
+    refuseUnknownAccounts(p_given.m_users);
     ServeOptions options = p_given;
     const InterruptGuard guard;
     claimStandardOutput();

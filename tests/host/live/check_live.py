@@ -190,7 +190,7 @@ async def a_report_that_cannot_be_written_is_a_failure():
 
 @check
 async def names_and_accounts_take_one_word_each():
-    async with Server("--name", "here", "--user", "ada", MOVING) as server:
+    async with Server("--name", "here", "--user", "nobody", MOVING) as server:
         assert server.page == f"https://here:{server.port}/", server.page
 
 
@@ -863,6 +863,24 @@ def replace(path, text):
     target.write_text(text)
 
 
+def add_line(path, line):
+    """Lets a line follow the text of an existing file, behind a mount on /run."""
+    copy = pathlib.Path("/run") / pathlib.Path(path).name
+    copy.write_text(pathlib.Path(path).read_text() + line)
+    subprocess.run(["mount", "--bind", copy, path], check=True)
+
+
+@check
+async def an_account_that_does_not_exist_is_refused_at_once():
+    with tempfile.TemporaryDirectory() as folder:
+        run = subprocess.run([HOST, "serve", "--log-dir", folder, "--user", "root", "--user", "no\tbody", MOVING],
+                             capture_output=True, text=True, timeout=60)
+        assert run.returncode == 2, run
+        assert run.stdout == "", run
+        assert run.stderr == "zyr-host: there is no account no?body\n", run
+        assert not os.listdir(folder), "nothing was begun"
+
+
 @check
 async def accounts_come_in_by_their_passwords():
     in_a_private_system("accounts_of_a_private_system")
@@ -875,6 +893,7 @@ async def accounts_of_a_private_system():
     replace("/etc/pam.d/zyr-other", "")
     for service in ("login", "system"):
         replace(f"/etc/pam.d/{service}", f"auth required {module} password=secret\naccount required {module}\n")
+    add_line("/etc/passwd", "carol:x:48131:48131::/:/bin/sh\ndave:x:48132:48132::/:/bin/sh\n")
 
     async def say(server, user, password):
         async with Viewer(server) as viewer:
@@ -908,11 +927,8 @@ async def console_of_a_private_system():
     pathlib.Path("/run/systemd/seats/seat0").write_text("ACTIVE=7\nACTIVE_UID=48123\n")
     os.mkdir("/run/home")
     os.chown("/run/home", 48123, 48124)
-    for path, line in (("/etc/passwd", "console:x:48123:48124::/run/home:/bin/sh\n"), ("/etc/group", "console:x:48124:\n")):
-        text = pathlib.Path(path).read_text() + line
-        pathlib.Path("/run/copy").write_text(text)
-        subprocess.run(["cp", "/run/copy", "/run/" + pathlib.Path(path).name], check=True)
-        subprocess.run(["mount", "--bind", "/run/" + pathlib.Path(path).name, path], check=True)
+    add_line("/etc/passwd", "console:x:48123:48124::/run/home:/bin/sh\n")
+    add_line("/etc/group", "console:x:48124:\n")
     with Screen() as screen:
         async with Server(logs="/run/home/log", environment={"DISPLAY": screen.display}) as server, Viewer(server) as viewer:
             status = pathlib.Path(f"/proc/{server.process.pid}/status").read_text()
