@@ -381,13 +381,17 @@ int main(int argc, char** argv) {
         program.m_app.parse(program.takeCommand(argc, argv), argv);
         return program.m_result;
     } catch (const CLI::RequiredError& error) {
-        // The library tells of a missing subcommand where there is one that it does not know.
+        // The library tells of something that is missing where there is a word that it does not know.
         const std::vector<std::string> unknown = program.m_app.remaining(true);
-        if (unknown.empty() || unknown[0][0] == '-' || std::string(error.what()) != "A subcommand is required") {
+        const bool isOption = !unknown.empty() && unknown[0][0] == '-';
+        if (unknown.empty() || (!isOption && std::string(error.what()) != "A subcommand is required")) {
             return program.tell(error);
         }
-        fprintf(stderr, "'%s' is no subcommand\nRun with --help for more information.\n",
-                maskControls(unknown[0]).c_str());
+        const std::string word = maskControls(unknown[0]);
+        fprintf(stderr,
+                isOption ? "The following argument was not expected: %s\nRun with --help for more information.\n"
+                         : "'%s' is no subcommand\nRun with --help for more information.\n",
+                word.c_str());
         return EXIT_USAGE;
     } catch (const CLI::ParseError& error) {
         return program.tell(error);

@@ -50,7 +50,20 @@ TEST_F(HostProgram, NamesASubcommandThatItDoesNotKnow) {
               "'shw' is no subcommand\nRun with --help for more information.\n");
     EXPECT_EQ(host({"steam"}).m_exitCode, 2);
     EXPECT_THAT(host({}).m_err, HasSubstr("A subcommand is required\n"));
-    EXPECT_THAT(host({"--steam"}).m_err, HasSubstr("A subcommand is required\n"));
+}
+
+TEST_F(HostProgram, NamesAnOptionThatItDoesNotKnow) {
+    for (const std::vector<std::string>& arguments : {std::vector<std::string>{"--steam"},
+                                                      {"object", "--steam"},
+                                                      {"stream", "--steam"},
+                                                      {"--steam", "doctor"},
+                                                      {"report", "a.json", "--steam"}}) {
+        const ProgramRun run = host(arguments);
+        EXPECT_EQ(run.m_exitCode, 2) << arguments[0];
+        EXPECT_EQ(run.m_err,
+                  "The following argument was not expected: --steam\nRun with --help for more information.\n")
+            << arguments[0];
+    }
 }
 
 /// Frames that a program of the machine finds in a file, and what it complains about.
