@@ -16,6 +16,7 @@ constexpr double RIGHT = 12;
 constexpr double TOP = 16;
 constexpr double BOTTOM = 34;
 constexpr size_t NUM_OF_BARS = 24;
+constexpr int MOST_TICKS = 8;
 
 struct Range {
     double m_low = INFINITY;
@@ -34,7 +35,11 @@ struct Range {
             m_high += half;
         }
     }
-    double part(double p_value) const { return (p_value - m_low) / (m_high - m_low); }
+    /// From 0 to 1; the middle for what has no place, as where the range is too wide or too narrow for its numbers.
+    double part(double p_value) const {
+        const double part = (p_value - m_low) / (m_high - m_low);
+        return part >= 0 && part <= 1 ? part : 0.5;
+    }
 };
 
 double placeX(const Range& p_range, double p_x) {
@@ -59,8 +64,10 @@ double stepOf(const Range& p_range) {
 
 template <typename Draw> void drawTicks(const Range& p_range, Draw p_draw) {
     const double step = stepOf(p_range);
-    for (double i = std::ceil(p_range.m_low / step); i * step <= p_range.m_high; i++) {
-        p_draw(i * step);
+    const double first = std::ceil(p_range.m_low / step);
+    // Large numbers that lie close together may have no place for a tick: one more is the same number there.
+    for (int i = 0; i < MOST_TICKS && (first + i) * step <= p_range.m_high; i++) {
+        p_draw((first + i) * step);
     }
 }
 

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <string>
 
 namespace zyr::host {
@@ -195,6 +196,25 @@ TEST(PagePlot, MarksKeyFramesAndChangesOfSize) {
 TEST(PagePlot, DrawsRunsThatStayAtOneValue) {
     EXPECT_THAT(drawLines({"T", ""}, {{{0, 5}}}, {}), HasSubstr("d=\"M476.0 106.0h0\""));
     EXPECT_THAT(drawLines({"T", ""}, {{{0, 5}}}, {}), Not(HasSubstr("nan")));
+}
+
+TEST(PagePlot, HasAnEndWhateverTheNumbers) {
+    const double large = 1e300;
+    const double widest = std::numeric_limits<double>::max();
+    const double least = std::numeric_limits<double>::denorm_min();
+    const double none = std::nan("");
+    for (const PlotLine& line :
+         {PlotLine{{0, large}, {1, std::nextafter(large, widest)}}, PlotLine{{1e17, 1}, {1e17 + 16, 2}},
+          PlotLine{{0, -widest}, {1, widest}}, PlotLine{{0, 0}, {1, least}}, PlotLine{{none, 1}, {none, 2}}}) {
+        const std::string lines = drawLines({"title", ""}, {line}, {{none, ""}});
+        const std::string bars = drawHistogram({"title", ""}, {line});
+        EXPECT_THAT(lines, testing::EndsWith("</svg></div></figure>\n"));
+        for (const std::string& svg : {lines, bars}) {
+            EXPECT_LT(svg.size(), 8000u);
+            EXPECT_THAT(svg, Not(HasSubstr("M-"))) << "every place is a number";
+            EXPECT_THAT(svg, Not(HasSubstr("\"-\"")));
+        }
+    }
 }
 
 TEST(PagePlot, CountsFramesInTheBarsOfEachRun) {
