@@ -7,6 +7,7 @@
 #include "host/zyr_standard_output.h"
 #include "zyr_common/digest/zyr_guid.h"
 
+#include <algorithm>
 #include <cctype>
 #include <filesystem>
 #include <map>
@@ -21,6 +22,8 @@ namespace fs = std::filesystem;
 
 constexpr size_t LONGEST_NAME = 40;
 constexpr int NUM_OF_GUIDS = 10;
+/// A plug-in's name is that of its codec: under one of these it would be offered to the decoders of others.
+constexpr const char* CODECS_OF_OTHERS[] = {"vp9", "h264", "mpeg1video", "blocks"};
 constexpr const char* CODEC_TOUR =
     "`src/%name%_codec.h` names the codec and its four classes, `src/%name%_codec.cpp` packs a picture and unpacks it, "
     "and\n`src/%name%_runs.cpp` is the codec proper: begin there. `src/%name%_plugin.cpp` tells hosts who you are.";
@@ -141,7 +144,17 @@ std::string checkPluginName(const std::string& p_name) {
     const bool isName = !p_name.empty() && p_name.size() <= LONGEST_NAME && p_name[0] >= 'a' && p_name[0] <= 'z' &&
                         p_name.back() != '_' && p_name.find("__") == std::string::npos &&
                         p_name.find_first_not_of(allowed) == std::string::npos;
-    return isName ? "" : "'" + p_name + "' is not a name of small letters, digits and single underscores";
+    if (!isName) {
+        return "'" + p_name +
+               "' is not a name of small letters, digits and single underscores, a letter first, of at most " +
+               std::to_string(LONGEST_NAME) + " characters";
+    }
+    if (p_name.starts_with("zyr_")) {
+        return "names such as '" + p_name + "' are those of the framework's own plug-ins";
+    }
+    return std::count(std::begin(CODECS_OF_OTHERS), std::end(CODECS_OF_OTHERS), p_name) == 0
+               ? ""
+               : "'" + p_name + "' is the name of a codec that is there already";
 }
 
 int runNewPlugin(const NewPluginOptions& p_options) {

@@ -14,7 +14,7 @@ struct NewPluginOptions {
 /// Why a name cannot be that of a plug-in; empty when it can.
 std::string checkPluginName(const std::string& p_name);
 
-/// Writes the project into a directory that is not there or is empty. Throws RunError; what was written by then stays.
+/// Writes the project into a directory that is not there or is empty. Throws RunError, with nothing left of it.
 int runNewPlugin(const NewPluginOptions& p_options);
 
 } // namespace zyr::host

@@ -124,6 +124,41 @@ TEST(NewPluginCommand, RefusesOtherNames) {
     }
 }
 
+TEST(NewPluginCommand, RefusesNamesThatOthersHave) {
+    for (const auto& [name, reason] :
+         {std::pair("zyr_mine", "names such as 'zyr_mine' are those of the framework's own plug-ins"),
+          std::pair("vp9", "'vp9' is the name of a codec that is there already"),
+          std::pair("blocks", "'blocks' is the name of a codec that is there already")}) {
+        const TemporaryDirectory directory;
+        const ProgramRun result = run({name, directory.getPath() + "project"});
+        EXPECT_EQ(result.m_exitCode, 2);
+        EXPECT_EQ(result.m_err, std::string("name: ") + reason + "\nRun with --help for more information.\n");
+        EXPECT_FALSE(fs::exists(directory.getPath() + "project"));
+    }
+    EXPECT_THAT(run({std::string(41, 'a'), "nowhere"}).m_err, HasSubstr(" of at most 40 characters\n"));
+}
+
+TEST(NewPluginCommand, WritesProjectsUnderNamesThatCMakeKeepsForItself) {
+    const TemporaryDirectory directory;
+    fs::create_directory(directory.getPath() + "framework");
+    // Of the framework nothing but the names of what it brings.
+    directory.writeFile("framework/ZyrmontConfig.cmake",
+                        "add_library(Zyrmont::picture INTERFACE IMPORTED)\nfunction(zyr_add_plugin target)\n"
+                        "    add_library(${target} MODULE)\nendfunction()\n");
+    directory.writeFile("framework/ZyrmontConfigVersion.cmake", "set(PACKAGE_VERSION_COMPATIBLE TRUE)\n");
+    for (const char* kind : {"codec", "objects"}) {
+        for (const char* name : {"test", "install"}) {
+            const std::string project = directory.getPath() + kind + name;
+            ASSERT_EQ(run({name, project, "--kind", kind}).m_exitCode, 0);
+            const ProgramRun configured =
+                runProgram("/usr/bin/env", {"cmake", "-G", "Ninja", "-S", project, "-B", project + "/build",
+                                            "-DCMAKE_CXX_COMPILER_WORKS=ON", "-DZYR_HOST=" ZYR_HOST_PROGRAM,
+                                            "-DZyrmont_DIR=" + directory.getPath() + "framework"});
+            EXPECT_EQ(configured.m_exitCode, 0) << name << ": " << configured.m_err;
+        }
+    }
+}
+
 TEST(NewPluginCommand, LeavesWhatIsThereAlone) {
     const TemporaryDirectory directory;
     std::ofstream(directory.getPath() + "mine.txt") << "mine";
