@@ -23,6 +23,11 @@ void becomeChild(pid_t p_parent, int p_words) {
     dup2(p_words, STDERR_FILENO);
 }
 
+bool hasChildEnded(pid_t p_child) {
+    siginfo_t end{};
+    return waitid(P_PID, id_t(p_child), &end, WEXITED | WNOHANG | WNOWAIT) != 0 || end.si_pid == p_child;
+}
+
 int waitForChild(pid_t p_child) {
     int status = 0;
     while (waitpid(p_child, &status, 0) < 0 && errno == EINTR) {

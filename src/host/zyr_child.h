@@ -11,6 +11,9 @@ namespace zyr::host {
 /// the parent is gone already.
 void becomeChild(pid_t p_parent, int p_words);
 
+/// Whether the child has ended. It still has to be waited for.
+bool hasChildEnded(pid_t p_child);
+
 /// Waits for the child's end and gives its status, as waitpid does.
 int waitForChild(pid_t p_child);
 

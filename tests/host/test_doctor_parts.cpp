@@ -200,6 +200,31 @@ TEST(DoctorDirectories, TakeAFileAndKeepNone) {
     EXPECT_TRUE(fs::is_empty(directory.getPath()));
 }
 
+TEST(DoctorChild, IsGivenNoMoreTimeWhenItClosesItsDescriptors) {
+    const ChildAnswer answer = askChild(1, []() -> std::string {
+        for (int i = 3; i < 1024; i++) {
+            close(i);
+        }
+        for (;;) {
+            pause();
+        }
+    });
+    EXPECT_FALSE(answer.m_isGiven);
+    EXPECT_EQ(answer.m_reason, "no answer within 1 s");
+}
+
+TEST(DoctorChild, IsDoneBeforeWhatItHasStarted) {
+    const ChildAnswer answer = askChild(3600, [] {
+        const pid_t started = fork();
+        while (started == 0) {
+            pause();
+        }
+        return std::to_string(started);
+    });
+    ASSERT_TRUE(answer.m_isGiven) << answer.m_reason;
+    EXPECT_EQ(kill(atoi(answer.m_text.c_str()), SIGKILL), 0);
+}
+
 TEST(DoctorDirectories, AreFullOrReadOnly) {
     ZYR_NEEDS_PRIVATE_SYSTEM();
     runInChild([] {

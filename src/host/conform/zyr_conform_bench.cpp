@@ -2,9 +2,30 @@
 
 #include "zyr_common/object/zyr_factories.h"
 
+#include <cstring>
 #include <dlfcn.h>
+#include <elf.h>
+#include <fstream>
 
 namespace zyr::host {
+
+namespace {
+
+#if defined(__aarch64__)
+constexpr Elf64_Half OWN_MACHINE = EM_AARCH64;
+#else
+constexpr Elf64_Half OWN_MACHINE = EM_X86_64;
+#endif
+
+/// The loader passes over files for another machine as if they were not there.
+bool isForAnotherMachine(const std::string& p_path) {
+    Elf64_Ehdr head{};
+    std::ifstream file(p_path, std::ios::binary);
+    return file.read(reinterpret_cast<char*>(&head), sizeof(head)) && memcmp(head.e_ident, ELFMAG, SELFMAG) == 0 &&
+           head.e_ident[EI_CLASS] == ELFCLASS64 && head.e_machine != OWN_MACHINE;
+}
+
+} // namespace
 
 void PluginBench::load() {
     if (m_handle != nullptr) {
@@ -15,6 +36,7 @@ void PluginBench::load() {
     noteConformStep("");
     if (m_handle == nullptr) {
         const char* error = dlerror();
+        require(!isForAnotherMachine(m_subject.m_path), "it is built for another kind of processor");
         throw ConformFailure(error != nullptr ? error : "the loader gives no reason");
     }
     String reason;

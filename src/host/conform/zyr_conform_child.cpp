@@ -24,6 +24,8 @@ namespace {
 
 typedef std::chrono::steady_clock Clock;
 
+constexpr rlim_t LARGEST_FILE = rlim_t{64} << 20;
+
 /// What the child says, in memory that outlives it. Zero-filled at first.
 struct ConformPage {
     ConformResult m_result;
@@ -41,6 +43,9 @@ void setText(char* p_target, size_t p_size, const std::string& p_text) {
 }
 
 void limitMemory() {
+    // What the module prints is kept in memory.
+    const rlimit output = {LARGEST_FILE, LARGEST_FILE};
+    setrlimit(RLIMIT_FSIZE, &output);
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
     // The sanitizers reserve far more than they use.
     const rlimit memory = {rlim_t{4} << 30, rlim_t{4} << 30};
@@ -79,17 +84,23 @@ void judgeInChild(const ConformCase& p_case, const ConformSubject& p_subject) {
     _exit(0);
 }
 
-/// Whether the other end was closed in time, that is, whether the child has ended.
-bool waitForEnd(int p_pipe, unsigned p_seconds) {
+/// Whether the child has ended in time. Its end closes the pipe, but what it has started may hold that open, and it may
+/// have closed it long before.
+bool waitForEnd(pid_t p_child, int p_pipe, unsigned p_seconds) {
+    constexpr long OPEN_MILLISECONDS = 100;
+    constexpr long CLOSED_MILLISECONDS = 2;
     const Clock::time_point deadline = Clock::now() + std::chrono::seconds(p_seconds);
-    for (;;) {
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
-        pollfd descriptor = {p_pipe, POLLIN, 0};
-        const int ready = left > 0 ? poll(&descriptor, 1, static_cast<int>(left)) : 0;
-        if (ready >= 0 || errno != EINTR) {
-            return ready > 0;
+    bool closed = false;
+    while (!hasChildEnded(p_child)) {
+        const long left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
+        if (left <= 0) {
+            return false;
         }
+        pollfd descriptor = {closed ? -1 : p_pipe, POLLIN, 0};
+        const long slice = std::min(left, closed ? CLOSED_MILLISECONDS : OPEN_MILLISECONDS);
+        closed = poll(&descriptor, 1, static_cast<int>(slice)) > 0 || closed;
     }
+    return true;
 }
 
 std::string describeEnd(int p_status, bool p_timedOut, unsigned p_seconds, const std::string& p_said) {
@@ -136,9 +147,9 @@ ConformVerdict runConformCase(const ConformCase& p_case, const ConformSubject& p
         runChild(p_case, p_subject, output.get(), parent);
     }
     writeEnd.close();
-    const bool ended = waitForEnd(readEnd.get(), p_seconds);
-    // The child itself, if its group is not there yet.
-    if (!ended && kill(-child, SIGKILL) != 0) {
+    const bool ended = waitForEnd(child, readEnd.get(), p_seconds);
+    // With all that the module has started; the child itself, if its group is not there yet.
+    if (kill(-child, SIGKILL) != 0 && !ended) {
         kill(child, SIGKILL);
     }
     const int status = waitForChild(child);

@@ -111,6 +111,18 @@ void print(const std::string& p_text) {
     }
 }
 
+/// What keeps a case from being run at all keeps the others, too. A harness is told.
+const ConformVerdict& runOrBailOut(ConformRun& p_run, const ConformCase& p_case, bool p_json) {
+    try {
+        return p_run.run(p_case);
+    } catch (const std::exception& error) {
+        if (!p_json) {
+            print("Bail out! " + maskControls(error.what()) + "\n");
+        }
+        throw;
+    }
+}
+
 void printList(const std::vector<ConformCase>& p_cases, bool p_json) {
     nlohmann::ordered_json list = nlohmann::ordered_json::array();
     std::string text;
@@ -189,7 +201,7 @@ int runConform(const ConformOptions& p_options) {
         print("TAP version 14\n1.." + std::to_string(chosen.size()) + "\n");
     }
     for (size_t i = 0; i < chosen.size(); i++) {
-        const ConformVerdict& verdict = run.run(chosen[i]);
+        const ConformVerdict& verdict = runOrBailOut(run, chosen[i], p_options.m_json);
         counts[wordOf(verdict.m_result)]++;
         entries.push_back(describeAsJson(chosen[i], verdict));
         if (!p_options.m_json) {

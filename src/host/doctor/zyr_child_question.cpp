@@ -3,6 +3,7 @@
 #include "host/zyr_child.h"
 #include "host/zyr_descriptor.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -48,23 +49,28 @@ void writeAll(int p_file, const std::string& p_text) {
     _exit(0);
 }
 
-/// Reads until the child closes the pipe; false when that takes too long.
-bool readAll(int p_pipe, unsigned p_seconds, std::string& p_text) {
+/// Reads until the child has ended; false when that takes too long. What the child has started may hold the pipe open,
+/// and the child may have closed it long before its end.
+bool readAll(pid_t p_child, int p_pipe, unsigned p_seconds, std::string& p_text) {
     using Clock = std::chrono::steady_clock;
+    constexpr long OPEN_MILLISECONDS = 100;
+    constexpr long CLOSED_MILLISECONDS = 2;
     const Clock::time_point end = Clock::now() + std::chrono::seconds(p_seconds);
-    for (;;) {
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
-        pollfd stream{p_pipe, POLLIN, 0};
-        const int ready = left > 0 ? poll(&stream, 1, int(left)) : 0;
-        if (ready == 0) {
-            return false;
+    for (bool closed = false;;) {
+        const bool ended = hasChildEnded(p_child);
+        const long left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
+        const long slice = ended ? 0 : std::min(left, closed ? CLOSED_MILLISECONDS : OPEN_MILLISECONDS);
+        pollfd stream{closed ? -1 : p_pipe, POLLIN, 0};
+        const int ready = slice >= 0 ? poll(&stream, 1, int(slice)) : 0;
+        if (ready <= 0 && (ended || left <= 0)) {
+            return ended;
         }
-        std::array<char, 4096> buffer{};
-        const ssize_t count = ready > 0 ? read(p_pipe, buffer.data(), buffer.size()) : -1;
-        if (count == 0 || (count < 0 && errno != EINTR)) {
-            return true;
+        if (ready > 0) {
+            std::array<char, 4096> buffer{};
+            const ssize_t count = read(p_pipe, buffer.data(), buffer.size());
+            closed = count == 0 || (count < 0 && errno != EINTR);
+            p_text.append(buffer.data(), count > 0 ? size_t(count) : 0);
         }
-        p_text.append(buffer.data(), count > 0 ? size_t(count) : 0);
     }
 }
 
@@ -94,7 +100,7 @@ ChildAnswer askChild(unsigned p_seconds, const std::function<std::string()>& p_w
     }
     writeEnd.close();
     std::string text;
-    const bool inTime = readAll(readEnd.get(), p_seconds, text);
+    const bool inTime = readAll(child, readEnd.get(), p_seconds, text);
     if (!inTime) {
         kill(child, SIGKILL);
     }

@@ -1,6 +1,7 @@
 // The conformance kit on modules that keep the rules, and what it says.
 
 #include "host/zyr_program_run.h"
+#include "support/zyr_temporary_directory.h"
 #include "zyr_conform_report.h"
 
 #include <gmock/gmock.h>
@@ -93,6 +94,17 @@ TEST(ConformCommand, RefusesWhatCannotBeMeant) {
     const ProgramRun missing = run({"/nowhere/codec.so"});
     EXPECT_EQ(missing.m_exitCode, 4);
     EXPECT_EQ(missing.m_err, "zyr-host: the file '/nowhere/codec.so' cannot be read\n");
+}
+
+TEST(ConformCommand, NamesAModuleForAnotherMachine) {
+    const TemporaryDirectory directory;
+    std::string bytes = TemporaryDirectory::readFile(FAKES + "base.so");
+    constexpr size_t MACHINE = 18;
+    ASSERT_GT(bytes.size(), MACHINE);
+    bytes[MACHINE] = 8; // MIPS
+    const ConformReport report = conform(directory.writeFile("other.so", bytes), {"--only", "load"});
+    EXPECT_EQ(report.m_exitCode, 1);
+    EXPECT_EQ(report.m_reasons.at("load"), "it is built for another kind of processor");
 }
 
 TEST(ConformCommand, LeavesNothingOnTheStandardErrorAndNoLog) {
