@@ -122,6 +122,14 @@ TEST_F(DoctorCommand, TellsThatTheFrameworkDoesNotStart) {
     EXPECT_EQ(find(all, "libraries", "libavcodec")["state"], "ok") << "the rest is looked at all the same";
 }
 
+TEST_F(DoctorCommand, NamesADirectoryOfPluginsThatIsNotThere) {
+    const std::string missing = m_directory.getPath() + "missing";
+    const ProgramRun result = run({"--plugins", missing, "--json"});
+    EXPECT_EQ(result.m_exitCode, 4);
+    EXPECT_EQ(find(json::parse(result.m_out), "modules", "framework")["cure"],
+              "--plugins with a directory that is there, in place of " + missing);
+}
+
 TEST_F(DoctorCommand, RefusesAPluginOfAnotherKind) {
     const std::string plugins = makeDirectory("plugins");
     std::ofstream(plugins + "/broken.so") << "no module";

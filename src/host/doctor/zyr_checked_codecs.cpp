@@ -9,6 +9,8 @@
 #include "zyr_common/platform/zyr_version.h"
 #include "zyr_common/text/zyr_number_text.h"
 
+#include <filesystem>
+
 namespace zyr::host {
 
 namespace {
@@ -151,6 +153,17 @@ std::string examine(const FrameworkOptions& p_options, const Choice& p_choice) {
     return all.dump(-1, ' ', false, json::error_handler_t::replace);
 }
 
+/// A directory that the user named is not mended by a package.
+std::string cureOfFramework(const FrameworkOptions& p_options) {
+    for (const std::string& directory : p_options.m_pluginDirectories) {
+        std::error_code error;
+        if (!std::filesystem::is_directory(directory, error)) {
+            return "--plugins with a directory that is there, in place of " + directory;
+        }
+    }
+    return "apt-get install --reinstall zyrmont-modules";
+}
+
 } // namespace
 
 WantedRoad checkCodecs(const FrameworkOptions& p_options, const Choice& p_choice, FindingList& p_findings) {
@@ -159,7 +172,7 @@ WantedRoad checkCodecs(const FrameworkOptions& p_options, const Choice& p_choice
     if (!answer.m_isGiven) {
         const std::string cure = cureOfRefusal(answer.m_reason);
         p_findings.push_back({"modules", "framework", FindingState::NO, answer.m_reason,
-                              cure.empty() ? "apt-get install --reinstall zyrmont-modules" : cure});
+                              cure.empty() ? cureOfFramework(p_options) : cure});
         wanted.m_modulesFailed = true;
         wanted.m_text = "the framework does not start";
         return wanted;
