@@ -135,7 +135,12 @@ fi
 
 say "removing and purging"
 mapfile -t installed < <(inside dpkg-query -W -f '${Package} ${Source}\n' | sed -n 's/ zyrmont$//p')
+# What the service leaves where it ran and was enabled.
+inside install -d /var/lib/zyr-host/ada /etc/systemd/system/multi-user.target.wants
+inside sh -c 'echo token >/var/lib/zyr-host/ada/token'
+inside ln -s /usr/lib/systemd/system/zyr-host-serve@.service /etc/systemd/system/multi-user.target.wants/zyr-host-serve@ada.service
 inside dpkg --remove "${installed[@]}" >"$work/log" 2>&1 || { cat "$work/log"; die "dpkg --remove"; }
+inside test -s /var/lib/zyr-host/ada/token || die "the token is gone before the purge"
 inside dpkg --purge "${installed[@]}" >"$work/log" 2>&1 || { cat "$work/log"; die "dpkg --purge"; }
 rm -rf "$root/packages"
 # The program's own log is the user's, in his own directories.

@@ -156,6 +156,7 @@ pack() {
     mkdir -p "$root/usr/share/lintian/overrides"
     grep -E "^(#|$1:)" packaging/lintian-overrides >"$root/usr/share/lintian/overrides/$1"
     (cd "$root" && find usr -type f -print0 | sort -z | xargs -0 md5sum) >"$root/DEBIAN/md5sums"
+    if [ -f "packaging/$1.postrm" ]; then install -m 755 "packaging/$1.postrm" "$root/DEBIAN/postrm"; fi
     {
         printf 'Package: %s\nSource: zyrmont\nVersion: %s\nArchitecture: %s\nMaintainer: %s\n' "$1" "$fullVersion" "$debian" "$maintainer"
         printf 'Installed-Size: %s\n' "$(du -k -s --apparent-size "$root/usr" | cut -f1)"
