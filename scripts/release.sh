@@ -67,7 +67,8 @@ rm -f "$output"/{SHA256SUMS,*.deb,zyrmont-*.tar.xz,zyrmont-*.spdx.json}
 name=zyrmont-$version
 work=$(mktemp -d "${TMPDIR:-/tmp}/zyr-release.XXXXXX")
 trap 'rm -rf "$work"' EXIT
-git archive --format=tar --prefix="$name/" "$commit" >"$work/$name.tar"
+# Whatever git is set to here.
+git -c tar.umask=0002 -c core.autocrlf=false archive --format=tar --prefix="$name/" "$commit" >"$work/$name.tar"
 xz -9 -T1 -c "$work/$name.tar" >"$output/$name.tar.xz"
 say "$name.tar.xz, $(stat -c %s "$output/$name.tar.xz") bytes"
 tar -x -C "$work" -f "$work/$name.tar"

@@ -40,6 +40,18 @@ rm new.txt
 git tag v9.8.7
 refuses "a tag" 1 "release: FAILED: there is a tag v9.8.7 already" 9.8.7
 
+git tag -d v9.8.7 >/dev/null
+
+# archive NAME: the sum of the source archive; what else the release lacks is told and does not matter.
+archive() {
+    scripts/release.sh 9.8.7 --dry-run --skip-tests --no-packages --no-deps --output "$work/$1" >"$work/out" 2>&1 || true
+    sha256sum "$work/$1/zyrmont-9.8.7.tar.xz" | cut -d ' ' -f 1
+}
+wanted=$(archive plain)
+git config tar.umask 0077
+git config core.autocrlf true
+[ "$(umask 027 && LC_ALL=C.UTF-8 archive other)" = "$wanted" ] || fail "the source archive follows the settings of git"
+
 cd "$source"
 export SOURCE_DATE_EPOCH=1700000000
 mkdir "$work/dist"
