@@ -74,3 +74,9 @@ packageMirror() {
     apt-get indextargets --format '$(REPO_URI) $(COMPONENT)' 'Created-By: Packages' |
         awk '$2 == "main" && $1 ~ /\/debian\/?$/ && !found { print $1; found = 1 } END { exit !found }'
 }
+
+# installedKilobytes DIRECTORY: what is in it as dpkg counts it, files in whole KiB and one for each of the others. The size
+# of a directory is another on each file system, and would be another in each package.
+installedKilobytes() {
+    find "$1" -printf '%y %s\n' | awk '{ sum += $1 == "f" ? int(($2 + 1023) / 1024) : 1 } END { print sum }'
+}

@@ -159,7 +159,7 @@ pack() {
     if [ -f "packaging/$1.postrm" ]; then install -m 755 "packaging/$1.postrm" "$root/DEBIAN/postrm"; fi
     {
         printf 'Package: %s\nSource: zyrmont\nVersion: %s\nArchitecture: %s\nMaintainer: %s\n' "$1" "$fullVersion" "$debian" "$maintainer"
-        printf 'Installed-Size: %s\n' "$(du -k -s --apparent-size "$root/usr" | cut -f1)"
+        printf 'Installed-Size: %s\n' "$(installedKilobytes "$root/usr")"
         [ -z "$3" ] || printf '%s\n' "$3"
         printf 'Section: %s\nPriority: optional\nDescription: %s\n' "$2" "$4"
         fold -s -w 76 <<<"$5" | sed 's/ *$//; s/^/ /'
@@ -172,7 +172,7 @@ pack() {
     local compression=(-Zxz)
     [ "$2" != debug ] || compression=(-Zgzip -z1)
     dpkg-deb --root-owner-group "${compression[@]}" --build "$root" "$file" >/dev/null || die "dpkg-deb for $1"
-    printf '%-17s %7s KiB installed  %s\n' "$1" "$(du -k -s --apparent-size "$root/usr" | cut -f1)" "$file"
+    printf '%-17s %7s KiB installed  %s\n' "$1" "$(installedKilobytes "$root/usr")" "$file"
     files+=("$file")
 }
 

@@ -52,6 +52,14 @@ git config tar.umask 0077
 git config core.autocrlf true
 [ "$(umask 027 && LC_ALL=C.UTF-8 archive other)" = "$wanted" ] || fail "the source archive follows the settings of git"
 
+# What packages say of their size is the same on every file system.
+. "$source/scripts/lib.sh"
+mkdir -p "$work/size/a/b"
+printf 1 >"$work/size/a/one"
+head -c 1025 /dev/zero >"$work/size/a/b/two"
+ln -s one "$work/size/a/link"
+[ "$(installedKilobytes "$work/size")" = 7 ] || fail "the size of three directories, a link and files of 1 and 2 KiB"
+
 cd "$source"
 export SOURCE_DATE_EPOCH=1700000000
 mkdir "$work/dist"
