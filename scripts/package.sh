@@ -195,7 +195,7 @@ pack zyrmont-modules libs "Depends: $(needs zyrmont-modules)$suggests" \
     "modules and codec plug-ins of the Zyrmont framework" \
     "Core and picture modules, and plug-ins that code video: VP9, H.264 and MPEG-1 through FFmpeg, in software or through VAAPI, and lossless blocks for screens."
 pack zyrmont-host video "Depends: zyrmont-modules (= $fullVersion), $(needs zyrmont-host)
-Suggests: x11-utils" \
+Suggests: x11-utils, xvfb" \
     "host program of the Zyrmont codec plug-ins" \
     "zyr-host shows which video codecs work on this machine, tells what is wrong with it and what cures it, and sends video through the codecs frame by frame."
 pack libzyrmont-dev libdevel "Depends: liblz4-dev, libxxhash-dev, libsystemd-dev, libpam0g-dev, pkgconf$miniz
