@@ -66,7 +66,7 @@ bool_t BinaryReaderLevel::readBytes(void* p_dest, size_t p_size) {
 }
 
 template <typename T> bool BinaryReaderLevel::readNumbers(T* p_values, size_t p_count) {
-    if (p_count > getRest() / sizeof(T)) {
+    if (p_count > getRest() / sizeof(T) || (p_values == nullptr && p_count != 0)) {
         return false;
     }
     if (p_count != 0) {
@@ -95,6 +95,9 @@ bool BinaryReaderLevel::takeBase128(uint64_t& p_number) {
 
 template <typename Value, typename T>
 bool BinaryReaderLevel::readBase128(T* p_values, size_t p_count, bool_t p_signed) {
+    if (p_values == nullptr && p_count != 0) {
+        return false;
+    }
     const size_t begin = m_position;
     // All are looked at before the first is stored.
     for (int pass = 0; pass < 2; ++pass) {

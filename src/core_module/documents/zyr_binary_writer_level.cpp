@@ -52,6 +52,9 @@ bool BinaryWriterLevel::writeBooleans(const bool_t* p_values, size_t p_count) {
 }
 
 template <typename T> bool BinaryWriterLevel::writeBase128(const T* p_values, size_t p_count) {
+    if (p_values == nullptr && p_count != 0) {
+        return false;
+    }
     const size_t begin = getOutputData(0)->getSize();
     for (size_t i = 0; i < p_count; ++i) {
         unsigned char bytes[10];

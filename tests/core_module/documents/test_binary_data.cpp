@@ -116,6 +116,18 @@ TEST_F(BinaryDataTest, LeavesPositionAndOutputsWhenBytesAreMissing) {
     EXPECT_EQ(numbers[0], 0x0201);
 }
 
+TEST_F(BinaryDataTest, ReadsNothingWithoutAPlaceForIt) {
+    setInput({1, 2, 3, 4});
+    EXPECT_FALSE(m_reader->readBytes(nullptr, 1));
+    EXPECT_FALSE(m_reader->readMultipleUInt16(nullptr, 2));
+    EXPECT_FALSE(m_reader->readMultipleBooleans(nullptr, 1));
+    EXPECT_FALSE(m_reader->readMultipleUInt16Base128(nullptr, 2, 0));
+    EXPECT_TRUE(m_reader->readMultipleUInt16Base128(nullptr, 0, 0));
+    uint32_t number = 0;
+    EXPECT_TRUE(m_reader->readSingleUInt32(number));
+    EXPECT_EQ(number, 0x04030201u);
+}
+
 TEST_F(BinaryDataTest, HasNothingToReadWithoutInput) {
     uint8_t byte = 0;
     EXPECT_FALSE(m_reader->readSingleUInt8(byte));
@@ -319,6 +331,7 @@ TEST_F(BinaryDataTest, WritesNothingWithoutItsBytes) {
     EXPECT_FALSE(m_writer->writeBytes(nullptr, 5));
     EXPECT_FALSE(m_writer->writeMultipleBooleans(nullptr, 5));
     EXPECT_FALSE(m_writer->writeMultipleDouble(nullptr, 5));
+    EXPECT_FALSE(m_writer->writeMultipleInt64Base128(nullptr, 5));
     EXPECT_EQ(m_writer->getOutputData(0)->getSize(), 0u);
 }
 
