@@ -89,13 +89,11 @@ bool_t declareObject(ISerializer* p_serializer, IObject* p_object) {
 }
 
 /// Saves the object where its deferred file says. It has no deferred file for the time of the call.
-bool_t saveDeferredObject(const ISerializer* p_serializer, IObject* p_object, String* p_deferredFile) {
-    p_deferredFile->addRef();
+bool_t saveDeferredObject(const ISerializer* p_serializer, IObject* p_object, const String& p_deferredFile) {
     p_object->setDeferredFile(String::getConstEmpty());
-    const String path = zyr_resolvePath(*p_deferredFile, p_serializer->getBaseDirectory());
+    const String path = zyr_resolvePath(p_deferredFile, p_serializer->getBaseDirectory());
     const bool_t saved = zyr_saveToFile(p_object, path, String(), 1, path.getDirectoryPath());
-    p_object->setDeferredFile(*p_deferredFile);
-    p_deferredFile->release();
+    p_object->setDeferredFile(p_deferredFile);
     return saved;
 }
 
@@ -214,11 +212,12 @@ template <> bool_t ISerializer::writeSingleObject(const String& p_name, IObject*
     if (p_object == nullptr) {
         return writeNullObject(p_name);
     }
-    String* deferredFile = p_object->getDeferredFile();
-    if (deferredFile != nullptr && !isA<IDeferredFileObject>(p_object)) {
+    if (p_object->getDeferredFile() != nullptr && !isA<IDeferredFileObject>(p_object)) {
+        // A copy: an object may keep its text and only empty it.
+        const String deferredFile(*p_object->getDeferredFile());
         IDeferredFileObject* deferredFileObject = zyr_createObject<IDeferredFileObject>();
         ZYR_ASSERT(deferredFileObject != NULL);
-        deferredFileObject->setFilePath(*deferredFile);
+        deferredFileObject->setFilePath(deferredFile);
         deferredFileObject->setReadOnly(p_object->isDeferredFileReadOnly());
         const bool_t written = writeSingleObject<IDeferredFileObject>(p_name, deferredFileObject);
         deferredFileObject->release();
