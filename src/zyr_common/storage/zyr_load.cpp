@@ -3,6 +3,7 @@
 #include "zyr_common/containers/zyr_array.h"
 #include "zyr_common/memory/zyr_memory.h"
 #include "zyr_common/memory/zyr_permanent.h"
+#include "zyr_common/memory/zyr_ref.h"
 #include "zyr_common/memory/zyr_report.h"
 #include "zyr_common/object/zyr_factories.h"
 #include "zyr_common/serialization/zyr_single_objects.h"
@@ -221,18 +222,17 @@ IObject* zyr_loadFromFile(const String& p_path, const String& p_format, const St
         ZYR_LOG_WARN(NO_DESERIALIZER_TEXT, format.getData());
         return nullptr;
     }
+    Ref<IInputStreamFile> stream; // Released behind the deserializer.
     LoadRun load(deserializer, nesting);
     IInputStreamFile* inputStreamFile = zyr_createObject<IInputStreamFile>();
     ZYR_ASSERT(inputStreamFile != NULL);
+    stream = Ref<IInputStreamFile>::adopt(inputStreamFile);
     if (!inputStreamFile->open(path)) {
         ZYR_LOG_WARN("Unable to open file: %s for reading", path.getData());
-        inputStreamFile->release();
         return nullptr;
     }
     FileSource source(inputStreamFile);
-    const LoadFailure failure = load.run(source, format, directory);
-    inputStreamFile->release();
-    switch (failure) {
+    switch (load.run(source, format, directory)) {
     case LoadFailure::NONE:
         break;
     case LoadFailure::NOT_ENOUGH_DATA:
