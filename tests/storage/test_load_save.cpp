@@ -65,6 +65,22 @@ TEST_F(LoadSaveTest, SavingToMemoryAppends) {
     info->release();
 }
 
+TEST_F(LoadSaveTest, AnArrayThatCannotGrowIsLeftAsItWas) {
+    INativeFormatInfo* info = makeInfo("name");
+    unsigned char bytes[] = {1, 2};
+    for (const char* format : {"raw", "json"}) {
+        Array<unsigned char> data;
+        data.bindFixedSizeData(bytes, sizeof(bytes));
+        const LogCapture capture;
+        EXPECT_FALSE(zyr_saveToData(info, data, format, 1, ""));
+        EXPECT_THAT(warnings(capture),
+                    testing::ElementsAre("The object cannot be serialized into data: bad object content"));
+        EXPECT_EQ(data.getSize(), 2u);
+        EXPECT_EQ(bytes[1], 2);
+    }
+    info->release();
+}
+
 TEST_F(LoadSaveTest, AnUnknownFormatGivesItsTwoLines) {
     INativeFormatInfo* info = makeInfo("name");
     const LogCapture capture;

@@ -47,6 +47,21 @@ public:
     IObject* m_held = nullptr; ///< Not owned.
 };
 
+/// Begins a group and doesn't end it.
+class Leaver : public ObjectClass<Leaver, WObject> {
+public:
+    static constexpr const char* c_className = "Leaver";
+    static constexpr const char* c_classGUIDText = "10000000-0000-4000-8000-0000000000a3";
+
+    Leaver() { initObjectInterface(); }
+    void init_This() {}
+    void release_This() {}
+    void copy_This(const Leaver*) {}
+    bool_t writeSerialized(ISerializer* p_serializer, bool_t p_headerPass, bool_t& p_result) override {
+        return p_result = p_headerPass || p_serializer->beginStructure("group", 0);
+    }
+};
+
 class SingleObjects : public CoreModuleUpTest {
 protected:
     void SetUp() override {
@@ -137,6 +152,21 @@ TEST_F(SingleObjects, ThatHoldThemselvesEndTheWriting) {
     for (const char* format : {"raw", "zbf", "xml", "json"}) {
         EXPECT_FALSE(zyr_saveToData(first.get(), data, format, 0, String())) << format;
     }
+}
+
+TEST_F(SingleObjects, ThatLeaveAGroupOpenAreNotSaved) {
+    Leaver leaver;
+    Holder outer;
+    outer.m_held = &leaver;
+    Array<uint8_t> data;
+    data.pushBack(1);
+    for (const char* format : {"raw", "zbf", "xml", "json"}) {
+        const LogCapture capture;
+        EXPECT_FALSE(zyr_saveToData(&outer, data, format, 0, String())) << format;
+        ASSERT_EQ(capture.getLines().size(), 1u) << format;
+        EXPECT_EQ(capture.getLines()[0].message, "The object cannot be serialized into data: bad object content");
+    }
+    EXPECT_EQ(data.getSize(), 1u);
 }
 
 TEST_F(SingleObjects, OfAChainThatIsLongAreWritten) {

@@ -24,6 +24,13 @@ constexpr const char* NO_SERIALIZER_TEXT = "Unable to find serializer for format
 constexpr const char* NOT_INITIALIZED_TEXT = "The serializer cannot be initialized: bad internal state";
 constexpr const char* BAD_OBJECT_TEXT = "The object cannot be serialized into data: bad object content";
 
+/// Whether a serializer of this system's own has nothing open, which an object may have begun and not ended, and an
+/// output, whose end may have found no memory. Nothing is known of others.
+bool_t isWhole(ISerializer* p_serializer) {
+    return zyr_findReserved(p_serializer) == nullptr ||
+           (!p_serializer->endStructure() && p_serializer->getDataSize() != 0);
+}
+
 /// A serializer for the time of one save.
 class SaveRun {
 public:
@@ -69,7 +76,8 @@ SaveFailure SaveRun::run(IObject* p_object, const String& p_format, bool_t p_wri
     m_serializer->setWritingDeferredFiles(p_writeDeferredFiles);
     FileFormatHeader header;
     header.m_format = p_format;
-    const bool_t written = zyr_getTopSerializer(m_serializer)->writeHeaderAndObjectToFile(header, p_object);
+    const bool_t written =
+        zyr_getTopSerializer(m_serializer)->writeHeaderAndObjectToFile(header, p_object) && isWhole(m_serializer);
     return written ? SaveFailure::NONE : SaveFailure::BAD_OBJECT;
 }
 
@@ -131,8 +139,15 @@ bool_t zyr_saveToData(IObject* p_object, Array<unsigned char>& p_data, const Str
     uint8_t wrapper[c_payloadWrapperSize] = {};
     const size_t wrapperSize = save.makeWrapper(wrapper) ? sizeof(wrapper) : 0;
     if (!takeOutput(save.m_serializer, p_data, wrapper, wrapperSize)) {
+        const size_t oldSize = p_data.getSize();
+        const size_t size = save.m_serializer->getDataSize();
         p_data.pushBackRange(wrapper, wrapperSize);
-        p_data.pushBackRange(save.m_serializer->getData(), save.m_serializer->getDataSize());
+        p_data.pushBackRange(save.m_serializer->getData(), size);
+        if (p_data.getSize() != oldSize + wrapperSize + size) { // It can't grow.
+            p_data.resize(oldSize);
+            ZYR_LOG_WARN(BAD_OBJECT_TEXT);
+            return 0;
+        }
     }
     return 1;
 }
