@@ -1,5 +1,6 @@
 #include "core_module/documents/zyr_document_text.h"
 
+#include "core_module/zyr_text_place.h"
 #include "zyr_common/text/zyr_unicode.h"
 
 namespace zyr {
@@ -60,18 +61,8 @@ bool DocumentText::fail(const char* p_reason, const char* p_place) {
 }
 
 ParserLogMessage* DocumentText::makeMessage() const {
-    StringCursor cursor(1, 1, m_begin, m_end, m_place);
-    for (const char* byte = m_begin; byte != m_place; ++byte) {
-        if (*byte == '\n' && byte != m_begin && byte[-1] == '\r') {
-            continue; // The second half of a line end.
-        }
-        if (*byte == '\n' || *byte == '\r') {
-            ++cursor.m_line;
-            cursor.m_column = 1;
-        } else if ((*byte & 0xC0) != 0x80) {
-            ++cursor.m_column;
-        }
-    }
+    const TextPlace place(m_begin, m_place);
+    const StringCursor cursor(place.m_line, place.m_column, m_begin, m_end, m_place);
     String text(m_reason);
     if (m_place != m_end) {
         text += ": \"";

@@ -306,6 +306,10 @@ void JsonScanner::pop() {
 }
 
 bool JsonScanner::scan() {
+    static constexpr char MARK[] = {'\xEF', '\xBB', '\xBF'}; // Some editors put one in front.
+    if (remaining() >= sizeof(MARK) && memcmp(m_place, MARK, sizeof(MARK)) == 0) {
+        m_place += sizeof(MARK);
+    }
     skipSpace();
     if (!take('{')) {
         return fail("the document is no object");

@@ -12,6 +12,7 @@
 #include "core_module/serializers/zyr_serializer_level.h"
 #include "core_module/serializers/zyr_text_scan_error.h"
 #include "core_module/serializers/zyr_text_tree.h"
+#include "core_module/zyr_text_place.h"
 #include "zyr_common/containers/zyr_array.h"
 #include "zyr_common/memory/zyr_permanent.h"
 
@@ -223,10 +224,9 @@ private:
 
     static void report(const char* p_text, const TextScanError& p_error) {
         if (p_error.m_reason != nullptr) {
-            size_t line = 0;
-            size_t column = 0;
-            p_error.locate(p_text, line, column);
-            ZYR_LOG_INFO("Unable to read the document: %s at line %zu, column %zu", p_error.m_reason, line, column);
+            const TextPlace place(p_text, p_error.m_place);
+            ZYR_LOG_INFO("Unable to read the document: %s at line %zu, column %zu", p_error.m_reason, place.m_line,
+                         place.m_column);
         }
     }
 

@@ -17,15 +17,6 @@ struct TextScanError {
         }
         return false;
     }
-    /// Line and column of the place, from 1; columns count bytes.
-    void locate(const char* p_text, size_t& p_line, size_t& p_column) const {
-        p_line = 1;
-        p_column = 1;
-        for (; p_text != m_place; p_text++) {
-            p_column = *p_text == '\n' ? 1 : p_column + 1;
-            p_line += *p_text == '\n';
-        }
-    }
 };
 
 } // namespace zyr

@@ -277,6 +277,12 @@ bool XmlScanner::skipDocumentType() {
             }
             continue;
         }
+        if (take("<?")) {
+            if (!skipUntil("?>", "an instruction has no end")) {
+                return false;
+            }
+            continue;
+        }
         m_place++;
         depth += character == '[';
         if (character == ']' && depth != 0) {

@@ -107,6 +107,8 @@ TEST_F(JsonParserTest, TellsWhereAFaultIs) {
     EXPECT_EQ(getFault("{} x"), "1:4 Text behind the end of the document: \"x\"");
     EXPECT_EQ(getFault("nul"), "1:1 Unexpected character: \"nul\"");
     EXPECT_EQ(getFault("'a'"), "1:1 Unexpected character: \"'a'\"");
+    EXPECT_EQ(getFault("\xEF\xBB\xBF"), "1:1 Unexpected end");
+    EXPECT_EQ(getFault("\xEF\xBB\xBF\tx"), "1:2 Unexpected character: \"x\"");
 }
 
 TEST_F(JsonParserTest, RefusesWhatIsNoNumber) {

@@ -49,8 +49,9 @@ TEST_F(BadDocuments, OfJsonAreRefused) {
 }
 
 TEST_F(BadDocuments, OfJsonThatOnlyLookSoAreTaken) {
-    for (const char* text : {"{}", " {\r\n\t} ", "{\"a\":[]}", "{\"a\":[ ]}", "{\"a\":[[],[1,[2]],\"x\"]}",
-                             "{\"a\":-0.5e+10}", "{\"a\":0}", "{\"\":null}", "{\"a\":\"\\ud83d\\ude00\\/\"}"}) {
+    for (const char* text :
+         {"{}", " {\r\n\t} ", "{\"a\":[]}", "{\"a\":[ ]}", "{\"a\":[[],[1,[2]],\"x\"]}", "{\"a\":-0.5e+10}",
+          "\xEF\xBB\xBF {\"a\":0}", "{\"\":null}", "{\"a\":\"\\ud83d\\ude00\\/\"}"}) {
         EXPECT_TRUE(canInitialize("Json", text)) << text;
     }
 }
@@ -103,10 +104,23 @@ TEST_F(BadDocuments, OfXmlThatOnlyLookSoAreTaken) {
          {"<a/>", "\xEF\xBB\xBF<?xml version='1.0' encoding=\"utf-8\"?>\n<a/>\n",
           "<?xml version='1.0' encoding='UTF-8'?><a/>", "<?xml version='1.0' encoding='US-ASCII'?><a/>", "<a ></a >",
           "<a b='\"' c=\"'\"/>", "<a>&#65;&#x42;&lt;&gt;&amp;&quot;&apos;</a>",
-          "<!-- & < --><a><![CDATA[<&]]></a><?x y?>", "<!DOCTYPE a [<!ENTITY x 'y>z'> <!-- ] -->]><a/>",
+          "<!-- & < --><a><![CDATA[<&]]></a><?x y?>", "<!DOCTYPE a [<!ENTITY x 'y>z'> <!-- ] --> <?b it's ]> ?>]><a/>",
           "<a>gr\xC3\xBC]]</a>", "<gr\xC3\xBC \xC3\xA4='1'/>"}) {
         EXPECT_TRUE(canInitialize("Xml", text)) << text;
     }
+}
+
+TEST_F(BadDocuments, SayWhereTheyAreWrong) {
+    const auto getPlace = [this](const char* p_prefix, const char* p_text) {
+        EXPECT_FALSE(canInitialize(p_prefix, p_text)) << p_text;
+        return m_application->getMessages().back();
+    };
+    EXPECT_EQ(getPlace("Json", "{\r\n\t\"\xC3\xA4\": x}"),
+              "Unable to read the document: a value is missing at line 2, column 7");
+    EXPECT_EQ(getPlace("Json", "\xEF\xBB\xBF[]"),
+              "Unable to read the document: the document is no object at line 1, column 1");
+    EXPECT_EQ(getPlace("Xml", "\xEF\xBB\xBF<a>\r\xC3\xA4&b;</a>"),
+              "Unable to read the document: there is no such reference at line 2, column 2");
 }
 
 TEST_F(BadDocuments, WithMoreDepthThanTheLimitAreRefused) {
