@@ -307,6 +307,22 @@ TEST_P(FailingStorage, SerializersEndWithFalseWhereABufferIsNotGiven) {
     EXPECT_GE(failures, place);
 }
 
+class FailingTable : public CoreModuleUpTest {};
+
+TEST_F(FailingTable, LeavesNoOutputWhereItHasNoRoom) {
+    const auto serializer = Ref<IObject>::adopt(zyr_createObjectFromName("ZbfSerializer"));
+    auto* to = static_cast<ISerializer*>(serializer.get());
+    const String name(std::string(9000, 'n'));
+    for (const size_t number : {0, 1}) {
+        ASSERT_TRUE(to->initialize() && to->writeBool(name, 1, 0, 0));
+        failHeapBlock(number, 2048);
+        EXPECT_EQ(to->getDataSize() != 0, number == 0);
+        failHeapBlock(0, 0);
+        EXPECT_EQ(to->getData() != nullptr, number == 0);
+        EXPECT_TRUE(to->deinitialize());
+    }
+}
+
 #endif
 
 INSTANTIATE_TEST_SUITE_P(Formats, FailingStorage, testing::ValuesIn(c_formats));

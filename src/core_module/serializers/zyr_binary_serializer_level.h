@@ -12,8 +12,11 @@ namespace zyr {
 template <class Interface, class Output> class BinarySerializerLevel : public SerializerLevel<Interface> {
 public:
     bool_t initialize() override {
-        m_completed = 0;
-        return m_output.begin();
+        if (!m_output.begin()) {
+            m_output.end();
+            return 0;
+        }
+        return 1;
     }
     bool_t deinitialize() override {
         m_output.end();
@@ -216,11 +219,7 @@ private:
         return size > c_payloadWrapperSize ? size - c_payloadWrapperSize : 0;
     }
     /// The getters are constant for the caller; the table of the last format belongs to what they give.
-    void complete() const {
-        if (!m_completed) {
-            m_completed = m_output.complete();
-        }
-    }
+    void complete() const { completeOutput(m_output); }
     bool putNumber(uint64_t p_number) {
         uint8_t* target = m_output.m_buffer.reserve(c_numberSize);
         if (target == nullptr) {
@@ -260,7 +259,6 @@ private:
     }
 
     mutable Output m_output;
-    mutable bool_t m_completed = 0;
     bool_t m_nullElement = 0;
 };
 

@@ -40,6 +40,25 @@ void ByteBuffer::release() {
     m_data = nullptr;
     m_size = 0;
     m_capacity = 0;
+    m_room = 0;
+    m_resume = NOT_SEALED;
+}
+
+void ByteBuffer::close() {
+    release();
+    m_isClosed = true;
+}
+
+void ByteBuffer::open() {
+    m_isClosed = false;
+    m_size = 0;
+    m_room = m_capacity;
+    m_resume = NOT_SEALED;
+}
+
+void ByteBuffer::seal(size_t p_size) {
+    m_resume = p_size;
+    m_room = m_size;
 }
 
 void* ByteBuffer::give(size_t p_capacity) {
@@ -49,11 +68,20 @@ void* ByteBuffer::give(size_t p_capacity) {
         block = smaller != nullptr ? smaller : block;
     }
     m_data = nullptr;
-    release();
+    close();
     return block;
 }
 
 bool ByteBuffer::grow(size_t p_size) {
+    if (m_isClosed) {
+        return false;
+    }
+    if (isSealed()) {
+        m_size = m_resume;
+        m_room = m_capacity;
+        m_resume = NOT_SEALED;
+        return reserve(p_size) != nullptr;
+    }
     size_t capacity = m_capacity == 0                     ? FIRST_CAPACITY
                       : m_capacity == LAST_SMALL_CAPACITY ? FIRST_LARGE_CAPACITY
                                                           : m_capacity * 2;
@@ -66,6 +94,7 @@ bool ByteBuffer::grow(size_t p_size) {
     }
     m_data = data;
     m_capacity = capacity;
+    m_room = capacity;
     return true;
 }
 

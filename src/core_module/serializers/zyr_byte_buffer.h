@@ -22,8 +22,16 @@ public:
     void setSize(size_t p_size) { m_size = p_size; }
     /// Gives the memory back.
     void release();
-    /// Hands the block to the caller, who needs so much of it and frees it by zyr_free.
+    /// Hands the block to the caller, who needs so much of it and frees it by zyr_free, and closes.
     void* give(size_t p_capacity);
+
+    /// Until open is called nothing can be added, as if there were no memory. Gives the memory back.
+    void close();
+    /// Empty from here on, and ready to be filled.
+    void open();
+    /// What stands behind the first p_size bytes is an end that goes when more is added.
+    void seal(size_t p_size);
+    bool isSealed() const { return m_resume != NOT_SEALED; }
 
     /// What may be written behind the room that was asked for, so that short copies can have one size.
     static constexpr size_t c_slack = 64;
@@ -31,7 +39,7 @@ public:
     /// Makes room for p_size bytes more and gives their place, null where there is no memory. What is written there
     /// counts when commit is told where it ends.
     uint8_t* reserve(size_t p_size) {
-        return p_size + c_slack <= m_capacity - m_size || grow(p_size) ? m_data + m_size : nullptr;
+        return p_size + c_slack <= m_room - m_size || grow(p_size) ? m_data + m_size : nullptr;
     }
     void commit(const uint8_t* p_end) { m_size = static_cast<size_t>(p_end - m_data); }
 
@@ -51,8 +59,8 @@ public:
 
     /// Leaves p_width bytes for the number of bytes that follow.
     bool beginLength(size_t p_width, size_t& p_place) {
-        p_place = m_size;
         uint8_t* target = reserve(p_width);
+        p_place = m_size;
         m_size += target != nullptr ? p_width : 0;
         return target != nullptr;
     }
@@ -61,11 +69,17 @@ public:
     bool endLength(size_t p_place, size_t& p_width, size_t p_minimum);
 
 private:
+    static constexpr size_t NOT_SEALED = SIZE_MAX;
+
     bool grow(size_t p_size);
 
     uint8_t* m_data = nullptr;
     size_t m_size = 0;
     size_t m_capacity = 0;
+    /// The capacity, or the size where more must not be added just so.
+    size_t m_room = 0;
+    size_t m_resume = NOT_SEALED;
+    bool m_isClosed = false;
 };
 
 /// Copies without a call where the bytes are few, as those of names and most texts are.

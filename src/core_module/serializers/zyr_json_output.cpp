@@ -70,14 +70,14 @@ bool appendJsonText(ByteBuffer& p_buffer, const char* p_text, size_t p_length) {
 }
 
 bool JsonOutput::begin() {
-    m_buffer.setSize(0);
+    m_buffer.open();
     m_depth = 0;
     m_frames[0] = {'{', false};
     return m_buffer.append('{');
 }
 
 bool JsonOutput::complete() {
-    return m_depth == 0 && m_buffer.appendLiteral("\n}\n");
+    return m_depth != 0 || m_buffer.appendLiteral("\n}\n");
 }
 
 size_t JsonOutput::getBlanks() const {

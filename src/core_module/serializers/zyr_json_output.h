@@ -18,8 +18,11 @@ bool appendJsonText(ByteBuffer& p_buffer, const String& p_text);
 
 class JsonOutput {
 public:
+    JsonOutput() { m_buffer.close(); }
+
     bool begin();
-    void end() { m_buffer.release(); }
+    void end() { m_buffer.close(); }
+    /// Appends the end where nothing is open any more.
     bool complete();
 
     bool beginRecord(const String& p_name, bool_t p_formatHeader);

@@ -9,7 +9,7 @@ namespace zyr {
 /// Empties the buffer but for room for the wrapper in front of the payload: who takes the whole block over fills it in.
 inline bool beginPayload(ByteBuffer& p_buffer) {
     const uint8_t room[c_payloadWrapperSize] = {};
-    p_buffer.setSize(0);
+    p_buffer.open();
     return p_buffer.append(room, sizeof(room));
 }
 

@@ -12,11 +12,13 @@ namespace zyr {
 /// Writes what stands around values.
 class RawOutput {
 public:
+    RawOutput() { m_buffer.close(); }
+
     bool begin() {
         m_depth = 0;
         return beginPayload(m_buffer) && m_buffer.append(static_cast<char>(c_binaryFormatVersion));
     }
-    void end() { m_buffer.release(); }
+    void end() { m_buffer.close(); }
     /// The bytes are complete at all times.
     bool complete() { return true; }
 

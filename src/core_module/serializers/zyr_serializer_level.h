@@ -31,6 +31,20 @@ template <typename T> bool resizeExactly(Array<T>& p_array, size_t p_size) {
     return done;
 }
 
+/// Puts the end behind what was written; it goes again when more is. Without memory for it there is no output.
+template <class Output> void completeOutput(Output& p_output) {
+    auto& buffer = p_output.m_buffer;
+    if (buffer.isSealed()) {
+        return;
+    }
+    const size_t size = buffer.getSize();
+    if (!p_output.complete()) {
+        buffer.close();
+    } else if (buffer.getSize() != size) {
+        buffer.seal(size);
+    }
+}
+
 /// The directory against which deferred files resolve. A copy of a serializer has its settings and no output.
 template <class Interface, class LevelInterfaceType>
 class DirectoryLevel : public UnstoredLevel<ObjectLevel<Interface>, LevelInterfaceType> {

@@ -10,9 +10,12 @@ namespace zyr {
 template <class Interface, class Output> class TextSerializerLevel : public SerializerLevel<Interface> {
 public:
     bool_t initialize() override {
-        m_completed = 0;
         m_elementType.clear();
-        return m_output.begin();
+        if (!m_output.begin()) {
+            m_output.end();
+            return 0;
+        }
+        return 1;
     }
     bool_t deinitialize() override {
         m_output.end();
@@ -176,11 +179,7 @@ private:
             p_data == getData() && p_data != nullptr && p_front == 0 && p_capacity <= m_output.m_buffer.getCapacity();
         return fits ? m_output.m_buffer.give(p_capacity) : nullptr;
     }
-    void complete() const {
-        if (!m_completed) {
-            m_completed = m_output.complete();
-        }
-    }
+    void complete() const { completeOutput(m_output); }
     template <typename T>
     bool_t writeInteger(const String& p_name, T p_value, bool_t p_attribute, EnumerationConverter p_converter) {
         if (p_converter != nullptr) {
@@ -208,7 +207,6 @@ private:
     }
 
     mutable Output m_output;
-    mutable bool_t m_completed = 0;
     bool_t m_nullElement = 0;
     bool_t m_firstElement = 0;
     /// Type name of the element written last, as long as none is the first one.

@@ -151,7 +151,7 @@ bool appendXmlText(ByteBuffer& p_buffer, const String& p_text, bool p_attribute)
 }
 
 bool XmlOutput::begin() {
-    m_buffer.setSize(0);
+    m_buffer.open();
     m_names.setSize(0);
     m_depth = 0;
     m_rootOpen = false;
@@ -160,12 +160,12 @@ bool XmlOutput::begin() {
 }
 
 void XmlOutput::end() {
-    m_buffer.release();
+    m_buffer.close();
     m_names.release();
 }
 
 bool XmlOutput::complete() {
-    return m_depth == 0 && (m_rootOpen ? m_buffer.appendLiteral("\n</zyr>\n") : m_buffer.appendLiteral("<zyr/>\n"));
+    return m_depth != 0 || (m_rootOpen ? m_buffer.appendLiteral("\n</zyr>\n") : m_buffer.appendLiteral("<zyr/>\n"));
 }
 
 size_t XmlOutput::getBlanks() const {
@@ -278,7 +278,8 @@ bool XmlOutput::beginRecord(const String& p_name, bool_t p_formatHeader) {
     if (!p_formatHeader) {
         return open(p_name);
     }
-    if (m_depth != 0 || m_buffer.getSize() != 0) {
+    // An end that stands there already goes with the room.
+    if (m_depth != 0 || m_buffer.reserve(0) == nullptr || m_buffer.getSize() != 0) {
         return false;
     }
     m_frames[++m_depth] = {m_names.getSize(), DECLARATION, true, false};

@@ -27,8 +27,11 @@ bool appendXmlText(ByteBuffer& p_buffer, const String& p_text, bool p_attribute)
 
 class XmlOutput {
 public:
+    XmlOutput() { m_buffer.close(); }
+
     bool begin();
     void end();
+    /// Appends the end where nothing is open any more.
     bool complete();
 
     bool beginRecord(const String& p_name, bool_t p_formatHeader);

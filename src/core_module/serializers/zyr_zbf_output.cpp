@@ -49,15 +49,15 @@ bool ZbfOutput::begin() {
 
 void ZbfOutput::end() {
     clear();
-    m_buffer.release();
+    m_buffer.close();
 }
 
 bool ZbfOutput::complete() {
-    if (m_buffer.getSize() <= c_payloadWrapperSize) {
-        return false; // Nothing was begun.
+    if (m_depth != 0 || !isBegun()) {
+        return true;
     }
     const uint64_t place = m_buffer.getSize() - c_payloadWrapperSize;
-    bool done = m_depth == 0 && putNumber(m_structures.getSize());
+    bool done = putNumber(m_structures.getSize());
     for (size_t i = 0; i < m_structures.getSize() && done; i++) {
         const Structure& structure = *m_structures[i];
         done = appendText(m_buffer, structure.m_name) && putNumber(structure.m_fields.getSize());
@@ -104,6 +104,9 @@ uint32_t ZbfOutput::addStructure(const String& p_typeName) {
 }
 
 uint32_t ZbfOutput::findStructure(const String& p_typeName) {
+    if (!isBegun()) {
+        return 0; // The buffer refuses what follows.
+    }
     if (m_structures[m_lastStructure]->m_name == p_typeName) {
         return m_lastStructure;
     }
@@ -127,6 +130,9 @@ uint32_t ZbfOutput::addField(const String& p_name, FieldKind p_kind) {
 }
 
 uint32_t ZbfOutput::searchField(const String& p_name, FieldKind p_kind) {
+    if (!isBegun()) {
+        return 0; // The buffer refuses what follows.
+    }
     Structure& structure = getStructure();
     const Field* fields = structure.m_fields.getData();
     const uint32_t count = static_cast<uint32_t>(structure.m_fields.getSize());
@@ -147,7 +153,7 @@ uint32_t ZbfOutput::searchField(const String& p_name, FieldKind p_kind) {
 }
 
 bool ZbfOutput::beginStructure(const String& p_typeName) {
-    return enter(0, findStructure(p_typeName));
+    return isBegun() && enter(0, findStructure(p_typeName));
 }
 
 bool ZbfOutput::endStructure() {
@@ -160,6 +166,9 @@ bool ZbfOutput::endStructure() {
 }
 
 bool ZbfOutput::declare(const String& p_name, FieldKind p_kind, const String& p_typeName) {
+    if (!isBegun()) {
+        return false;
+    }
     if (p_kind != FieldKind::RECORD) {
         findField(p_name, p_kind);
         return true;

@@ -16,11 +16,12 @@ namespace zyr {
 /// Writes what stands around values.
 class ZbfOutput {
 public:
+    ZbfOutput() { m_buffer.close(); }
     ~ZbfOutput() { clear(); }
 
     bool begin();
     void end();
-    /// Appends the table. Nothing may be written afterwards.
+    /// Appends the table where nothing is open any more.
     bool complete();
 
     /// Begins a field and gives the place of its value with room for so many bytes, null where there is no memory. What
@@ -89,6 +90,8 @@ private:
         uint32_t m_next;
     };
 
+    /// Until begin is called there is not even the outermost structure.
+    bool isBegun() const { return !m_structures.isEmpty(); }
     void clear();
     bool putNumber(uint64_t p_number);
     /// Leaves room for the length of what begins here, which takes that many bytes or more.

@@ -159,6 +159,87 @@ TEST_P(SerializerSlots, RefuseToEndWhatHasNotBegun) {
     EXPECT_EQ(bytes, take(fresh));
 }
 
+TEST_P(SerializerSlots, WriteNothingOutsideOfInitializeAndDeinitialize) {
+    ISerializer* serializer = create<ISerializer>("Serializer");
+    const String text("text");
+    const uint32_t numbers[2] = {1, 2};
+    for (int i = 0; i < 2; i++) {
+        EXPECT_FALSE(serializer->beginStructure("a", 0)) << i;
+        EXPECT_FALSE(serializer->beginStructure("xml", 1)) << i;
+        EXPECT_FALSE(serializer->beginObject("a", "Name", "guid")) << i;
+        EXPECT_FALSE(serializer->beginArray("a", 1, ZYR_ARRAY_OF_RECORDS)) << i;
+        EXPECT_FALSE(serializer->beginArrayElement(0, "Name")) << i;
+        EXPECT_FALSE(serializer->beginArrayElement(0, "")) << i;
+        EXPECT_FALSE(serializer->writeNullObject("a")) << i;
+        EXPECT_FALSE(serializer->writeBool("a", 1, 0, 0)) << i;
+        EXPECT_FALSE(serializer->writeInt64("a", 1, 0, 1, nullptr)) << i;
+        EXPECT_FALSE(serializer->writeDouble("a", 1, 0, 0)) << i;
+        EXPECT_FALSE(serializer->writeString("a", text, 0, 0)) << i;
+        EXPECT_FALSE(serializer->writeStringRef("a", nullptr, 0, 0)) << i;
+        EXPECT_FALSE(serializer->writeStringArray("a", 1, &text, 0, 0)) << i;
+        EXPECT_FALSE(serializer->writeUInt32Array("a", 2, numbers, 0, 0)) << i;
+        EXPECT_FALSE(serializer->writeEnumArray("a", 2, numbers, 0, nullptr)) << i;
+        EXPECT_FALSE(serializer->endStructure()) << i;
+        if (serializer->hasHeaderSection()) {
+            bool_t result = 1;
+            EXPECT_FALSE(serializer->beginHeaderStructure("Name")) << i;
+            EXPECT_FALSE(serializer->writeHeaderField("a", ZYR_HEADER_FIELD_RECORD, 0, "Name")) << i;
+            EXPECT_FALSE(serializer->endHeaderStructure()) << i;
+            EXPECT_FALSE(serializer->declareFloat("b", 1, result)) << i;
+            EXPECT_FALSE(result) << i;
+        }
+        EXPECT_EQ(serializer->getData(), nullptr) << i;
+        EXPECT_EQ(serializer->getDataSize(), 0u) << i;
+        ASSERT_TRUE(serializer->initialize());
+        writeTop(serializer);
+        EXPECT_NE(serializer->getDataSize(), 0u);
+        EXPECT_TRUE(serializer->deinitialize());
+    }
+    ASSERT_TRUE(serializer->initialize());
+    writeTop(serializer);
+    const std::string bytes = take(serializer);
+    ISerializer* fresh = create<ISerializer>("Serializer");
+    ASSERT_TRUE(fresh->initialize());
+    writeTop(fresh);
+    EXPECT_EQ(bytes, take(fresh));
+}
+
+TEST_P(SerializerSlots, GoOnBehindWhatTheyHaveGiven) {
+    ISerializer* asked = create<ISerializer>("Serializer");
+    ISerializer* fresh = create<ISerializer>("Serializer");
+    for (ISerializer* serializer : {asked, fresh}) {
+        const auto ask = [&] {
+            if (serializer == asked) {
+                EXPECT_NE(serializer->getData(), nullptr);
+                EXPECT_EQ(serializer->getDataSize(), serializer->getDataSize());
+            }
+        };
+        ASSERT_TRUE(serializer->initialize());
+        ask();
+        EXPECT_TRUE(serializer->beginStructure("xml", 1));
+        ask();
+        EXPECT_TRUE(serializer->endStructure());
+        writeTop(serializer);
+        ask();
+        EXPECT_TRUE(serializer->writeString("last", "text", 0, 0));
+        ask();
+        EXPECT_TRUE(serializer->beginStructure("group", 0));
+        EXPECT_TRUE(serializer->endStructure());
+    }
+    const std::string bytes = take(asked);
+    EXPECT_EQ(bytes, take(fresh));
+    read(bytes, [](IDeserializer* p_deserializer) {
+        EXPECT_TRUE(p_deserializer->leaveGroup());
+        bool_t found = 0;
+        uint32_t cache = 0;
+        String last;
+        EXPECT_TRUE(p_deserializer->readString("last", cache, last, nullptr));
+        EXPECT_EQ(last, "text");
+        EXPECT_TRUE(p_deserializer->enterGroup("group", found));
+        EXPECT_TRUE(found);
+    });
+}
+
 INSTANTIATE_TEST_SUITE_P(Formats, SerializerSlots, testing::ValuesIn(c_formatPrefixes));
 
 } // namespace
