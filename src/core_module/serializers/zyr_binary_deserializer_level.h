@@ -20,6 +20,7 @@ public:
         m_frame = &m_frames[0];
         m_frames[0] = Frame();
         m_type.m_number = 0;
+        forgetClass();
         if (p_data == nullptr || !m_heads.begin(p_data, p_size, m_frames[0].m_fields)) {
             return 0;
         }
@@ -29,14 +30,15 @@ public:
     }
     bool_t deinitialize() override {
         m_heads.end();
+        forgetClass();
         m_depth = 0;
         m_frame = &m_frames[0];
         m_frames[0] = Frame();
         return 1;
     }
     bool_t isBinaryFormat() const override { return 1; }
-    const String& getCurrentObjectTypeName() const override { return m_class.m_name; }
-    const String& getCurrentObjectGUIDText() const override { return m_class.m_guidText; }
+    const String& getCurrentObjectTypeName() const override { return getClass().m_name; }
+    const String& getCurrentObjectGUIDText() const override { return getClass().m_guidText; }
     uint32_t getArraySize() const override { return m_frame->m_count; }
 
     bool_t enterGroup(const String& p_name, bool_t& p_found) override {
@@ -53,6 +55,8 @@ public:
         if (!open(p_name, FieldKind::OBJECT, p_found) || !p_found) {
             return !m_broken;
         }
+        const uint8_t* place = m_frame->m_reader.m_place;
+        m_classPlace = place;
         if (!m_heads.readClass(m_frame->m_reader, m_class)) {
             return 0;
         }
@@ -60,7 +64,11 @@ public:
             p_found = 0;
             return 1;
         }
-        return readPart(part) && enter(part, m_class.m_structure);
+        if (!readPart(part) || !enter(part, m_class.m_structure)) {
+            return 0;
+        }
+        m_frame->m_class = place;
+        return 1;
     }
     bool_t leaveObject() override { return leave(); }
 
@@ -213,8 +221,32 @@ private:
         /// Of an array: number of elements, and the next one.
         uint32_t m_count = 0;
         uint32_t m_next = 0;
+        /// Where the class of an object stands; null for anything else.
+        const uint8_t* m_class = nullptr;
     };
 
+    /// Of the innermost object, empty outside of any. Mostly it is the one that was read last.
+    const ClassHead& getClass() const {
+        uint32_t depth = m_depth;
+        while (depth != 0 && m_frames[depth].m_class == nullptr) {
+            depth--;
+        }
+        const uint8_t* place = m_frames[depth].m_class;
+        if (place != m_classPlace) {
+            forgetClass();
+            if (place != nullptr) {
+                BinaryReader reader(place, m_frames[0].m_fields.m_end);
+                m_heads.readClass(reader, m_class);
+                m_classPlace = place;
+            }
+        }
+        return m_class;
+    }
+    void forgetClass() const {
+        m_class.m_name.clear();
+        m_class.m_guidText.clear();
+        m_classPlace = nullptr;
+    }
     size_t readRows(const FieldRow* p_rows, void* const* p_values, size_t p_count) override {
         Frame& frame = *m_frame;
         BinaryReader reader = frame.m_reader;
@@ -320,6 +352,7 @@ private:
         frame.m_heads = m_heads.getFields(p_structure);
         frame.m_count = 0;
         frame.m_next = 0;
+        frame.m_class = nullptr;
         return true;
     }
     bool leave() {
@@ -355,7 +388,9 @@ private:
     bool_t m_broken = 0;
     /// Of the field that was found last.
     const typename Heads::Head* m_head = nullptr;
-    ClassHead m_class;
+    /// The class that was read last, and where it stands.
+    mutable ClassHead m_class;
+    mutable const uint8_t* m_classPlace = nullptr;
     ClassHead m_type;
 };
 

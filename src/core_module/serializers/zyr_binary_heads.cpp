@@ -24,7 +24,7 @@ bool RawHeads::begin(const void* p_data, size_t p_size, BinaryReader& p_fields) 
     return true;
 }
 
-bool RawHeads::readClass(BinaryReader& p_reader, ClassHead& p_head) {
+bool RawHeads::readClass(BinaryReader& p_reader, ClassHead& p_head) const {
     return p_reader.readText(p_head.m_name) && p_reader.readText(p_head.m_guidText);
 }
 
@@ -143,7 +143,7 @@ bool ZbfHeads::setText(const Text& p_source, String& p_text) const {
     return reader.readText(p_text);
 }
 
-bool ZbfHeads::readClass(BinaryReader& p_reader, ClassHead& p_head) {
+bool ZbfHeads::readClass(BinaryReader& p_reader, ClassHead& p_head) const {
     uint64_t number = 0;
     if (!p_reader.readNumber(number) || number > m_classes.getSize()) {
         return false;

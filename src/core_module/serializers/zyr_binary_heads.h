@@ -60,7 +60,7 @@ public:
         m_head.m_nameLength = name.getRemaining();
         return &m_head;
     }
-    bool readClass(BinaryReader& p_reader, ClassHead& p_head);
+    bool readClass(BinaryReader& p_reader, ClassHead& p_head) const;
     bool readType(BinaryReader& p_reader, ClassHead& p_head);
     /// Steps over the class of an object; p_null tells that there is none.
     bool skipClass(BinaryReader& p_reader, bool& p_null);
@@ -104,7 +104,7 @@ public:
         uint64_t number = 0;
         return p_reader.readNumber(number) && number < p_fields.m_count ? p_fields.m_first + number : nullptr;
     }
-    bool readClass(BinaryReader& p_reader, ClassHead& p_head);
+    bool readClass(BinaryReader& p_reader, ClassHead& p_head) const;
     bool readType(BinaryReader& p_reader, ClassHead& p_head);
     bool skipClass(BinaryReader& p_reader, bool& p_null);
 

@@ -10,6 +10,7 @@
 #include "core_module/serializers/zyr_frame_stack.h"
 #include "core_module/serializers/zyr_number_words.h"
 #include "core_module/serializers/zyr_serializer_level.h"
+#include "core_module/serializers/zyr_text_class.h"
 #include "core_module/serializers/zyr_text_scan_error.h"
 #include "core_module/serializers/zyr_text_tree.h"
 #include "core_module/zyr_text_place.h"
@@ -23,6 +24,7 @@ public:
     bool_t initialize(const void* p_data, size_t p_size) override {
         const char* text = static_cast<const char*>(p_data);
         TextScanError error;
+        m_class.forget();
         m_depth = 0;
         m_frames[0] = Frame();
         if (text == nullptr || !Input::scan(text, p_size, m_tree, error)) {
@@ -35,13 +37,14 @@ public:
     }
     bool_t deinitialize() override {
         m_tree.release();
+        m_class.forget();
         m_depth = 0;
         m_frames[0] = Frame();
         return 1;
     }
     bool_t isBinaryFormat() const override { return 0; }
-    const String& getCurrentObjectTypeName() const override { return m_className; }
-    const String& getCurrentObjectGUIDText() const override { return m_guidText; }
+    const String& getCurrentObjectTypeName() const override { return getClass().m_name; }
+    const String& getCurrentObjectGUIDText() const override { return getClass().m_guidText; }
     uint32_t getArraySize() const override { return m_frames[m_depth].m_count; }
 
     bool_t enterGroup(const String& p_name, bool_t& p_found) override {
@@ -55,8 +58,6 @@ public:
     bool_t leaveGroup() override { return leave(); }
 
     bool_t enterObject(const String& p_name, bool_t& p_found) override {
-        static const String& classKey = makePermanent<String>(Input::c_classKey);
-        static const String& guidKey = makePermanent<String>(Input::c_guidKey);
         p_found = find(p_name) && !Input::isNull(m_tree, m_node);
         if (p_found && !Input::isGroup(m_tree, m_node)) {
             p_found = 0;
@@ -65,9 +66,11 @@ public:
         if (!p_found) {
             return 1;
         }
-        readFormatText(classKey, m_className);
-        readFormatText(guidKey, m_guidText);
-        return enterNode(m_node);
+        if (!enterNode(m_node)) {
+            return 0;
+        }
+        m_frames[m_depth].m_object = m_node;
+        return 1;
     }
     bool_t leaveObject() override { return leave(); }
 
@@ -217,6 +220,8 @@ private:
         uint32_t m_count = 0;
         uint32_t m_nextIndex = 0;
         uint32_t m_type = c_noNode;
+        /// The node of an object; none for anything else.
+        uint32_t m_object = c_noNode;
     };
 
     const TextNode& node() const { return m_tree[m_node]; }
@@ -261,14 +266,14 @@ private:
         }
         return false;
     }
-    /// Reads a text of the format itself from the group m_node; empty where it has none.
-    void readFormatText(const String& p_key, String& p_text) {
-        const uint32_t group = m_node;
-        p_text.clear();
-        if (findBetween(p_key, group + 1, m_tree[group].m_next) && Input::isScalar(m_tree, m_node)) {
-            Input::decode(m_tree, node(), p_text);
+    /// Of the innermost object, empty outside of any.
+    const TextClass<Input>& getClass() const {
+        uint32_t depth = m_depth;
+        while (depth != 0 && m_frames[depth].m_object == c_noNode) {
+            depth--;
         }
-        m_node = group;
+        m_class.read(m_tree, m_frames[depth].m_object);
+        return m_class;
     }
     /// The node of an element's type name. It is the first of the element's, as it is written.
     uint32_t findType(uint32_t p_element) const {
@@ -425,8 +430,8 @@ private:
     uint32_t m_depth = 0;
     /// The node found last.
     uint32_t m_node = 0;
-    String m_className;
-    String m_guidText;
+    /// The one that was asked for last.
+    mutable TextClass<Input> m_class;
     String m_key;
     String m_word;
     EnumerationWords m_words;

@@ -240,6 +240,41 @@ TEST_P(SerializerSlots, GoOnBehindWhatTheyHaveGiven) {
     });
 }
 
+TEST_P(SerializerSlots, TellTheClassOfTheInnermostObject) {
+    const std::string bytes = write([](ISerializer* p_serializer) {
+        EXPECT_TRUE(p_serializer->beginObject("outer", "Outer", "outer id"));
+        EXPECT_TRUE(p_serializer->beginObject("inner", "Inner", ""));
+        EXPECT_TRUE(p_serializer->endObject());
+        EXPECT_TRUE(p_serializer->beginStructure("group", 0));
+        EXPECT_TRUE(p_serializer->endStructure());
+        EXPECT_TRUE(p_serializer->writeNullObject("null"));
+        EXPECT_TRUE(p_serializer->endObject());
+    });
+    read(bytes, [](IDeserializer* p_deserializer) {
+        bool_t found = 0;
+        const auto expectClass = [&](const char* p_name, const char* p_guidText) {
+            EXPECT_EQ(p_deserializer->getCurrentObjectTypeName(), p_name);
+            EXPECT_EQ(p_deserializer->getCurrentObjectGUIDText(), p_guidText);
+        };
+        expectClass("", "");
+        EXPECT_TRUE(p_deserializer->enterObject("outer", found) && found);
+        expectClass("Outer", "outer id");
+        EXPECT_TRUE(p_deserializer->enterObject("inner", found) && found);
+        EXPECT_TRUE(p_deserializer->leaveObject());
+        expectClass("Outer", "outer id");
+        EXPECT_TRUE(p_deserializer->enterObject("inner", found) && found);
+        expectClass("Inner", "");
+        EXPECT_TRUE(p_deserializer->leaveObject());
+        EXPECT_TRUE(p_deserializer->enterGroup("group", found) && found);
+        expectClass("Outer", "outer id");
+        EXPECT_TRUE(p_deserializer->leaveGroup());
+        EXPECT_TRUE(p_deserializer->enterObject("null", found) && !found);
+        expectClass("Outer", "outer id");
+        EXPECT_TRUE(p_deserializer->leaveObject());
+        expectClass("", "");
+    });
+}
+
 INSTANTIATE_TEST_SUITE_P(Formats, SerializerSlots, testing::ValuesIn(c_formatPrefixes));
 
 } // namespace
