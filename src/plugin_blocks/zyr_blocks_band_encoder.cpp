@@ -216,7 +216,8 @@ bool BandEncoder::encodeCopy(const Surface& p_surface, const PixelRect& p_rect) 
     const uint32_t* pixels = p_surface.getPixel(p_rect.x, p_rect.y);
     const uint64_t hash = hashBlock(pixels, p_surface.getPitch());
     KnownBlock& known = m_known[hash % KNOWN_BLOCKS];
-    if (known.hash != hash) {
+    // 0 stands in places that hold no block, and blocks can be painted to have it.
+    if (known.hash != hash || hash == 0) {
         known = {hash, p_rect.x, p_rect.y};
         return false;
     }

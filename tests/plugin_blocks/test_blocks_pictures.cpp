@@ -88,6 +88,26 @@ TEST_P(BlocksPictures, equal_blocks_are_copied) {
     EXPECT_EQ(15u, m_stream.m_encoder->getCounts().kinds[KIND_COPY]);
 }
 
+TEST_P(BlocksPictures, block_whose_hash_is_0_is_no_copy_of_itself) {
+    // Sixteen equal columns; the last pixel of one makes up for those above, once it comes out opaque.
+    uint32_t column[16] = {};
+    Dice dice(1);
+    while (column[15] >> 24 != 0xFF) {
+        uint32_t sum = 0;
+        for (int y = 0; y < 15; y++) {
+            column[y] = 0xFF000000 | dice.roll() >> 8;
+            sum = (sum << 5 | sum >> 27) + (column[y] ^ 0x9E3779B1);
+        }
+        column[15] = (0 - (sum << 5 | sum >> 27)) ^ 0x9E3779B1;
+    }
+    ScreenPainter screen(48, 16);
+    for (int i = 0; i < 48 * 16; i++) {
+        screen.set(i % 48, i / 48, column[i / 48]);
+    }
+    ASSERT_EQ(0u, hashBlock(screen.getPixels().data(), 48));
+    EXPECT_EQ(0, m_stream.send(screen));
+}
+
 TEST_P(BlocksPictures, palettes_are_kept) {
     ScreenPainter screen(320, 16, 0xFF101018);
     screen.writeTerminalText(0, 0, makeLine(4, 40), 0xFF40D040, 0xFF101018);
