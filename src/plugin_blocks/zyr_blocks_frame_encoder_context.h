@@ -12,8 +12,8 @@ namespace zyr {
 
 /// Each frame gives one packet; an unchanged one gives a packet of a few bytes. The first packet, the first of another
 /// size and the first after a deinitialize and initialize are key frames. A difference map that a frame brings is taken
-/// at its word: blocks that it does not mark are not looked at. The packed frame carries the map of the blocks that
-/// changed. One thread at a time uses a context.
+/// at its word: blocks that it does not mark are not looked at, unless the frame before it could not be taken or had a
+/// lower quality. The packed frame carries the map of the blocks that changed. One thread at a time uses a context.
 class BlocksFrameEncoderContext : public ObjectIdentity<BlocksFrameEncoderContext, WFrameEncoderContext> {
 public:
     static constexpr const char* c_className = "BlocksFrameEncoderContext";

@@ -61,7 +61,8 @@ bool PictureEncoder::encode(const SourcePicture& p_source, const uint8_t* p_want
         memset(m_changes.getData(), 0xFF, count * sizeof(BlockChange));
         memset(m_marks.getData(), 1, count);
     } else {
-        compare(p_source, p_wanted, p_bound);
+        // What a wider bound let pass may be too far off now, also where nothing has changed since.
+        compare(p_source, p_bound < m_bound ? nullptr : p_wanted, p_bound);
         m_times.compare = zyr_getCurrentTime() - start;
         start += m_times.compare;
         numOfMoves = m_moveFinder.find(p_source, m_surface, m_changes.getData(), moves);
@@ -72,6 +73,7 @@ bool PictureEncoder::encode(const SourcePicture& p_source, const uint8_t* p_want
         start += m_times.moves;
     }
 
+    m_bound = p_bound;
     const CompressionTypeEnum packing = m_isDense ? ZYR_COMPRESSION_ZIP : p_compression;
     const uint32_t numOfChanges = codeBands(p_source, {p_compression, p_bound, packing});
     PacketHeader header = {FORMAT_VERSION, 0, static_cast<uint8_t>(packing), p_bound, ++m_sequence, width, height};

@@ -35,7 +35,8 @@ public:
     }
 
     /// Replaces the contents of `p_packet`. `p_wanted`, when given, has a byte for each block of 16x16 pixels, 0 for
-    /// those that are known to be as in the last picture. False for a size that is not possible.
+    /// those that are known to be as in the last picture; behind a packet with a wider bound all are looked at. False
+    /// for a size that is not possible.
     bool encode(const SourcePicture& p_source, const uint8_t* p_wanted, CompressionTypeEnum p_compression,
                 uint8_t p_bound, Array<uint8_t>& p_packet);
 
@@ -68,6 +69,7 @@ private:
     bool m_isDense = false;
     uint32_t m_moved = 0;
     uint8_t m_sequence = 0;
+    uint8_t m_bound = 0; ///< that of the last packet
     EncodeTimes m_times = {};
 };
 

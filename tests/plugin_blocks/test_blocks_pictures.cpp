@@ -276,18 +276,6 @@ TEST_P(BlocksPictures, alpha_does_not_travel) {
     EXPECT_EQ(7u, m_stream.m_packet.size());
 }
 
-TEST_P(BlocksPictures, blocks_that_are_not_wanted_are_not_looked_at) {
-    ScreenPainter screen(64, 16);
-    m_stream.send(screen);
-    const ScreenPainter old = screen;
-    screen.fill({0, 0, 64, 16}, 0xFF112233);
-    const uint8_t wanted[] = {0, 1, 0, 0};
-    m_stream.send(screen, wanted);
-    ScreenPainter expected = old;
-    expected.fill({16, 0, 16, 16}, 0xFF112233);
-    EXPECT_EQ(0, findLargestDifference(expected, m_stream.m_decoder.getSurface()));
-}
-
 TEST_P(BlocksPictures, marks_tell_what_changed) {
     ScreenPainter screen(64, 32);
     m_stream.send(screen);
