@@ -73,13 +73,16 @@ const IImage* BlocksFrameEncoderContext::convert(const IImage& p_image) {
 }
 
 const uint8_t* BlocksFrameEncoderContext::findWanted(const IUnpackedFrameData& p_frame, const IImage& p_image) {
-    const IDiffmap* brought = p_frame.getDiffmap(0);
+    const IDiffmap* brought = m_missedFrame ? nullptr : p_frame.getDiffmap(0);
     if (brought == nullptr || brought->getImageWidth() != p_image.getWidth() ||
         brought->getImageHeight() != p_image.getHeight()) {
         return nullptr;
     }
     if (brought->getBlockWidth() == blocks::BLOCK_SIZE && brought->getBlockHeight() == blocks::BLOCK_SIZE) {
-        return brought->getData();
+        // Any module can have made it.
+        const uint64_t count = uint64_t{blocks::divideUp(p_image.getWidth(), blocks::BLOCK_SIZE)} *
+                               blocks::divideUp(p_image.getHeight(), blocks::BLOCK_SIZE);
+        return brought->getSize() == count ? brought->getData() : nullptr;
     }
     if (!m_wanted) {
         m_wanted = Ref<IDiffmap>::adopt(zyr_createInterfaceObject<IDiffmap>());
@@ -106,6 +109,7 @@ IPackedFrameData* BlocksFrameEncoderContext::encode(IUnpackedFrameData* p_frame)
     const IImage* image = p_frame != nullptr ? p_frame->getSystemMemory(0, 1) : nullptr;
     if (image == nullptr || image->getData() == nullptr) {
         ZYR_LOG_WARN("Cannot encode frame data with NULL content");
+        m_missedFrame = true;
         return nullptr;
     }
     const FrameCodecInfo* codecInfo = m_encoder ? m_encoder->getCodecInfo() : nullptr;
@@ -134,6 +138,7 @@ IPackedFrameData* BlocksFrameEncoderContext::encode(IUnpackedFrameData* p_frame)
         m_pictureEncoder.forget();
         return nullptr;
     }
+    m_missedFrame = false;
     fill->setWidth(width);
     fill->setHeight(height);
     fill->setVideoFrameID(++m_frameCount);

@@ -26,7 +26,8 @@ public:
     bool_t initialize(IFrameEncoder* p_encoder) override;
     bool_t deinitialize() override;
     /// Takes pictures in system memory; other formats than B, G, R, A are converted by the picture module. Null, with a
-    /// line in the log, for what cannot be coded; the next packet is a key frame then.
+    /// line in the log, for what cannot be coded; the next packet is a key frame then, but not behind a frame without a
+    /// picture.
     IPackedFrameData* encode(IUnpackedFrameData* p_frame) override;
     IFrameEncoder* getEncoder() const override { return m_encoder.get(); }
     uint8_t getQuality() const override { return m_quality; }
@@ -44,6 +45,8 @@ private:
     Ref<IFrameEncoder> m_encoder;
     uint8_t m_quality = 100;
     uint64_t m_frameCount = 0;
+    /// A frame had no picture, and the next one's map does not tell what changed in it.
+    bool m_missedFrame = false;
     Ref<IImage> m_converted;
     Ref<IDiffmap> m_wanted;
     blocks::PictureEncoder m_pictureEncoder;

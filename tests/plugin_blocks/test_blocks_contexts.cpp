@@ -222,6 +222,40 @@ TEST_F(BlocksContexts, brought_map_tells_where_to_look) {
     EXPECT_TRUE(isSame(seen, *unpacked));
 }
 
+TEST_F(BlocksContexts, map_behind_a_frame_without_a_picture_is_not_enough) {
+    ScreenPainter screen(64, 32);
+    EXPECT_TRUE(comesBack(screen));
+    EXPECT_EQ(nullptr, m_encoding->encode(nullptr));
+    screen.fill({0, 0, 64, 32}, 0xFF203040);
+    auto map = Ref<IDiffmap>::adopt(zyr_createInterfaceObject<IDiffmap>());
+    map->init(64, 32, 16, 16, 0);
+    const Ref<IUnpackedFrameData> frame = makeFrame(screen);
+    frame->getUnpackedFrameDataReserved()->setDiffmap(map.get());
+    EXPECT_TRUE(isSame(screen, *decode(*encode(*frame))));
+    // The one after it is taken at its word again.
+    const Ref<IUnpackedFrameData> next = makeFrame(ScreenPainter(64, 32));
+    next->getUnpackedFrameDataReserved()->setDiffmap(map.get());
+    EXPECT_TRUE(isSame(screen, *decode(*encode(*next))));
+}
+
+/// Tells the blocks of a picture and has none.
+class EmptyMap : public WDiffmap {
+public:
+    EmptyMap() { initObjectInterface(); }
+    uint64_t getSize() const override { return 0; }
+};
+
+TEST_F(BlocksContexts, map_of_another_number_of_blocks_is_not_used) {
+    ScreenPainter screen(64, 32);
+    EXPECT_TRUE(comesBack(screen));
+    screen.fill({0, 0, 64, 32}, 0xFF203040);
+    const auto map = Ref<IDiffmap>::adopt(new EmptyMap);
+    map->init(64, 32, 16, 16, 0);
+    const Ref<IUnpackedFrameData> frame = makeFrame(screen);
+    frame->getUnpackedFrameDataReserved()->setDiffmap(map.get());
+    EXPECT_TRUE(isSame(screen, *decode(*encode(*frame))));
+}
+
 TEST_F(BlocksContexts, quality_below_100_is_near_and_100_is_exact) {
     EXPECT_EQ(100, m_encoding->getQuality());
     ScreenPainter screen(64, 64);
