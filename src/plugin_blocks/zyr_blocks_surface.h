@@ -19,14 +19,15 @@ struct SourcePicture {
     uint32_t height;
 };
 
-/// The size is rounded up to whole blocks; every pixel has an alpha of 255.
+/// The size is rounded up to whole blocks, and rows are a block longer; every pixel has an alpha of 255.
 class Surface {
 public:
     /// False without memory. The contents are black then; a surface of the same size keeps its block.
     bool init(uint32_t p_width, uint32_t p_height) {
         m_width = p_width;
         m_height = p_height;
-        m_pitch = divideUp(p_width, BLOCK_SIZE) * BLOCK_SIZE;
+        // Vectors reach over the edges of a row. Behind it stands nothing that another thread could be drawing.
+        m_pitch = (getHBlocks() + 1) * BLOCK_SIZE;
         const size_t count = size_t{m_pitch} * divideUp(p_height, BLOCK_SIZE) * BLOCK_SIZE + 2 * SLACK;
         m_pixels.setAllocationModel(ZYR_ALLOC_CONDITION_ON_OVERFLOW, 0);
         if (!m_pixels.resize(count)) {
@@ -49,7 +50,7 @@ public:
     uint32_t getHeight() const { return m_height; }
     /// In pixels.
     uint32_t getPitch() const { return m_pitch; }
-    uint32_t getHBlocks() const { return m_pitch / BLOCK_SIZE; }
+    uint32_t getHBlocks() const { return divideUp(m_width, BLOCK_SIZE); }
     uint32_t getVBlocks() const { return divideUp(m_height, BLOCK_SIZE); }
     uint32_t* getPixel(uint32_t p_x, uint32_t p_y) const {
         return m_pixels.getData() + SLACK + size_t{p_y} * m_pitch + p_x;

@@ -346,6 +346,14 @@ TEST(BlocksPicturesOnce, bytes_do_not_depend_on_the_number_of_threads) {
     }
 }
 
+TEST(BlocksPicturesOnce, bands_of_a_photograph_are_coded_beside_each_other) {
+    // Its predictions look around at every edge of a band.
+    BlocksStream stream(ZYR_COMPRESSION_LZ4, 4);
+    ScreenPainter screen(640, 1024);
+    screen.drawPhotograph({0, 0, 640, 1024}, 5);
+    EXPECT_EQ(0, stream.send(screen));
+}
+
 TEST(BlocksPicturesOnce, bytes_are_the_same_on_every_platform) {
     // RLE is this tree's own, so nothing but the encoder decides on these bytes.
     BlocksStream stream(ZYR_COMPRESSION_RLE);
