@@ -50,6 +50,7 @@ bool BandDecoder::open(ByteReader& p_reader, const PacketHeader& p_header, uint3
     if (mask >> (m_isOfFirstVersion ? STREAM_BUSY : STREAM_COUNT) != 0) {
         return false;
     }
+    size_t total = 0;
     for (uint32_t i = 0; i < STREAM_COUNT; ++i) {
         PackedStream& stream = m_packed[i];
         stream = {};
@@ -66,8 +67,10 @@ bool BandDecoder::open(ByteReader& p_reader, const PacketHeader& p_header, uint3
              (stream.packedSize == 0 || stream.size > getLargestStream(m_compression, stream.packedSize)))) {
             return false;
         }
+        total += stream.size;
     }
-    return m_packed[STREAM_KINDS].size == p_numOfBlocks;
+    // More would not be used up, and is not unpacked to find that out.
+    return m_packed[STREAM_KINDS].size == p_numOfBlocks && total <= size_t{p_numOfBlocks} * MOST_BYTES_OF_BLOCK;
 }
 
 bool BandDecoder::unpackStreams() {

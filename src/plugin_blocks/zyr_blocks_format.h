@@ -21,6 +21,8 @@ constexpr uint32_t MOST_MOVES = 64;
 constexpr uint8_t LARGEST_BOUND = 32;
 /// No block puts more than this into one stream.
 constexpr uint32_t MOST_BLOCK_BYTES = 800;
+/// Nor this into all streams together: its head, its part, a palette of 256 colours and their indices.
+constexpr uint32_t MOST_BYTES_OF_BLOCK = 1 + 2 + 769 + 256;
 /// So many palettes (or fill colours) of each size are kept within a band.
 constexpr uint32_t KEPT_PALETTES = 15;
 

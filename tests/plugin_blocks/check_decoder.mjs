@@ -61,4 +61,13 @@ try {
     text = error.message;
 }
 check(text === 'damaged streams' && small.pixels === null, `a small packet got a large picture, or: ${text}`);
+// A block whose streams are each small enough, and hold more together than it could use up: none is unpacked.
+try {
+    small.decode(new Uint8Array([2, 5, 3, 0, 0, 16, 16, 5, 0x20, 2, 7, 0xC1, 12, 2, 1, 2, 0xC1, 12, 2, 1, 2]));
+    text = 'decoded';
+} catch (error) {
+    text = error.message;
+}
+check(text === 'damaged streams' && small.pixels === null, `a small packet was unpacked, or: ${text}`);
+
 console.log(`${names.length} streams decoded`);

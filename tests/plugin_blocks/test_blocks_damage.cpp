@@ -111,6 +111,13 @@ TEST_F(BlocksDamage, small_packet_does_not_get_a_large_picture) {
     EXPECT_EQ(0u, m_stream.m_decoder.getSurface().getWidth());
 }
 
+TEST_F(BlocksDamage, streams_that_could_not_be_used_up_are_not_unpacked) {
+    // One block, and two streams of 800 bytes, which both come out of two.
+    const Bytes packet = {2, 5, 3, 0, 0, 16, 16, 5, 0x20, 2, 7, 0xC1, 12, 2, 1, 2, 0xC1, 12, 2, 1, 2};
+    EXPECT_STREQ("its streams are damaged", m_stream.decode(packet, 16, 16));
+    EXPECT_EQ(0u, m_stream.m_decoder.getSurface().getWidth());
+}
+
 TEST_F(BlocksDamage, hundred_thousand_damaged_packets_do_no_harm) {
     BlocksStream streams[] = {BlocksStream(ZYR_COMPRESSION_RLE), BlocksStream(ZYR_COMPRESSION_LZ4),
                               BlocksStream(ZYR_COMPRESSION_ZIP)};

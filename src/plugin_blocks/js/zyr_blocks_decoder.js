@@ -13,7 +13,7 @@ const KEY = 1, MOVES = 2, BLOCKS = 4;
 const RLE = 1, LZ4 = 2, ZIP = 3;
 const BLOCK = 16, BAND_ROWS = 256;
 const LARGEST_SIDE = 32768, LARGEST_AREA = 1 << 26;
-const MOST_MOVES = 64, LARGEST_BOUND = 32, MOST_BLOCK_BYTES = 800, KEPT = 15;
+const MOST_MOVES = 64, LARGEST_BOUND = 32, MOST_BLOCK_BYTES = 800, MOST_BYTES_OF_BLOCK = 1028, KEPT = 15;
 const KINDS = 0, PARTS = 1, COLORS = 2, INDICES = 3, VECTORS = 7, WIDTHS = 8, BITS = 9, GREEN = 10, RAW = 13, BUSY = 14, STREAMS = 15;
 const QUIET = GREEN, ALIKE = 11, UNLIKE = 12, LARGEST_QUIET = 8;
 const FILL = 0, PALETTE_2 = 1, PALETTE_256 = 4, PREDICTED = 5, COPY = 6;
@@ -445,6 +445,7 @@ export class BlocksDecoder {
         const mask = reader.byte() | reader.byte() << 8;
         if (mask >> (this.isOfFirstVersion ? BUSY : STREAMS) !== 0) fail('damaged streams');
         const streams = [];
+        let total = 0;
         for (let i = 0; i < STREAMS; i++) {
             if ((mask >> i & 1) === 0) continue;
             const number = reader.number(), size = Math.floor(number / 2);
@@ -456,8 +457,12 @@ export class BlocksDecoder {
                 fail('damaged streams');
             }
             streams.push({ id: i, at, size, packedSize });
+            total += size;
         }
-        if (streams.length === 0 || streams[0].id !== KINDS || streams[0].size !== marked) fail('damaged streams');
+        // More would not be used up, and is not unpacked to find that out.
+        if (streams.length === 0 || streams[0].id !== KINDS || streams[0].size !== marked || total > marked * MOST_BYTES_OF_BLOCK) {
+            fail('damaged streams');
+        }
         return streams;
     }
 
