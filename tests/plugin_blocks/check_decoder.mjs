@@ -70,4 +70,17 @@ try {
 }
 check(text === 'damaged streams' && small.pixels === null, `a small packet was unpacked, or: ${text}`);
 
+// Without memory for a picture the next key frame of its size is decoded all the same.
+const one = new Uint8Array([2, 5, 2, 0, 0, 1, 1, 5, 0, 2, 0, 6, 10, 20, 30]), Pixels = globalThis.Uint8ClampedArray;
+globalThis.Uint8ClampedArray = class { constructor() { throw new RangeError('no memory'); } };
+try {
+    small.decode(one);
+    text = 'decoded';
+} catch (error) {
+    text = error.message;
+}
+globalThis.Uint8ClampedArray = Pixels;
+check(text === 'no memory', `a picture without memory: ${text}`);
+small.decode(one);
+check(small.pixels.join() === '10,20,30,255', `behind a picture without memory: ${small.pixels}`);
 console.log(`${names.length} streams decoded`);

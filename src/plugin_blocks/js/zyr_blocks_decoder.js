@@ -422,10 +422,11 @@ export class BlocksDecoder {
         }
         if (isKey) {
             if (width !== this.width || height !== this.height) {
-                this.width = width;
-                this.height = height;
+                // Without memory for it, the picture and its size stay together.
                 this.pixels = new Uint8ClampedArray(width * height * 4);
                 this.words = new Uint32Array(this.pixels.buffer);
+                this.width = width;
+                this.height = height;
             }
             this.words.fill(BLACK);
             this.changed = [{ x: 0, y: 0, width, height }];
