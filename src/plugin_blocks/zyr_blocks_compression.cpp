@@ -1,5 +1,6 @@
 #include "plugin_blocks/zyr_blocks_compression.h"
 
+#include "plugin_blocks/zyr_blocks_bytes.h"
 #include "zyr_common/digest/zyr_compression.h"
 
 #include <cstring>
@@ -13,6 +14,8 @@ namespace {
 constexpr size_t MOST_SINGLE = 128;
 constexpr size_t LEAST_REPEATED = 3;
 constexpr size_t MOST_REPEATED = 130;
+/// 32 KiB, in a zlib stream's first byte.
+constexpr uint8_t LARGEST_WINDOW = 7;
 /// Asked for by the interface, and not looked at.
 constexpr int MEMORY_LEVEL = 9;
 
@@ -71,6 +74,41 @@ bool decompressRuns(const uint8_t* p_packed, size_t p_packedSize, uint8_t* p_dat
     return out == p_size;
 }
 
+// How far from the end of an LZ4 block a match begins and ends at the latest.
+constexpr size_t LAST_MATCH_BEGINS = 12;
+constexpr size_t LAST_MATCH_ENDS = 5;
+
+size_t readLengthLZ4(ByteReader& p_reader, size_t p_start) {
+    size_t length = p_start;
+    for (uint8_t more = p_start == 15 ? 255 : 0; more == 255;) {
+        more = p_reader.readByte();
+        length += more;
+    }
+    return length;
+}
+
+/// Whether a block keeps to its format: the library lets some things pass, other ones here and there, and all decoders
+/// are to refuse the same packets. Distances that lead too far back are left to it.
+bool isSoundLZ4(const uint8_t* p_packed, size_t p_packedSize, size_t p_size) {
+    ByteReader reader(p_packed, p_packedSize);
+    size_t size = 0;
+    for (;;) {
+        const uint32_t token = reader.readByte();
+        const size_t literals = readLengthLZ4(reader, token >> 4);
+        reader.take(literals);
+        size += literals;
+        if (reader.hasFailed() || reader.getRest() == 0) {
+            return !reader.hasFailed() && size == p_size;
+        }
+        const bool hasDistance = (reader.readByte() | reader.readByte()) != 0;
+        const bool beginsInTime = size + LAST_MATCH_BEGINS <= p_size;
+        size += readLengthLZ4(reader, token & 15) + 4;
+        if (reader.hasFailed() || !hasDistance || !beginsInTime || size + LAST_MATCH_ENDS > p_size) {
+            return false;
+        }
+    }
+}
+
 /// Differences hardly ever repeat but for runs of zeros: looking for more costs time and makes the codes longer.
 size_t compressDifferences(const uint8_t* p_data, size_t p_size, Array<uint8_t>& p_packed) {
     mz_stream stream = {};
@@ -114,8 +152,13 @@ bool decompressStream(CompressionTypeEnum p_compression, const uint8_t* p_packed
     if (p_compression == ZYR_COMPRESSION_RLE) {
         return decompressRuns(p_packed, p_packedSize, p_data, p_size);
     }
-    return (p_compression == ZYR_COMPRESSION_LZ4 ? zyr_decompressLZ4(p_packed, p_packedSize, p_data, p_size)
-                                                 : zyr_decompressZIP(p_packed, p_packedSize, p_data, p_size)) == p_size;
+    if (p_compression == ZYR_COMPRESSION_LZ4) {
+        return isSoundLZ4(p_packed, p_packedSize, p_size) &&
+               zyr_decompressLZ4(p_packed, p_packedSize, p_data, p_size) == p_size;
+    }
+    // The library takes any window, and of a damaged stream leaves bytes as they are: not those of freed memory.
+    memset(p_data, 0, p_size);
+    return p_packed[0] >> 4 <= LARGEST_WINDOW && zyr_decompressZIP(p_packed, p_packedSize, p_data, p_size) == p_size;
 }
 
 size_t getLargestStream(CompressionTypeEnum p_compression, size_t p_packedSize) {

@@ -38,7 +38,7 @@ class Bytes:
         return self.at == len(self.data)
 
 
-def unpack_rle(data):
+def unpack_rle(data, _):
     source, out = Bytes(data), bytearray()
     while not source.is_used_up():
         head = source.byte()
@@ -46,7 +46,7 @@ def unpack_rle(data):
     return bytes(out)
 
 
-def unpack_lz4(data):
+def unpack_lz4(data, size):
     source, out = Bytes(data), bytearray()
 
     def length(start):
@@ -67,6 +67,8 @@ def unpack_lz4(data):
         count = length(token & 15) + 4
         if offset == 0 or offset > len(out):
             raise Damaged("LZ4 offset")
+        if len(out) + 12 > size or len(out) + count + 5 > size:
+            raise Damaged("LZ4 match at the end")
         for _ in range(count):
             out.append(out[-offset])
 
@@ -83,7 +85,7 @@ def unpack_zip(data, size):
 
 
 def unpack(compression, data, size):
-    out = unpack_zip(data, size) if compression == 3 else (unpack_rle if compression == 1 else unpack_lz4)(data)
+    out = (unpack_rle, unpack_lz4, unpack_zip)[compression - 1](data, size)
     if len(out) != size:
         raise Damaged("size of a stream")
     return out

@@ -52,6 +52,23 @@ for (const name of names) {
     check(refused > 100000 / names.length / 2, `${name}: too few packets were refused: ${refused}`);
 }
 
+// Packets at the edges of the format: a name, what becomes of the last packet, and all in hexadecimal.
+const edges = readFileSync(`${folder}/edges.txt`, 'utf8').split('\n').filter(Boolean);
+check(edges.length > 0, 'no packets at the edges');
+for (const line of edges) {
+    const [name, verdict, ...packets] = line.split(' ');
+    const decoder = new BlocksDecoder(), last = packets.pop();
+    for (const packet of packets) decoder.decode(new Uint8Array(Buffer.from(packet, 'hex')));
+    let found = 'refused';
+    try {
+        decoder.decode(new Uint8Array(Buffer.from(last, 'hex')));
+        found = digestOf(decoder);
+    } catch (error) {
+        check(error.constructor === Error, `${name}: ${error.stack}`);
+    }
+    check(found === verdict, `${name}: ${found}`);
+}
+
 // 32768 x 2048, and a stream of kinds that could never hold that many: no memory is asked for.
 const small = new BlocksDecoder();
 let text = '';
@@ -61,6 +78,7 @@ try {
     text = error.message;
 }
 check(text === 'damaged streams' && small.pixels === null, `a small packet got a large picture, or: ${text}`);
+
 // A block whose streams are each small enough, and hold more together than it could use up: none is unpacked.
 try {
     small.decode(new Uint8Array([2, 5, 3, 0, 0, 16, 16, 5, 0x20, 2, 7, 0xC1, 12, 2, 1, 2, 0xC1, 12, 2, 1, 2]));

@@ -42,6 +42,23 @@ def decode_streams(folder):
     return len(streams)
 
 
+def decode_edges(path):
+    """Packets at the edges of the format: a name, what becomes of the last packet, and all in hexadecimal."""
+    lines = path.read_text().splitlines()
+    assert lines, "no packets at the edges"
+    for line in lines:
+        name, verdict, *packets = line.split()
+        decoder = blocks_decoder.Decoder()
+        for packet in packets[:-1]:
+            decoder.decode(bytes.fromhex(packet))
+        try:
+            decoder.decode(bytes.fromhex(packets[-1]))
+            found = hashlib.sha1(decoder.rgba()).hexdigest()
+        except blocks_decoder.Damaged:
+            found = "refused"
+        assert found == verdict, f"{name}: {found}"
+
+
 def decode_damaged(count):
     dice = random.Random(7)
     noise = dice.randbytes(3 * SIDE * SIDE)
@@ -69,5 +86,6 @@ def decode_damaged(count):
 
 
 decoded = decode_streams(pathlib.Path(sys.argv[1]))
+decode_edges(pathlib.Path(sys.argv[1]) / "edges.txt")
 decode_damaged(100000)
 print(f"{decoded} streams decoded")

@@ -2,6 +2,8 @@
 
 #include "blocks_stream.h"
 
+#include "plugin_blocks/zyr_blocks_compression.h"
+
 using namespace zyr;
 using namespace zyr::blocks;
 using namespace zyr_test;
@@ -116,6 +118,14 @@ TEST_F(BlocksDamage, streams_that_could_not_be_used_up_are_not_unpacked) {
     const Bytes packet = {2, 5, 3, 0, 0, 16, 16, 5, 0x20, 2, 7, 0xC1, 12, 2, 1, 2, 0xC1, 12, 2, 1, 2};
     EXPECT_STREQ("its streams are damaged", m_stream.decode(packet, 16, 16));
     EXPECT_EQ(0u, m_stream.m_decoder.getSurface().getWidth());
+}
+
+TEST_F(BlocksDamage, earlier_bytes_do_not_show_through_a_damaged_stream) {
+    // An A and four bytes from a distance that there is not.
+    const Bytes packed = {0x78, 0x01, 0x73, 0x04, 0x3D, 0x00, 0x01, 0x4A, 0x00, 0x42};
+    Bytes data(5, 0xAA);
+    decompressStream(ZYR_COMPRESSION_ZIP, packed.data(), packed.size(), data.data(), data.size());
+    EXPECT_EQ((Bytes{'A', 0, 0, 0, 0}), data);
 }
 
 TEST_F(BlocksDamage, hundred_thousand_damaged_packets_do_no_harm) {

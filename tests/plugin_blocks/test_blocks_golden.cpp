@@ -3,10 +3,12 @@
 
 #include "blocks_stream.h"
 
+#include "plugin_blocks/zyr_blocks_header.h"
 #include "zyr_common/digest/zyr_sha1.h"
 
 #include <fstream>
 #include <iterator>
+#include <sstream>
 
 using namespace zyr;
 using namespace zyr::blocks;
@@ -138,6 +140,36 @@ TEST_P(BlocksGolden, stored_stream_is_decoded_to_the_same_pixels) {
         EXPECT_EQ(stored.digests[i], digestOf(decoder.getSurface())) << i;
         EXPECT_LE(findLargestDifference(frames[i], decoder.getSurface()), int(GetParam().bound)) << i;
     }
+}
+
+const char* decodeHex(PictureDecoder& p_decoder, const std::string& p_text) {
+    std::vector<uint8_t> packet;
+    for (size_t i = 0; i < p_text.size(); i += 2) {
+        packet.push_back(uint8_t(std::stoul(p_text.substr(i, 2), nullptr, 16)));
+    }
+    ByteReader reader(packet.data(), packet.size());
+    PacketHeader header = {};
+    readHeader(reader, header);
+    return p_decoder.decode(packet.data(), packet.size(), header.width, header.height);
+}
+
+TEST(BlocksGoldenOnce, packets_at_the_edges_are_taken_and_refused_as_by_the_other_decoders) {
+    std::ifstream file(ZYR_TEST_DATA "/blocks/edges.txt");
+    uint32_t count = 0;
+    for (std::string line; std::getline(file, line); count++) {
+        std::istringstream words(line);
+        std::string name;
+        std::string verdict;
+        words >> name >> verdict;
+        PictureDecoder decoder;
+        const char* error = nullptr;
+        for (std::string packet; words >> packet;) {
+            ASSERT_STREQ(nullptr, error) << name;
+            error = decodeHex(decoder, packet);
+        }
+        EXPECT_EQ(verdict, error != nullptr ? "refused" : digestOf(decoder.getSurface())) << name;
+    }
+    EXPECT_LT(70u, count);
 }
 
 TEST(BlocksGoldenOnce, encoder_gives_the_stored_bytes_again) {

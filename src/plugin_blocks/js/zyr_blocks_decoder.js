@@ -93,7 +93,8 @@ function unpackLz4(bytes, at, end, out) {
         const offset = bytes[at] | bytes[at + 1] << 8;
         at += 2;
         const count = length(token & 15) + 4;
-        if (offset === 0 || offset > to || count > out.length - to) fail('a stream is damaged');
+        // Matches begin 12 bytes and end 5 bytes before the end at the latest.
+        if (offset === 0 || offset > to || to + 12 > out.length || count + 5 > out.length - to) fail('a stream is damaged');
         for (let i = 0; i < count; i++, to++) out[to] = out[to - offset];
     }
 }
@@ -106,18 +107,21 @@ const LENGTH_EXTRA = [0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3
 const LENGTH_ORDER = [16, 17, 18, 0, 8, 7, 9, 6, 10, 5, 11, 4, 12, 3, 13, 2, 14, 1, 15];
 const QUICK_BITS = 10;
 
-// Codes by their first bits, and longer ones by counting down from the first code of each length.
-function buildCodes(lengths) {
+// Codes by their first bits, and longer ones by counting down from the first code of each length. Where `mayBeOne` is set,
+// one code of a single bit, or none, will do; otherwise every row of bits has to be one.
+function buildCodes(lengths, mayBeOne) {
     const counts = new Uint16Array(17), starts = new Uint16Array(17), firsts = new Uint32Array(17);
     for (const length of lengths) counts[length]++;
     counts[0] = 0;
-    for (let bits = 1, code = 0, place = 0; bits < 16; bits++) {
+    let code = 0, place = 0;
+    for (let bits = 1; bits < 16; bits++) {
         firsts[bits] = code;
         starts[bits] = place;
         place += counts[bits];
         code = (code + counts[bits]) << 1;
         if (code > 2 << bits) fail('a stream is damaged');
     }
+    if (code !== 1 << 16 && !(mayBeOne && place === counts[1] && place < 2)) fail('a stream is damaged');
     const next = starts.slice(), symbols = new Uint16Array(lengths.length), quick = new Uint16Array(1 << QUICK_BITS);
     for (let symbol = 0; symbol < lengths.length; symbol++) {
         const bits = lengths[symbol];
@@ -199,7 +203,8 @@ class Inflater {
         const literals = this.bits(5) + 257, distances = this.bits(5) + 1, used = this.bits(4) + 4;
         const small = new Uint8Array(19);
         for (let i = 0; i < used; i++) small[LENGTH_ORDER[i]] = this.bits(3);
-        const codes = buildCodes(small), lengths = new Uint8Array(literals + distances);
+        const codes = buildCodes(small, false), lengths = new Uint8Array(literals + distances);
+        if (literals > 286 || distances > 30) fail('a stream is damaged');
         for (let i = 0; i < lengths.length;) {
             const symbol = this.symbol(codes);
             if (symbol < 16) {
@@ -213,14 +218,15 @@ class Inflater {
             lengths.fill(value, i, i + count);
             i += count;
         }
-        return [buildCodes(lengths.subarray(0, literals)), buildCodes(lengths.subarray(literals))];
+        if (lengths[256] === 0) fail('a stream is damaged');
+        return [buildCodes(lengths.subarray(0, literals), true), buildCodes(lengths.subarray(literals), true)];
     }
     static fixed() {
         if (fixedCodes === null) {
             const lengths = new Uint8Array(288).fill(8);
             lengths.fill(9, 144, 256);
             lengths.fill(7, 256, 280);
-            fixedCodes = [buildCodes(lengths), buildCodes(new Uint8Array(30).fill(5))];
+            fixedCodes = [buildCodes(lengths, false), buildCodes(new Uint8Array(32).fill(5), false)];
         }
         return fixedCodes;
     }
