@@ -5,6 +5,7 @@
 #include "core_module/serializers/zyr_text_bytes.h"
 #include "core_module/serializers/zyr_xml_input.h"
 #include "core_module/serializers/zyr_xml_output.h"
+#include "core_module/zyr_text_place.h"
 
 namespace zyr::host {
 
@@ -75,13 +76,9 @@ public:
     void read(std::string_view p_document) {
         TextScanError error;
         if (!Input::scan(p_document.data(), p_document.size(), m_tree, error)) {
-            size_t line = 1;
-            size_t column = 1;
-            if (error.m_place != nullptr) {
-                error.locate(p_document.data(), line, column);
-            }
-            m_reading.report("line " + std::to_string(line) + ", column " + std::to_string(column) + ": " +
-                             (error.m_reason != nullptr ? error.m_reason : "there is no memory for it"));
+            const TextPlace place(p_document.data(), error.m_place != nullptr ? error.m_place : p_document.data());
+            m_reading.report("line " + std::to_string(place.m_line) + ", column " + std::to_string(place.m_column) +
+                             ": " + (error.m_reason != nullptr ? error.m_reason : "there is no memory for it"));
             return;
         }
         readMembers(0, m_tree.getSize());
