@@ -1,5 +1,6 @@
 // The hash maps of objects, one class for each key.
 #include "zyr_common/object_containers/zyr_hash_map_of_objects.h"
+#include "core_module/object_containers/zyr_container_key.h"
 #include "core_module/object_containers/zyr_container_position.h"
 #include "core_module/zyr_core_class.h"
 #include "zyr_common/implementation/zyr_container_level.h"
@@ -31,6 +32,9 @@ public:
     IObject* back() override { return m_items.isEmpty() ? nullptr : m_items.back(); }
     const IObject* backConst() const override { return m_items.isEmpty() ? nullptr : m_items.backConst(); }
     bool_t pushFront(const K& p_key, IObject* p_object, IObject** p_replaced) override {
+        if (!checkKey(p_key)) {
+            return refuse(p_replaced);
+        }
         IObject* element = takeElement(p_object, 1);
         IObject** existing = nullptr;
         const bool_t isNew = m_items.pushFront(p_key, element, &existing);
@@ -41,6 +45,9 @@ public:
         remove(position);
     }
     bool_t pushBack(const K& p_key, IObject* p_object, IObject** p_replaced) override {
+        if (!checkKey(p_key)) {
+            return refuse(p_replaced);
+        }
         IObject* element = takeElement(p_object, 1);
         IObject** existing = nullptr;
         const bool_t isNew = m_items.pushBack(p_key, element, &existing);
@@ -53,11 +60,8 @@ public:
     }
     bool_t insert(const K& p_key, iterator& p_position, bool_t p_after, IObject* p_object,
                   IObject** p_replaced) override {
-        if (!checkPosition(m_items, p_position)) {
-            if (p_replaced != nullptr) {
-                *p_replaced = nullptr;
-            }
-            return 0;
+        if (!checkKey(p_key) || !checkPosition(m_items, p_position)) {
+            return refuse(p_replaced);
         }
         IObject* element = takeElement(p_object, 1);
         IObject** existing = nullptr;
@@ -120,6 +124,13 @@ public:
 private:
     using ContainerLevel<Interface, HashMap<K, IObject*>>::m_items;
 
+    bool_t acceptElement(const HashMap<K, IObject*>&, const K& p_key, IObject*) override { return checkKey(p_key); }
+    static bool_t refuse(IObject** p_replaced) {
+        if (p_replaced != nullptr) {
+            *p_replaced = nullptr;
+        }
+        return 0;
+    }
     static bool_t displace(bool_t p_isNew, IObject** p_existing, IObject* p_element, IObject** p_replaced) {
         IObject* displaced = p_isNew ? nullptr : std::exchange(*p_existing, p_element);
         if (p_replaced != nullptr) {

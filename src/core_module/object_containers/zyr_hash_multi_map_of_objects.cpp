@@ -1,5 +1,6 @@
 // The hash maps with any number of objects under a key, one class for each key.
 #include "zyr_common/object_containers/zyr_hash_multi_map_of_objects.h"
+#include "core_module/object_containers/zyr_container_key.h"
 #include "core_module/object_containers/zyr_container_position.h"
 #include "core_module/zyr_core_class.h"
 #include "zyr_common/implementation/zyr_container_level.h"
@@ -34,7 +35,7 @@ public:
         return m_items.isEmpty() ? nullptr : m_items.backConst()[m_items.backConst().getSize() - 1];
     }
     void pushFront(const K& p_key, IObject* p_object, bool_t* p_added) override {
-        if (checkElement(p_object, p_added)) {
+        if (checkItem(p_key, p_object, p_added)) {
             m_items.pushFront(p_key, p_object->addRef());
         }
     }
@@ -43,7 +44,7 @@ public:
         remove(position);
     }
     void pushBack(const K& p_key, IObject* p_object, bool_t* p_added) override {
-        if (checkElement(p_object, p_added)) {
+        if (checkItem(p_key, p_object, p_added)) {
             m_items.pushBack(p_key, p_object->addRef());
         }
     }
@@ -107,17 +108,18 @@ public:
 private:
     using ContainerLevel<Interface, HashMultiMap<K, IObject*>>::m_items;
 
-    bool_t acceptElement(const HashMultiMap<K, IObject*>&, const K&, IObject* p_element) override {
-        return p_element != nullptr;
+    bool_t acceptElement(const HashMultiMap<K, IObject*>&, const K& p_key, IObject* p_element) override {
+        return p_element != nullptr && checkKey(p_key);
     }
-    static bool_t checkElement(const IObject* p_object, bool_t* p_added) {
-        if (p_added != nullptr) {
-            *p_added = p_object != nullptr;
-        }
+    static bool_t checkItem(const K& p_key, const IObject* p_object, bool_t* p_added) {
         if (p_object == nullptr) {
             ZYR_LOG_WARN("Unable to add NULL object to the map");
         }
-        return p_object != nullptr;
+        const bool_t added = p_object != nullptr && checkKey(p_key);
+        if (p_added != nullptr) {
+            *p_added = added;
+        }
+        return added;
     }
     static void releaseAll(const Array<IObject*>& p_elements) {
         for (size_t i = 0; i < p_elements.getSize(); i++) {

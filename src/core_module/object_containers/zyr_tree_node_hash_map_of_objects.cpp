@@ -1,5 +1,6 @@
 // The nodes of trees of objects whose children are found by key, one class for each key.
 #include "zyr_common/object_containers/zyr_tree_node_hash_map_of_objects.h"
+#include "core_module/object_containers/zyr_container_key.h"
 #include "core_module/object_containers/zyr_tree_node_level.h"
 #include "core_module/zyr_core_class.h"
 
@@ -13,7 +14,7 @@ class TreeNodeHashMapOfObjectsLevel : public TreeNodeLevel<ITreeNodeHashMapOfObj
 
 public:
     bool_t pushFront(const K& p_key, Interface* p_node) override {
-        if (!this->checkNode(p_node) || !checkKey(p_key)) {
+        if (!this->checkNode(p_node) || !checkNewKey(p_key)) {
             return 0;
         }
         m_items.pushFront(p_key, p_node->addRef(), nullptr);
@@ -21,7 +22,7 @@ public:
         return 1;
     }
     bool_t pushBack(const K& p_key, Interface* p_node) override {
-        if (!this->checkNode(p_node) || !checkKey(p_key)) {
+        if (!this->checkNode(p_node) || !checkNewKey(p_key)) {
             return 0;
         }
         m_items.pushBack(p_key, p_node->addRef(), nullptr);
@@ -42,7 +43,10 @@ public:
 private:
     using Base::m_items;
 
-    bool_t checkKey(const K& p_key) const {
+    bool_t checkNewKey(const K& p_key) const {
+        if (!checkKey(p_key)) {
+            return 0;
+        }
         if (m_items.count(p_key) != 0) {
             ZYR_LOG_WARN("Unable to add node to the tree: the key is present");
             return 0;
@@ -50,7 +54,7 @@ private:
         return 1;
     }
     bool_t acceptElement(const HashMap<K, IObject*>& p_items, const K& p_key, IObject* p_element) override {
-        return p_items.count(p_key) == 0 && Base::acceptElement(p_items, p_key, p_element);
+        return checkKey(p_key) && p_items.count(p_key) == 0 && Base::acceptElement(p_items, p_key, p_element);
     }
 
     mutable ContainerReserved<TreeNodeHashMapOfObjectsLevel> m_treeNodeHashMapOfObjectsReserved{this};

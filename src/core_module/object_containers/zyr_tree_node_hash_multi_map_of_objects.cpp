@@ -1,5 +1,6 @@
 // The nodes of trees of objects with any number of children under a key, one class for each key.
 #include "zyr_common/object_containers/zyr_tree_node_hash_multi_map_of_objects.h"
+#include "core_module/object_containers/zyr_container_key.h"
 #include "core_module/object_containers/zyr_tree_node_level.h"
 #include "core_module/zyr_core_class.h"
 
@@ -14,7 +15,7 @@ class TreeNodeHashMultiMapOfObjectsLevel
 
 public:
     bool_t pushFront(const K& p_key, Interface* p_node) override {
-        if (!this->checkNode(p_node)) {
+        if (!this->checkNode(p_node) || !checkKey(p_key)) {
             return 0;
         }
         m_items.pushFront(p_key, p_node->addRef());
@@ -22,7 +23,7 @@ public:
         return 1;
     }
     bool_t pushBack(const K& p_key, Interface* p_node) override {
-        if (!this->checkNode(p_node)) {
+        if (!this->checkNode(p_node) || !checkKey(p_key)) {
             return 0;
         }
         m_items.pushBack(p_key, p_node->addRef());
@@ -42,6 +43,10 @@ public:
 
 private:
     using Base::m_items;
+
+    bool_t acceptElement(const HashMultiMap<K, IObject*>& p_items, const K& p_key, IObject* p_element) override {
+        return checkKey(p_key) && Base::acceptElement(p_items, p_key, p_element);
+    }
 
     mutable ContainerReserved<TreeNodeHashMultiMapOfObjectsLevel> m_treeNodeHashMultiMapOfObjectsReserved{this};
 };

@@ -1,5 +1,6 @@
 // The nodes of trees of objects whose children stand in the order of their keys, one class for each key.
 #include "zyr_common/object_containers/zyr_tree_node_sorted_map_of_objects.h"
+#include "core_module/object_containers/zyr_container_key.h"
 #include "core_module/object_containers/zyr_tree_node_level.h"
 #include "core_module/zyr_core_class.h"
 
@@ -13,7 +14,7 @@ class TreeNodeSortedMapOfObjectsLevel : public TreeNodeLevel<ITreeNodeSortedMapO
 
 public:
     bool_t insert(const K& p_key, Interface* p_node) override {
-        if (!this->checkNode(p_node) || !checkKey(p_key)) {
+        if (!this->checkNode(p_node) || !checkNewKey(p_key)) {
             return 0;
         }
         m_items.insert(p_key, p_node->addRef());
@@ -21,7 +22,7 @@ public:
         return 1;
     }
     Interface* findNode(const K& p_key) const override {
-        IObject* node = m_items.find(p_key);
+        IObject* node = isKey(p_key) ? m_items.find(p_key) : nullptr;
         return node != nullptr ? this->asNode(node) : nullptr;
     }
     IContainerReserved* getTreeNodeSortedMapOfObjectsReserved() const override {
@@ -31,7 +32,10 @@ public:
 private:
     using Base::m_items;
 
-    bool_t checkKey(const K& p_key) const {
+    bool_t checkNewKey(const K& p_key) const {
+        if (!checkKey(p_key)) {
+            return 0;
+        }
         if (m_items.containsKey(p_key)) {
             ZYR_LOG_WARN("Unable to add node to the tree: the key is present");
             return 0;
@@ -39,7 +43,7 @@ private:
         return 1;
     }
     bool_t acceptElement(const SortedMap<K, IObject*>& p_items, const K& p_key, IObject* p_element) override {
-        return !p_items.containsKey(p_key) && Base::acceptElement(p_items, p_key, p_element);
+        return checkKey(p_key) && !p_items.containsKey(p_key) && Base::acceptElement(p_items, p_key, p_element);
     }
 
     mutable ContainerReserved<TreeNodeSortedMapOfObjectsLevel> m_treeNodeSortedMapOfObjectsReserved{this};

@@ -3,7 +3,7 @@
 ///
 /// The map holds one reference on each element; an element may be null. The element operations take an object and add a
 /// reference of their own. Keys are copied as values: what a key points to, or views, is not owned and has to outlive
-/// the map. Maps are made by the core module. Not thread safe.
+/// the map; not-a-number is refused with a line. Maps are made by the core module. Not thread safe.
 #pragma once
 
 #include "zyr_common/containers/zyr_hash_map.h"

@@ -167,6 +167,17 @@ TEST_F(MapsOfObjectsTest, SortedMapHandsADisplacedElementOver) {
     });
 }
 
+TEST_F(MapsOfObjectsTest, OfHashesAloneTellZeroFromMinusZero) {
+    const auto map = create<IHashMapOfObjects<double>>();
+    EXPECT_TRUE(map->pushBack(0.0, m_items[0], nullptr));
+    EXPECT_TRUE(map->pushBack(-0.0, m_items[1], nullptr));
+    EXPECT_EQ(map->find(-0.0)->m_second, m_items[1]);
+    const auto sorted = create<ISortedMapOfObjects<double>>();
+    EXPECT_TRUE(sorted->insert(0.0, m_items[0], nullptr));
+    EXPECT_FALSE(sorted->insert(-0.0, m_items[1], nullptr));
+    EXPECT_EQ(sorted->find(0.0), m_items[1]);
+}
+
 /// What both kinds do alike.
 template <template <typename> class Map> class MapCheck : public MapsOfObjectsTest {
 public:
