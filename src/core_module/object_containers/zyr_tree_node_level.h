@@ -24,7 +24,8 @@ public:
         this->useItems(items);
         for (const auto& item : m_items) {
             visitItem(item, [&](const Key&, IObject* p_node) {
-                if (!p_share || asNode(p_node)->getParent(0) == nullptr) {
+                // A shared root that stands above would make the way up endless.
+                if (!p_share || (asNode(p_node)->getParent(0) == nullptr && !standsAbove(p_node))) {
                     adopt(p_node);
                 }
             });
@@ -57,14 +58,20 @@ protected:
             ZYR_LOG_WARN("Unable to add NULL node to the tree");
             return 0;
         }
-        const IObject* top = p_node->getTLIObject();
-        for (const Interface* node = getTopNode(); node != nullptr; node = node->getParent(0)) {
-            if (node->getTLIObject() == top) {
-                ZYR_LOG_WARN("Unable to add node to the tree: it is the parent itself or stands above it");
-                return 0;
-            }
+        if (standsAbove(p_node)) {
+            ZYR_LOG_WARN("Unable to add node to the tree: it is the parent itself or stands above it");
+            return 0;
         }
         return 1;
+    }
+    /// Whether the node is this one or stands above it.
+    bool standsAbove(const IObject* p_node) const {
+        const IObject* top = p_node->getTLIObject();
+        const Interface* node = getTopNode();
+        while (node != nullptr && node->getTLIObject() != top) {
+            node = node->getParent(0);
+        }
+        return node != nullptr;
     }
     void adopt(IObject* p_node) { asNode(p_node)->setParent(getTopNode()); }
 

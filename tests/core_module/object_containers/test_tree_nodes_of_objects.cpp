@@ -185,6 +185,18 @@ TEST_F(TreeNodesOfObjectsTest, ThatHoldThemselvesEndASearchByGUID) {
     child->clearNodes();
 }
 
+TEST_F(TreeNodesOfObjectsTest, DoNotAdoptASharedRootThatStandsAboveThem) {
+    Tree<ITreeNodeListOfObjects, int32_t> tree;
+    const auto holder = create<ITreeNodeListOfObjects>();
+    ASSERT_TRUE(holder->pushBack(tree.m_root.get()));
+    tree.m_root->setParent(nullptr);
+    tree.m_leaf->setItems(holder.get(), 1);
+    EXPECT_EQ(tree.m_leaf->getNodes().frontConst(), tree.m_root.get());
+    ASSERT_EQ(tree.m_root->getParent(0), nullptr);
+    EXPECT_EQ(tree.m_leaf->getRoot(), tree.m_root.get());
+    tree.m_leaf->clearNodes();
+}
+
 TEST_F(TreeNodesOfObjectsTest, InListsAreRemovedAndFindWhatIsAbove) {
     Tree<ITreeNodeListOfObjects, int32_t> tree;
     tree.m_root->regenerateGUIDsWhereAvailable(1);
