@@ -9,13 +9,16 @@ ReferenceUnfolder::ReferenceUnfolder(const IResourcesPack* p_pack, HashMultiSet<
     : m_pack(p_pack), m_unfolded(p_unfolded) {
     forEachCategory(p_pack, [this](const IResourcesCategory* p_category) {
         forEachResource(p_category, [&](const IResource* p_resource) {
-            m_places.pushBack(p_resource->getGUID(), Place{p_category, p_resource}, nullptr);
+            if (!p_resource->getGUID().isNull()) {
+                m_places.pushBack(p_resource->getGUID(), Place{p_category, p_resource}, nullptr);
+            }
         });
     });
 }
 
 bool_t ReferenceUnfolder::unfold(const HashMultiSet<String, GUID_t>& p_collected) {
-    visitAll(p_collected);
+    // The caller may hand one set in for both.
+    visitAll(HashMultiSet<String, GUID_t>(p_collected));
     for (auto it = m_visited.begin(); it != m_visited.end(); ++it) { // It grows on the way.
         HashMultiSet<String, GUID_t> references;
         (*it)->collectResourceGUIDReferences(1, references);

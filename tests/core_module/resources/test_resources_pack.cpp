@@ -215,6 +215,19 @@ TEST_F(Unfolding, DoesNotFollowWhatIsUnfoldedAlready) {
     EXPECT_THAT(textsOf(m_unfolded), ElementsAre("one:3"));
 }
 
+TEST_F(Unfolding, MayAddToTheCollectedOnes) {
+    m_collected.add("", guid(1));
+    EXPECT_TRUE(m_pack->unfoldCollectedGUIDReferences(m_collected, m_collected));
+    EXPECT_THAT(textsOf(m_collected), UnorderedElementsAre(":1", "one:1", "one:3", "two:2", "two:4"));
+}
+
+TEST_F(Unfolding, FindsNothingUnderTheNullGUID) {
+    m_pack->getCategory(0, "one")->clearGUID(1);
+    m_collected.add("", GUID_t());
+    EXPECT_FALSE(m_pack->unfoldCollectedGUIDReferences(m_collected, m_unfolded));
+    EXPECT_TRUE(m_unfolded.isEmpty());
+}
+
 TEST_F(Unfolding, OfNothingGivesNothing) {
     EXPECT_TRUE(m_pack->unfoldCollectedGUIDReferences(m_collected, m_unfolded));
     EXPECT_TRUE(m_unfolded.isEmpty());
