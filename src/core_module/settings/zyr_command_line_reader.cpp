@@ -23,16 +23,25 @@ bool CommandLineReader::read(CommandLineOption& p_option) {
             m_next = m_arguments.getSize();
             return false;
         }
-        // A hyphen alone stands for the standard input, and one in front of a digit is a sign.
+        // A hyphen alone stands for the standard input, and one in front of a digit is a sign, unless it is an option.
         if (text[0] == '-' && text[1] == '-') {
             return readLong(argument, p_option);
         }
-        if (text[0] == '-' && text[1] != 0 && !isNumberLike(text[1])) {
+        if (text[0] == '-' && text[1] != 0 && (!isNumberLike(text[1]) || isShortOption(argument))) {
             m_letter = 1;
             return readShort(argument, p_option);
         }
     }
     return false;
+}
+
+bool CommandLineReader::isShortOption(const String& p_argument) const {
+    CommandLineOption option;
+    findShort(String(p_argument.getData() + 1), option);
+    if (option.m_setting == nullptr) {
+        findShort(String(p_argument.getData() + 1, 1), option);
+    }
+    return option.m_setting != nullptr;
 }
 
 bool CommandLineReader::readLong(const String& p_argument, CommandLineOption& p_option) {

@@ -27,6 +27,8 @@ public:
     bool read(CommandLineOption& p_option);
 
 private:
+    /// Whether the argument, which begins with a hyphen, or its first letter is one of the settings' options.
+    bool isShortOption(const String& p_argument) const;
     bool readLong(const String& p_argument, CommandLineOption& p_option);
     bool readShort(const String& p_argument, CommandLineOption& p_option);
     void takeValue(CommandLineOption& p_option);

@@ -1,6 +1,7 @@
 #include "core_module/core_module_test.h"
 #include "support/zyr_failing_import.h"
 #include "support/zyr_stdout_capture.h"
+#include "zyr_common/memory/zyr_ref.h"
 #include "zyr_common/settings/zyr_settings_handler.h"
 
 #include <cerrno>
@@ -102,6 +103,16 @@ TEST_F(SettingsHandlerTest, ReadsEachFormOfAnOption) {
 TEST_F(SettingsHandlerTest, EndsTheOptionsAtTwoHyphens) {
     EXPECT_TRUE(readCommandLine("-q 1 -- -q 2 --unknown"));
     EXPECT_EQ(m_quality, 1);
+}
+
+TEST_F(SettingsHandlerTest, TakesADigitForAnOptionWhereOneIsCalledSo) {
+    bool_t four = 0;
+    m_handler->insertBool(&four, 0, "", "", "", "", "", "4", "6", "", "", "", "");
+    EXPECT_TRUE(readCommandLine("-5 -4 --scale -1"));
+    EXPECT_EQ(four, 1);
+    EXPECT_EQ(m_scale, -1);
+    EXPECT_TRUE(readCommandLine("-6"));
+    EXPECT_EQ(four, 0);
 }
 
 TEST_F(SettingsHandlerTest, StandsAnOptionWhoseCharacterIsCutOff) {
@@ -236,6 +247,19 @@ TEST_F(SettingsHandlerTest, PrintsTheOptions) {
               "  -t, --title TEXT      A title (default: none)\n"
               "  -s, --size WORD       small or large (default: small)\n"
               "      --scale NUMBER    Scale (default: 1.5, -2 to 2)\n");
+}
+
+TEST_F(SettingsHandlerTest, PrintsTheDescriptionOfALongOptionBelowIt) {
+    const auto handler = Ref<ISettingsHandler>::adopt(zyr_createObject<ISettingsHandler>());
+    String name;
+    bool_t colour = 1;
+    int level = 0;
+    handler->insertString(&name, "", "", "", "", "", "", "", "a-rather-long-option", "Words of it");
+    handler->insertBool(&colour, 1, "", "", "", "", "", "", "", "", "no-colour", "", "Plain text");
+    handler->insertInt32(&level, 0, 0, 9, "", "", "LEVEL", "level", "", "", "", "Known elsewhere");
+    EXPECT_EQ(captureStdout([&] { handler->printCommandLineArguments(0); }), "      --a-rather-long-option TEXT\n"
+                                                                             "                   Words of it\n"
+                                                                             "      --no-colour  Plain text\n");
 }
 
 TEST_F(SettingsHandlerTest, SelectsAnOptionAmongArguments) {
