@@ -87,6 +87,14 @@ TEST(SettingValue, DropsVariableAndNamesWhenCleared) {
     EXPECT_TRUE(setting.getEnvName().isEmpty());
 }
 
+TEST(SettingValue, TakesOverThatThereIsNoVariable) {
+    SettingValue setting;
+    int variable = 0;
+    setting.setReferenceInt32(&variable, 5, 0, 10);
+    setting.copy_This(SettingValue());
+    EXPECT_EQ(setting.getType(), ZYR_VARIABLE_NONE);
+}
+
 TEST(SettingValue, IsClonedWithAReferenceOfItsOwn) {
     int variable = 0;
     SettingValue* setting = new SettingValue;

@@ -111,6 +111,8 @@ void SettingValue::release_This() {
 void SettingValue::copy_This(const SettingValue& p_src) {
     if (p_src.m_reference != nullptr) {
         setReference(p_src.m_reference->getType(), p_src.m_reference->getPointer());
+    } else {
+        release_This();
     }
     memcpy(m_default, p_src.m_default, sizeof(m_default));
     memcpy(m_minimum, p_src.m_minimum, sizeof(m_minimum));

@@ -149,7 +149,7 @@ public:
     void init_This();
     /// Frees what the setting holds of its variable; the variable itself stays.
     void release_This();
-    /// Takes everything over; a source without a variable leaves the one that is held.
+    /// Takes everything over, with a reference of its own; what is held of a former variable is freed.
     void copy_This(const SettingValue& p_src);
 
 protected:
