@@ -157,8 +157,12 @@ uint64_t ByteFile::read(void* p_data, uint64_t p_size) {
 
 uint64_t ByteFile::write(const void* p_data, uint64_t p_size) {
     const uint8_t* data = static_cast<const uint8_t*>(p_data);
-    if ((m_access & ZYR_ACCESS_WRITE) == 0 || m_failed || !dropReadAhead()) {
+    if ((m_access & ZYR_ACCESS_WRITE) == 0 || m_failed) {
         return 0;
+    }
+    if (!dropReadAhead()) {
+        // A pipe's reader still wants what was read ahead: these bytes pass the buffer by.
+        return !isSeekable() && writeDirectly(data, p_size) ? p_size : 0;
     }
     if (p_size >= BUFFER_SIZE - m_end) {
         if (!writePending() || (p_size >= BUFFER_SIZE && !writeDirectly(data, p_size))) {

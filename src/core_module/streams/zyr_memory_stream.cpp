@@ -66,7 +66,7 @@ uint64_t MemoryStreamLevel::readBytes(void* p_data, uint64_t p_size) {
     }
     const uint64_t remaining = m_data->getSize() - m_place;
     const uint64_t size = p_size < remaining ? p_size : remaining;
-    memcpy(p_data, m_data->getData() + m_place, size);
+    memmove(p_data, m_data->getData() + m_place, size); // Also to another place in the array.
     m_place += size;
     return size;
 }

@@ -1,7 +1,9 @@
 #include "core_module/core_module_test.h"
+#include "support/zyr_failing_import.h"
 #include "zyr_common/streams/zyr_file_stream.h"
 #include "zyr_common/streams/zyr_memory_stream.h"
 
+#include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <thread>
@@ -103,6 +105,46 @@ TEST_F(StreamTest, APipeIsReadInPiecesAndCannotSeek) {
     EXPECT_EQ(text(part), "9");
     writer.join();
     input->release();
+}
+
+TEST_F(StreamTest, APipeForBothKeepsWhatWasReadAhead) {
+    ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+    IIOStreamFile* stream = zyr_createObject<IIOStreamFile>();
+    String line;
+    ASSERT_TRUE(stream->open(path("pipe").c_str(), 0));
+    EXPECT_TRUE(stream->writeString("one\ntwo\n"));
+    EXPECT_TRUE(stream->readLine(line));
+    EXPECT_EQ(text(line), "one");
+    ASSERT_TRUE(stream->writeLine("three") && stream->flush());
+    for (const char* expected : {"two", "three"}) {
+        EXPECT_TRUE(stream->readLine(line));
+        EXPECT_EQ(text(line), expected);
+    }
+    stream->release();
+}
+
+TEST_F(StreamTest, InterruptedCallsAreMadeAgain) {
+    IFileStream* stream = zyr_createObject<IFileStream>();
+    char bytes[3] = {};
+    {
+        const test::FailingImport interrupted("zyr_core.so", "open", -1, EINTR);
+        ASSERT_TRUE(stream->open(path("a").c_str(), ZYR_ACCESS_READ_WRITE, 1));
+        EXPECT_TRUE(interrupted.hasFailed());
+    }
+    EXPECT_EQ(stream->writeBytes("abc", 3), 3U);
+    {
+        const test::FailingImport interrupted("zyr_core.so", "write", -1, EINTR);
+        EXPECT_TRUE(stream->flush());
+        EXPECT_TRUE(interrupted.hasFailed());
+    }
+    EXPECT_TRUE(stream->seek(0, SEEK_SET));
+    {
+        const test::FailingImport interrupted("zyr_core.so", "read", -1, EINTR);
+        EXPECT_EQ(stream->readBytes(bytes, 3), 3U);
+        EXPECT_TRUE(interrupted.hasFailed());
+    }
+    EXPECT_EQ(memcmp(bytes, "abc", 3), 0);
+    stream->release();
 }
 
 TEST_F(StreamTest, AFullDiskIsToldByFlushAndByClose) {
@@ -213,6 +255,16 @@ TEST_F(StreamTest, MemoryTakesWhatItHoldsItself) {
         EXPECT_EQ(data.getSize(), 2 * size);
         EXPECT_EQ(data[2 * size - 1], 'b');
     }
+    stream->release();
+}
+
+TEST_F(StreamTest, MemoryIsReadToAnotherPlaceInItself) {
+    Array<unsigned char> data;
+    data.pushBackRange("abcdef", 6);
+    IMemoryStream* stream = zyr_createObject<IMemoryStream>();
+    ASSERT_TRUE(stream->open(&data, ZYR_ACCESS_READ));
+    EXPECT_EQ(stream->readBytes(data.getData() + 2, 4), 4U);
+    EXPECT_EQ(memcmp(data.getData(), "ababcd", 6), 0);
     stream->release();
 }
 
