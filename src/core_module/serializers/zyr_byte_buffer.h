@@ -166,6 +166,12 @@ inline bool equalNames(const char* p_a, const char* p_b, size_t p_length) {
            (p_a[0] == p_b[0] && p_a[p_length / 2] == p_b[p_length / 2] && p_a[p_length - 1] == p_b[p_length - 1]);
 }
 
+/// Whether two texts are the same; as quick where they are short.
+inline bool equalNames(const String& p_a, const String& p_b) {
+    const size_t length = p_a.getLengthInBytes();
+    return length == p_b.getLengthInBytes() && equalNames(p_a.getData(), p_b.getData(), length);
+}
+
 /// Seven bits a byte, least significant first, into at least c_numberSize bytes of room. Gives the end.
 inline constexpr size_t c_numberSize = 10;
 inline uint8_t* putBase128(uint8_t* p_target, uint64_t p_value) {

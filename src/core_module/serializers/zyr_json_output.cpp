@@ -107,14 +107,24 @@ bool JsonOutput::formatMember(const char* p_key, const String& p_text) {
 }
 
 bool JsonOutput::member(const String& p_name) {
+    const uint8_t* target = beginMember(p_name, 0);
+    if (target == nullptr) {
+        return false;
+    }
+    m_buffer.commit(target);
+    return true;
+}
+
+/// Gives the place behind the name with so much room.
+uint8_t* JsonOutput::beginMember(const String& p_name, size_t p_room) {
     const char* name = p_name.getData();
     const size_t length = p_name.getLengthInBytes();
     if (*name == '_' || getPlainLength(name, name + length) != length) {
-        return oddMember(p_name);
+        return oddMember(p_name) ? m_buffer.reserve(p_room) : nullptr;
     }
-    uint8_t* target = m_buffer.reserve(1 + c_lineRoom + length + 4);
+    uint8_t* target = m_buffer.reserve(1 + c_lineRoom + length + 4 + p_room);
     if (target == nullptr) {
-        return false;
+        return nullptr;
     }
     Frame& frame = m_frames[m_depth];
     *target = ',';
@@ -125,8 +135,16 @@ bool JsonOutput::member(const String& p_name) {
     *target++ = '"';
     *target++ = ':';
     *target++ = ' ';
-    m_buffer.commit(target);
-    return true;
+    return target;
+}
+
+uint8_t* JsonOutput::beginValue(const String& p_name, bool_t, bool p_word, size_t p_room) {
+    m_word = p_word;
+    uint8_t* target = beginMember(p_name, p_room + 2);
+    if (target != nullptr && p_word) {
+        *target++ = '"';
+    }
+    return target;
 }
 
 bool JsonOutput::oddMember(const String& p_name) {
@@ -167,11 +185,13 @@ bool JsonOutput::beginElement(const String& p_typeName, bool p_sameType) {
     return item() && enter('{') && (p_sameType || formatMember(c_jsonTypeKey, p_typeName));
 }
 
-bool JsonOutput::separate(uint32_t p_index, uint32_t p_rowLength) {
-    if (p_index == 0) {
-        return true;
+uint8_t* JsonOutput::putSeparator(uint8_t* p_target, uint32_t p_index, uint32_t p_rowLength) const {
+    *p_target++ = ',';
+    if (p_rowLength != 0 && p_index % p_rowLength == 0) {
+        return putLine(p_target, getBlanks());
     }
-    return m_buffer.append(',') && (p_rowLength != 0 && p_index % p_rowLength == 0 ? newLine() : m_buffer.append(' '));
+    *p_target++ = ' ';
+    return p_target;
 }
 
 } // namespace zyr

@@ -34,22 +34,27 @@ public:
     bool nullElement() { return item() && m_buffer.appendLiteral("null"); }
     bool leave();
 
-    /// Enclose a value that the caller appends to m_buffer: a number, or a word that stands in quotes.
-    bool beginValue(const String& p_name, bool_t, bool p_word) {
-        m_word = p_word;
-        return member(p_name) && (!p_word || m_buffer.append('"'));
+    /// Begins a value, a number or a word that stands in quotes, and gives its place with so much room; null where
+    /// there is none. endValue is told where the value ends.
+    uint8_t* beginValue(const String& p_name, bool_t, bool p_word, size_t p_room);
+    bool endValue(uint8_t* p_end) {
+        if (m_word) {
+            *p_end++ = '"';
+        }
+        m_buffer.commit(p_end);
+        return true;
     }
-    bool endValue() { return !m_word || m_buffer.append('"'); }
     bool text(const String& p_name, const String& p_value, bool_t) {
         return member(p_name) && appendJsonText(m_buffer, p_value);
     }
     bool nullText(const String& p_name, bool_t) { return nullObject(p_name); }
 
-    /// Enclose the items of an array of numbers, each of which separate() precedes.
+    /// Enclose the items of an array of numbers. What putSeparator puts stands between them, for which there must be
+    /// room.
     bool beginNumbers(const String& p_name) { return member(p_name) && m_buffer.append('['); }
-    bool separate(uint32_t p_index, uint32_t p_rowLength);
-    bool beginNumberWord() { return m_buffer.append('"'); }
-    bool endNumberWord() { return m_buffer.append('"'); }
+    static constexpr bool c_quotesWords = true;
+    static constexpr size_t c_separatorRoom = 1 + c_lineRoom;
+    uint8_t* putSeparator(uint8_t* p_target, uint32_t p_index, uint32_t p_rowLength) const;
     bool endNumbers() { return m_buffer.append(']'); }
 
     /// The same for texts.
@@ -61,6 +66,7 @@ public:
 
 private:
     bool member(const String& p_name);
+    uint8_t* beginMember(const String& p_name, size_t p_room);
     /// One whose name has an escape.
     bool oddMember(const String& p_name);
     /// Begins a member of the format itself.

@@ -1,6 +1,8 @@
 #include "core_module/serializers/zyr_number_words.h"
 
+#include "core_module/serializers/zyr_decimal_digits.h"
 #include "core_module/serializers/zyr_exact_number.h"
+#include "core_module/serializers/zyr_shortest_decimal.h"
 
 #include <bit>
 #include <charconv>
@@ -25,12 +27,7 @@ template <> struct RealBits<double> {
     static constexpr double c_exact = 9007199254740992.0;
 };
 
-constexpr int SHORT_DIGITS = 4;
 constexpr int64_t SHORT_SCALE = 10000;
-
-template <typename T> char* putInteger(char* p_target, T p_value) {
-    return std::to_chars(p_target, p_target + c_numberRoom, p_value).ptr;
-}
 
 /// The nearest integer of a number that fits, without the call that std::nearbyint is.
 template <typename T> int64_t roundToEven(T p_value) {
@@ -60,26 +57,50 @@ template <typename T> char* putShort(char* p_target, T p_value) {
     if (digits < 0) {
         *p_target++ = '-';
     }
-    p_target = putInteger(p_target, magnitude / SHORT_SCALE);
-    uint64_t fraction = magnitude % SHORT_SCALE;
+    p_target = putDigits(p_target, magnitude / SHORT_SCALE);
+    const uint64_t fraction = magnitude % SHORT_SCALE;
     if (fraction == 0) {
         return p_target;
     }
     *p_target++ = '.';
-    int width = SHORT_DIGITS;
-    for (; fraction % 10 == 0; fraction /= 10) {
-        width--;
+    const uint64_t values = getDigitValues(static_cast<uint32_t>(fraction * SHORT_SCALE));
+    return putEightDigits(p_target, values) - std::countl_zero(values) / 8;
+}
+
+/// What has a point in its shortest form, or no 0 at its end. Null for others.
+template <typename T> char* putPointed(char* p_target, T p_value) {
+    constexpr uint32_t FRACTION_DIGITS = 16;
+    ScaledDecimal decimal;
+    if (!findShortestDecimal(p_value < 0 ? -p_value : p_value, decimal)) {
+        return nullptr;
     }
-    for (int i = width - 1; i >= 0; i--) {
-        p_target[i] = static_cast<char>('0' + fraction % 10);
-        fraction /= 10;
+    const uint64_t unit = getPowerOfTen(decimal.m_scale);
+    const uint64_t whole = decimal.m_digits / unit;
+    uint64_t fraction = decimal.m_digits % unit;
+    if (fraction == 0 && whole % 10 == 0) {
+        return nullptr;
     }
-    return p_target + width;
+    if (p_value < 0) {
+        *p_target++ = '-';
+    }
+    p_target = putDigits(p_target, whole);
+    if (fraction == 0) {
+        return p_target;
+    }
+    *p_target++ = '.';
+    uint32_t width = decimal.m_scale;
+    for (; width > FRACTION_DIGITS; width--) {
+        const uint64_t place = getPowerOfTen(width - 1);
+        *p_target++ = static_cast<char>('0' + fraction / place);
+        fraction %= place;
+    }
+    return putFraction(p_target, fraction * getPowerOfTen(FRACTION_DIGITS - width));
 }
 
 template <typename T> char* putReal(char* p_target, T p_value) {
     if (isFinite(p_value)) {
         char* end = putShort(p_target, p_value);
+        end = end != nullptr ? end : putPointed(p_target, p_value);
         return end != nullptr ? end : std::to_chars(p_target, p_target + c_numberRoom, p_value).ptr;
     }
     const auto bits = std::bit_cast<typename RealBits<T>::Bits>(p_value);
@@ -93,15 +114,6 @@ template <typename T> char* putReal(char* p_target, T p_value) {
         *p_target++ = ')';
     }
     return p_target;
-}
-
-template <typename T> bool append(ByteBuffer& p_buffer, T p_value, char* (*p_put)(char*, T)) {
-    uint8_t* target = p_buffer.reserve(c_numberRoom);
-    if (target == nullptr) {
-        return false;
-    }
-    p_buffer.commit(reinterpret_cast<uint8_t*>(p_put(reinterpret_cast<char*>(target), p_value)));
-    return true;
 }
 
 template <typename T> bool parseWord(const char* p_text, const char* p_end, T& p_value) {
@@ -185,6 +197,13 @@ template <typename T> bool parseReal(const char* p_text, const char* p_end, T& p
 }
 
 template <typename T> bool parseInteger(const char* p_text, const char* p_end, T& p_value) {
+    const bool negative = std::is_signed_v<T> && p_text != p_end && *p_text == '-';
+    uint64_t magnitude = 0;
+    if (readDigits(p_text + negative, p_end, magnitude) &&
+        magnitude <= static_cast<uint64_t>(std::numeric_limits<T>::max())) {
+        p_value = static_cast<T>(negative ? 0 - magnitude : magnitude);
+        return true;
+    }
     T value = 0;
     const auto result = std::from_chars(p_text, p_end, value);
     if (result.ptr == p_end && result.ec == std::errc()) {
@@ -207,17 +226,23 @@ template <typename T> bool parseInteger(const char* p_text, const char* p_end, T
 
 } // namespace
 
-bool appendInteger(ByteBuffer& p_buffer, int64_t p_value) {
-    return append(p_buffer, p_value, &putInteger<int64_t>);
+uint8_t* putNumberText(uint8_t* p_target, int64_t p_value) {
+    char* target = reinterpret_cast<char*>(p_target);
+    uint64_t magnitude = static_cast<uint64_t>(p_value);
+    if (p_value < 0) {
+        *target++ = '-';
+        magnitude = 0 - magnitude;
+    }
+    return reinterpret_cast<uint8_t*>(putDigits(target, magnitude));
 }
-bool appendInteger(ByteBuffer& p_buffer, uint64_t p_value) {
-    return append(p_buffer, p_value, &putInteger<uint64_t>);
+uint8_t* putNumberText(uint8_t* p_target, uint64_t p_value) {
+    return reinterpret_cast<uint8_t*>(putDigits(reinterpret_cast<char*>(p_target), p_value));
 }
-bool appendReal(ByteBuffer& p_buffer, float p_value) {
-    return append(p_buffer, p_value, &putReal<float>);
+uint8_t* putNumberText(uint8_t* p_target, float p_value) {
+    return reinterpret_cast<uint8_t*>(putReal(reinterpret_cast<char*>(p_target), p_value));
 }
-bool appendReal(ByteBuffer& p_buffer, double p_value) {
-    return append(p_buffer, p_value, &putReal<double>);
+uint8_t* putNumberText(uint8_t* p_target, double p_value) {
+    return reinterpret_cast<uint8_t*>(putReal(reinterpret_cast<char*>(p_target), p_value));
 }
 
 template <typename T> bool parseNumber(const char* p_text, size_t p_length, T& p_value) {

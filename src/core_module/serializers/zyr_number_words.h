@@ -8,13 +8,17 @@
 
 namespace zyr {
 
-/// Room that any number needs.
-inline constexpr size_t c_numberRoom = 32;
+/// Room that any number needs, with what may be written behind it.
+inline constexpr size_t c_numberRoom = 48;
 
-bool appendInteger(ByteBuffer& p_buffer, int64_t p_value);
-bool appendInteger(ByteBuffer& p_buffer, uint64_t p_value);
-bool appendReal(ByteBuffer& p_buffer, float p_value);
-bool appendReal(ByteBuffer& p_buffer, double p_value);
+/// Put a number's text into that room and give its end.
+uint8_t* putNumberText(uint8_t* p_target, int64_t p_value);
+uint8_t* putNumberText(uint8_t* p_target, uint64_t p_value);
+inline uint8_t* putNumberText(uint8_t* p_target, uint32_t p_value) {
+    return putNumberText(p_target, static_cast<uint64_t>(p_value));
+}
+uint8_t* putNumberText(uint8_t* p_target, float p_value);
+uint8_t* putNumberText(uint8_t* p_target, double p_value);
 
 /// Whether the text form is a number and not a word.
 inline bool isFinite(float p_value) {

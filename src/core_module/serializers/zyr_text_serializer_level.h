@@ -82,7 +82,7 @@ public:
         if (m_nullElement) {
             return m_output.nullElement();
         }
-        const bool sameType = !m_firstElement && m_elementType == p_typeName;
+        const bool sameType = !m_firstElement && equalNames(m_elementType, p_typeName);
         if (!sameType) {
             m_elementType = p_typeName;
         }
@@ -100,9 +100,13 @@ public:
                                   : m_output.nullText(p_name, p_attribute);
     }
     bool_t writeBool(const String& p_name, bool_t p_value, bool_t p_attribute, uint32_t) override {
-        return m_output.beginValue(p_name, p_attribute, false) &&
-               (p_value ? m_output.m_buffer.appendLiteral("true") : m_output.m_buffer.appendLiteral("false")) &&
-               m_output.endValue();
+        static constexpr char WORDS[2][6] = {"false", "true"};
+        uint8_t* target = m_output.beginValue(p_name, p_attribute, false, sizeof(WORDS[0]));
+        if (target == nullptr) {
+            return 0;
+        }
+        memcpy(target, WORDS[p_value != 0], sizeof(WORDS[0]));
+        return m_output.endValue(target + (p_value != 0 ? 4 : 5));
     }
     bool_t writeEnum(const String& p_name, uint32_t p_value, uint32_t, bool_t p_attribute,
                      EnumerationConverter p_converter) override {
@@ -126,10 +130,10 @@ public:
         return writeInteger(p_name, p_value, p_attribute, p_value <= UINT32_MAX ? p_converter : nullptr);
     }
     bool_t writeFloat(const String& p_name, float p_value, bool_t p_attribute, uint32_t) override {
-        return writeReal(p_name, p_value, p_attribute);
+        return writeNumber(p_name, p_value, p_attribute);
     }
     bool_t writeDouble(const String& p_name, double p_value, bool_t p_attribute, uint32_t) override {
-        return writeReal(p_name, p_value, p_attribute);
+        return writeNumber(p_name, p_value, p_attribute);
     }
     bool_t writeString(const String& p_name, const String& p_value, bool_t p_attribute, uint32_t) override {
         return m_output.text(p_name, p_value, p_attribute);
@@ -143,20 +147,15 @@ public:
     }
     bool_t writeFloatArray(const String& p_name, uint32_t p_count, const float* p_items, bool_t,
                            uint32_t p_rowLength) override {
-        return writeReals(p_name, p_count, p_items, p_rowLength);
+        return writeNumbers(p_name, p_count, p_items, p_rowLength);
     }
     bool_t writeDoubleArray(const String& p_name, uint32_t p_count, const double* p_items, bool_t,
                             uint32_t p_rowLength) override {
-        return writeReals(p_name, p_count, p_items, p_rowLength);
+        return writeNumbers(p_name, p_count, p_items, p_rowLength);
     }
     bool_t writeUInt32Array(const String& p_name, uint32_t p_count, const uint32_t* p_items, bool_t,
                             uint32_t p_rowLength) override {
-        bool done = m_output.beginNumbers(p_name);
-        for (uint32_t i = 0; i < p_count && done; i++) {
-            done = m_output.separate(i, p_rowLength) &&
-                   appendInteger(m_output.m_buffer, static_cast<uint64_t>(p_items[i]));
-        }
-        return done && m_output.endNumbers();
+        return writeNumbers(p_name, p_count, p_items, p_rowLength);
     }
     bool_t writeEnumArray(const String& p_name, uint32_t p_count, const uint32_t* p_items, bool_t,
                           EnumerationConverter p_converter) override {
@@ -188,22 +187,39 @@ private:
                 return m_output.text(p_name, *word, p_attribute);
             }
         }
-        return m_output.beginValue(p_name, p_attribute, false) && appendInteger(m_output.m_buffer, p_value) &&
-               m_output.endValue();
+        return writeNumber(p_name, p_value, p_attribute);
     }
-    template <typename T> bool_t writeReal(const String& p_name, T p_value, bool_t p_attribute) {
-        return m_output.beginValue(p_name, p_attribute, !isFinite(p_value)) && appendReal(m_output.m_buffer, p_value) &&
-               m_output.endValue();
+    /// Whether the number has a word for its text.
+    template <typename T> static bool isWord(T p_value) {
+        if constexpr (std::is_floating_point_v<T>) {
+            return !isFinite(p_value);
+        } else {
+            return false;
+        }
+    }
+    template <typename T> bool_t writeNumber(const String& p_name, T p_value, bool_t p_attribute) {
+        uint8_t* target = m_output.beginValue(p_name, p_attribute, isWord(p_value), c_numberRoom);
+        return target != nullptr && m_output.endValue(putNumberText(target, p_value));
     }
     template <typename T>
-    bool_t writeReals(const String& p_name, uint32_t p_count, const T* p_items, uint32_t p_rowLength) {
-        bool done = m_output.beginNumbers(p_name);
-        for (uint32_t i = 0; i < p_count && done; i++) {
-            const bool word = !isFinite(p_items[i]);
-            done = m_output.separate(i, p_rowLength) && (!word || m_output.beginNumberWord()) &&
-                   appendReal(m_output.m_buffer, p_items[i]) && (!word || m_output.endNumberWord());
+    bool_t writeNumbers(const String& p_name, uint32_t p_count, const T* p_items, uint32_t p_rowLength) {
+        if (!m_output.beginNumbers(p_name)) {
+            return 0;
         }
-        return done && m_output.endNumbers();
+        ByteBuffer& buffer = m_output.m_buffer;
+        for (uint32_t i = 0; i < p_count; i++) {
+            uint8_t* target = buffer.reserve(Output::c_separatorRoom + c_numberRoom + 2);
+            if (target == nullptr) {
+                return 0;
+            }
+            const bool quoted = Output::c_quotesWords && isWord(p_items[i]);
+            target = i != 0 ? m_output.putSeparator(target, i, p_rowLength) : target;
+            *target = '"';
+            target = putNumberText(target + quoted, p_items[i]);
+            *target = '"';
+            buffer.commit(target + quoted);
+        }
+        return m_output.endNumbers();
     }
 
     mutable Output m_output;

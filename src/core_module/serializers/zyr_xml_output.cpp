@@ -1,5 +1,6 @@
 #include "core_module/serializers/zyr_xml_output.h"
 
+#include "core_module/serializers/zyr_text_block.h"
 #include "core_module/serializers/zyr_text_bytes.h"
 #include "zyr_common/memory/zyr_permanent.h"
 
@@ -73,68 +74,42 @@ bool isXmlText(const char* p_text, size_t p_length) {
     return true;
 }
 
-/// The number of bytes that hold nothing special.
-size_t getPlainLength(const char* p_text, size_t p_length) {
-    return static_cast<size_t>(findSpecialByte(p_text, p_text + p_length, '&', '<', '>', '"') - p_text);
-}
-
-/// Whether a name of up to eight bytes, of which those behind the length may be anything, has letters alone.
-bool hasLetters(uint64_t p_word, size_t p_length) {
-    constexpr uint64_t ONES = 0x0101010101010101;
-    constexpr uint64_t HIGHS = 0x8080808080808080;
-    const uint64_t lower = p_word | 0x20 * ONES;
-    const uint64_t low = lower & ~HIGHS;
-    const uint64_t letters = (low + (0x80 - 'a') * ONES) & ~(low + (0x7F - 'z') * ONES) & ~lower & HIGHS;
-    return p_length == 0 || (letters ^ HIGHS) << (8 - p_length) * 8 == 0;
-}
-
-} // namespace
-
-bool isPlainXmlName(const String& p_name) {
+/// Whether a name of up to sixteen bytes has letters alone, as most do. A String has more bytes than these, whatever
+/// its length.
+bool hasLetters(const String& p_name) {
     const size_t length = p_name.getLengthInBytes();
-    const char* name = p_name.getData();
-    if (length <= 16) {
-        // A String has more bytes than these, whatever its length.
-        uint64_t words[2];
-        memcpy(words, name, sizeof(words));
-        if (hasLetters(words[0], length < 8 ? length : 8) && hasLetters(words[1], length > 8 ? length - 8 : 0)) {
-            return length != 0;
-        }
-    }
-    for (size_t i = 0; i < length; i++) {
-        if (!isPlainAt(name, length, i)) {
-            return false;
-        }
-    }
-    return length != 0;
+    const TextBlock::Bytes others = TextBlock::markNoLetters(TextBlock::load(p_name.getData()));
+    return length - 1 < TextBlock::c_size && TextBlock::isZero(others & TextBlock::getMask(length));
 }
 
-bool appendXmlName(ByteBuffer& p_buffer, const String& p_name) {
-    const size_t length = p_name.getLengthInBytes();
-    if (isPlainXmlName(p_name)) {
-        return p_buffer.append(p_name.getData(), length);
-    }
-    // A name has at least one character; this one is not that of any other.
-    bool done = length != 0 || p_buffer.append('_');
-    for (size_t i = 0; i < length && done; i++) {
-        const char* character = p_name.getData() + i;
-        done = isPlainAt(p_name.getData(), length, i) ? p_buffer.append(*character)
-                                                      : p_buffer.append('_') && appendAsBytes(p_buffer, character, 1);
-    }
-    return done;
-}
-
-bool appendXmlText(ByteBuffer& p_buffer, const String& p_text, bool p_attribute) {
+/// Puts a text in which nothing has to be written in another way, and gives its end; null for others, where anything
+/// may stand at the place then. There must be room for it.
+uint8_t* putPlainText(uint8_t* p_target, const String& p_text) {
     const char* text = p_text.getData();
     const size_t length = p_text.getLengthInBytes();
-    if (getPlainLength(text, length) == length && !hasBytesMark(text, length)) {
-        uint8_t* target = p_buffer.reserve(length);
-        if (target == nullptr) {
-            return false;
+    TextBlock::Bytes specials = {};
+    const auto putBlock = [&](size_t p_place) {
+        const TextBlock::Bytes block = TextBlock::load(text + p_place);
+        TextBlock::store(p_target + p_place, block);
+        return TextBlock::markXmlSpecials(block);
+    };
+    if (length <= TextBlock::c_size) {
+        specials = putBlock(0) & TextBlock::getMask(length);
+    } else {
+        const size_t last = length - TextBlock::c_size;
+        for (size_t i = 0; i < last; i += TextBlock::c_size) {
+            specials |= putBlock(i);
         }
-        p_buffer.commit(copyText(target, p_text));
-        return true;
+        specials |= putBlock(last);
     }
+    // The first character of the mark of bytes.
+    return TextBlock::isZero(specials) && *text != c_bytesMark[0] ? p_target + length : nullptr;
+}
+
+/// Appends a text that may hold anything.
+bool appendOddText(ByteBuffer& p_buffer, const String& p_text, bool p_attribute) {
+    const char* text = p_text.getData();
+    const size_t length = p_text.getLengthInBytes();
     if (hasBytesMark(text, length) || !isXmlText(text, length)) {
         return p_buffer.appendLiteral("\\bytes:") && appendAsBytes(p_buffer, text, length);
     }
@@ -148,6 +123,53 @@ bool appendXmlText(ByteBuffer& p_buffer, const String& p_text, bool p_attribute)
         }
     }
     return done && p_buffer.append(text + start, length - start);
+}
+
+} // namespace
+
+bool isPlainXmlName(const String& p_name) {
+    if (hasLetters(p_name)) {
+        return true;
+    }
+    const size_t length = p_name.getLengthInBytes();
+    for (size_t i = 0; i < length; i++) {
+        if (!isPlainAt(p_name.getData(), length, i)) {
+            return false;
+        }
+    }
+    return length != 0;
+}
+
+bool appendXmlName(ByteBuffer& p_buffer, const String& p_name) {
+    const size_t length = p_name.getLengthInBytes();
+    if (isPlainXmlName(p_name)) {
+        uint8_t* target = p_buffer.reserve(length);
+        if (target != nullptr) {
+            p_buffer.commit(copyText(target, p_name));
+        }
+        return target != nullptr;
+    }
+    // A name has at least one character; this one is not that of any other.
+    bool done = length != 0 || p_buffer.append('_');
+    for (size_t i = 0; i < length && done; i++) {
+        const char* character = p_name.getData() + i;
+        done = isPlainAt(p_name.getData(), length, i) ? p_buffer.append(*character)
+                                                      : p_buffer.append('_') && appendAsBytes(p_buffer, character, 1);
+    }
+    return done;
+}
+
+bool appendXmlText(ByteBuffer& p_buffer, const String& p_text, bool p_attribute) {
+    uint8_t* target = p_buffer.reserve(p_text.getLengthInBytes());
+    if (target == nullptr) {
+        return false;
+    }
+    const uint8_t* end = putPlainText(target, p_text);
+    if (end == nullptr) {
+        return appendOddText(p_buffer, p_text, p_attribute);
+    }
+    p_buffer.commit(end);
+    return true;
 }
 
 bool XmlOutput::begin() {
@@ -173,15 +195,6 @@ size_t XmlOutput::getBlanks() const {
     return INDENTATION * (m_depth < MAX_INDENTED_DEPTH ? m_depth + 1 : MAX_INDENTED_DEPTH);
 }
 
-bool XmlOutput::newLine() {
-    uint8_t* target = m_buffer.reserve(c_lineRoom);
-    if (target == nullptr) {
-        return false;
-    }
-    m_buffer.commit(putLine(target, getBlanks()));
-    return true;
-}
-
 bool XmlOutput::closeTag() {
     Frame& frame = m_frames[m_depth];
     const bool open = frame.m_tagOpen;
@@ -194,38 +207,41 @@ bool XmlOutput::attribute(const char* p_name, const String& p_value) {
            appendXmlText(m_buffer, p_value, true) && m_buffer.append('"');
 }
 
-/// Writes the tag of an element up to its name, which is the last one of the names, and closes the tag around it.
-bool XmlOutput::beginTag(size_t p_name) {
+/// Writes the tag of an element up to its name, which is the last one of the names, and closes the tag around it. Gives
+/// the place behind it with so much room.
+uint8_t* XmlOutput::beginTag(size_t p_name, size_t p_room) {
     Frame& frame = m_frames[m_depth];
     if (frame.m_kind == DECLARATION) {
-        return false;
+        return nullptr;
     }
     if (!m_rootOpen) {
         m_rootOpen = true;
         if (!m_buffer.appendLiteral("<zyr>")) {
-            return false;
+            return nullptr;
         }
     }
-    const size_t length = m_names.getSize() - p_name;
-    uint8_t* target = m_buffer.reserve(1 + c_lineRoom + 1 + length);
+    uint8_t* target = m_buffer.reserve(1 + c_lineRoom + 1 + m_names.getSize() - p_name + p_room);
     if (target == nullptr) {
-        return false;
+        return nullptr;
     }
     *target = '>';
     target = putLine(target + frame.m_tagOpen, getBlanks());
     frame.m_tagOpen = false;
     frame.m_hasElements = true;
     *target++ = '<';
-    copyBytes(target, m_names.getData() + p_name, length);
-    m_buffer.commit(target + length);
-    return true;
+    return putName(target, p_name);
 }
 
 bool XmlOutput::open(const String& p_name) {
     const size_t name = m_names.getSize();
-    if (!appendXmlName(m_names, p_name) || !m_frames.reach(m_depth + 1) || !beginTag(name)) {
+    if (!appendXmlName(m_names, p_name) || !m_frames.reach(m_depth + 1)) {
         return false;
     }
+    const uint8_t* target = beginTag(name, 0);
+    if (target == nullptr) {
+        return false;
+    }
+    m_buffer.commit(target);
     m_frames[++m_depth] = {name, ELEMENT, true, false};
     return true;
 }
@@ -233,45 +249,78 @@ bool XmlOutput::open(const String& p_name) {
 /// An element with nothing but a text.
 bool XmlOutput::textElement(const String& p_name, const String& p_text) {
     const size_t name = m_names.getSize();
-    if (!appendXmlName(m_names, p_name) || !m_frames.reach(m_depth + 1) || !beginTag(name)) {
+    if (!appendXmlName(m_names, p_name) || !m_frames.reach(m_depth + 1)) {
         return false;
     }
-    if (p_text.isEmpty()) {
-        m_names.setSize(name);
-        return m_buffer.appendLiteral("/>");
-    }
-    return m_buffer.append('>') && appendXmlText(m_buffer, p_text, false) && endTag(name);
-}
-
-/// Writes the end tag of the element whose name is the last one of the names, and takes that away.
-bool XmlOutput::endTag(size_t p_name) {
-    const size_t length = m_names.getSize() - p_name;
-    uint8_t* target = m_buffer.reserve(length + 3);
+    const size_t endRoom = getEndRoom(name);
+    uint8_t* target = beginTag(name, 1 + p_text.getLengthInBytes() + endRoom);
     if (target == nullptr) {
         return false;
     }
-    *target++ = '<';
-    *target++ = '/';
-    copyBytes(target, m_names.getData() + p_name, length);
-    target[length] = '>';
-    m_buffer.commit(target + length + 1);
-    m_names.setSize(p_name);
+    if (p_text.isEmpty()) {
+        *target++ = '/';
+        *target++ = '>';
+    } else {
+        *target++ = '>';
+        uint8_t* end = putPlainText(target, p_text);
+        if (end == nullptr) {
+            m_buffer.commit(target);
+            end = appendOddText(m_buffer, p_text, false) ? m_buffer.reserve(endRoom) : nullptr;
+        }
+        if (end == nullptr) {
+            return false;
+        }
+        target = putEndTag(end, name);
+    }
+    m_buffer.commit(target);
+    m_names.setSize(name);
     return true;
+}
+
+/// The last one of the names. Gives the end.
+uint8_t* XmlOutput::putName(uint8_t* p_target, size_t p_name) {
+    static_assert(ByteBuffer::c_slack >= TextBlock::c_size);
+    const size_t length = m_names.getSize() - p_name;
+    const uint8_t* name = m_names.getData() + p_name;
+    if (length <= TextBlock::c_size) {
+        TextBlock::store(p_target, TextBlock::load(name));
+    } else {
+        memcpy(p_target, name, length);
+    }
+    return p_target + length;
+}
+
+/// The end tag of the element whose name is the last one of the names.
+uint8_t* XmlOutput::putEndTag(uint8_t* p_target, size_t p_name) {
+    *p_target++ = '<';
+    *p_target++ = '/';
+    p_target = putName(p_target, p_name);
+    *p_target++ = '>';
+    return p_target;
 }
 
 bool XmlOutput::leave() {
     if (m_depth == 0) {
         return false;
     }
-    const Frame frame = m_frames[m_depth--];
+    const Frame& frame = m_frames[m_depth--];
     if (frame.m_kind == DECLARATION) {
         return m_buffer.appendLiteral("?>\n");
     }
-    if (frame.m_tagOpen) {
-        m_names.setSize(frame.m_name);
-        return m_buffer.appendLiteral("/>");
+    uint8_t* target = m_buffer.reserve(c_lineRoom + getEndRoom(frame.m_name));
+    if (target == nullptr) {
+        return false;
     }
-    return (!frame.m_hasElements || newLine()) && endTag(frame.m_name);
+    if (frame.m_tagOpen) {
+        *target++ = '/';
+        *target++ = '>';
+    } else {
+        target = frame.m_hasElements ? putLine(target, getBlanks()) : target;
+        target = putEndTag(target, frame.m_name);
+    }
+    m_buffer.commit(target);
+    m_names.setSize(frame.m_name);
+    return true;
 }
 
 bool XmlOutput::beginRecord(const String& p_name, bool_t p_formatHeader) {
@@ -304,46 +353,65 @@ bool XmlOutput::nullElement() {
     return nullObject(item);
 }
 
-bool XmlOutput::beginValue(const String& p_name, bool_t p_attribute, bool) {
+uint8_t* XmlOutput::beginValue(const String& p_name, bool_t p_attribute, bool, size_t p_room) {
     m_inAttribute = p_attribute && m_frames[m_depth].m_tagOpen;
-    if (!m_inAttribute) {
-        return open(p_name) && closeTag();
+    if (m_inAttribute) {
+        return beginAttribute(p_name, p_room);
     }
-    return beginAttribute(p_name);
+    return open(p_name) && closeTag() ? m_buffer.reserve(p_room) : nullptr;
 }
 
-bool XmlOutput::beginAttribute(const String& p_name) {
-    if (!isPlainXmlName(p_name)) {
-        return m_buffer.append(' ') && appendXmlName(m_buffer, p_name) && m_buffer.appendLiteral("=\"");
+bool XmlOutput::endValue(uint8_t* p_end) {
+    if (m_inAttribute) {
+        *p_end++ = '"';
     }
-    uint8_t* target = m_buffer.reserve(p_name.getLengthInBytes() + 3);
+    m_buffer.commit(p_end);
+    return m_inAttribute || leave();
+}
+
+/// Gives the place of the value with so much room and that of the quotation mark behind it.
+uint8_t* XmlOutput::beginAttribute(const String& p_name, size_t p_room) {
+    constexpr size_t MARKS = 4; // A blank, the equals sign and the quotation marks.
+    if (!hasLetters(p_name)) {
+        const bool begun = m_buffer.append(' ') && appendXmlName(m_buffer, p_name) && m_buffer.appendLiteral("=\"");
+        return begun ? m_buffer.reserve(p_room + 1) : nullptr;
+    }
+    uint8_t* target = m_buffer.reserve(p_name.getLengthInBytes() + MARKS + p_room);
     if (target == nullptr) {
-        return false;
+        return nullptr;
     }
     *target++ = ' ';
-    target = copyText(target, p_name);
+    TextBlock::store(target, TextBlock::load(p_name.getData()));
+    target += p_name.getLengthInBytes();
     *target++ = '=';
     *target++ = '"';
-    m_buffer.commit(target);
-    return true;
-}
-
-bool XmlOutput::endValue() {
-    return m_inAttribute ? m_buffer.append('"') : leave();
+    return target;
 }
 
 bool XmlOutput::text(const String& p_name, const String& p_value, bool_t p_attribute) {
-    if (p_attribute && m_frames[m_depth].m_tagOpen) {
-        return beginAttribute(p_name) && appendXmlText(m_buffer, p_value, true) && m_buffer.append('"');
+    if (!p_attribute || !m_frames[m_depth].m_tagOpen) {
+        return textElement(p_name, p_value);
     }
-    return textElement(p_name, p_value);
+    uint8_t* target = beginAttribute(p_name, p_value.getLengthInBytes());
+    if (target == nullptr) {
+        return false;
+    }
+    uint8_t* end = putPlainText(target, p_value);
+    if (end == nullptr) {
+        m_buffer.commit(target);
+        return appendOddText(m_buffer, p_value, true) && m_buffer.append('"');
+    }
+    *end++ = '"';
+    m_buffer.commit(end);
+    return true;
 }
 
-bool XmlOutput::separate(uint32_t p_index, uint32_t p_rowLength) {
-    if (p_index == 0) {
-        return true;
+uint8_t* XmlOutput::putSeparator(uint8_t* p_target, uint32_t p_index, uint32_t p_rowLength) const {
+    if (p_rowLength != 0 && p_index % p_rowLength == 0) {
+        return putLine(p_target, getBlanks());
     }
-    return p_rowLength != 0 && p_index % p_rowLength == 0 ? newLine() : m_buffer.append(' ');
+    *p_target++ = ' ';
+    return p_target;
 }
 
 bool XmlOutput::textItem(const String& p_text) {

@@ -42,17 +42,18 @@ public:
     bool nullElement();
     bool leave();
 
-    /// Enclose a value that the caller appends to m_buffer. It is an attribute as long as the group's tag is open.
-    bool beginValue(const String& p_name, bool_t p_attribute, bool p_word);
-    bool endValue();
+    /// Begins a value and gives its place with so much room, null where there is none. It is an attribute as long as
+    /// the group's tag is open. endValue is told where the value ends.
+    uint8_t* beginValue(const String& p_name, bool_t p_attribute, bool p_word, size_t p_room);
+    bool endValue(uint8_t* p_end);
     bool text(const String& p_name, const String& p_value, bool_t p_attribute);
     /// There is no attribute without a value, so one of null is left out.
     bool nullText(const String& p_name, bool_t p_attribute) { return p_attribute || nullObject(p_name); }
 
     bool beginNumbers(const String& p_name) { return open(p_name) && closeTag(); }
-    bool separate(uint32_t p_index, uint32_t p_rowLength);
-    bool beginNumberWord() { return true; }
-    bool endNumberWord() { return true; }
+    static constexpr bool c_quotesWords = false;
+    static constexpr size_t c_separatorRoom = c_lineRoom;
+    uint8_t* putSeparator(uint8_t* p_target, uint32_t p_index, uint32_t p_rowLength) const;
     bool endNumbers() { return leave(); }
 
     bool beginTexts(const String& p_name) { return open(p_name); }
@@ -73,12 +74,13 @@ private:
 
     bool open(const String& p_name);
     bool textElement(const String& p_name, const String& p_text);
-    bool beginTag(size_t p_name);
-    bool endTag(size_t p_name);
-    bool beginAttribute(const String& p_name);
+    uint8_t* beginTag(size_t p_name, size_t p_room);
+    uint8_t* putName(uint8_t* p_target, size_t p_name);
+    size_t getEndRoom(size_t p_name) const { return m_names.getSize() - p_name + 3; }
+    uint8_t* putEndTag(uint8_t* p_target, size_t p_name);
+    uint8_t* beginAttribute(const String& p_name, size_t p_room);
     size_t getBlanks() const;
     bool closeTag();
-    bool newLine();
     bool attribute(const char* p_name, const String& p_value);
 
     /// Names of the elements that are open, one behind the other.

@@ -48,23 +48,25 @@ struct RecordTable::Site : FieldRow {
     }
 };
 
-// Made at the first use; of two threads that make them at once, one throws its own away.
-RecordTable::Site* RecordTable::getSites() {
-    Site* sites = m_sites.load(std::memory_order_acquire);
-    if (sites != nullptr) {
+// Made at the first use; of two threads that make them at once, one throws its own away. Each record asks for them, so
+// that the making stands apart.
+inline RecordTable::Site* RecordTable::getSites() {
+    const auto makeSites = [this]() __attribute__((noinline)) {
+        const PermanentScope scope;
+        Site* made = new Site[m_count];
+        for (size_t i = 0; i < m_count; ++i) {
+            made[i].m_key = m_rows[i].m_key;
+            made[i].m_kind = getFieldRowKind(m_rows[i].m_kind);
+        }
+        Site* sites = nullptr;
+        if (m_sites.compare_exchange_strong(sites, made, std::memory_order_acq_rel)) {
+            return made;
+        }
+        delete[] made;
         return sites;
-    }
-    const PermanentScope scope;
-    Site* made = new Site[m_count];
-    for (size_t i = 0; i < m_count; ++i) {
-        made[i].m_key = m_rows[i].m_key;
-        made[i].m_kind = getFieldRowKind(m_rows[i].m_kind);
-    }
-    if (m_sites.compare_exchange_strong(sites, made, std::memory_order_acq_rel)) {
-        return made;
-    }
-    delete[] made;
-    return sites;
+    };
+    Site* sites = m_sites.load(std::memory_order_acquire);
+    return sites != nullptr ? sites : makeSites();
 }
 
 bool_t RecordTable::read(void* p_record, IDeserializer* p_deserializer) {
@@ -92,8 +94,18 @@ bool_t RecordTable::write(void* p_record, ISerializer* p_serializer, bool_t p_fi
     void* fields[c_maximum];
     m_locate(p_record, fields);
     const Site* sites = getSites();
-    const bool_t binary = p_serializer->isBinaryFormat();
-    ISerializerReserved* reserved = binary && !p_headerPass ? zyr_findReserved(p_serializer) : nullptr;
+    if (p_headerPass) {
+        bool_t done = 1;
+        for (size_t i = 0; i < m_count && done; ++i) {
+            bool_t result = 1;
+            done =
+                !m_rows[i].m_declared || m_rows[i].m_kind->m_declare(p_serializer, sites[i].m_key, fields[i], result);
+        }
+        return done;
+    }
+    const bool binary = p_serializer->isBinaryFormat() != 0;
+    const bool elements = p_firstPass == 0;
+    ISerializerReserved* reserved = binary ? zyr_findReserved(p_serializer) : nullptr;
     for (size_t i = 0; i < m_count; ++i) {
         if (reserved != nullptr && sites[i].m_kind != ZYR_FIELD_ROW_OTHER) {
             i += reserved->writeFields(&sites[i], &fields[i], m_count - i);
@@ -102,14 +114,8 @@ bool_t RecordTable::write(void* p_record, ISerializer* p_serializer, bool_t p_fi
             }
         }
         const RecordRow& row = m_rows[i];
-        bool_t done = 1;
-        if (p_headerPass) {
-            bool_t result = 1;
-            done = !row.m_declared || row.m_kind->m_declare(p_serializer, sites[i].m_key, fields[i], result);
-        } else if (binary || row.m_element != (p_firstPass != 0)) {
-            done = row.m_kind->m_write(p_serializer, sites[i].m_key, fields[i], row.m_attribute, row.m_converter);
-        }
-        if (!done) {
+        if ((binary || row.m_element == elements) &&
+            !row.m_kind->m_write(p_serializer, sites[i].m_key, fields[i], row.m_attribute, row.m_converter)) {
             return 0;
         }
     }
