@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core_module/serializers/zyr_byte_buffer.h"
+#include "core_module/serializers/zyr_text_block.h"
 
 namespace zyr {
 
@@ -26,6 +27,13 @@ template <typename... Characters> inline uint64_t markSpecialBytes(uint64_t p_wo
 /// The first of those bytes, p_end where there is none.
 template <typename... Characters>
 inline const char* findSpecialByte(const char* p_text, const char* p_end, Characters... p_characters) {
+    constexpr std::ptrdiff_t BLOCK = TextBlock::c_size;
+    for (; p_end - p_text >= BLOCK; p_text += BLOCK) {
+        const size_t place = TextBlock::findFirst(TextBlock::markSpecials(TextBlock::load(p_text), p_characters...));
+        if (place != TextBlock::c_size) {
+            return p_text + place;
+        }
+    }
     for (; p_end - p_text >= 8; p_text += 8) {
         uint64_t word;
         memcpy(&word, p_text, sizeof(word));

@@ -75,6 +75,21 @@ public:
         node->m_flags = p_flags;
         return node;
     }
+    /// Adds a node like another one, with a value that stands as it is. False where there is no memory.
+    bool addTwin(const TextNode& p_twin, const char* p_key, const char* p_begin, const char* p_end) {
+        if (m_size == m_capacity && !grow()) {
+            return false;
+        }
+        TextNode& node = m_nodes[m_size];
+        node.m_key = static_cast<uint32_t>(p_key - m_text);
+        node.m_value = static_cast<uint32_t>(p_begin - m_text);
+        node.m_valueSize = static_cast<uint32_t>(p_end - p_begin);
+        node.m_next = ++m_size;
+        node.m_keySize = p_twin.m_keySize;
+        node.m_kind = p_twin.m_kind;
+        node.m_flags = p_twin.m_flags & ~VALUE_ESCAPED;
+        return true;
+    }
     /// The last node of the subtree has been added.
     void close(uint32_t p_index) { m_nodes[p_index].m_next = m_size; }
     void setValue(uint32_t p_index, const char* p_begin, const char* p_end, bool p_escaped) {

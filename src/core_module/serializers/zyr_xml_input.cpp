@@ -5,8 +5,10 @@
 #include "core_module/serializers/zyr_text_scanner.h"
 #include "core_module/serializers/zyr_xml_output.h"
 #include "zyr_common/memory/zyr_permanent.h"
+#include "zyr_common/text/zyr_c_locale.h"
 
 #include <algorithm>
+#include <strings.h>
 
 namespace zyr {
 
@@ -19,6 +21,19 @@ bool isXmlCharacter(uint32_t p_character) {
 }
 
 } // namespace
+
+bool isKnownXmlEncoding(const TextTree& p_tree) {
+    for (uint32_t i = 1; i < p_tree.getSize(); i++) {
+        const TextNode& attribute = p_tree[i];
+        const char* value = p_tree.getText() + attribute.m_value;
+        const bool isKnown = (attribute.m_valueSize == 5 && strncasecmp_l(value, "utf-8", 5, getCLocale()) == 0) ||
+                             (attribute.m_valueSize == 8 && strncasecmp_l(value, "us-ascii", 8, getCLocale()) == 0);
+        if (p_tree.hasKey(attribute, "encoding") && !isKnown) {
+            return false;
+        }
+    }
+    return true;
+}
 
 const char* readXmlReference(const char* p_place, const char* p_end, uint32_t& p_character) {
     static constexpr struct {
@@ -111,7 +126,7 @@ void XmlInput::decode(const TextTree& p_tree, const TextNode& p_node, String& p_
     } else {
         p_result.assignUTF8SubString(text, p_node.m_valueSize);
     }
-    if (hasBytesMark(p_result.getData(), p_result.getLengthInBytes())) {
+    if (*p_result.getData() == c_bytesMark[0] && hasBytesMark(p_result.getData(), p_result.getLengthInBytes())) {
         String bytes = p_result;
         if (decodeBytesMark(bytes)) {
             p_result = bytes;

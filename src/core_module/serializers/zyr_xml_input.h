@@ -12,6 +12,9 @@ namespace zyr {
 /// everything between its tags.
 bool scanXml(const char* p_text, size_t p_size, TextTree& p_tree, TextScanError& p_error);
 
+/// Whether the declaration, with which the tree begins, names no other encoding than one that is read as UTF-8.
+bool isKnownXmlEncoding(const TextTree& p_tree);
+
 /// Reads what stands between "&" and ";"; gives the place behind the ";", null for what is no reference.
 const char* readXmlReference(const char* p_place, const char* p_end, uint32_t& p_character);
 

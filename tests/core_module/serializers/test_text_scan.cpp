@@ -1,12 +1,20 @@
-// How documents are taken in: eight bytes at a time, and names that were there before without a check of their own.
+// How documents are taken in: sixteen bytes at a time, and names that were there before without a check of their own.
 #include "core_module/serializers/serializer_test.h"
 #include "core_module/serializers/zyr_text_bytes.h"
+
+#include <algorithm>
 
 namespace zyr {
 namespace {
 
 class TextScan : public SerializerTest {
 protected:
+    /// The other marks around the values of attributes, with which the formats write them.
+    static std::string quoteTwice(std::string p_xml) {
+        std::replace(p_xml.begin(), p_xml.end(), '\'', '"');
+        return p_xml;
+    }
+
     /// Reads the texts of "v" in the elements of the array "list", "-" for those that have none.
     static std::string readAll(const std::string& p_prefix, const std::string& p_bytes) {
         std::string all;
@@ -48,8 +56,8 @@ TEST_F(TextScan, MarksTheSpecialBytesOfAWordAndNoOthers) {
 }
 
 TEST_F(TextScan, FindsTheFirstSpecialByteWhereverATextBeginsAndEnds) {
-    for (size_t start = 0; start < 8; start++) {
-        for (size_t length = 0; length < 20; length++) {
+    for (size_t start = 0; start < 16; start++) {
+        for (size_t length = 0; length < 40; length++) {
             for (size_t place = 0; place <= length; place++) {
                 // The block has the text alone.
                 std::vector<char> text(start + length, 'x');
@@ -115,22 +123,23 @@ TEST_F(TextScan, TellsNamesApartThatAreAlmostThoseOfTheElementBefore) {
                                                 {"\u0076":"I","v":"J"},
                                                 {}]}})"),
               "245-8ADFGHI-");
-    EXPECT_EQ(readAll("Xml", "<r><top><list>"
-                             "<item a='1' v='2' bcd='3'/>"
-                             "<item a='1' v='4' bcd='3'/>"
-                             "<item v='5' a='1'/>"
-                             "<item a='1' vv='6'/>"
-                             "<item a='1' v-='7' v='8'/>"
-                             "<item><ab v='9'/><v>A</v></item>"
-                             "<item><ab v='B'/><ab v='C'/><v>D</v></item>"
-                             "<item><ab v='E'/><v>F</v></item>"
-                             "<item><ab/><v>G</v></item>"
-                             "<items v='H'/>"
-                             "<ite v='I'/>"
-                             "<item/>"
-                             "<item item='J' v='K'/>"
-                             "</list></top></r>"),
-              "245-8ADFG-K");
+    const std::string xml = "<r><top><list>"
+                            "<item a='1' v='2' bcd='3'/>"
+                            "<item a='1' v='4' bcd='3'/>"
+                            "<item v='5' a='1'/>"
+                            "<item a='1' vv='6'/>"
+                            "<item a='1' v-='7' v='8'/>"
+                            "<item><ab v='9'/><v>A</v></item>"
+                            "<item><ab v='B'/><ab v='C'/><v>D</v></item>"
+                            "<item><ab v='E'/><v>F</v></item>"
+                            "<item><ab/><v>G</v></item>"
+                            "<items v='H'/>"
+                            "<ite v='I'/>"
+                            "<item/>"
+                            "<item item='J' v='K'/>"
+                            "</list></top></r>";
+    EXPECT_EQ(readAll("Xml", xml), "245-8ADFG-K");
+    EXPECT_EQ(readAll("Xml", quoteTwice(xml)), "245-8ADFG-K");
 }
 
 TEST_F(TextScan, TakesAnAttributeForNoItemAndAnItemForNoAttribute) {
@@ -158,12 +167,48 @@ TEST_F(TextScan, RefusesADocumentThatIsCutOffAtAnyPlace) {
                             "<item abcdefgh='1' v='y'><n>1 2</n></item></list></top></r>";
     EXPECT_EQ(readAll("Json", json), "xy");
     EXPECT_EQ(readAll("Xml", xml), "xy");
+    EXPECT_EQ(readAll("Xml", quoteTwice(xml)), "xy");
     for (size_t size = 0; size < json.size(); size++) {
         EXPECT_FALSE(canInitialize("Json", json.substr(0, size))) << size;
     }
     for (size_t size = 0; size < xml.size(); size++) {
         EXPECT_FALSE(canInitialize("Xml", xml.substr(0, size))) << size;
+        EXPECT_FALSE(canInitialize("Xml", quoteTwice(xml.substr(0, size)))) << size;
     }
+}
+
+TEST_F(TextScan, TakesAttributesThatDifferFromThoseOfTheElementBeforeInMoreThanTheirValues) {
+    const auto readBehind = [](const std::string& p_item) {
+        return readAll("Xml", "<r><top><list><item a=\"1\" v=\"2\" c=\"3\"/>" + p_item + "</list></top></r>");
+    };
+    EXPECT_EQ(readBehind("<item a=\"1\" v=\"x\" c=\"3\"/>"), "2x");
+    EXPECT_EQ(readBehind("<item  a=\"1\"\n v=\"x\"\tc=\"3\" />"), "2x");
+    EXPECT_EQ(readBehind("<item a = \"1\" v= \"x\" c =\"3\"/>"), "2x");
+    EXPECT_EQ(readBehind("<item a='\"' v='x' c=\"3\"/>"), "2x");
+    EXPECT_EQ(readBehind("<item a=\"&lt;\" v=\"&#120;>'\" c=\"3\"/>"), "2x>'");
+    EXPECT_EQ(readBehind("<item a=\"\xC3\xA4\" v=\"\xC3\xA4\"/>"), "2\xC3\xA4");
+    EXPECT_EQ(readBehind("<item a=\"1\nb\" v=\"x\ny\"/>"), "2x y");
+    EXPECT_EQ(readBehind("<item a=\"\" v=\"\" c=\"\"/>"), "2");
+    EXPECT_EQ(readBehind("<item a=\"1\" vv=\"x\" v=\"y\"/>"), "2y");
+    EXPECT_EQ(readBehind("<item a=\"1\" v=\"x\" c=\"3\" d=\"4\" v=\"y\"/>"), "2x");
+    EXPECT_EQ(readBehind("<item a=\"1\"><v>x</v></item>"), "2x");
+}
+
+TEST_F(TextScan, RefusesWrongAttributesThatBeginAsThoseOfTheElementBefore) {
+    const auto isTaken = [](const std::string& p_attributes) {
+        return canInitialize("Xml", "<r><i a=\"1\" bc=\"2\"/><i" + p_attributes + "/></r>");
+    };
+    EXPECT_TRUE(isTaken(" a=\"1\" bc=\"2\""));
+    EXPECT_FALSE(isTaken(" a=\"1\"bc=\"2\""));
+    EXPECT_FALSE(isTaken(" a=\"1\" bc=2"));
+    EXPECT_FALSE(isTaken(" a=\"1\" bc\"2\""));
+    EXPECT_FALSE(isTaken(" a=\"1\" bc"));
+    EXPECT_FALSE(isTaken(" a=\"<\" bc=\"2\""));
+    EXPECT_FALSE(isTaken(" a=\"1\" bc=\"&no;\""));
+    EXPECT_FALSE(isTaken(" a=\"1\" bc=\"\x01\""));
+    EXPECT_FALSE(isTaken(" a=\"1\" bc=\"\xFF\""));
+    EXPECT_FALSE(isTaken(" a=\"1' bc=\"2\""));
+    EXPECT_FALSE(isTaken(" a=\"1\" bc=\"2"));
 }
 
 TEST_F(TextScan, ReadsNamesThatAFormatStoresInAnotherForm) {
