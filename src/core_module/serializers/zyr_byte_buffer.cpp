@@ -100,6 +100,12 @@ bool ByteBuffer::grow(size_t p_size) {
 
 bool ByteBuffer::endLength(size_t p_place, size_t& p_width, size_t p_minimum) {
     uint64_t length = m_size - p_place - p_width;
+    // Those of most records take as many bytes as the last one.
+    if (p_width == 2 && p_minimum <= 2 && length >= 0x80 && length < 0x4000) {
+        m_data[p_place] = static_cast<uint8_t>(length | 0x80);
+        m_data[p_place + 1] = static_cast<uint8_t>(length >> 7);
+        return true;
+    }
     size_t width = 1;
     for (uint64_t rest = length >> 7; rest != 0; rest >>= 7) {
         width++;

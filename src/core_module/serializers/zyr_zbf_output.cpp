@@ -107,7 +107,7 @@ uint32_t ZbfOutput::findStructure(const String& p_typeName) {
     if (!isBegun()) {
         return 0; // The buffer refuses what follows.
     }
-    if (m_structures[m_lastStructure]->m_name == p_typeName) {
+    if (equalNames(m_structures[m_lastStructure]->m_name, p_typeName)) {
         return m_lastStructure;
     }
     const auto found = m_structureNumbers.find(p_typeName);

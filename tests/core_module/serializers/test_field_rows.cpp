@@ -301,5 +301,9 @@ TEST_F(FieldRows, AreNotOfferedByOtherSerializers) {
     }
 }
 
+TEST_F(FieldRows, AreAskedForByAnIdentifierThatNeverChanges) {
+    EXPECT_EQ(zyr_getFieldRowsGUID(), GUID_t_fromString("3a2d5049-bdcf-4a17-ac0e-6da93e3060e4"));
+}
+
 } // namespace
 } // namespace zyr
