@@ -17,6 +17,7 @@ set(ZYR_SANITIZE "" CACHE STRING "Sanitizers, as in -fsanitize= (empty: none)")
 
 option(ZYR_UNITY "Compile the sources under src several at a time: half of the compiler's work" OFF)
 set(ZYR_UNITY_SIZE 12 CACHE STRING "How many sources are compiled as one with ZYR_UNITY")
+option(ZYR_TESTS_TOGETHER "Run many tests in one process, where a process takes longer to start than most tests" OFF)
 option(ZYR_PACKAGE_PATHS "Look for FFmpeg where packages put it, and nowhere else" OFF)
 option(ZYR_BUILD_TIMES "Log what each compilation costs, for scripts/build-times.sh" OFF)
 find_program(ZYR_CCACHE ccache)

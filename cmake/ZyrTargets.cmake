@@ -60,6 +60,18 @@ function(zyr_use_test_prefix target)
     endif()
 endfunction()
 
+# The tests of a program in as many processes as it has sources; each runs every n-th of them. The sum over all tests is
+# made by scripts/count_tests.py.
+function(zyr_add_shards name)
+    list(LENGTH ARGN count)
+    math(EXPR last "${count} - 1")
+    foreach(index RANGE ${last})
+        add_test(NAME ${name}.${index} COMMAND ${name})
+        set_tests_properties(${name}.${index} PROPERTIES ${properties}
+            ENVIRONMENT "GTEST_TOTAL_SHARDS=${count};GTEST_SHARD_INDEX=${index}")
+    endforeach()
+endfunction()
+
 # zyr_add_test(name [THREADED] [OPTIMIZED] [LOCK what] SOURCES ... LIBRARIES ...): one GoogleTest program for one folder.
 # LOCK: tests of programs with the same word don't run side by side, since they would see each other.
 # THREADED: its tests run threads side by side; they carry the label "threaded" and run under the thread sanitizer too.
@@ -79,14 +91,21 @@ function(zyr_add_test name)
     target_compile_definitions(${name} PRIVATE ZYR_MODULE_WORD="test")
     target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
     target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} zyr_options GTest::gmock GTest::gtest_main)
-    # Seconds for one test. Sanitizers, emulation and counting are slower by far.
+    # Seconds for one process. Sanitizers, emulation and counting are slower by far.
     set(limit 120)
     if(ZYR_SANITIZE OR ZYR_COVERAGE OR CMAKE_CROSSCOMPILING)
         set(limit 300)
     endif()
+    if(ZYR_TESTS_TOGETHER)
+        set(limit 1200)
+    endif()
     set(properties TIMEOUT ${limit} LABELS ${label})
     if(ARG_LOCK)
         list(APPEND properties RESOURCE_LOCK ${ARG_LOCK})
+    endif()
+    if(ZYR_TESTS_TOGETHER)
+        zyr_add_shards(${name} ${ARG_SOURCES})
+        return()
     endif()
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 PROPERTIES ${properties})
 endfunction()

@@ -25,19 +25,20 @@ configureAndBuild() {
     printf 'built in %d s\n' $((SECONDS - began))
 }
 
-# runTests PRESET [ctest arguments]: the whole log goes to build/PRESET/test.log, failures and the sum to the screen. So
-# does the digest over all results that have to be the same on every platform, which is kept in build/PRESET/digest.
+# runTests PRESET [ctest arguments]: the whole log goes to build/PRESET/test.log, failures, what was skipped and the sum to
+# the screen and build/PRESET/counts. So does the digest over all results that have to be the same on every platform, which
+# is kept in build/PRESET/digest.
 runTests() {
-    local preset=$1 log=build/$1/test.log digest=build/$1/digest result
+    local preset=$1 log=build/$1/test.log digest=build/$1/digest counts=build/$1/counts result
     shift
     rm -f "$digest"
     ctest --preset "$preset" -j "$jobs" --no-tests=error "$@" </dev/null >"$log" 2>&1
     result=$?
     if [ $result -ne 0 ]; then
-        grep -vE '^ *Start +[0-9]+: |^ *[0-9]+/[0-9]+ Test .* Passed ' "$log" | head -n 400
-    else
-        sed -n '/tests passed/p; /did not run:/,$p' "$log" | head -n 60
+        grep -vE '^ *Start +[0-9]+: |^ *[0-9]+/[0-9]+ Test .* Passed |^\[ RUN      \] |^\[       OK \] |^\[-{10}\] ' "$log" | head -n 400
     fi
+    scripts/count_tests.py "build/$preset" >"$counts"
+    head -n 60 "$counts"
     # More than one line is left only when the emulated old processor has another digest.
     grep '^same bits: digest ' "build/$preset/Testing/Temporary/LastTest.log" 2>/dev/null | sort -u >"$digest"
     if [ -s "$digest" ]; then cat "$digest"; else rm -f "$digest"; fi
