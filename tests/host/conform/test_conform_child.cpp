@@ -77,6 +77,9 @@ TEST(ConformChild, IsEndedWhenItPrintsWithoutEnd) {
 }
 
 TEST(ConformChild, IsMissedByAHarnessThatIsTold) {
+#if defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "the sanitizer takes descriptors itself when it looks at the type of what was thrown";
+#endif
     int output[2];
     ASSERT_EQ(pipe(output), 0);
     runInChild([&] {
