@@ -171,7 +171,8 @@ pack() {
     # Debug symbols are compressed already; more takes minutes and gains nothing.
     local compression=(-Zxz)
     [ "$2" != debug ] || compression=(-Zgzip -z1)
-    dpkg-deb --root-owner-group "${compression[@]}" --build "$root" "$file" >/dev/null || die "dpkg-deb for $1"
+    # One thread: with more of them xz cuts the data into other blocks.
+    dpkg-deb --root-owner-group "${compression[@]}" --threads-max=1 --build "$root" "$file" >/dev/null || die "dpkg-deb for $1"
     printf '%-17s %7s KiB installed  %s\n' "$1" "$(installedKilobytes "$root/usr")" "$file"
     files+=("$file")
 }
