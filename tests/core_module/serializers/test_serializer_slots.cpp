@@ -62,6 +62,16 @@ protected:
         EXPECT_TRUE(p_serializer->writeUInt32("field3", 7, 0, 0, nullptr));
         EXPECT_TRUE(p_serializer->endStructure());
     }
+
+    /// Whether a used serializer, which is released, starts again as a new one does.
+    void expectAsNew(ISerializer* p_serializer) {
+        writeTop(p_serializer);
+        const std::string bytes = take(p_serializer);
+        ISerializer* fresh = create<ISerializer>("Serializer");
+        EXPECT_TRUE(fresh->initialize());
+        writeTop(fresh);
+        EXPECT_EQ(bytes, take(fresh));
+    }
 };
 
 TEST_P(SerializerSlots, DeclareFieldsOfEachKind) {
@@ -151,12 +161,7 @@ TEST_P(SerializerSlots, RefuseToEndWhatHasNotBegun) {
     EXPECT_FALSE(serializer->endStructure());
     EXPECT_FALSE(serializer->endObject());
     EXPECT_FALSE(serializer->endArray());
-    writeTop(serializer);
-    const std::string bytes = take(serializer);
-    ISerializer* fresh = create<ISerializer>("Serializer");
-    ASSERT_TRUE(fresh->initialize());
-    writeTop(fresh);
-    EXPECT_EQ(bytes, take(fresh));
+    expectAsNew(serializer);
 }
 
 TEST_P(SerializerSlots, WriteNothingOutsideOfInitializeAndDeinitialize) {
@@ -196,12 +201,7 @@ TEST_P(SerializerSlots, WriteNothingOutsideOfInitializeAndDeinitialize) {
         EXPECT_TRUE(serializer->deinitialize());
     }
     ASSERT_TRUE(serializer->initialize());
-    writeTop(serializer);
-    const std::string bytes = take(serializer);
-    ISerializer* fresh = create<ISerializer>("Serializer");
-    ASSERT_TRUE(fresh->initialize());
-    writeTop(fresh);
-    EXPECT_EQ(bytes, take(fresh));
+    expectAsNew(serializer);
 }
 
 TEST_P(SerializerSlots, GoOnBehindWhatTheyHaveGiven) {
