@@ -30,10 +30,10 @@ def main():
         print(__doc__.strip())
         return 0 if len(sys.argv) == 2 else 2
     build = pathlib.Path(sys.argv[1])
-    statuses = dict(re.findall(r"^ *\d+/\d+ Test +#\d+: (\S+) \.*(?: +|(?=\*))(Passed|\*\*\*.*?) +[\d.]+ sec",
+    statuses = dict(re.findall(r"^ *\d+/\d+ Test +#\d+: (.+?) \.*(?: +|(?=\*))(Passed|\*\*\*.*?) +[\d.]+ sec",
                                (build / "test.log").read_text(encoding="utf-8", errors="replace"), re.MULTILINE))
     log = (build / "Testing/Temporary/LastTest.log").read_text(encoding="utf-8", errors="replace")
-    outputs = dict(re.findall(r"^\d+/\d+ Testing: (\S+)\n(.*?)^<end of output>$", log, re.MULTILINE | re.DOTALL))
+    outputs = dict(re.findall(r"^\d+/\d+ Testing: ([^\n]+)\n(.*?)^<end of output>$", log, re.MULTILINE | re.DOTALL))
     passed = failed = idle = 0
     for name, status in statuses.items():
         output = outputs.get(name, "")

@@ -30,7 +30,8 @@ done
 source scripts/lib.sh
 if $deps; then scripts/deps.sh --with lint || exit 1; fi
 
-preset=ci
+# Where each source is compiled by itself.
+preset=release
 mapfile -t sources < <(git ls-files -co --exclude-standard '*.h' '*.cpp' '*.c' | while read -r file; do [ -e "$file" ] && echo "$file"; done)
 passed=0 failed=0
 
